@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+#include <QVector>
+
+namespace ExtensionFile {
+
+/// One attribute of an element as the parser gives it: references resolved, white space at the ends not trimmed.
+struct Attribute
+{
+    QString name;
+    QString value;
+};
+
+/// The attributes of one element in the order of the file.
+using Attributes = QVector<Attribute>;
+
+/// `value` without translation marks: if it contains both "tr('" and "')", every occurrence of either is removed
+/// (letter case matters); else `value` as it is.
+[[nodiscard]] QString withoutTranslationMarks(const QString &value);
+
+/// "tr('" + `value` + "')". Whether an empty value is to be marked is the caller's decision.
+[[nodiscard]] QString withTranslationMarks(const QString &value);
+
+} // namespace ExtensionFile

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QtGlobal>
+
+namespace ExtensionFile {
+
+/// What a file may ask of the process. Every file that lies in a sibling directory is read without anybody having asked
+/// for it, so none may take the memory or the minutes of the host. A maximum itself is still accepted; a file over one
+/// is refused like one that can't be parsed.
+struct Limits
+{
+    /// Bytes. Large hand-made files stay under 1 MiB; this is read into memory whole, together with one decoded copy.
+    qint64 maximumFileSize = 64 * 1024 * 1024;
+
+    /// Levels of elements, the root being the first. The parser itself needs no stack, but what is built from it does:
+    /// rows destroy the rows under them, and views lay them out, by recursion. This is twice what has to work, and
+    /// leaves an 8 MiB stack 4 KiB for each level.
+    int maximumDepth = 2'000;
+
+    /// Elements of a document. Each becomes a tree row of several hundred bytes out of as few as four bytes of file.
+    int maximumElements = 1'000'000;
+
+    /// Attributes of one element. The parser compares each with each other one: 20,000 take a second, 200,000 minutes.
+    int maximumAttributesPerElement = 500;
+
+    /// Attributes of a document, those that its document type declaration adds included.
+    int maximumAttributes = 4'000'000;
+
+    /// Characters of all attribute names and values together. A default value of a document type declaration is handed
+    /// out once per element, and so may be multiplied by the number of elements.
+    qint64 maximumAttributeText = 64 * 1024 * 1024;
+
+    /// Bytes of the document type declaration. The parser's time grows with the square of the number of declared
+    /// attributes, and each element is compared with all of them.
+    int maximumDoctypeSize = 16 * 1024;
+
+    /// Characters that one reference to a declared entity may become, everything nested in it included.
+    int maximumEntityLength = 4'096;
+
+    /// References to declared entities in a document. With the length above this bounds what a small file can expand
+    /// to.
+    int maximumEntityReferences = 4'096;
+};
+
+} // namespace ExtensionFile

@@ -1,0 +1,121 @@
+#include "extensionfile/safesave.h"
+
+#include "extensionfile/inplacesave.h"
+#include "extensionfile/logging.h"
+#include "extensionfile/reader.h"
+#include "extensionfile/regularfile.h"
+#include "extensionfile/savetarget.h"
+#include "extensionfile/writer.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QSaveFile>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace ExtensionFile {
+
+namespace {
+
+/// Lets everything pass: reading into it only tells whether a document can be read.
+class NullSink final : public Sink
+{
+public:
+    void startElement(const QString &, const Attributes &, const Location &) override { }
+    void endElement() override { }
+};
+
+bool canBeReadBack(const QByteArray &bytes, QString *reason)
+{
+    if (bytes == Writer::instructionAlone())
+        return true;
+    QBuffer buffer;
+    buffer.setData(bytes);
+    NullSink sink;
+    ReadError error;
+    if (buffer.open(QIODevice::ReadOnly) && read(buffer, sink, &error))
+        return true;
+    *reason = QStringLiteral("The new contents could not be read again: %1").arg(error.toString());
+    return false;
+}
+
+/// Gives the new file the owner, group and mode of the one that it is to replace; in this order, since a change of
+/// owner takes mode bits away.
+bool makeAlike(int descriptor, const SaveTarget &target)
+{
+    struct stat status;
+    if (::fstat(descriptor, &status) != 0)
+        return false;
+    if ((status.st_uid != target.owner || status.st_gid != target.group)
+        && ::fchown(descriptor, target.owner, target.group) != 0)
+        return false;
+    return ::fchmod(descriptor, target.mode) == 0;
+}
+
+/// The name is part of the directory. The exchange has been made by now, so there is nothing to report any more; a
+/// directory that may not be read can't be brought to disk at all.
+void syncDirectory(const QByteArray &directory)
+{
+    const FileDescriptor descriptor(::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!descriptor.isOpen() || !syncToDisk(descriptor.get()))
+        qCDebug(fileLog).noquote() << oneLine(QFile::decodeName(directory)) << "not brought to disk";
+}
+
+bool replaceFile(const SaveTarget &target, const QByteArray &bytes, QString *reason)
+{
+    QSaveFile file(QFile::decodeName(target.path));
+    const auto failByFile = [&] {
+        *reason = file.errorString();
+        file.cancelWriting();
+        return false;
+    };
+    const auto failBySystem = [&] {
+        *reason = systemReason();
+        file.cancelWriting();
+        return false;
+    };
+    if (!file.open(QIODevice::WriteOnly))
+        return failByFile();
+    if (target.exists && !makeAlike(file.handle(), target))
+        return failBySystem();
+    // commit() alone puts a cut file in place when the disk is full, and calls it a success.
+    if (file.write(bytes) != bytes.size() || !file.flush() || file.error() != QFileDevice::NoError)
+        return failByFile();
+    if (!syncToDisk(file.handle()))
+        return failBySystem();
+    if (!file.commit())
+        return failByFile();
+    syncDirectory(target.directory);
+    return true;
+}
+
+bool save(const QString &path, const QByteArray &bytes, QString *reason)
+{
+    SaveTarget target;
+    if (!canBeReadBack(bytes, reason) || !findSaveTarget(path, &target, reason))
+        return false;
+    return target.way == SaveTarget::Way::Replace ? replaceFile(target, bytes, reason)
+                                                  : writeInPlace(target.path, bytes, reason);
+}
+
+} // namespace
+
+QString SaveError::toString() const
+{
+    return oneLine(path) + QLatin1String(": ") + oneLine(reason);
+}
+
+bool saveFile(const QString &path, const QByteArray &bytes, SaveError *error)
+{
+    SaveError report { path, QString() };
+    const bool saved = save(path, bytes, &report.reason);
+    if (!saved)
+        qCWarning(fileLog).noquote() << report.toString();
+    if (error)
+        *error = report;
+    return saved;
+}
+
+} // namespace ExtensionFile

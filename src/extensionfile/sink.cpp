@@ -1,0 +1,7 @@
+#include "extensionfile/sink.h"
+
+namespace ExtensionFile {
+
+Sink::~Sink() = default;
+
+} // namespace ExtensionFile

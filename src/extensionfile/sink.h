@@ -1,0 +1,31 @@
+#pragma once
+
+#include "extensionfile/attributes.h"
+
+namespace ExtensionFile {
+
+/// A place in a file as an editor shows it: both numbers count from 1, columns count characters (not bytes; a tab is
+/// one). 0 stands for "no place".
+struct Location
+{
+    qint64 line = 0;
+    qint64 column = 0;
+};
+
+/// Takes the elements of a document in document order, on the thread that reads; text, comments and instructions are
+/// not reported. The events come while the rest is unread and may still turn out malformed, so a sink must keep what it
+/// builds to itself until read() has returned true. Owned by the caller of read().
+class Sink
+{
+public:
+    virtual ~Sink();
+
+    /// `where` is the "<" of the start tag. In a document that declares entities, where an element may come out of one,
+    /// it is instead the last character that the parser had taken (the tag's ">", or the ";" of the reference).
+    virtual void startElement(const QString &name, const Attributes &attributes, const Location &where) = 0;
+
+    /// Ends the element that was started last and not yet ended.
+    virtual void endElement() = 0;
+};
+
+} // namespace ExtensionFile

@@ -1,0 +1,200 @@
+#include "extensionfile/writer.h"
+
+#include "extensionfile/logging.h"
+#include "extensionfile/names.h"
+
+namespace ExtensionFile {
+
+namespace {
+const int indentation = 4;
+const int maximumLogLines = 20;
+} // namespace
+
+Writer::Writer(const QString &path, const Limits &limits) : m_path(path), m_limits(limits) { }
+
+void Writer::startElement(const QString &name)
+{
+    if (hasFailed())
+        return;
+    if (m_depth == 0 && !rootMayStart(name))
+        return;
+    if (m_depth > 0 && !isValidName(name)) {
+        omit(QStringLiteral("element \"%1\" has no legal name, its children take its place").arg(name));
+        m_open.append(QByteArray());
+        return;
+    }
+    if (!within(m_depth + 1, m_limits.maximumDepth, QStringLiteral("elements nested more than %1 deep"))
+        || !within(m_elements + 1, m_limits.maximumElements, QStringLiteral("more than %1 elements")))
+        return;
+    closeStartTag();
+    indent();
+    const QByteArray encoded = name.toUtf8();
+    m_bytes += '<';
+    m_bytes += encoded;
+    m_open.append(encoded);
+    m_attributeNames.clear();
+    m_startTagOpen = true;
+    ++m_depth;
+    ++m_elements;
+}
+
+bool Writer::rootMayStart(const QString &name)
+{
+    if (m_rootDone)
+        fail(QStringLiteral("a second root element \"%1\"").arg(name));
+    else if (!isValidName(name))
+        fail(QStringLiteral("\"%1\" is no legal name for the root element").arg(name));
+    return !hasFailed();
+}
+
+void Writer::attribute(const QString &name, const QString &value)
+{
+    if (hasFailed())
+        return;
+    if (!m_open.isEmpty() && m_open.last().isNull())
+        return;
+    if (!m_startTagOpen) {
+        fail(QStringLiteral("attribute \"%1\" outside of a start tag").arg(name));
+        return;
+    }
+    if (!isValidAttributeName(name)) {
+        omit(QStringLiteral("attribute \"%1\" has no legal name").arg(name));
+        return;
+    }
+    if (m_attributeNames.contains(name)) {
+        omit(QStringLiteral("attribute \"%1\" is there already").arg(name));
+        return;
+    }
+    const QString legal = withoutIllegalCharacters(value);
+    if (legal.size() != value.size())
+        omit(QStringLiteral("characters in the value of attribute \"%1\"").arg(name));
+    m_attributeNames.append(name);
+    m_attributeText += name.size() + legal.size();
+    ++m_attributes;
+    if (!within(m_attributeNames.size(), m_limits.maximumAttributesPerElement,
+            QStringLiteral("an element with more than %1 attributes"))
+        || !within(m_attributes, m_limits.maximumAttributes, QStringLiteral("more than %1 attributes"))
+        || !within(
+            m_attributeText, m_limits.maximumAttributeText, QStringLiteral("more than %1 characters in the attributes"))
+        || !within(m_bytes.size(), m_limits.maximumFileSize, QStringLiteral("more than %1 bytes")))
+        return;
+    m_bytes += ' ';
+    m_bytes += name.toUtf8();
+    m_bytes += "=\"";
+    appendEscaped(legal);
+    m_bytes += '"';
+}
+
+void Writer::endElement()
+{
+    if (hasFailed())
+        return;
+    if (m_open.isEmpty()) {
+        fail(QStringLiteral("an element ends that was not started"));
+        return;
+    }
+    const QByteArray name = m_open.takeLast();
+    if (name.isNull())
+        return;
+    --m_depth;
+    m_rootDone = m_depth == 0;
+    if (m_startTagOpen) {
+        m_bytes += "/>\n";
+        m_startTagOpen = false;
+    } else {
+        indent();
+        m_bytes += "</";
+        m_bytes += name;
+        m_bytes += ">\n";
+    }
+    within(m_bytes.size(), m_limits.maximumFileSize, QStringLiteral("more than %1 bytes"));
+}
+
+QByteArray Writer::finish()
+{
+    if (!hasFailed() && !m_open.isEmpty())
+        fail(QStringLiteral("%1 elements are not ended").arg(m_open.size()));
+    if (m_omissions > maximumLogLines)
+        qCWarning(fileLog).noquote() << oneLine(
+            QStringLiteral("%1: left out %2 more").arg(m_path).arg(m_omissions - maximumLogLines));
+    return hasFailed() ? QByteArray() : m_bytes;
+}
+
+QByteArray Writer::instructionAlone()
+{
+    return QByteArrayLiteral("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n");
+}
+
+void Writer::closeStartTag()
+{
+    if (m_startTagOpen)
+        m_bytes += ">\n";
+    m_startTagOpen = false;
+}
+
+void Writer::appendEscaped(const QString &value)
+{
+    // A reference for each white-space character but the blank: written as they are, the reader would make blanks of
+    // them.
+    QString escaped;
+    escaped.reserve(value.size() + 16);
+    for (int i = 0; i < value.size(); ++i) {
+        const QChar c = value.at(i);
+        switch (c.unicode()) {
+        case '&':
+            escaped += QLatin1String("&amp;");
+            break;
+        case '<':
+            escaped += QLatin1String("&lt;");
+            break;
+        case '"':
+            escaped += QLatin1String("&quot;");
+            break;
+        case '>':
+            if (escaped.endsWith(QLatin1String("]]")))
+                escaped += QLatin1String("&gt;");
+            else
+                escaped += c;
+            break;
+        case '\t':
+            escaped += QLatin1String("&#x9;");
+            break;
+        case '\n':
+            escaped += QLatin1String("&#xa;");
+            break;
+        case '\r':
+            escaped += QLatin1String("&#xd;");
+            break;
+        default:
+            escaped += c;
+        }
+    }
+    m_bytes += escaped.toUtf8();
+}
+
+void Writer::indent()
+{
+    m_bytes.append(m_depth * indentation, ' ');
+}
+
+void Writer::omit(const QString &what)
+{
+    if (++m_omissions <= maximumLogLines)
+        qCWarning(fileLog).noquote() << oneLine(QStringLiteral("%1: left out: %2").arg(m_path, what));
+}
+
+void Writer::fail(const QString &reason)
+{
+    m_failure = reason;
+    m_bytes.clear();
+    qCWarning(fileLog).noquote() << oneLine(QStringLiteral("%1: can't be written: %2").arg(m_path, reason));
+}
+
+bool Writer::within(qint64 count, qint64 maximum, const QString &reason)
+{
+    if (count > maximum)
+        fail(reason.arg(maximum));
+    return count <= maximum;
+}
+
+} // namespace ExtensionFile
