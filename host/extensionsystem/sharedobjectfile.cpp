@@ -1,0 +1,104 @@
+#include "extensionsystem/sharedobjectfile.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QSysInfo>
+#include <QVector>
+
+#include <cstring>
+
+#include <link.h>
+
+namespace ExtensionSystem {
+
+namespace {
+
+using FileHeader = ElfW(Ehdr);
+using SectionHeader = ElfW(Shdr);
+
+/// Walks the headers of one open file. A damaged header is an ordinary outcome, so every offset is checked against the
+/// size of the file before it is used. Lives for one inspection.
+class Inspector final
+{
+    Q_DECLARE_TR_FUNCTIONS(ExtensionSystem::SharedObjectFile)
+public:
+    explicit Inspector(const QString &path) : m_file(path) { }
+
+    SharedObjectFile inspect()
+    {
+        if (!m_file.open(QIODevice::ReadOnly))
+            return damaged(tr("the file can't be read: %1").arg(m_file.errorString()));
+        if (m_file.size() == 0)
+            return damaged(tr("the file is empty"));
+        const QByteArray magic = m_file.peek(SELFMAG);
+        if (magic != QByteArray(ELFMAG, SELFMAG))
+            return {};
+        FileHeader header;
+        if (!readAt(0, &header, sizeof header))
+            return damaged(tr("the file is truncated"));
+        const int nativeClass = QSysInfo::WordSize == 64 ? ELFCLASS64 : ELFCLASS32;
+        const int nativeData = QSysInfo::ByteOrder == QSysInfo::LittleEndian ? ELFDATA2LSB : ELFDATA2MSB;
+        if (header.e_ident[EI_CLASS] != nativeClass || header.e_ident[EI_DATA] != nativeData)
+            return damaged(tr("the file was built for another machine"));
+        if (header.e_shoff == 0 || header.e_shnum == 0)
+            return {};
+        return inspectSections(header);
+    }
+
+private:
+    static SharedObjectFile damaged(const QString &reason) { return { SharedObjectFile::Damaged, reason }; }
+
+    bool fits(quint64 offset, quint64 size) const
+    {
+        const auto whole = static_cast<quint64>(m_file.size());
+        return offset <= whole && size <= whole - offset;
+    }
+
+    bool readAt(quint64 offset, void *target, quint64 size)
+    {
+        return fits(offset, size) && m_file.seek(static_cast<qint64>(offset))
+            && m_file.read(static_cast<char *>(target), static_cast<qint64>(size)) == static_cast<qint64>(size);
+    }
+
+    SharedObjectFile inspectSections(const FileHeader &header)
+    {
+        if (header.e_shentsize != sizeof(SectionHeader) || header.e_shstrndx >= header.e_shnum)
+            return damaged(tr("the section headers are damaged"));
+        QVector<SectionHeader> sections(header.e_shnum);
+        if (!readAt(header.e_shoff, sections.data(), sizeof(SectionHeader) * static_cast<quint64>(header.e_shnum)))
+            return damaged(tr("the file is truncated"));
+        for (const SectionHeader &section : qAsConst(sections)) {
+            if (section.sh_type != SHT_NOBITS && section.sh_type != SHT_NULL
+                && !fits(section.sh_offset, section.sh_size))
+                return damaged(tr("the file is truncated"));
+        }
+        const SectionHeader &nameTable = sections.at(header.e_shstrndx);
+        if (nameTable.sh_type != SHT_STRTAB)
+            return damaged(tr("the section headers are damaged"));
+        for (const SectionHeader &section : qAsConst(sections)) {
+            if (isMetaData(nameTable, section))
+                return { SharedObjectFile::Plugin, {} };
+        }
+        return {};
+    }
+
+    bool isMetaData(const SectionHeader &nameTable, const SectionHeader &section)
+    {
+        static constexpr char wanted[] = ".qtmetadata";
+        char name[sizeof wanted];
+        return section.sh_name < nameTable.sh_size && sizeof name <= nameTable.sh_size - section.sh_name
+            && readAt(nameTable.sh_offset + section.sh_name, name, sizeof name)
+            && std::memcmp(name, wanted, sizeof wanted) == 0;
+    }
+
+    QFile m_file;
+};
+
+} // namespace
+
+SharedObjectFile SharedObjectFile::inspect(const QString &path)
+{
+    return Inspector(path).inspect();
+}
+
+} // namespace ExtensionSystem

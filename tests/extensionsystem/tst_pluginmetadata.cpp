@@ -1,0 +1,205 @@
+#include "extensionsystem/pluginmetadata.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtTest>
+
+using namespace ExtensionSystem;
+
+class TestPluginMetaData final : public QObject
+{
+    Q_OBJECT
+private slots:
+    void versions_data();
+    void versions();
+    void versionOrder();
+    void provides_data();
+    void provides();
+    void completeMetaData();
+    void defects_data();
+    void defects();
+};
+
+namespace {
+
+QJsonObject loaderObject(const QByteArray &metaData)
+{
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(metaData, &error);
+    if (error.error != QJsonParseError::NoError)
+        qFatal("bad test data: %s", metaData.constData());
+    return { { QStringLiteral("IID"), QStringLiteral(EXTENSIONSYSTEM_PLUGIN_IID) },
+        { QStringLiteral("className"), QStringLiteral("SomePlugin") },
+        { QStringLiteral("MetaData"),
+            document.isArray() ? QJsonValue(document.array()) : QJsonValue(document.object()) } };
+}
+
+} // namespace
+
+void TestPluginMetaData::versions_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("printed"); // empty: not a version
+    const auto row = [](const char *text, const char *printed) {
+        QTest::newRow(text) << QString::fromLatin1(text) << QString::fromLatin1(printed);
+    };
+    row("4.0.2", "4.0.2");
+    row("4.0.2_7", "4.0.2_7");
+    row("4.0.2_0", "4.0.2");
+    row("04.00.02", "4.0.2");
+    row("999999999.0.0", "999999999.0.0");
+    row("1000000000.0.0", "");
+    row("", "");
+    row("4", "");
+    row("4.0", "");
+    row("4.0.2.1", "");
+    row("4.0.2_", "");
+    row("4.0.2-1", "");
+    row("4.0.2a", "");
+    row("-4.0.2", "");
+    row(" 4.0.2", "");
+    row("4.0.2\n", "");
+}
+
+void TestPluginMetaData::versions()
+{
+    QFETCH(QString, text);
+    const std::optional<PluginVersion> version = PluginVersion::fromString(text);
+    QTEST(version ? version->toString() : QString(), "printed");
+}
+
+void TestPluginMetaData::versionOrder()
+{
+    const QStringList ascending { QStringLiteral("0.0.9"), QStringLiteral("0.9.0"), QStringLiteral("0.10.0"),
+        QStringLiteral("1.0.0"), QStringLiteral("1.0.0_2"), QStringLiteral("1.0.0_10"), QStringLiteral("1.0.1"),
+        QStringLiteral("9.0.0"), QStringLiteral("10.0.0") };
+    for (int i = 0; i < ascending.size(); ++i) {
+        for (int j = 0; j < ascending.size(); ++j) {
+            const PluginVersion left = *PluginVersion::fromString(ascending.at(i));
+            const PluginVersion right = *PluginVersion::fromString(ascending.at(j));
+            QCOMPARE(left < right, i < j);
+            QCOMPARE(left <= right, i <= j);
+            QCOMPARE(left == right, i == j);
+        }
+    }
+}
+
+void TestPluginMetaData::provides_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("version");
+    QTest::addColumn<bool>("provided");
+    const auto row = [](const char *tag, const char *name, const char *version, bool provided) {
+        QTest::newRow(tag) << QString::fromLatin1(name) << QString::fromLatin1(version) << provided;
+    };
+    row("the newest", "Core", "4.1.2", true);
+    row("the oldest", "Core", "3.9.0", true);
+    row("between, though greater as text", "Core", "3.10.5", true);
+    row("other letter case", "cORE", "4.0.0", true);
+    row("too new", "Core", "4.1.3", false);
+    row("too new by a build", "Core", "4.1.2_1", false);
+    row("too old", "Core", "3.8.99", false);
+    row("another name", "Cores", "4.0.0", false);
+}
+
+void TestPluginMetaData::provides()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, version);
+    PluginMetaData metaData;
+    metaData.name = QStringLiteral("Core");
+    metaData.version = *PluginVersion::fromString(QStringLiteral("4.1.2"));
+    metaData.compatVersion = *PluginVersion::fromString(QStringLiteral("3.9.0"));
+    QTEST(metaData.provides(name, *PluginVersion::fromString(version)), "provided");
+}
+
+void TestPluginMetaData::completeMetaData()
+{
+    const auto result = PluginMetaData::fromJson(loaderObject(R"({
+        "Name": "Painter", "Version": "2.1.0_3", "CompatVersion": "2.0.0", "Category": "Pictures",
+        "Description": "Paints.", "Vendor": "The Painters", "Copyright": "(C) nobody", "Required": true,
+        "Dependencies": [{ "Name": "Core", "Version": "4.0.2" },
+                         { "Name": "Printer", "Version": "1.0.0", "Type": "optional" }],
+        "Unheard": [1] })"));
+    QCOMPARE(result.defects, QStringList());
+    const PluginMetaData &metaData = result.metaData;
+    QCOMPARE(metaData.className, QStringLiteral("SomePlugin"));
+    QCOMPARE(metaData.name, QStringLiteral("Painter"));
+    QCOMPARE(metaData.version.toString(), QStringLiteral("2.1.0_3"));
+    QCOMPARE(metaData.compatVersion.toString(), QStringLiteral("2.0.0"));
+    QCOMPARE(metaData.category, QStringLiteral("Pictures"));
+    QCOMPARE(metaData.description, QStringLiteral("Paints."));
+    QCOMPARE(metaData.vendor, QStringLiteral("The Painters"));
+    QCOMPARE(metaData.copyright, QStringLiteral("(C) nobody"));
+    QVERIFY(metaData.required);
+    QCOMPARE(metaData.dependencies.size(), 2);
+    QCOMPARE(metaData.dependencies.at(0).name, QStringLiteral("Core"));
+    QCOMPARE(metaData.dependencies.at(0).version.toString(), QStringLiteral("4.0.2"));
+    QVERIFY(!metaData.dependencies.at(0).optional);
+    QVERIFY(metaData.dependencies.at(1).optional);
+
+    const auto least = PluginMetaData::fromJson(loaderObject(R"({"Name": "Least", "Version": "1.5.0"})"));
+    QCOMPARE(least.defects, QStringList());
+    QCOMPARE(least.metaData.compatVersion.toString(), QStringLiteral("1.5.0"));
+    QVERIFY(!least.metaData.required);
+}
+
+void TestPluginMetaData::defects_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QStringList>("defects");
+    const auto row = [](const char *tag, const char *json, const QStringList &defects) {
+        QTest::newRow(tag) << QByteArray(json) << defects;
+    };
+    const auto dependency = [&row](const char *tag, const char *json, const QString &defect) {
+        const QByteArray whole = QByteArray(R"({"Name": "n", "Version": "1.0.0", "Dependencies": )") + json + '}';
+        row(tag, whole.constData(), { defect });
+    };
+    row("not an object", "[]", { QStringLiteral("the metadata is not a JSON object") });
+    row("empty", "{}",
+        { QStringLiteral("the plug-in has no \"Name\""), QStringLiteral("the plug-in has no \"Version\"") });
+    row("blank name", R"({"Name": " ", "Version": "1.0.0"})", { QStringLiteral("the plug-in has no \"Name\"") });
+    row("name of another type", R"({"Name": 7, "Version": "1.0.0"})",
+        { QStringLiteral("the plug-in has no \"Name\"") });
+    row("version", R"({"Name": "n", "Version": "1.0"})",
+        { QStringLiteral("the \"Version\" \"1.0\" of the plug-in is not of the form \"1.2.3\" or \"1.2.3_4\"") });
+    row("compatible version", R"({"Name": "n", "Version": "1.0.0", "CompatVersion": "x"})",
+        { QStringLiteral("the \"CompatVersion\" \"x\" of the plug-in is not of the form \"1.2.3\" or \"1.2.3_4\"") });
+    row("compatible version too new", R"({"Name": "n", "Version": "1.0.0", "CompatVersion": "1.0.1"})",
+        { QStringLiteral("\"CompatVersion\" 1.0.1 is newer than \"Version\" 1.0.0") });
+    row("texts and flags of another type",
+        R"({"Name": "n", "Version": "1.0.0", "Category": 1, "Description": [], "Vendor": {}, "Copyright": true,
+            "Required": "yes"})",
+        { QStringLiteral("\"Category\" is not a string"), QStringLiteral("\"Description\" is not a string"),
+            QStringLiteral("\"Vendor\" is not a string"), QStringLiteral("\"Copyright\" is not a string"),
+            QStringLiteral("\"Required\" is neither true nor false") });
+    dependency("dependencies of another type", "{}", QStringLiteral("\"Dependencies\" is not an array"));
+    dependency("dependency of another type", R"(["Core"])", QStringLiteral("dependency 1 is not a JSON object"));
+    dependency("nameless dependency", R"([{"Version": "1.0.0"}])", QStringLiteral("dependency 1 has no \"Name\""));
+    dependency("dependency without version", R"([{"Name": "m"}])", QStringLiteral("dependency 1 has no \"Version\""));
+    dependency("version of a dependency", R"([{"Name": "m", "Version": "1.0.0"}, {"Name": "k", "Version": "v"}])",
+        QStringLiteral("the \"Version\" \"v\" of dependency 2 is not of the form \"1.2.3\" or \"1.2.3_4\""));
+    dependency("type of a dependency", R"([{"Name": "m", "Version": "1.0.0", "Type": "maybe"}])",
+        QStringLiteral("the \"Type\" \"maybe\" of dependency 1 is neither \"required\" nor \"optional\""));
+    dependency("dependency on itself", R"([{"Name": "N", "Version": "1.0.0"}])",
+        QStringLiteral("dependency 1 is the plug-in itself"));
+    dependency("dependency named twice", R"([{"Name": "m", "Version": "1.0.0"}, {"Name": "M", "Version": "1.0.0"}])",
+        QStringLiteral("dependency 2 names \"M\" once more"));
+}
+
+void TestPluginMetaData::defects()
+{
+    QFETCH(QByteArray, json);
+    const auto result = PluginMetaData::fromJson(loaderObject(json));
+    QTEST(result.defects, "defects");
+
+    // Of a file with another interface nothing else is said.
+    QJsonObject foreign = loaderObject(json);
+    foreign.insert(QStringLiteral("IID"), QStringLiteral("org.elsewhere"));
+    QCOMPARE(PluginMetaData::fromJson(foreign).defects,
+        QStringList { QStringLiteral("the interface id is \"org.elsewhere\", not \"org.extpoint.host.Plugin/1.0\"") });
+}
+
+QTEST_GUILESS_MAIN(TestPluginMetaData)
+#include "tst_pluginmetadata.moc"
