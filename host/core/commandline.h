@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace Core {
+
+/// What the program was asked for on its command line. Read twice: by the program, which answers "--help" and refuses
+/// what it does not know before anything else exists, and by the Core plug-in, which carries the rest out. A plain
+/// value.
+struct CommandLine
+{
+    enum class Request {
+        Start, ///< Run the workbench.
+        Help,
+        Version,
+        Refuse ///< `error` says why.
+    };
+    enum class Page { Unchanged, Definition, Realization };
+
+    Request request = Request::Start;
+    QString error;
+    QString file;            ///< As given; empty without one.
+    QStringList pluginPaths; ///< Empty: the default directory.
+    QString screenshot;      ///< Path of the picture, empty for none.
+    Page page = Page::Unchanged;
+    bool save = false;
+    bool timings = false;
+    bool dark = false;
+    bool verbose = false;
+
+    /// True when the program quits by itself once it has done what it was asked for.
+    [[nodiscard]] bool isJob() const { return save || timings || !screenshot.isEmpty(); }
+
+    /// \a arguments without the program's name.
+    [[nodiscard]] static CommandLine parse(const QStringList &arguments);
+    /// Needs no application object.
+    [[nodiscard]] static QString usage();
+    [[nodiscard]] static QString help();
+};
+
+} // namespace Core

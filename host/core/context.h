@@ -1,0 +1,33 @@
+#pragma once
+
+#include "core/id.h"
+
+#include <QList>
+
+namespace Core {
+
+/// The ids under which the actions of the window that has the focus are valid. A plain value.
+class Context
+{
+public:
+    Context() = default;
+    explicit Context(Id id) { add(id); }
+
+    /// An invalid id and one already there are ignored.
+    void add(Id id)
+    {
+        if (id.isValid() && !contains(id))
+            m_ids.append(id);
+    }
+    [[nodiscard]] bool contains(Id id) const { return m_ids.contains(id); }
+    [[nodiscard]] bool isEmpty() const { return m_ids.isEmpty(); }
+    [[nodiscard]] const QList<Id> &ids() const { return m_ids; }
+
+    friend bool operator==(const Context &a, const Context &b) { return a.m_ids == b.m_ids; }
+    friend bool operator!=(const Context &a, const Context &b) { return !(a == b); }
+
+private:
+    QList<Id> m_ids;
+};
+
+} // namespace Core

@@ -1,0 +1,89 @@
+#include "core/coreplugin.h"
+
+#include "core/darkpalette.h"
+#include "core/editormanager.h"
+#include "core/icore.h"
+#include "core/mainwindow.h"
+#include "core/startupjob.h"
+#include "extensionsystem/pluginmanager.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <QSettings>
+#include <QTimer>
+
+namespace Core {
+
+CorePlugin::CorePlugin() = default;
+
+CorePlugin::~CorePlugin() = default;
+
+bool CorePlugin::initialize(const QStringList &arguments, QString *errorString)
+{
+    m_commandLine = CommandLine::parse(arguments);
+    if (m_commandLine.request == CommandLine::Request::Refuse) {
+        *errorString = m_commandLine.error;
+        return false;
+    }
+    if (m_commandLine.dark)
+        useDarkPalette();
+    if (m_commandLine.isJob()) {
+        // Such a run neither shows what an earlier one left behind nor leaves anything behind itself.
+        m_jobSettingsDirectory = std::make_unique<QTemporaryDir>();
+        m_settings = std::make_unique<QSettings>(
+            m_jobSettingsDirectory->filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
+    } else {
+        m_settings = std::make_unique<QSettings>();
+    }
+    m_editors = std::make_unique<EditorManager>();
+    m_window = std::make_unique<MainWindow>(*m_editors, *m_settings);
+    m_window->setLauncher([this](const QString &path) { return startSecondProcess(path); });
+    m_core.reset(new ICore(*m_window, *m_editors, *m_settings));
+    // Long before the plug-ins go, whose code the editors need.
+    connect(qApp, &QCoreApplication::aboutToQuit, m_editors.get(), &EditorManager::closeAll);
+    return true;
+}
+
+void CorePlugin::extensionsInitialized()
+{
+    m_job = std::make_unique<StartupJob>(m_commandLine, *m_window, *m_editors);
+    m_window->restorePlace();
+    const bool invisible = m_commandLine.save && m_commandLine.screenshot.isEmpty();
+    if (!invisible)
+        m_window->show();
+    QTimer::singleShot(0, m_job.get(), [this] {
+        int problems = 0;
+        const auto plugins = ExtensionSystem::PluginManager::instance()->plugins();
+        for (const ExtensionSystem::PluginInfo &plugin : plugins)
+            problems += plugin.hasError() ? 1 : 0;
+        m_window->setPluginProblems(problems);
+        m_job->start();
+    });
+}
+
+CorePlugin::ShutdownFlag CorePlugin::aboutToShutdown()
+{
+    m_job.reset();
+    if (m_editors)
+        m_editors->closeAll();
+    m_core.reset();
+    m_window.reset();
+    m_editors.reset();
+    m_settings.reset();
+    return SynchronousShutdown;
+}
+
+bool CorePlugin::startSecondProcess(const QString &path) const
+{
+    QStringList arguments;
+    for (const QString &directory : m_commandLine.pluginPaths)
+        arguments << QStringLiteral("--plugin-path") << directory;
+    if (m_commandLine.dark)
+        arguments << QStringLiteral("--dark");
+    if (m_commandLine.verbose)
+        arguments << QStringLiteral("--verbose");
+    arguments << QStringLiteral("--") << path;
+    return QProcess::startDetached(QCoreApplication::applicationFilePath(), arguments);
+}
+
+} // namespace Core

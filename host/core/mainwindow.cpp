@@ -1,0 +1,497 @@
+#include "core/mainwindow.h"
+
+#include "core/aboutpluginsdialog.h"
+#include "core/busyindicator.h"
+#include "core/idocument.h"
+#include "core/ieditor.h"
+#include "core/welcomepage.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
+#include <QDockWidget>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QSettings>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QStyle>
+#include <QToolButton>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace Core {
+
+namespace {
+
+constexpr QSize InitialSize(1280, 800);
+constexpr int StatusMessageTime = 4000; // milliseconds
+
+QString geometryKey()
+{
+    return QStringLiteral("MainWindow/Geometry");
+}
+
+QString stateKey()
+{
+    return QStringLiteral("MainWindow/State");
+}
+
+QString pathOf(IEditor *editor)
+{
+    return editor->document()->filePath().toString();
+}
+
+/// Two names of one file count as the same.
+bool isSameFile(const QString &a, const QString &b)
+{
+    const QString canonical = QFileInfo(a).canonicalFilePath();
+    return canonical.isEmpty() ? QFileInfo(a).absoluteFilePath() == QFileInfo(b).absoluteFilePath()
+                               : canonical == QFileInfo(b).canonicalFilePath();
+}
+
+QString shortPath(const QString &path)
+{
+    const QString home = QDir::homePath();
+    if (home.size() > 1 && (path == home || path.startsWith(home + QLatin1Char('/'))))
+        return QLatin1Char('~') + path.mid(home.size());
+    return path;
+}
+
+QString firstLocalFile(const QMimeData *data)
+{
+    const QList<QUrl> urls = data->urls();
+    for (const QUrl &url : urls)
+        if (url.isLocalFile())
+            return url.toLocalFile();
+    return QString();
+}
+
+QIcon themeIcon(const QString &name)
+{
+    static const QHash<QString, QStyle::StandardPixmap> fallbacks {
+        { QStringLiteral("document-open"), QStyle::SP_DialogOpenButton },
+        { QStringLiteral("document-save"), QStyle::SP_DialogSaveButton },
+        { QStringLiteral("document-revert"), QStyle::SP_BrowserReload },
+        { QStringLiteral("window-close"), QStyle::SP_DialogCloseButton },
+    };
+    const QIcon icon = QIcon::fromTheme(name);
+    return icon.isNull() && fallbacks.contains(name) ? QApplication::style()->standardIcon(fallbacks.value(name))
+                                                     : icon;
+}
+
+} // namespace
+
+MainWindow::MainWindow(EditorManager &editors, QSettings &settings, QWidget *parent)
+    : QMainWindow(parent), m_editors(editors), m_settings(settings), m_recentFiles(settings),
+      m_stack(new QStackedWidget(this)), m_welcome(new WelcomePage(m_stack))
+{
+    setObjectName(QStringLiteral("mainWindow"));
+    setAcceptDrops(true);
+    m_stack->setObjectName(QStringLiteral("centralStack"));
+    m_stack->addWidget(m_welcome);
+    setCentralWidget(m_stack);
+    createMenus();
+    createStatusBar();
+
+    connect(m_welcome, &WelcomePage::openRequested, this, &MainWindow::chooseFile);
+    connect(m_welcome, &WelcomePage::fileRequested, this, &MainWindow::openFile);
+    connect(&m_editors, &EditorManager::aboutToClose, this, &MainWindow::detach);
+    connect(&m_editors, &EditorManager::documentChanged, this, &MainWindow::updateState);
+    m_welcome->setRecentFiles(m_recentFiles.files());
+    updateState();
+}
+
+MainWindow::~MainWindow()
+{
+    if (m_editor)
+        m_editors.close(m_editor);
+}
+
+void MainWindow::createMenus()
+{
+    QMenu *file = menuBar()->addMenu(tr("&File"));
+    addAction(file, QStringLiteral("document-open"), tr("&Open…"), QKeySequence::Open, &MainWindow::chooseFile);
+    m_recentMenu = file->addMenu(tr("Open &Recent"));
+    m_recentMenu->setObjectName(QStringLiteral("recentMenu"));
+    connect(m_recentMenu, &QMenu::aboutToShow, this, &MainWindow::fillRecentMenu);
+    file->addSeparator();
+    m_saveAction = addAction(file, QStringLiteral("document-save"), tr("&Save"), QKeySequence::Save, &MainWindow::save);
+    m_saveAction->setObjectName(QStringLiteral("saveAction"));
+    m_revertAction = addAction(
+        file, QStringLiteral("document-revert"), tr("Re&vert to Saved"), QKeySequence(), &MainWindow::revert);
+    m_revertAction->setObjectName(QStringLiteral("revertAction"));
+    file->addSeparator();
+    m_closeAction = addAction(
+        file, QStringLiteral("window-close"), tr("&Close"), QKeySequence(Qt::CTRL + Qt::Key_W), &MainWindow::closeFile);
+    m_closeAction->setObjectName(QStringLiteral("closeAction"));
+    QAction *quitAction = addAction(
+        file, QStringLiteral("application-exit"), tr("&Quit"), QKeySequence(Qt::CTRL + Qt::Key_Q), &MainWindow::quit);
+    quitAction->setObjectName(QStringLiteral("quitAction"));
+    quitAction->setMenuRole(QAction::QuitRole);
+
+    m_viewMenu = menuBar()->addMenu(tr("&View"));
+    m_viewMenu->setObjectName(QStringLiteral("viewMenu"));
+    m_viewMenu->menuAction()->setVisible(false);
+
+    QMenu *help = menuBar()->addMenu(tr("&Help"));
+    addAction(help, QString(), tr("About &Plug-ins…"), QKeySequence(), &MainWindow::showAboutPlugins)
+        ->setObjectName(QStringLiteral("aboutPluginsAction"));
+    addAction(help, QStringLiteral("help-about"), tr("&About"), QKeySequence(), &MainWindow::showAbout);
+}
+
+QAction *MainWindow::addAction(
+    QMenu *menu, const QString &iconName, const QString &text, const QKeySequence &shortcut, void (MainWindow::*slot)())
+{
+    QAction *action = menu->addAction(iconName.isEmpty() ? QIcon() : themeIcon(iconName), text);
+    action->setShortcut(shortcut);
+    connect(action, &QAction::triggered, this, slot);
+    return action;
+}
+
+void MainWindow::createStatusBar()
+{
+    m_busy = new BusyIndicator(this);
+    statusBar()->addPermanentWidget(m_busy);
+    connect(&m_editors.busyMonitor(), &BusyMonitor::busyChanged, m_busy, &BusyIndicator::setBusy);
+}
+
+void MainWindow::addDock(Qt::DockWidgetArea area, QDockWidget *dock)
+{
+    addDockWidget(area, dock);
+    m_viewMenu->addAction(dock->toggleViewAction());
+    m_viewMenu->menuAction()->setVisible(true);
+    // A dock that came after restorePlace() gets its old place by itself this way.
+    restoreDockWidget(dock);
+}
+
+void MainWindow::setPluginProblems(int count)
+{
+    if (count == 0)
+        return;
+    auto *button = new QToolButton(this);
+    button->setObjectName(QStringLiteral("pluginProblemsButton"));
+    button->setAutoRaise(true);
+    button->setIcon(style()->standardIcon(QStyle::SP_MessageBoxWarning));
+    button->setText(
+        count == 1 ? tr("A plug-in could not be loaded") : tr("%1 plug-ins could not be loaded").arg(count));
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    connect(button, &QToolButton::clicked, this, &MainWindow::showAboutPlugins);
+    statusBar()->addPermanentWidget(button);
+}
+
+void MainWindow::restorePlace()
+{
+    const QRect available = screen()->availableGeometry();
+    resize(InitialSize.boundedTo(available.size()));
+    restoreGeometry(m_settings.value(geometryKey()).toByteArray());
+    restoreState(m_settings.value(stateKey()).toByteArray());
+}
+
+void MainWindow::savePlace()
+{
+    m_settings.setValue(geometryKey(), saveGeometry());
+    m_settings.setValue(stateKey(), saveState());
+}
+
+// Opening ------------------------------------------------------------------------------------------------------------
+
+void MainWindow::openFile(const QString &path)
+{
+    if (m_editors.isWorking())
+        return;
+    const QString file = QFileInfo(path).absoluteFilePath();
+    if (m_editor && isSameFile(file, pathOf(m_editor))) {
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+        raise();
+        activateWindow();
+        return;
+    }
+    if (m_editor) {
+        if (!m_launcher || !m_launcher(file))
+            showMessage(
+                QStringLiteral("errorMessage"), tr("No second window could be started for the file."), file, QString());
+        return;
+    }
+    const OpenOutcome outcome = openHere(file);
+    if (!outcome.editor)
+        showMessage(QStringLiteral("errorMessage"), tr("The file could not be opened."), file, outcome.error);
+}
+
+OpenOutcome MainWindow::openHere(const QString &path)
+{
+    Q_ASSERT(!m_editor);
+    const OpenOutcome outcome = m_editors.open(path);
+    if (outcome.editor)
+        attach(outcome.editor);
+    return outcome;
+}
+
+void MainWindow::chooseFile()
+{
+    auto *dialog = new QFileDialog(this, tr("Open a File"));
+    dialog->setObjectName(QStringLiteral("openDialog"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setNameFilters({ tr("Extension files (extension.xml)"), tr("All files (*)") });
+    const QStringList recent = m_recentFiles.files();
+    if (m_editor)
+        dialog->setDirectory(QFileInfo(pathOf(m_editor)).absolutePath());
+    else if (!recent.isEmpty())
+        dialog->setDirectory(QFileInfo(recent.first()).absolutePath());
+    connect(dialog, &QFileDialog::fileSelected, this, &MainWindow::openFile);
+    dialog->open();
+}
+
+void MainWindow::fillRecentMenu()
+{
+    m_recentMenu->clear();
+    const QStringList files = m_recentFiles.files();
+    for (const QString &path : files) {
+        QString text = shortPath(path);
+        text.replace(QLatin1Char('&'), QLatin1String("&&"));
+        connect(m_recentMenu->addAction(text), &QAction::triggered, this, [this, path] { openFile(path); });
+    }
+    m_recentMenu->addSeparator();
+    QAction *clear = m_recentMenu->addAction(tr("Clear Menu"));
+    clear->setEnabled(!files.isEmpty());
+    connect(clear, &QAction::triggered, this, [this] {
+        m_recentFiles.clear();
+        m_welcome->setRecentFiles({});
+    });
+}
+
+void MainWindow::attach(IEditor *editor)
+{
+    auto *holder = new QWidget(m_stack);
+    holder->setObjectName(QStringLiteral("editorHolder"));
+    auto *layout = new QVBoxLayout(holder);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    if (QWidget *toolBar = editor->toolBar())
+        layout->addWidget(toolBar);
+    if (QWidget *widget = editor->widget()) {
+        layout->addWidget(widget, 1);
+        widget->show();
+        holder->setFocusProxy(widget);
+    }
+    m_stack->addWidget(holder);
+    m_stack->setCurrentWidget(holder);
+    holder->setFocus(Qt::OtherFocusReason);
+    m_editor = editor;
+    m_recentFiles.add(pathOf(editor));
+    updateState();
+    emit currentEditorChanged(m_editor);
+}
+
+void MainWindow::detach(IEditor *editor)
+{
+    if (editor != m_editor)
+        return;
+    m_editor = nullptr;
+    // The editor's widgets are not the window's to delete.
+    if (QWidget *toolBar = editor->toolBar())
+        toolBar->setParent(nullptr);
+    if (QWidget *widget = editor->widget())
+        widget->setParent(nullptr);
+    QWidget *holder = m_stack->currentWidget();
+    m_stack->setCurrentWidget(m_welcome);
+    m_stack->removeWidget(holder);
+    delete holder;
+    m_welcome->setRecentFiles(m_recentFiles.files());
+    updateState();
+    emit currentEditorChanged(nullptr);
+}
+
+// Saving and closing -------------------------------------------------------------------------------------------------
+
+void MainWindow::save()
+{
+    if (m_editor && !m_editors.isWorking())
+        saveAndTell();
+}
+
+bool MainWindow::saveAndTell()
+{
+    const QString path = pathOf(m_editor);
+    const SaveOutcome outcome = m_editors.save(m_editor);
+    if (!outcome.written)
+        showMessage(QStringLiteral("errorMessage"), tr("The file could not be saved."), path, outcome.error);
+    else if (!outcome.warning.isEmpty())
+        showMessage(QStringLiteral("warningMessage"), tr("The file was saved, but it will not open again."), path,
+            outcome.warning);
+    else
+        statusBar()->showMessage(tr("Saved %1").arg(shortPath(path)), StatusMessageTime);
+    return outcome.written && outcome.warning.isEmpty();
+}
+
+void MainWindow::revert()
+{
+    if (!m_editor || m_editors.isWorking() || m_question)
+        return;
+    if (!m_editors.isModified(m_editor)) {
+        replaceByFresh();
+        return;
+    }
+    m_question = new QMessageBox(QMessageBox::Question, windowTitle(),
+        tr("Revert to the file on disk? What was changed since the last save is lost."), QMessageBox::Cancel, this);
+    m_question->setObjectName(QStringLiteral("revertPrompt"));
+    m_question->setAttribute(Qt::WA_DeleteOnClose);
+    m_question->setTextFormat(Qt::PlainText);
+    QPushButton *revertButton = m_question->addButton(tr("&Revert"), QMessageBox::DestructiveRole);
+    m_question->setDefaultButton(QMessageBox::Cancel);
+    connect(revertButton, &QPushButton::clicked, this, &MainWindow::replaceByFresh, Qt::QueuedConnection);
+    m_question->open();
+}
+
+void MainWindow::replaceByFresh()
+{
+    if (!m_editor || m_editors.isWorking())
+        return;
+    // The fresh editor first: when the file can't be read any more, the old one with its changes stays. The old one is
+    // gone before the event loop turns, so nothing that it still does in the background reaches the fresh one.
+    const QString path = pathOf(m_editor);
+    const OpenOutcome outcome = m_editors.open(path);
+    if (!outcome.editor) {
+        showMessage(QStringLiteral("errorMessage"), tr("The file could not be read again."), path, outcome.error);
+        return;
+    }
+    m_editors.close(m_editor);
+    attach(outcome.editor);
+}
+
+void MainWindow::closeFile()
+{
+    confirmThen([this] {
+        if (m_editor)
+            m_editors.close(m_editor);
+    });
+}
+
+void MainWindow::quit()
+{
+    close();
+}
+
+void MainWindow::confirmThen(const std::function<void()> &proceed)
+{
+    if (m_editors.isWorking())
+        return;
+    if (m_question) {
+        m_question->raise();
+        m_question->activateWindow();
+        return;
+    }
+    if (!m_editor || !m_editors.isModified(m_editor)) {
+        proceed();
+        return;
+    }
+    m_question = new QMessageBox(QMessageBox::Question, tr("Unsaved Changes"),
+        tr("Save the changes to %1 before closing it?").arg(shortPath(pathOf(m_editor))),
+        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
+    m_question->setObjectName(QStringLiteral("savePrompt"));
+    m_question->setAttribute(Qt::WA_DeleteOnClose);
+    m_question->setTextFormat(Qt::PlainText);
+    m_question->setDefaultButton(QMessageBox::Save);
+    connect(
+        m_question, &QDialog::finished, this,
+        [this, proceed](int answer) {
+            m_question.clear();
+            if (answer == QMessageBox::Discard || (answer == QMessageBox::Save && m_editor && saveAndTell()))
+                proceed();
+        },
+        // After the box is gone: saving may take a while, and closing deletes the parent of the box.
+        Qt::QueuedConnection);
+    m_question->open();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (!m_closeConfirmed && m_editor && (m_editors.isWorking() || m_editors.isModified(m_editor))) {
+        event->ignore();
+        confirmThen([this] {
+            const QScopedValueRollback<bool> confirmed(m_closeConfirmed, true);
+            close();
+        });
+        return;
+    }
+    savePlace();
+    if (m_editor)
+        m_editors.close(m_editor);
+    event->accept();
+}
+
+// Telling ------------------------------------------------------------------------------------------------------------
+
+void MainWindow::showMessage(const QString &objectName, const QString &text, const QString &path, const QString &reason)
+{
+    const auto icon = objectName == QLatin1String("errorMessage") ? QMessageBox::Critical : QMessageBox::Warning;
+    auto *box = new QMessageBox(icon, tr("ExtPoint Workbench"), text, QMessageBox::Ok, this);
+    box->setObjectName(objectName);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(reason.isEmpty() ? QDir::toNativeSeparators(path)
+                                             : QDir::toNativeSeparators(path) + QLatin1String("\n\n") + reason);
+    box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    box->open();
+}
+
+void MainWindow::updateState()
+{
+    m_saveAction->setEnabled(m_editor);
+    m_revertAction->setEnabled(m_editor);
+    m_closeAction->setEnabled(m_editor);
+    if (!m_editor) {
+        setWindowModified(false);
+        setWindowTitle(tr("ExtPoint Workbench"));
+        return;
+    }
+    const QFileInfo file(pathOf(m_editor));
+    // Qt reads "[*]" in a title as the place of the mark; doubled it stands for itself.
+    QString name = m_editor->document()->displayName();
+    QString directory = shortPath(file.absolutePath());
+    name.replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
+    directory.replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
+    setWindowTitle(tr("%1[*] — %2 — ExtPoint Workbench").arg(name, directory));
+    setWindowModified(m_editors.isModified(m_editor));
+}
+
+void MainWindow::showAbout()
+{
+    auto *box = new QMessageBox(QMessageBox::NoIcon, tr("About ExtPoint Workbench"),
+        tr("ExtPoint Workbench %1").arg(QCoreApplication::applicationVersion()), QMessageBox::Ok, this);
+    box->setObjectName(QStringLiteral("aboutBox"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setInformativeText(tr("A small host for editor plug-ins. It opens one file per window."));
+    box->open();
+}
+
+void MainWindow::showAboutPlugins()
+{
+    (new AboutPluginsDialog(this))->open();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!firstLocalFile(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    const QString path = firstLocalFile(event->mimeData());
+    if (path.isEmpty())
+        return;
+    event->acceptProposedAction();
+    // The program that the file was dragged from waits until this returns.
+    QMetaObject::invokeMethod(
+        this, [this, path] { openFile(path); }, Qt::QueuedConnection);
+}
+
+} // namespace Core

@@ -1,0 +1,164 @@
+#include "core/startupjob.h"
+
+#include "core/editormanager.h"
+#include "core/ieditor.h"
+#include "core/mainwindow.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QPixmap>
+#include <QTabWidget>
+#include <QWindow>
+
+#include <cstdio>
+#include <unistd.h>
+
+namespace Core {
+
+namespace {
+
+constexpr int PollInterval = 5; // milliseconds
+// Looks at which nothing may be going on before the work counts as done: what a finished thread has sent is then taken
+// in, and the window has been painted with it.
+constexpr int QuietTurnsNeeded = 4;
+constexpr qint64 LongestWaitForWindow = 5'000'000'000; // nanoseconds
+
+double milliseconds(qint64 nanoseconds)
+{
+    return double(nanoseconds / 1000) / 1000.0;
+}
+
+/// The resident memory of this process in bytes, 0 when the system doesn't tell.
+double residentBytes()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    const QList<QByteArray> pages = file.readAll().split(' ');
+    return pages.value(1).toDouble() * double(::sysconf(_SC_PAGESIZE));
+}
+
+} // namespace
+
+StartupJob::StartupJob(const CommandLine &commandLine, MainWindow &window, EditorManager &editors, QObject *parent)
+    : QObject(parent), m_commandLine(commandLine), m_window(window), m_editors(editors)
+{
+    m_poll.setInterval(PollInterval);
+    connect(&m_poll, &QTimer::timeout, this, &StartupJob::waitForQuiet);
+    m_stallTimer.setInterval(1);
+    m_stallTimer.setTimerType(Qt::PreciseTimer);
+    connect(&m_stallTimer, &QTimer::timeout, this, [this] {
+        m_longestStall = qMax(m_longestStall, m_sinceTick.nsecsElapsed());
+        m_sinceTick.restart();
+    });
+}
+
+void StartupJob::start()
+{
+    m_sinceStart.start();
+    if (!m_commandLine.file.isEmpty() && m_commandLine.isJob()) {
+        const OpenOutcome outcome = m_window.openHere(m_commandLine.file);
+        if (!outcome.editor) {
+            fail(outcome.error);
+            return;
+        }
+    } else if (!m_commandLine.file.isEmpty()) {
+        m_window.openFile(m_commandLine.file);
+    }
+    m_openTime = m_sinceStart.nsecsElapsed();
+    showPage();
+    if (!m_commandLine.isJob())
+        return;
+    m_sinceStart.restart();
+    m_sinceTick.start();
+    if (m_commandLine.timings)
+        m_stallTimer.start();
+    m_poll.start();
+}
+
+void StartupJob::showPage()
+{
+    IEditor *editor = m_window.currentEditor();
+    if (m_commandLine.page == CommandLine::Page::Unchanged || !editor || !editor->widget())
+        return;
+    if (auto *tabs = editor->widget()->findChild<QTabWidget *>(QStringLiteral("tabWidget")))
+        tabs->setCurrentIndex(m_commandLine.page == CommandLine::Page::Definition ? 0 : 1);
+}
+
+void StartupJob::waitForQuiet()
+{
+    const QWindow *native = m_window.windowHandle();
+    const bool windowMissing = m_window.isVisible() && !(native && native->isExposed())
+        && m_sinceStart.nsecsElapsed() < LongestWaitForWindow;
+    if (m_editors.busyMonitor().isBusy()) {
+        m_quietTurns = 0;
+        return;
+    }
+    if (m_quietTurns == 0)
+        m_scanTime = m_sinceStart.nsecsElapsed();
+    if (++m_quietTurns < QuietTurnsNeeded || windowMissing)
+        return;
+    m_poll.stop();
+    m_stallTimer.stop();
+    work();
+}
+
+void StartupJob::work()
+{
+    if (!m_commandLine.screenshot.isEmpty()) {
+        const QString reason = takePicture();
+        if (!reason.isEmpty()) {
+            fail(reason);
+            return;
+        }
+    }
+    if (m_commandLine.save) {
+        const SaveOutcome outcome = m_editors.save(m_window.currentEditor());
+        if (!outcome.written) {
+            fail(outcome.error);
+            return;
+        }
+        if (!outcome.warning.isEmpty())
+            std::fprintf(
+                stderr, "extpoint-workbench: %s: %s\n", qPrintable(m_commandLine.file), qPrintable(outcome.warning));
+    }
+    if (m_commandLine.timings)
+        printTimings();
+    QCoreApplication::exit(0);
+}
+
+QString StartupJob::takePicture()
+{
+    const QPixmap picture = m_window.grab();
+    QFile file(m_commandLine.screenshot);
+    if (picture.isNull())
+        return tr("the window has no picture");
+    if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !file.flush())
+        return tr("%1 cannot be written: %2").arg(m_commandLine.screenshot, file.errorString());
+    return QString();
+}
+
+void StartupJob::printTimings() const
+{
+    const QJsonObject figures {
+        { QStringLiteral("open_ms"), milliseconds(m_openTime) },
+        { QStringLiteral("scan_ms"), milliseconds(m_scanTime) },
+        { QStringLiteral("longest_stall_ms"), milliseconds(m_longestStall) },
+        { QStringLiteral("rss_mb"), qRound(residentBytes() / 1024.0 / 102.4) / 10.0 },
+    };
+    std::fprintf(stdout, "%s\n", QJsonDocument(figures).toJson(QJsonDocument::Compact).constData());
+    std::fflush(stdout);
+}
+
+void StartupJob::fail(const QString &reason) const
+{
+    QString line = reason.simplified();
+    const QString subject = m_commandLine.file.isEmpty() ? m_commandLine.screenshot : m_commandLine.file;
+    std::fprintf(
+        stderr, "extpoint-workbench: %s: %s\n", QFile::encodeName(subject).constData(), line.toLocal8Bit().constData());
+    QCoreApplication::exit(1);
+}
+
+} // namespace Core

@@ -1,0 +1,39 @@
+#include "workbench/logging.h"
+
+#include <QLoggingCategory>
+
+namespace Workbench {
+
+namespace {
+
+QtMessageHandler defaultHandler = nullptr;
+
+/// Remarks of Qt on a bare session and on windows without a display, which tell nothing about the files that are
+/// edited.
+bool isIdle(const QString &text)
+{
+    return text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))
+        || text.startsWith(QLatin1String("This plugin does not support "));
+}
+
+void passOn(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (type != QtWarningMsg || !isIdle(text))
+        defaultHandler(type, context, text);
+}
+
+} // namespace
+
+void setUpLogging(bool verbose)
+{
+    if (verbose) {
+        QLoggingCategory::setFilterRules(QStringLiteral("extpoint.*=true\nextensionsystem=true\nutils.*=true"));
+        qSetMessagePattern(QStringLiteral("%{time hh:mm:ss.zzz} %{category} %{type}: %{message}"));
+    } else {
+        QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=false"));
+        qSetMessagePattern(QStringLiteral("%{message}"));
+        defaultHandler = qInstallMessageHandler(passOn);
+    }
+}
+
+} // namespace Workbench

@@ -1,0 +1,155 @@
+#include "core/commandline.h"
+#include "extensionsystem/pluginmanager.h"
+#include "workbench/logging.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QMessageBox>
+
+#include <clocale>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <langinfo.h>
+
+namespace {
+
+constexpr int UsageError = 2;
+
+/// File names are bytes; in the bare locale "C" Qt would lose every one that is not ASCII.
+void useUtf8Locale()
+{
+    std::setlocale(LC_ALL, "");
+    if (std::strcmp(::nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0) {
+        ::setenv("LC_ALL", "C.UTF-8", 1);
+        std::setlocale(LC_ALL, "");
+    }
+}
+
+QStringList argumentsOf(int argc, char **argv)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QFile::decodeName(argv[i]));
+    return arguments;
+}
+
+void print(FILE *stream, const QString &text)
+{
+    std::fputs(text.toLocal8Bit().constData(), stream);
+}
+
+/// Answers what needs no application object; -1 when the workbench is to start.
+int answerAtOnce(const Core::CommandLine &commandLine)
+{
+    switch (commandLine.request) {
+    case Core::CommandLine::Request::Help:
+        print(stdout, Core::CommandLine::help());
+        return EXIT_SUCCESS;
+    case Core::CommandLine::Request::Version:
+        print(stdout, QStringLiteral("extpoint-workbench " EXTPOINT_VERSION "\n"));
+        return EXIT_SUCCESS;
+    case Core::CommandLine::Request::Refuse:
+        print(stderr, QStringLiteral("extpoint-workbench: %1\n").arg(commandLine.error) + Core::CommandLine::usage());
+        return UsageError;
+    case Core::CommandLine::Request::Start:
+        break;
+    }
+    return -1;
+}
+
+/// Saving shows no window, so that it works where there is no display to show it on.
+void useNoDisplayIfPossible(const Core::CommandLine &commandLine)
+{
+    const bool hasDisplay = qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY")
+        || qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+    if (commandLine.save && !hasDisplay)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+QStringList pluginPaths(const Core::CommandLine &commandLine)
+{
+    if (!commandLine.pluginPaths.isEmpty())
+        return commandLine.pluginPaths;
+    return { QDir::cleanPath(QCoreApplication::applicationDirPath() + QLatin1String("/../lib/extpoint/plugins")) };
+}
+
+/// The manager has logged what is wrong with the plug-ins that it found, but knows of no directory that is missing.
+void tellMissingDirectories(const QStringList &paths)
+{
+    for (const QString &path : paths)
+        if (!QDir(path).exists())
+            print(stderr, QStringLiteral("extpoint-workbench: %1: no such directory\n").arg(path));
+}
+
+/// A line for every plug-in that was not loaded.
+QString problems(const ExtensionSystem::PluginManager &manager)
+{
+    QStringList lines;
+    const auto plugins = manager.plugins();
+    for (const ExtensionSystem::PluginInfo &plugin : plugins)
+        if (plugin.hasError())
+            lines.append(QStringLiteral("%1: %2").arg(plugin.filePath, plugin.errorString));
+    return lines.join(QLatin1Char('\n'));
+}
+
+bool isRunning(const ExtensionSystem::PluginManager &manager, const QString &name)
+{
+    const auto plugins = manager.plugins();
+    for (const ExtensionSystem::PluginInfo &plugin : plugins)
+        if (plugin.metaData.name == name && plugin.state == ExtensionSystem::PluginInfo::Running)
+            return true;
+    return false;
+}
+
+/// Without the plug-in "Core" there is no window that could tell.
+int giveUp(const Core::CommandLine &commandLine, const QStringList &paths, const QString &reasons)
+{
+    const QString text = QStringLiteral("The plug-in \"Core\" could not be loaded.");
+    print(stderr, QStringLiteral("extpoint-workbench: %1\n").arg(text));
+    if (!commandLine.isJob()) {
+        QMessageBox box(QMessageBox::Critical, QStringLiteral("ExtPoint Workbench"), text, QMessageBox::Close);
+        box.setTextFormat(Qt::PlainText);
+        box.setInformativeText(
+            QStringLiteral("Looked for plug-ins in %1\n%2").arg(paths.join(QLatin1String(", ")), reasons));
+        box.exec();
+    }
+    return EXIT_FAILURE;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    // Writing beyond a limit of the file size is to fail like writing to a full disk, not to end the process.
+    std::signal(SIGXFSZ, SIG_IGN);
+    useUtf8Locale();
+    const QStringList arguments = argumentsOf(argc, argv);
+    const Core::CommandLine commandLine = Core::CommandLine::parse(arguments);
+    const int answer = answerAtOnce(commandLine);
+    if (answer >= 0)
+        return answer;
+    useNoDisplayIfPossible(commandLine);
+    Workbench::setUpLogging(commandLine.verbose);
+
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QCoreApplication::setOrganizationName(QStringLiteral("ExtPoint"));
+    QCoreApplication::setApplicationName(QStringLiteral("extpoint-workbench"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(EXTPOINT_VERSION));
+    QApplication application(argc, argv);
+    QGuiApplication::setApplicationDisplayName(QString());
+
+    ExtensionSystem::PluginManager manager;
+    const QStringList paths = pluginPaths(commandLine);
+    manager.setPluginPaths(paths);
+    manager.loadPlugins(arguments);
+    tellMissingDirectories(paths);
+    if (!isRunning(manager, QStringLiteral("Core")))
+        return giveUp(commandLine, paths, problems(manager));
+    const int code = QApplication::exec();
+    manager.shutdown();
+    return code;
+}

@@ -1,0 +1,152 @@
+#include "core/fakeeditor.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QSaveFile>
+#include <QTabWidget>
+#include <QVBoxLayout>
+#include <QXmlStreamReader>
+
+#include "utils/mimedatabase.h"
+
+#include <thread>
+
+int FakeDocument::alive = 0;
+
+FakeDocument::FakeDocument(QObject *parent) : Core::IDocument(parent)
+{
+    ++alive;
+    setMimeType(QStringLiteral("application/x-fake"));
+    m_work.setSingleShot(true);
+    connect(&m_work, &QTimer::timeout, this, [this] { setProperty("busy", false); });
+}
+
+FakeDocument::~FakeDocument()
+{
+    --alive;
+}
+
+Core::IDocument::OpenResult FakeDocument::open(
+    QString *errorString, const QString &fileName, const QString &realFileName)
+{
+    QFile file(realFileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return OpenResult::ReadError;
+    QXmlStreamReader reader(&file);
+    if (!reader.readNextStartElement())
+        return OpenResult::ReadError;
+    const QXmlStreamAttributes attributes = reader.attributes();
+    const QString mode = attributes.value(QLatin1String("open")).toString();
+    if (mode == QLatin1String("text"))
+        *errorString = QStringLiteral("The fake says no.");
+    else if (mode == QLatin1String("log"))
+        qWarning("%s:1:7: a logged reason", qPrintable(realFileName));
+    else if (mode == QLatin1String("thread"))
+        std::thread([&] { qWarning("%s:1:7: a reason from a thread", qPrintable(realFileName)); }).join();
+    else if (mode == QLatin1String("other"))
+        std::thread([] { qWarning("/somewhere/else: not the reason"); }).join();
+    if (!mode.isEmpty())
+        return OpenResult::ReadError;
+    setFilePath(Utils::FileName::fromString(fileName));
+    m_path = fileName;
+    m_saveMode = attributes.value(QLatin1String("save")).toString();
+    work(attributes.value(QLatin1String("busy")).toInt());
+    return OpenResult::Success;
+}
+
+void FakeDocument::work(int milliseconds)
+{
+    if (milliseconds == 0)
+        return;
+    setProperty("busy", true);
+    m_work.start(milliseconds);
+}
+
+bool FakeDocument::write(const QByteArray &data)
+{
+    QSaveFile file(m_path);
+    return file.open(QIODevice::WriteOnly) && file.write(data) == data.size() && file.flush()
+        && file.error() == QFileDevice::NoError && file.commit();
+}
+
+bool FakeDocument::save(QString *errorString, const QString &fileName, bool autoSave)
+{
+    Q_UNUSED(fileName)
+    Q_UNUSED(autoSave)
+    m_modified = false;
+    emit changed();
+    ++m_saves;
+    if (m_saveMode == QLatin1String("nothing"))
+        return true;
+    if (m_saveMode == QLatin1String("text"))
+        *errorString = QStringLiteral("The fake did not write.");
+    else if (m_saveMode == QLatin1String("log"))
+        qWarning("%s: the disk is made of cheese", qPrintable(m_path));
+    else if (m_saveMode == QLatin1String("instruction"))
+        write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+    else if (m_saveMode == QLatin1String("truncated"))
+        write("<fake><child>\n");
+    else if (m_saveMode == QLatin1String("inplace")) {
+        QFile file(m_path);
+        if (file.open(QIODevice::ReadWrite))
+            file.write("<");
+    } else
+        write("<fake saves=\"" + QByteArray::number(m_saves) + "\"/>\n");
+    return m_saveMode != QLatin1String("refuse");
+}
+
+void FakeDocument::modify()
+{
+    m_modified = true;
+    emit changed();
+}
+
+FakeEditor::FakeEditor(bool deletesWidget) : m_document(new FakeDocument(this)), m_deletesWidget(deletesWidget)
+{
+    auto *widget = new QWidget;
+    widget->setObjectName(QStringLiteral("fakeWidget"));
+    auto *tabs = new QTabWidget(widget);
+    tabs->setObjectName(QStringLiteral("tabWidget"));
+    tabs->addTab(new QLineEdit, QStringLiteral("First"));
+    tabs->addTab(new QWidget, QStringLiteral("Second"));
+    (new QVBoxLayout(widget))->addWidget(tabs);
+    setWidget(widget);
+}
+
+FakeEditor::~FakeEditor()
+{
+    if (m_deletesWidget)
+        delete widget();
+}
+
+FakeFactory::FakeFactory(const QString &mimeType)
+{
+    registerFakeMimeTypes();
+    setId(Core::Id("Test.FakeEditor"));
+    addMimeType(mimeType);
+}
+
+Core::IEditor *FakeFactory::createEditor()
+{
+    return new FakeEditor(deletesWidget);
+}
+
+void registerFakeMimeTypes()
+{
+    QByteArray document(R"(<?xml version="1.0"?>
+        <mime-info xmlns="http://www.freedesktop.org/standards/shared-mime-info">
+          <mime-type type="application/x-fake"><sub-class-of type="text/xml"/><glob pattern="*.fake"/></mime-type>
+          <mime-type type="application/x-fake-child">
+            <sub-class-of type="application/x-fake"/><glob pattern="*.child"/></mime-type>
+          <mime-type type="application/x-fake-grandchild">
+            <sub-class-of type="application/x-fake-child"/><glob pattern="*.grandchild"/></mime-type>
+          <mime-type type="application/x-plain"><glob pattern="*.plain"/></mime-type>
+        </mime-info>)");
+    QBuffer buffer(&document);
+    buffer.open(QIODevice::ReadOnly);
+    QString error;
+    if (!Utils::MimeDatabase::addMimeTypes(&buffer, &error))
+        qFatal("%s", qPrintable(error));
+}

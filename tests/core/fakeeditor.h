@@ -1,0 +1,79 @@
+#pragma once
+
+#include "core/idocument.h"
+#include "core/ieditor.h"
+#include "core/ieditorfactory.h"
+
+#include <QTimer>
+
+/// A document that behaves as its file says: `<fake open="log" save="nothing" busy="300"/>`.
+///
+/// open: "text" fails with an error text, "log" with a logged warning about the file, "thread" the same from another
+/// thread, "other" with warnings about another file from another thread, "silent" without a word.
+/// save: "replace" (as without the attribute), "inplace" with the same size, "nothing", "log" nothing but a warning,
+/// "text" nothing but an error text, "refuse" writes and reports a failure, "instruction" writes an XML instruction
+/// alone, "truncated" the first half of a document. busy: how many milliseconds it works in the background after
+/// opening.
+class FakeDocument final : public Core::IDocument
+{
+    Q_OBJECT
+
+public:
+    explicit FakeDocument(QObject *parent);
+    ~FakeDocument() override;
+
+    OpenResult open(QString *errorString, const QString &fileName, const QString &realFileName) override;
+    bool save(QString *errorString, const QString &fileName, bool autoSave) override;
+    bool isModified() const override { return m_modified; }
+    bool isSaveAsAllowed() const override { return true; }
+    bool reload(QString *, ReloadFlag, ChangeType) override { return true; }
+
+    void modify();
+    void setSaveMode(const QString &mode) { m_saveMode = mode; }
+
+    static int alive;
+
+private:
+    void work(int milliseconds);
+    bool write(const QByteArray &data);
+
+    QString m_path;
+    QString m_saveMode;
+    QTimer m_work;
+    int m_saves = 0;
+    bool m_modified = false;
+};
+
+/// An editor whose widget has a tab widget with two pages.
+class FakeEditor final : public Core::IEditor
+{
+    Q_OBJECT
+
+public:
+    explicit FakeEditor(bool deletesWidget);
+    ~FakeEditor() override;
+
+    FakeDocument *document() override { return m_document; }
+    QWidget *toolBar() override { return nullptr; }
+
+private:
+    FakeDocument *m_document;
+    bool m_deletesWidget;
+};
+
+/// Makes FakeEditors for "*.fake" (application/x-fake, which derives from text/xml). Registers the types.
+class FakeFactory final : public Core::IEditorFactory
+{
+    Q_OBJECT
+
+public:
+    explicit FakeFactory(const QString &mimeType = QStringLiteral("application/x-fake"));
+
+    Core::IEditor *createEditor() override;
+
+    bool deletesWidget = false;
+};
+
+/// Registers application/x-fake ("*.fake"), its derived types application/x-fake-child ("*.child") and
+/// application/x-fake-grandchild ("*.grandchild"), and application/x-plain ("*.plain"), no XML.
+void registerFakeMimeTypes();

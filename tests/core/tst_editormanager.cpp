@@ -1,0 +1,363 @@
+#include "core/editormanager.h"
+#include "core/fakeeditor.h"
+#include "core/unprivileged.h"
+#include "extensionsystem/pluginmanager.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QPointer>
+#include <QScopeGuard>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThreadPool>
+
+#include <atomic>
+#include <memory>
+#include <sys/stat.h>
+#include <thread>
+
+using Core::EditorManager;
+using Core::OpenOutcome;
+using Core::SaveOutcome;
+using ExtensionSystem::PluginManager;
+
+class tst_EditorManager : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void routing_data();
+    void routing();
+    void factoryGone();
+    void openFailure_data();
+    void openFailure();
+    void openFailureUnprivileged();
+    void saveContract_data();
+    void saveContract();
+    void savedTwiceAtOnce();
+    void saveUnprivileged_data();
+    void saveUnprivileged();
+    void dirtyUntilWritten();
+    void closing_data();
+    void closing();
+    void busy();
+
+private:
+    QString makeFile(const QString &name, const QByteArray &content = "<fake/>");
+    FakeDocument *openDocument(const QByteArray &content);
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<PluginManager> m_plugins;
+    std::unique_ptr<FakeFactory> m_factory;
+    std::unique_ptr<EditorManager> m_manager;
+};
+
+void tst_EditorManager::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_dir->isValid());
+    // The unprivileged rows must reach the files.
+    QVERIFY(::chmod(QFile::encodeName(m_dir->path()).constData(), 0755) == 0);
+    m_plugins = std::make_unique<PluginManager>();
+    m_factory = std::make_unique<FakeFactory>();
+    PluginManager::addObject(m_factory.get());
+    m_manager = std::make_unique<EditorManager>();
+}
+
+void tst_EditorManager::cleanup()
+{
+    m_manager.reset();
+    QCOMPARE(FakeDocument::alive, 0);
+    m_factory.reset();
+    m_plugins.reset();
+    m_dir.reset();
+}
+
+QString tst_EditorManager::makeFile(const QString &name, const QByteArray &content)
+{
+    const QString path = m_dir->filePath(name);
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("%s cannot be written", qPrintable(path));
+    return path;
+}
+
+FakeDocument *tst_EditorManager::openDocument(const QByteArray &content)
+{
+    const OpenOutcome outcome = m_manager->open(makeFile(QStringLiteral("a.fake"), content));
+    return outcome.editor ? qobject_cast<FakeDocument *>(outcome.editor->document()) : nullptr;
+}
+
+void tst_EditorManager::routing_data()
+{
+    QTest::addColumn<QStringList>("factories");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<int>("expected");
+
+    const QString fake = QStringLiteral("application/x-fake");
+    const QString child = QStringLiteral("application/x-fake-child");
+    const QString xml = QStringLiteral("text/xml");
+    QTest::newRow("exact") << QStringList { child, fake } << "a.fake" << 1;
+    QTest::newRow("exact before parent") << QStringList { xml, fake, child } << "a.child" << 2;
+    QTest::newRow("parent") << QStringList { child, fake } << "a.child" << 0;
+    QTest::newRow("nearest ancestor") << QStringList { xml, fake, child } << "a.grandchild" << 2;
+    QTest::newRow("far ancestor") << QStringList { xml } << "a.grandchild" << 0;
+    QTest::newRow("first of equals") << QStringList { fake, fake } << "a.fake" << 0;
+    QTest::newRow("none") << QStringList { child } << "a.fake" << -1;
+}
+
+void tst_EditorManager::routing()
+{
+    QFETCH(QStringList, factories);
+    QFETCH(QString, file);
+    QFETCH(int, expected);
+    m_factory.reset();
+    std::vector<std::unique_ptr<FakeFactory>> all;
+    for (const QString &type : qAsConst(factories)) {
+        all.push_back(std::make_unique<FakeFactory>(type));
+        PluginManager::addObject(all.back().get());
+    }
+    const QString path = makeFile(file);
+    const Core::IEditorFactory *wanted = expected < 0 ? nullptr : all.at(size_t(expected)).get();
+    QCOMPARE(m_manager->factoryFor(path), wanted);
+    const OpenOutcome outcome = m_manager->open(path);
+    QCOMPARE(outcome.editor != nullptr, expected >= 0);
+    QCOMPARE(outcome.error.contains(QLatin1String("application/x-fake")), expected < 0);
+}
+
+void tst_EditorManager::factoryGone()
+{
+    const QString path = makeFile(QStringLiteral("a.fake"));
+    QVERIFY(m_manager->open(path).editor);
+    m_factory.reset();
+    QVERIFY(!m_manager->open(path).editor);
+}
+
+void tst_EditorManager::openFailure_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("reason");
+
+    const auto row = [](const char *name, const char *kind, const char *content, const char *reason) {
+        QTest::newRow(name) << QString::fromLatin1(kind) << QByteArray(content) << QString::fromLatin1(reason);
+    };
+    row("missing", "none", "", "The file does not exist.");
+    row("dangling link", "link", "", "The file is a link to something that does not exist.");
+    row("directory", "directory", "", "This is a directory, not a file.");
+    row("pipe", "pipe", "", "This is not a regular file.");
+    row("error text", "file", R"(<fake open="text"/>)", "The fake says no.");
+    row("logged", "file", R"(<fake open="log"/>)", "line 1, column 7: a logged reason");
+    row("logged by a thread", "file", R"(<fake open="thread"/>)", "line 1, column 7: a reason from a thread");
+    row("another file's trouble", "file", R"(<fake open="other"/>)", "The content of the file cannot be parsed.");
+    row("without a word", "file", R"(<fake open="silent"/>)", "The content of the file cannot be parsed.");
+    row("empty", "file", "", "The content of the file cannot be parsed.");
+}
+
+void tst_EditorManager::openFailure()
+{
+    QFETCH(QString, kind);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, reason);
+    const QString path = m_dir->filePath(QStringLiteral("a.fake"));
+    if (kind == QLatin1String("link"))
+        QVERIFY(QFile::link(m_dir->filePath(QStringLiteral("nothing")), path));
+    else if (kind == QLatin1String("directory"))
+        QVERIFY(QDir().mkdir(path));
+    else if (kind == QLatin1String("pipe"))
+        QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
+    else if (kind == QLatin1String("file"))
+        makeFile(QStringLiteral("a.fake"), content);
+    const QSignalSpy opened(m_manager.get(), &EditorManager::opened);
+    const OpenOutcome outcome = m_manager->open(path);
+    QVERIFY(!outcome.editor);
+    QCOMPARE(outcome.error, reason);
+    QCOMPARE(opened.count(), 0);
+    QCOMPARE(FakeDocument::alive, 0);
+    QVERIFY(QApplication::allWidgets().isEmpty());
+}
+
+void tst_EditorManager::openFailureUnprivileged()
+{
+    const QString path = makeFile(QStringLiteral("a.fake"));
+    QVERIFY(QFile::setPermissions(path, QFile::Permissions()));
+    const Unprivileged rights;
+    QCOMPARE(m_manager->open(path).error, QStringLiteral("The file cannot be read: Permission denied."));
+}
+
+void tst_EditorManager::saveContract_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<bool>("written");
+    QTest::addColumn<QString>("error");
+    QTest::addColumn<QString>("warning");
+
+    const auto row = [](const char *mode, bool written, const char *error, const char *warning = "") {
+        QTest::newRow(mode) << QString::fromLatin1(mode) << written << QString::fromLatin1(error)
+                            << QString::fromLatin1(warning);
+    };
+    row("replace", true, "");
+    row("inplace", true, "");
+    row("nothing", false, "The file on disk was not changed.");
+    row("log", false, "the disk is made of cheese");
+    row("text", false, "The fake did not write.");
+    row("refuse", false, "The file on disk was not changed.");
+    row("instruction", true, "", "The saved file has no content but its XML declaration. It will not open again.");
+    row("truncated", true, "",
+        "The saved file is damaged (line 2, column 0: Premature end of document.). It will not open again.");
+    row("directory removed", false, "The directory of the file does not exist.");
+    row("file removed", true, "");
+}
+
+void tst_EditorManager::saveContract()
+{
+    QFETCH(QString, mode);
+    QFETCH(bool, written);
+    QFETCH(QString, error);
+    QFETCH(QString, warning);
+    FakeDocument *document = openDocument("<fake/>");
+    QVERIFY(document);
+    document->setSaveMode(mode);
+    const QString path = document->filePath().toString();
+    if (mode == QLatin1String("directory removed"))
+        QVERIFY(QDir(m_dir->path()).removeRecursively());
+    else if (mode == QLatin1String("file removed"))
+        QVERIFY(QFile::remove(path));
+    Core::IEditor *editor = m_manager->editors().front();
+    document->modify();
+
+    const SaveOutcome outcome = m_manager->save(editor);
+    QCOMPARE(outcome.written, written);
+    QCOMPARE(outcome.error, error);
+    QCOMPARE(outcome.warning, warning);
+    QVERIFY(!document->isModified());
+    QCOMPARE(m_manager->isModified(editor), !written);
+}
+
+void tst_EditorManager::savedTwiceAtOnce()
+{
+    FakeDocument *document = openDocument(R"(<fake save="inplace"/>)");
+    QVERIFY(document);
+    // In place and of the same size, only the time tells; the file system's clock is coarse.
+    for (int i = 0; i < 20; ++i)
+        QVERIFY(m_manager->save(m_manager->editors().front()).written);
+}
+
+void tst_EditorManager::saveUnprivileged_data()
+{
+    QTest::addColumn<int>("fileMode");
+    QTest::addColumn<int>("directoryMode");
+    QTest::addColumn<QString>("error");
+
+    QTest::newRow("file") << 0444 << 0755 << "The file cannot be written: Permission denied.";
+    QTest::newRow("directory") << 0666 << 0555 << "The directory of the file cannot be written: Permission denied.";
+}
+
+void tst_EditorManager::saveUnprivileged()
+{
+    QFETCH(int, fileMode);
+    QFETCH(int, directoryMode);
+    QFETCH(QString, error);
+    FakeDocument *document = openDocument("<fake/>");
+    QVERIFY(document);
+    const QByteArray path = QFile::encodeName(document->filePath().toString());
+    const QByteArray directory = QFile::encodeName(m_dir->path());
+    QVERIFY(::chmod(path.constData(), mode_t(fileMode)) == 0);
+    QVERIFY(::chmod(directory.constData(), mode_t(directoryMode)) == 0);
+    SaveOutcome outcome;
+    {
+        const Unprivileged rights;
+        outcome = m_manager->save(m_manager->editors().front());
+    }
+    ::chmod(directory.constData(), 0755);
+    QVERIFY(!outcome.written);
+    QCOMPARE(outcome.error, error);
+    QVERIFY(m_manager->isModified(m_manager->editors().front()));
+}
+
+void tst_EditorManager::dirtyUntilWritten()
+{
+    FakeDocument *document = openDocument(R"(<fake save="nothing"/>)");
+    QVERIFY(document);
+    Core::IEditor *editor = m_manager->editors().front();
+    const QSignalSpy changed(m_manager.get(), &EditorManager::documentChanged);
+    document->modify();
+    QVERIFY(!m_manager->save(editor).written);
+    // The last word came after the document had called itself clean.
+    QVERIFY(changed.count() >= 2);
+    QVERIFY(m_manager->isModified(editor));
+    document->setSaveMode(QStringLiteral("replace"));
+    QVERIFY(m_manager->save(editor).written);
+    QVERIFY(!m_manager->isModified(editor));
+
+    document->setSaveMode(QStringLiteral("nothing"));
+    QVERIFY(!m_manager->save(editor).written);
+    m_manager->close(editor);
+    QVERIFY(openDocument("<fake/>"));
+    QVERIFY(!m_manager->isModified(m_manager->editors().front()));
+}
+
+void tst_EditorManager::closing_data()
+{
+    QTest::addColumn<bool>("deletesWidget");
+
+    QTest::newRow("the editor leaves its widget") << false;
+    QTest::newRow("the editor deletes its widget") << true;
+}
+
+void tst_EditorManager::closing()
+{
+    QFETCH(bool, deletesWidget);
+    m_factory->deletesWidget = deletesWidget;
+    QVERIFY(openDocument("<fake/>"));
+    const QPointer<Core::IEditor> editor = m_manager->editors().front();
+    const QPointer<QWidget> widget = editor->widget();
+    bool wholeWhenTold = false;
+    connect(m_manager.get(), &EditorManager::aboutToClose, this,
+        [&](Core::IEditor *closing) { wholeWhenTold = closing == editor && widget && FakeDocument::alive == 1; });
+    m_manager->close(editor);
+    QVERIFY(wholeWhenTold);
+    QVERIFY(editor.isNull());
+    QVERIFY(widget.isNull());
+    QVERIFY(m_manager->editors().empty());
+}
+
+void tst_EditorManager::busy()
+{
+    const Core::BusyMonitor &monitor = m_manager->busyMonitor();
+    QSignalSpy changes(&monitor, &Core::BusyMonitor::busyChanged);
+    QVERIFY(openDocument(R"(<fake busy="100"/>)"));
+    QVERIFY(monitor.isBusy());
+    QTRY_COMPARE(changes.count(), 2);
+    QCOMPARE(changes.at(0).at(0).toBool(), true);
+    QCOMPARE(changes.at(1).at(0).toBool(), false);
+    QVERIFY(!monitor.isBusy());
+
+    std::atomic<bool> done { false };
+    const auto end = qScopeGuard([&done] {
+        done = true;
+        QThreadPool::globalInstance()->waitForDone();
+    });
+    QThreadPool::globalInstance()->start([&done] {
+        while (!done)
+            std::this_thread::yield();
+    });
+    QTRY_COMPARE(changes.count(), 3);
+    QVERIFY(monitor.isBusy());
+    done = true;
+    QTRY_COMPARE(changes.count(), 4);
+
+    // A document that is closed while it works leaves no trace.
+    m_manager->close(m_manager->editors().front());
+    QVERIFY(openDocument(R"(<fake busy="100000"/>)"));
+    QVERIFY(monitor.isBusy());
+    m_manager->close(m_manager->editors().front());
+    QVERIFY(!monitor.isBusy());
+}
+
+QTEST_MAIN(tst_EditorManager)
+#include "tst_editormanager.moc"

@@ -1,0 +1,294 @@
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+struct Result
+{
+    int code = -1;
+    QString output;
+    QString error;
+};
+
+} // namespace
+
+/// Runs the real program, with a plug-in of the tests for files "*.fake".
+class tst_Workbench : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void answersWithoutDisplay_data();
+    void answersWithoutDisplay();
+    void save_data();
+    void save();
+    void saveReadOnly();
+    void saveBeyondFileSizeLimit();
+    void saveWithoutDisplay();
+    void brokenPlugins();
+    void withoutCore();
+    void screenshot();
+    void screenshotFails();
+    void timings();
+    void settingsStayUntouched();
+
+private:
+    /// \a wrapper is a command that runs the one after it.
+    Result run(const QStringList &arguments, const QProcessEnvironment &environment, const QStringList &wrapper = {});
+    QStringList withPlugins(const QStringList &arguments) const;
+    QString makeFile(const QString &name, const QByteArray &content);
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+    QProcessEnvironment m_environment;
+};
+
+void tst_Workbench::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    QVERIFY(::chmod(QFile::encodeName(m_dir->path()).constData(), 0755) == 0);
+    m_environment = QProcessEnvironment::systemEnvironment();
+    m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    m_environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_dir->filePath(QStringLiteral("config")));
+    // A session as bare as they come: no display, no locale.
+    for (const char *name : { "DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "LC_ALL", "LC_CTYPE", "LANG" })
+        m_environment.remove(QString::fromLatin1(name));
+}
+
+Result tst_Workbench::run(
+    const QStringList &arguments, const QProcessEnvironment &environment, const QStringList &wrapper)
+{
+    QStringList all
+        = wrapper + QStringList { QStringLiteral(EXTPOINT_BINARY_DIR "/bin/extpoint-workbench") } + arguments;
+    const QString program = all.takeFirst();
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(program, all);
+    Result result;
+    if (!process.waitForFinished(60'000) || process.exitStatus() != QProcess::NormalExit)
+        return result;
+    result.code = process.exitCode();
+    result.output = QString::fromUtf8(process.readAllStandardOutput());
+    result.error = QString::fromUtf8(process.readAllStandardError());
+    return result;
+}
+
+QStringList tst_Workbench::withPlugins(const QStringList &arguments) const
+{
+    return QStringList { QStringLiteral("--plugin-path=" EXTPOINT_BINARY_DIR "/lib/extpoint/plugins"),
+        QStringLiteral("--plugin-path=" EXTPOINT_BINARY_DIR "/tests/fakeplugins") }
+    + arguments;
+}
+
+QString tst_Workbench::makeFile(const QString &name, const QByteArray &content)
+{
+    const QString path = m_dir->filePath(name);
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("%s cannot be written", qPrintable(path));
+    return path;
+}
+
+void tst_Workbench::answersWithoutDisplay_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<QString>("error");
+
+    const auto row = [](const char *line, int code, const char *output, const char *error) {
+        QTest::newRow(line) << QString::fromLatin1(line).split(QLatin1Char(' ')) << code << QString::fromLatin1(output)
+                            << QString::fromLatin1(error);
+    };
+    row("--help", 0, "Usage: extpoint-workbench [OPTION...] [FILE]\n", "");
+    row("--version", 0, "extpoint-workbench 4.0.2\n", "");
+    row("--nope", 2, "", "extpoint-workbench: unknown option --nope\nUsage: extpoint-workbench [OPTION...] [FILE]\n");
+    row("--save", 2, "", "extpoint-workbench: --save needs a file\nUsage: extpoint-workbench [OPTION...] [FILE]\n");
+}
+
+void tst_Workbench::answersWithoutDisplay()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, code);
+    QFETCH(QString, output);
+    QFETCH(QString, error);
+    m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    const Result result = run(arguments, m_environment);
+    QCOMPARE(result.code, code);
+    QCOMPARE(result.output.left(output.isEmpty() ? -1 : output.size()), output);
+    QCOMPARE(result.error, error);
+}
+
+void tst_Workbench::save_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("error");
+
+    const auto row = [](const char *name, const char *content, int code, const char *error) {
+        QTest::newRow(name) << QByteArray(content) << code << QString::fromLatin1(error);
+    };
+    row("missing", "", 1, "%1: The file does not exist.");
+    row("written", "<fake/>", 0, "");
+    row("written after the scan", R"(<fake busy="300"/>)", 0, "");
+    row("not opened", R"(<fake open="log"/>)", 1, "%1: line 1, column 7: a logged reason");
+    row("not parsed", "<fake", 1, "%1: The content of the file cannot be parsed.");
+    row("not written", R"(<fake save="nothing"/>)", 1, "%1: The file on disk was not changed.");
+    row("not written, logged", R"(<fake save="log"/>)", 1, "%1: the disk is made of cheese");
+    row("emptied", R"(<fake save="instruction"/>)", 0,
+        "%1: The saved file has no content but its XML declaration. It will not open again.");
+}
+
+void tst_Workbench::save()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(int, code);
+    QFETCH(QString, error);
+    const QString path = m_dir->filePath(QStringLiteral("ä b.fake"));
+    if (!content.isEmpty())
+        makeFile(QStringLiteral("ä b.fake"), content);
+    const Result result = run(withPlugins({ QStringLiteral("--save"), path }), m_environment);
+    error.replace(QLatin1String("%1"), path);
+    QCOMPARE(result.error, error.isEmpty() ? QString() : QStringLiteral("extpoint-workbench: %1\n").arg(error));
+    QCOMPARE(result.code, code);
+    QCOMPARE(result.output, QString());
+    QFile file(path);
+    const bool changed = file.open(QIODevice::ReadOnly) && file.readAll() != content;
+    QCOMPARE(changed, code == 0);
+}
+
+void tst_Workbench::saveReadOnly()
+{
+    const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
+    QVERIFY(::chmod(QFile::encodeName(path).constData(), 0444) == 0);
+    m_environment.insert(QStringLiteral("XDG_CONFIG_HOME"), QStringLiteral("/nonexistent"));
+    m_environment.insert(QStringLiteral("HOME"), QStringLiteral("/nonexistent"));
+    const QStringList asNobody { QStringLiteral("setpriv"), QStringLiteral("--reuid=65534"),
+        QStringLiteral("--regid=65534"), QStringLiteral("--clear-groups") };
+    const Result result = run(
+        withPlugins({ QStringLiteral("--save"), path }), m_environment, ::getuid() == 0 ? asNobody : QStringList());
+    QCOMPARE(result.error,
+        QStringLiteral("extpoint-workbench: %1: The file cannot be written: Permission denied.\n").arg(path));
+    QCOMPARE(result.code, 1);
+}
+
+void tst_Workbench::saveBeyondFileSizeLimit()
+{
+    const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
+    const Result result = run(withPlugins({ QStringLiteral("--save"), path }), m_environment,
+        { QStringLiteral("prlimit"), QStringLiteral("--fsize=5") });
+    QCOMPARE(result.error,
+        QStringLiteral(
+            "extpoint-workbench: %1: The file cannot be written: this process may write no more than 5 bytes "
+            "to a file.\n")
+            .arg(path));
+    QCOMPARE(result.code, 1);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("<fake/>"));
+}
+
+void tst_Workbench::saveWithoutDisplay()
+{
+    const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
+    m_environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    const Result result = run(withPlugins({ QStringLiteral("--save"), path }), m_environment);
+    QCOMPARE(result.error, QString());
+    QCOMPARE(result.code, 0);
+}
+
+void tst_Workbench::brokenPlugins()
+{
+    const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
+    const QString missing = m_dir->filePath(QStringLiteral("nowhere"));
+    QFile intact(QStringLiteral(EXTPOINT_BINARY_DIR "/tests/fakeplugins/libFakePlugin.so"));
+    QVERIFY(intact.open(QIODevice::ReadOnly));
+    const QString damaged = makeFile(QStringLiteral("libdamaged.so"), intact.read(2000));
+    const Result result = run(withPlugins({ QStringLiteral("--plugin-path"), missing, QStringLiteral("--plugin-path"),
+                                  m_dir->path(), QStringLiteral("--save"), path }),
+        m_environment);
+    QCOMPARE(result.code, 0);
+    const QStringList lines = result.error.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 2);
+    QVERIFY2(lines.at(0).startsWith(damaged + QLatin1String(": ")), qPrintable(lines.at(0)));
+    QCOMPARE(lines.at(1), QStringLiteral("extpoint-workbench: %1: no such directory").arg(missing));
+}
+
+void tst_Workbench::withoutCore()
+{
+    const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
+    const Result result
+        = run({ QStringLiteral("--plugin-path"), m_dir->path(), QStringLiteral("--save"), path }, m_environment);
+    QCOMPARE(result.code, 1);
+    QCOMPARE(result.error, QStringLiteral("extpoint-workbench: The plug-in \"Core\" could not be loaded.\n"));
+}
+
+void tst_Workbench::screenshot()
+{
+    const QString path = makeFile(QStringLiteral("a.fake"), R"(<fake busy="200"/>)");
+    QImage first;
+    QImage second;
+    for (const char *page : { "definition", "realization" }) {
+        const QString picture = m_dir->filePath(QString::fromLatin1(page));
+        const Result result = run(withPlugins({ QStringLiteral("--page"), QString::fromLatin1(page),
+                                      QStringLiteral("--screenshot"), picture, path }),
+            m_environment);
+        QCOMPARE(result.error, QString());
+        QCOMPARE(result.code, 0);
+        (first.isNull() ? first : second) = QImage(picture, "PNG");
+    }
+    QVERIFY(!first.isNull());
+    // The screen of the offscreen platform is smaller than the window would like to be.
+    QVERIFY2(first.width() >= 780 && first.height() >= 580, qPrintable(QString::number(first.width())));
+    QVERIFY(first.size() == second.size());
+    QVERIFY(first != second);
+}
+
+void tst_Workbench::screenshotFails()
+{
+    const Result result
+        = run(withPlugins({ QStringLiteral("--screenshot"), m_dir->filePath(QStringLiteral("no/where.png")) }),
+            m_environment);
+    QCOMPARE(result.code, 1);
+    QCOMPARE(result.error.count(QLatin1Char('\n')), 1);
+    QVERIFY2(result.error.contains(QLatin1String("No such file or directory")), qPrintable(result.error));
+}
+
+void tst_Workbench::timings()
+{
+    const QString path = makeFile(QStringLiteral("a.fake"), R"(<fake busy="300"/>)");
+    const Result result = run(withPlugins({ QStringLiteral("--timings"), path }), m_environment);
+    QCOMPARE(result.code, 0);
+    const QJsonObject figures = QJsonDocument::fromJson(result.output.toUtf8()).object();
+    QStringList keys = figures.keys();
+    QCOMPARE(keys,
+        (QStringList { QStringLiteral("longest_stall_ms"), QStringLiteral("open_ms"), QStringLiteral("rss_mb"),
+            QStringLiteral("scan_ms") }));
+    QVERIFY(figures.value(QLatin1String("open_ms")).toDouble() > 0);
+    // The work began while the file was opened.
+    QVERIFY(
+        figures.value(QLatin1String("open_ms")).toDouble() + figures.value(QLatin1String("scan_ms")).toDouble() > 280);
+    QVERIFY(figures.value(QLatin1String("longest_stall_ms")).toDouble() >= 1);
+    const double resident = figures.value(QLatin1String("rss_mb")).toDouble();
+    QVERIFY2(resident > 10 && resident < 4000, qPrintable(QString::number(resident)));
+}
+
+void tst_Workbench::settingsStayUntouched()
+{
+    const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
+    QCOMPARE(run(withPlugins({ QStringLiteral("--timings"), path }), m_environment).code, 0);
+    QVERIFY(!QDir(m_dir->filePath(QStringLiteral("config/ExtPoint"))).exists());
+}
+
+QTEST_GUILESS_MAIN(tst_Workbench)
+#include "tst_workbench.moc"
