@@ -1,0 +1,63 @@
+#include "propertybrowser/editors/datetimeeditor.h"
+
+#include "propertybrowser/editors/isotime.h"
+#include "propertybrowser/editors/textcodec.h"
+#include "propertybrowser/editors/textentryeditor.h"
+#include "propertybrowser/propertyitem.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+bool step(const PropertyItem & /*item*/, QString *text, int cursor, int steps)
+{
+    const bool fresh = text->isEmpty();
+    const QDateTime old = fresh ? QDateTime(QDate::currentDate(), QTime(0, 0)) : IsoTime::dateTime(*text);
+    const QString stepped = IsoTime::text(IsoTime::stepped(old, cursor, fresh ? 0 : steps));
+    const bool possible = IsoTime::dateTime(stepped).isValid();
+    if (possible) {
+        *text = stepped;
+    }
+    return possible;
+}
+
+const TextCodec codec = [] {
+    TextCodec c {};
+    c.parse = [](const PropertyItem & /*item*/, const QString &text) {
+        const QDateTime dateTime = IsoTime::dateTime(text);
+        return dateTime.isValid() ? QVariant(dateTime) : QVariant();
+    };
+    c.format = [](const QVariant &value) { return IsoTime::text(value.toDateTime()); };
+    c.hint = [](const PropertyItem & /*item*/) {
+        return QCoreApplication::translate("PropertyBrowser", "A date and time as yyyy-MM-ddTHH:mm:ss");
+    };
+    c.step = step;
+    c.allowed = "+-.: TZ0123456789";
+    return c;
+}();
+
+/// Another day keeps the time of day and the zone.
+QString onDay(const TextEntryEditor *editor, QDate day)
+{
+    QDateTime dateTime = editor->typedValue().toDateTime();
+    if (!dateTime.isValid()) {
+        dateTime = QDateTime(day, QTime(0, 0));
+    }
+    dateTime.setDate(day);
+    return IsoTime::text(dateTime);
+}
+
+} // namespace
+
+PropertyEditor *DateTimeEditor::create(const PropertyItem &item, QWidget *parent)
+{
+    auto *editor = new TextEntryEditor(item, codec, parent);
+    IsoTime::addCalendar(
+        editor, [](const TextEntryEditor *from) { return from->typedValue().toDateTime().date(); }, onDay);
+    return editor;
+}
+
+PropertyDisplay DateTimeEditor::display(const PropertyItem &item)
+{
+    return { codec.shownText(item), codec.problemOf(item) };
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "propertybrowser/editors/propertydisplay.h"
+
+class PropertyEditor;
+class PropertyItem;
+class QWidget;
+
+/// A date with a time of day, typed as yyyy-MM-ddTHH:mm:ss with an optional zone, its day also chosen in a calendar.
+namespace DateTimeEditor {
+
+[[nodiscard]] PropertyEditor *create(const PropertyItem &item, QWidget *parent);
+[[nodiscard]] PropertyDisplay display(const PropertyItem &item);
+
+} // namespace DateTimeEditor

@@ -1,0 +1,73 @@
+#include "propertybrowser/editors/fileeditor.h"
+
+#include "propertybrowser/editors/textcodec.h"
+#include "propertybrowser/editors/textentryeditor.h"
+#include "propertybrowser/propertydialogs.h"
+#include "propertybrowser/propertyitem.h"
+#include "propertybrowser/propertykeys.h"
+#include "propertybrowser/wholematch.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QLineEdit>
+
+namespace {
+
+const TextCodec codec = [] {
+    TextCodec c {};
+    c.parse = [](const PropertyItem &item, const QString &text) {
+        return WholeMatch::matches(WholeMatch::patternOf(item), text, WholeMatch::Lines::One) ? QVariant(text)
+                                                                                              : QVariant();
+    };
+    c.format = [](const QVariant &value) { return value.toString(); };
+    c.hint = [](const PropertyItem &item) {
+        return QCoreApplication::translate("PropertyBrowser", "Must match %1").arg(WholeMatch::patternOf(item));
+    };
+    c.emptyIsText = true;
+    return c;
+}();
+
+/// Where the dialog starts: at the typed file where it exists, else in the record's directory. Relative ones are meant
+/// from the record's directory, and that from the working directory.
+QString startOf(const PropertyItem &item, const QString &typed)
+{
+    const QString directory = item.data(PropertyKey::Directory).toString();
+    const QDir base(QDir::current().absoluteFilePath(directory));
+    const QString file = base.absoluteFilePath(typed);
+    if (!typed.isEmpty() && QFileInfo::exists(file)) {
+        return QDir::cleanPath(file);
+    }
+    return directory.isEmpty() ? QString() : QDir::cleanPath(base.absolutePath());
+}
+
+void choose(TextEntryEditor *editor)
+{
+    const PropertyItem item = editor->item();
+    QString title = item.data(PropertyKey::Title).toString();
+    if (title.isEmpty()) {
+        title = QCoreApplication::translate("PropertyBrowser", "Choose a file");
+    }
+    QString chosen;
+    const bool stays = editor->runDialog([&] {
+        chosen = PropertyDialogs::chooseFile(
+            editor->window(), title, startOf(item, editor->line()->text()), item.data(PropertyKey::Filter).toString());
+    });
+    if (stays && !chosen.isEmpty()) {
+        editor->choose(chosen);
+    }
+}
+
+} // namespace
+
+PropertyEditor *FileEditor::create(const PropertyItem &item, QWidget *parent)
+{
+    auto *editor = new TextEntryEditor(item, codec, parent);
+    editor->addButton(QStringLiteral("\u2026"), QCoreApplication::translate("PropertyBrowser", "Browse"), choose);
+    return editor;
+}
+
+PropertyDisplay FileEditor::display(const PropertyItem &item)
+{
+    return { codec.shownText(item), codec.problemOf(item) };
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QDate>
+#include <QDateTime>
+#include <QTime>
+
+#include <functional>
+
+class TextEntryEditor;
+
+/// The ISO forms that rows of dates and times are typed and stored in, and what their arrows and calendars do.
+namespace IsoTime {
+
+/// Each gives an invalid value for a text that is not wholly in the form.
+[[nodiscard]] QDate date(const QString &text);
+[[nodiscard]] QTime time(const QString &text);
+/// With "T" or a blank between the parts, and with "Z", an offset or, for local time, nothing at the end.
+[[nodiscard]] QDateTime dateTime(const QString &text);
+
+[[nodiscard]] QString text(QDate date);
+[[nodiscard]] QString text(QTime time);
+[[nodiscard]] QString text(const QDateTime &dateTime);
+
+/// The part of the form at `cursor` is moved on by `steps`, the other parts following as in a calendar.
+[[nodiscard]] QDate stepped(QDate date, int cursor, int steps);
+/// Goes round at midnight.
+[[nodiscard]] QTime stepped(QTime time, int cursor, int steps);
+[[nodiscard]] QDateTime stepped(const QDateTime &dateTime, int cursor, int steps);
+
+/// Gives the editor a button that drops down a calendar at `start`; `chosen` makes the row's text of a chosen day.
+void addCalendar(TextEntryEditor *editor, const std::function<QDate(const TextEntryEditor *)> &start,
+    const std::function<QString(const TextEntryEditor *, QDate)> &chosen);
+
+} // namespace IsoTime

@@ -1,0 +1,36 @@
+#include "propertybrowser/editors/lineeditor.h"
+
+#include "propertybrowser/editors/textcodec.h"
+#include "propertybrowser/editors/textentryeditor.h"
+#include "propertybrowser/propertyitem.h"
+#include "propertybrowser/wholematch.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+const TextCodec codec = [] {
+    TextCodec c {};
+    c.parse = [](const PropertyItem &item, const QString &text) {
+        return WholeMatch::matches(WholeMatch::patternOf(item), text, WholeMatch::Lines::One) ? QVariant(text)
+                                                                                              : QVariant();
+    };
+    c.format = [](const QVariant &value) { return value.toString(); };
+    c.hint = [](const PropertyItem &item) {
+        return QCoreApplication::translate("PropertyBrowser", "Must match %1").arg(WholeMatch::patternOf(item));
+    };
+    c.emptyIsText = true;
+    return c;
+}();
+
+} // namespace
+
+PropertyEditor *LineEditor::create(const PropertyItem &item, QWidget *parent)
+{
+    return new TextEntryEditor(item, codec, parent);
+}
+
+PropertyDisplay LineEditor::display(const PropertyItem &item)
+{
+    return { codec.shownText(item), codec.problemOf(item) };
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "propertybrowser/editors/propertydisplay.h"
+
+class PropertyEditor;
+class PropertyItem;
+class QWidget;
+
+/// A text of one line that must match "regexp".
+namespace LineEditor {
+
+[[nodiscard]] PropertyEditor *create(const PropertyItem &item, QWidget *parent);
+[[nodiscard]] PropertyDisplay display(const PropertyItem &item);
+
+} // namespace LineEditor

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "propertybrowser/editors/propertydisplay.h"
+
+class PropertyEditor;
+class PropertyItem;
+class QWidget;
+
+/// A text of many lines that must match "regexp", in which "." matches line breaks. Enter begins a new line and
+/// Ctrl+Enter commits.
+namespace MultiLineEditor {
+
+[[nodiscard]] PropertyEditor *create(const PropertyItem &item, QWidget *parent);
+[[nodiscard]] PropertyDisplay display(const PropertyItem &item);
+
+} // namespace MultiLineEditor

@@ -1,0 +1,155 @@
+#include "propertybrowser/editors/propertyeditor.h"
+
+#include "propertybrowser/invalidmark.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QPointer>
+#include <QToolTip>
+
+PropertyEditor::PropertyEditor(const PropertyItem &item, QWidget *parent) : QWidget(parent), m_item(item)
+{
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+bool PropertyEditor::commit()
+{
+    if (m_retired || m_suspended || !isModified()) {
+        return true;
+    }
+    if (!isAcceptable()) {
+        return false;
+    }
+    const QVariant committedValue = value();
+    m_item.setVal(committedValue);
+    restore();
+    emit committed(m_item.name(), committedValue);
+    return true;
+}
+
+void PropertyEditor::retire()
+{
+    m_retired = true;
+    blockSignals(true);
+}
+
+void PropertyEditor::setInner(QWidget *inner)
+{
+    m_inner = inner;
+    setFocusProxy(inner);
+    inner->setAccessibleName(m_item.displayText());
+    inner->installEventFilter(this);
+    m_mark = new InvalidMark(inner);
+}
+
+void PropertyEditor::mark(const QString &problem)
+{
+    m_mark->setVisible(!problem.isEmpty());
+    if (m_problem != problem) {
+        m_problem = problem;
+        m_inner->setToolTip(problem.toHtmlEscaped());
+        m_inner->setAccessibleDescription(problem);
+    }
+}
+
+void PropertyEditor::commitChoice()
+{
+    const QPointer<PropertyEditor> self(this);
+    commit();
+    if (self) {
+        emit ended(End::Committed);
+    }
+}
+
+bool PropertyEditor::runDialog(const std::function<void()> &dialog)
+{
+    const QPointer<PropertyEditor> self(this);
+    m_suspended = true;
+    dialog();
+    if (self) {
+        m_suspended = false;
+    }
+    return self && !m_retired;
+}
+
+bool PropertyEditor::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_inner && !m_retired) {
+        switch (event->type()) {
+        case QEvent::KeyPress:
+            if (handleKey(static_cast<QKeyEvent *>(event))) {
+                return true;
+            }
+            break;
+        case QEvent::FocusOut:
+            focusLeft(static_cast<QFocusEvent *>(event)->reason());
+            break;
+        case QEvent::Wheel:
+            // A sheet that is scrolled through must not change the values under the pointer.
+            if (!m_inner->hasFocus()) {
+                event->ignore();
+                return true;
+            }
+            break;
+        default:
+            break;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void PropertyEditor::keyPressEvent(QKeyEvent *event)
+{
+    // What the inner widget leaves, an arrow in a one-line text for instance, would otherwise reach the tree under the
+    // editor and move its current row away.
+    const Qt::KeyboardModifiers commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    event->setAccepted(m_inPlace && (event->modifiers() & commands) == 0);
+}
+
+bool PropertyEditor::handleKey(QKeyEvent *event)
+{
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    const int key = event->key();
+    event->accept();
+    if ((key == Qt::Key_Return || key == Qt::Key_Enter) && isCommitKey(*event)) {
+        const QPointer<PropertyEditor> self(this);
+        if (!commit()) {
+            QToolTip::showText(m_inner->mapToGlobal(QPoint(0, m_inner->height())), m_problem.toHtmlEscaped(), m_inner);
+        } else if (self) {
+            emit ended(End::Committed);
+        }
+        return true;
+    }
+    if (key == Qt::Key_Escape && plain) {
+        // Where there is nothing to give up, the window may close on it.
+        event->setAccepted(m_inPlace || isModified());
+        restore();
+        emit ended(End::Cancelled);
+        return true;
+    }
+    const bool opens = (key == Qt::Key_F4 && plain) || (key == Qt::Key_Down && event->modifiers() == Qt::AltModifier);
+    if (opens && !takesFunctionKeys()) {
+        openPopup();
+        return true;
+    }
+    return false;
+}
+
+void PropertyEditor::focusLeft(Qt::FocusReason reason)
+{
+    // Another window or a menu borrows the focus; and where the focus goes because the row is hidden or disabled, the
+    // page may already be about something else.
+    const bool stays = reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason
+        || reason == Qt::ActiveWindowFocusReason || m_suspended || !isVisible() || !isEnabled();
+    const QWidget *next = QApplication::focusWidget();
+    if (stays || (next != nullptr && (next == m_inner || isAncestorOf(next)))) {
+        return;
+    }
+    const QPointer<PropertyEditor> self(this);
+    if (!commit()) {
+        restore();
+    }
+    if (self) {
+        emit ended(End::FocusLeft);
+    }
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "propertybrowser/propertyitem.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class InvalidMark;
+
+/// The editor of one row. It holds what the user has typed or chosen until it is committed, and knows when that is:
+/// Enter, the focus leaving the row, a choice made. The sheet that shows it owns it. GUI thread.
+///
+/// The committed value is a text where the record came with a text (or with nothing, unless the kind is a number or a
+/// truth value), in a form that does not depend on the user's language; otherwise it is a value of the kind's own type.
+class PropertyEditor : public QWidget
+{
+    Q_OBJECT
+
+public:
+    enum class End { Committed, Cancelled, FocusLeft };
+
+    PropertyEditor(const PropertyItem &item, QWidget *parent);
+
+    [[nodiscard]] const PropertyItem &item() const { return m_item; }
+    /// What a commit would hand out now; only meaningful while modified and acceptable.
+    [[nodiscard]] virtual QVariant value() const = 0;
+    /// Whether the user has changed the value, as opposed to merely typed the same one again.
+    [[nodiscard]] virtual bool isModified() const = 0;
+    [[nodiscard]] virtual bool isAcceptable() const { return true; }
+    /// Shows the record's value again.
+    virtual void restore() = 0;
+    /// Opens what the editor can drop down or browse; nothing for the others.
+    virtual void openPopup() { }
+
+    /// Hands out the value if the user has changed it. False when the text is refused, which stays as it is then.
+    bool commit();
+    /// Ends the editor's say: nothing is committed or reported any more. It may live on until the stack has unwound.
+    void retire();
+    /// An in-place editor reports every Enter and Escape; one that always stands leaves an idle Escape to its window.
+    void setInPlace(bool inPlace) { m_inPlace = inPlace; }
+    /// Runs a dialog of the row; the focus that leaves for it commits nothing. False when the sheet has dropped the
+    /// editor meanwhile, which may then be gone.
+    [[nodiscard]] bool runDialog(const std::function<void()> &dialog);
+
+signals:
+    void committed(const QString &name, const QVariant &value);
+    void ended(PropertyEditor::End how);
+
+protected:
+    /// Makes `inner` the widget that has the row's focus, keys and accessible name.
+    void setInner(QWidget *inner);
+    [[nodiscard]] QWidget *inner() const { return m_inner; }
+    /// Marks `inner` as refused, with the reason as tool tip and accessible description; an empty reason ends it.
+    void mark(const QString &problem);
+    /// A choice was made: commit, and tell the sheet that editing is over.
+    void commitChoice();
+    /// Whether this Enter commits, instead of being typed.
+    [[nodiscard]] virtual bool isCommitKey(const QKeyEvent & /*event*/) const { return true; }
+    /// Whether the keys that open popups are typed, too.
+    [[nodiscard]] virtual bool takesFunctionKeys() const { return false; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    bool handleKey(QKeyEvent *event);
+    void focusLeft(Qt::FocusReason reason);
+
+    PropertyItem m_item;
+    QWidget *m_inner = nullptr;
+    InvalidMark *m_mark = nullptr;
+    QString m_problem;
+    bool m_retired = false;
+    bool m_suspended = false;
+    bool m_inPlace = false;
+};

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "propertybrowser/editors/propertydisplay.h"
+
+class PropertyEditor;
+class PropertyItem;
+class QWidget;
+
+/// A value that can be selected and copied, not changed: what is not editable, and what has no type.
+namespace ReadOnlyEditor {
+
+[[nodiscard]] PropertyEditor *create(const PropertyItem &item, QWidget *parent);
+[[nodiscard]] PropertyDisplay display(const PropertyItem &item);
+
+} // namespace ReadOnlyEditor

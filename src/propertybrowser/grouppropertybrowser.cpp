@@ -1,0 +1,137 @@
+#include "propertybrowser/grouppropertybrowser.h"
+
+#include "propertybrowser/editors/propertyeditor.h"
+#include "propertybrowser/editortable.h"
+#include "propertybrowser/elidedlabel.h"
+
+#include <QApplication>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QPointer>
+
+namespace {
+
+constexpr int Margin = 6;
+constexpr int RowSpacing = 4;
+
+/// Groups the rows for those who can't see them, without a frame of its own: the page's box has one already.
+class RowBox final : public QGroupBox
+{
+public:
+    using QGroupBox::QGroupBox;
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override { }
+};
+
+} // namespace
+
+GroupPropertyBrowser::GroupPropertyBrowser(QWidget *parent) : QWidget(parent), m_layout(new QVBoxLayout(this))
+{
+    m_layout->setContentsMargins(0, 0, 0, 0);
+    m_layout->addStretch(1);
+    setAccessibleName(tr("Properties"));
+}
+
+GroupPropertyBrowser::~GroupPropertyBrowser()
+{
+    for (PropertyEditor *editor : qAsConst(m_editors)) {
+        editor->retire();
+    }
+}
+
+void GroupPropertyBrowser::showProperties(const QList<PropertyItem> &items)
+{
+    const int focused = focusedRow();
+    const QString focusedName = focused >= 0 ? m_editors.at(focused)->item().name() : QString();
+    for (PropertyEditor *editor : qAsConst(m_editors)) {
+        editor->retire();
+    }
+    m_editors.clear();
+    QGroupBox *old = m_box;
+
+    m_box = new RowBox(this);
+    m_box->setAccessibleName(accessibleName());
+    m_box->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    auto *grid = new QGridLayout(m_box);
+    grid->setColumnStretch(1, 1);
+    grid->setContentsMargins(Margin, Margin, Margin, Margin);
+    grid->setVerticalSpacing(RowSpacing);
+    for (int row = 0; row < items.size(); ++row) {
+        addRow(items.at(row), row);
+    }
+    m_box->setVisible(!items.isEmpty());
+    m_layout->insertWidget(0, m_box);
+
+    if (focused >= 0) {
+        if (QWidget *editor = editorFor(focusedName)) {
+            editor->setFocus(Qt::OtherFocusReason);
+        }
+    }
+    if (old != nullptr) {
+        // Not deleted at once: the editor whose commit has brought us here is still on the stack.
+        m_layout->removeWidget(old);
+        old->hide();
+        old->deleteLater();
+    }
+    updateGeometry();
+}
+
+QList<PropertyItem> GroupPropertyBrowser::properties() const
+{
+    QList<PropertyItem> items;
+    for (const PropertyEditor *editor : m_editors) {
+        items.append(editor->item());
+    }
+    return items;
+}
+
+bool GroupPropertyBrowser::commitEditor()
+{
+    // A commit may show the sheet anew; what was typed in the other rows is discarded with them then.
+    const QPointer<QGroupBox> box(m_box);
+    bool accepted = true;
+    for (int row = 0; row < m_editors.size() && box == m_box; ++row) {
+        accepted = m_editors.at(row)->commit() && accepted;
+    }
+    return accepted;
+}
+
+QWidget *GroupPropertyBrowser::editorFor(const QString &name) const
+{
+    for (PropertyEditor *editor : m_editors) {
+        if (editor->item().name() == name) {
+            return editor;
+        }
+    }
+    return nullptr;
+}
+
+void GroupPropertyBrowser::addRow(const PropertyItem &item, int row)
+{
+    auto *grid = static_cast<QGridLayout *>(m_box->layout());
+    PropertyEditor *editor = EditorTable::kindOf(item).create(item, m_box);
+    auto *label = new ElidedLabel(item.displayText(), m_box);
+    label->setBuddy(editor);
+    const int lineHeight = fontMetrics().height();
+    const bool tall = editor->sizeHint().height() > 3 * lineHeight;
+    grid->addWidget(label, row, 0, tall ? Qt::AlignTop : Qt::AlignVCenter);
+    if (tall) {
+        label->setContentsMargins(0, lineHeight / 4, 0, 0);
+    }
+    grid->addWidget(editor, row, 1);
+    grid->setRowMinimumHeight(row, lineHeight + 2 * RowSpacing);
+    connect(editor, &PropertyEditor::committed, this, &GroupPropertyBrowser::propertyChanged);
+    m_editors.append(editor);
+}
+
+int GroupPropertyBrowser::focusedRow() const
+{
+    const QWidget *focus = QApplication::focusWidget();
+    for (int row = 0; focus != nullptr && row < m_editors.size(); ++row) {
+        if (m_editors.at(row)->isAncestorOf(focus)) {
+            return row;
+        }
+    }
+    return -1;
+}

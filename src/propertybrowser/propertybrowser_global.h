@@ -1,0 +1,9 @@
+#pragma once
+
+#include <QtGlobal>
+
+#ifdef PROPERTYBROWSER_LIBRARY
+#define PROPERTYBROWSER_EXPORT Q_DECL_EXPORT
+#else
+#define PROPERTYBROWSER_EXPORT Q_DECL_IMPORT
+#endif

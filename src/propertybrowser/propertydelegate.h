@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QStyledItemDelegate>
+
+/// Paints the closed rows of a `PropertyTree`: as high as an editor, so that nothing moves when one opens, with the
+/// wavy line under a value that would be refused and a tool tip where a value is cut short.
+class PropertyDelegate final : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    enum Role {
+        ProblemRole = Qt::UserRole, ///< why the value would be refused, empty when it would not
+        StandingRole,               ///< an editor stands in the cell
+        DropsDownRole,              ///< the row opens a list
+    };
+
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    /// To be called again when the font or the style changes.
+    void measure(const QWidget *view);
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    void updateEditorGeometry(
+        QWidget *editor, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
+        const QModelIndex &index) override;
+
+private:
+    int m_rowHeight = 0;
+};

@@ -1,0 +1,40 @@
+#include "propertybrowser/treepropertybrowser.h"
+
+#include "propertybrowser/editors/propertyeditor.h"
+#include "propertybrowser/propertytree.h"
+
+#include <QVBoxLayout>
+
+TreePropertyBrowser::TreePropertyBrowser(QWidget *parent) : QWidget(parent), m_tree(new PropertyTree(this))
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_tree);
+    setFocusProxy(m_tree);
+    connect(m_tree, &PropertyTree::propertyChanged, this, &TreePropertyBrowser::propertyChanged);
+}
+
+void TreePropertyBrowser::showProperties(const QList<PropertyItem> &items)
+{
+    m_tree->showProperties(items);
+}
+
+QList<PropertyItem> TreePropertyBrowser::properties() const
+{
+    return m_tree->properties();
+}
+
+bool TreePropertyBrowser::openEditor(const QString &name)
+{
+    return m_tree->openEditor(m_tree->rowOf(name));
+}
+
+bool TreePropertyBrowser::commitEditor()
+{
+    return m_tree->commitEditor();
+}
+
+QWidget *TreePropertyBrowser::editorFor(const QString &name) const
+{
+    return m_tree->editorAt(m_tree->rowOf(name));
+}

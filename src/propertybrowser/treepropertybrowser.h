@@ -1,0 +1,39 @@
+#pragma once
+
+#include "propertybrowser/propertyitem.h"
+
+#include <QWidget>
+
+class PropertyTree;
+
+/// A property sheet that is a tree of two columns whose values are edited in place: a click, F2, Enter or typing opens
+/// the editor of a row, Tab goes from row to row. Owned by its parent; GUI thread.
+class PROPERTYBROWSER_EXPORT TreePropertyBrowser final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit TreePropertyBrowser(QWidget *parent = nullptr);
+
+    /// Discards what the sheet showed, an uncommitted edit included, and shows `items` in this order. Emits nothing,
+    /// and may be called from a slot of `propertyChanged`. The scroll position stays, and so does the current row where
+    /// there is one of its name again.
+    void showProperties(const QList<PropertyItem> &items);
+    void clear() { showProperties({}); }
+    /// The shown records with the values committed since.
+    [[nodiscard]] QList<PropertyItem> properties() const;
+
+    /// Makes the first row of this name current and opens its editor; false when there is none.
+    bool openEditor(const QString &name);
+    /// Commits and closes the open editor. False when its text is refused; it stays open then, marked.
+    bool commitEditor();
+    /// The open editor of the first row of this name, null when it is not open. Valid until it is closed.
+    [[nodiscard]] QWidget *editorFor(const QString &name) const;
+
+signals:
+    /// The user has committed another value than the row had.
+    void propertyChanged(const QString &name, const QVariant &value);
+
+private:
+    PropertyTree *m_tree;
+};

@@ -1,0 +1,18 @@
+#pragma once
+
+class PropertyItem;
+class QString;
+
+/// How the "regexp" of a row is applied: it must match the whole text, whether or not it is written with anchors. An
+/// empty pattern and one that is no valid expression restrict nothing.
+namespace WholeMatch {
+
+enum class Lines { One, Many };
+
+/// With `Lines::Many` a "." also matches a line break, so that a limit on the length holds for a text of many lines.
+[[nodiscard]] bool matches(const QString &pattern, const QString &text, Lines lines);
+
+/// The pattern in the item's data, empty when it restricts nothing.
+[[nodiscard]] QString patternOf(const PropertyItem &item);
+
+} // namespace WholeMatch

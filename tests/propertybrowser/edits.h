@@ -1,0 +1,122 @@
+#pragma once
+
+#include "sheetdriver.h"
+
+#include <QCalendarWidget>
+
+#include <functional>
+
+/// What a person does to the row "it", and records to do it to.
+using Edit = std::function<void(SheetDriver &)>;
+Q_DECLARE_METATYPE(Edit)
+Q_DECLARE_METATYPE(PropertyItem)
+Q_DECLARE_METATYPE(SheetDriver::Kind)
+
+inline QString s(const char *text)
+{
+    return QString::fromUtf8(text);
+}
+
+inline PropertyItem item(PropertyType type, const QVariant &value, const QMap<QString, QVariant> &data = {})
+{
+    PropertyItem result(type, s("it"), s("it"), value);
+    for (auto each = data.begin(); each != data.end(); ++each) {
+        result.setData(each.key(), each.value());
+    }
+    return result;
+}
+
+inline PropertyItem withOptions(PropertyType type, const QVariant &value, const QList<QStringList> &options)
+{
+    PropertyItem result = item(type, value);
+    for (const QStringList &option : options) {
+        result.addOption({ option.at(0), option.at(1), QString() });
+    }
+    return result;
+}
+
+inline const QList<QStringList> abc { { s("a"), s("Aah") }, { s("b"), s("Bee") }, { s("c"), s("Cee") } };
+
+inline Edit typing(const char *text)
+{
+    return [text = s(text)](SheetDriver &driver) {
+        driver.click("it");
+        SheetDriver::type(text);
+        SheetDriver::press(Qt::Key_Return);
+    };
+}
+
+inline Edit stepping(Qt::Key key, int times, int cursor = 0)
+{
+    return [key, times, cursor](SheetDriver &driver) {
+        driver.click("it");
+        SheetDriver::press(Qt::Key_Home);
+        for (int i = 0; i < cursor; ++i) {
+            SheetDriver::press(Qt::Key_Right);
+        }
+        for (int i = 0; i < times; ++i) {
+            SheetDriver::press(key);
+        }
+        SheetDriver::press(Qt::Key_Return);
+    };
+}
+
+/// Picks the entry at `index` of the drop-down with the mouse.
+inline Edit choosing(int index)
+{
+    return [index](SheetDriver &driver) {
+        driver.click("it");
+        auto *box = driver.editor("it")->findChild<QComboBox *>();
+        QTRY_VERIFY(box->view()->isVisible());
+        const QRect entry = box->view()->visualRect(box->model()->index(index, 0));
+        // The first moments after opening, a release counts as the end of the click that opened the list.
+        QTest::qWait(QApplication::doubleClickInterval());
+        QTest::mouseClick(box->view()->viewport(), Qt::LeftButton, Qt::NoModifier, entry.center());
+    };
+}
+
+inline Edit ticking(const QVector<int> &indexes, Qt::Key end = Qt::Key_Return)
+{
+    return [indexes, end](SheetDriver &driver) {
+        driver.click("it");
+        QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
+        auto *list = QApplication::activePopupWidget()->findChild<QListWidget *>();
+        for (const int index : indexes) {
+            const QRect entry = list->visualItemRect(list->item(index));
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, entry.center());
+        }
+        QTest::keyClick(list, end);
+        QTRY_VERIFY(QApplication::activePopupWidget() == nullptr);
+    };
+}
+
+inline Edit clickingButton()
+{
+    return [](SheetDriver &driver) {
+        driver.click("it");
+        QTest::mouseClick(driver.editor("it")->findChild<QToolButton *>(), Qt::LeftButton);
+    };
+}
+
+inline Edit pickingDay(int daysOn)
+{
+    return [daysOn](SheetDriver &driver) {
+        clickingButton()(driver);
+        QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
+        auto *calendar = QApplication::activePopupWidget()->findChild<QCalendarWidget *>();
+        auto *days = calendar->findChild<QAbstractItemView *>();
+        for (int i = 0; i < daysOn; ++i) {
+            QTest::keyClick(days, Qt::Key_Right);
+        }
+        QTest::keyClick(days, Qt::Key_Return);
+    };
+}
+
+inline void addForBothSheets(
+    const char *name, const PropertyItem &record, const QString &shown, const Edit &edit, const QVariant &expected)
+{
+    for (const auto kind : { SheetDriver::Group, SheetDriver::Tree }) {
+        QTest::addRow("%s, %s", kind == SheetDriver::Group ? "group" : "tree", name)
+            << kind << record << shown << edit << expected;
+    }
+}

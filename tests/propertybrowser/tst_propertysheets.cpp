@@ -1,0 +1,590 @@
+#include "edits.h"
+
+#include "propertybrowser/propertydialogs.h"
+#include "propertybrowser/propertykeys.h"
+
+#include <QClipboard>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace {
+
+double luminance(const QColor &color)
+{
+    const auto linear = [](double c) { return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor &a, const QColor &b)
+{
+    const double lighter = std::max(luminance(a), luminance(b));
+    const double darker = std::min(luminance(a), luminance(b));
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+/// The colour that stands out most from `ground` in the lower part of a picture of `area`, among the reddish ones.
+double strongestRed(QWidget *widget, const QRect &area, const QColor &ground)
+{
+    const QImage image = widget->grab(area).toImage();
+    double best = 0;
+    for (int y = image.height() / 2; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor pixel = image.pixelColor(x, y);
+            if (pixel.red() > pixel.green() + 40 && pixel.red() > pixel.blue() + 40) {
+                best = std::max(best, contrast(pixel, ground));
+            }
+        }
+    }
+    return best;
+}
+
+} // namespace
+
+class TestPropertySheets : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanup();
+    void refuses_data();
+    void refuses();
+    void refusedTextGoesWithTheFocus_data();
+    void refusedTextGoesWithTheFocus();
+    void oldValueThatIsRefusedStays_data();
+    void oldValueThatIsRefusedStays();
+    void focusLeavingCommits_data();
+    void focusLeavingCommits();
+    void showingDiscardsAndKeepsThePlace();
+    void commitOnRequest_data();
+    void commitOnRequest();
+    void hiddenRowsCommitNothing_data();
+    void hiddenRowsCommitNothing();
+    void readOnlyRows_data();
+    void readOnlyRows();
+    void fileDialogIsAskedAsTheRecordSays_data();
+    void fileDialogIsAskedAsTheRecordSays();
+    void givingUpADialog();
+    void sheetShownAgainUnderADialog();
+    void accessibleNames_data();
+    void accessibleNames();
+    void markStandsOut_data();
+    void markStandsOut();
+    void fitsANarrowSheet();
+    void bigFontMakesRowsHigher();
+};
+
+void TestPropertySheets::initTestCase()
+{
+    QApplication::setStyle(s("Fusion"));
+    qRegisterMetaType<PropertyItem>();
+}
+
+void TestPropertySheets::cleanup()
+{
+    PropertyDialogs::setFileDialog({});
+    PropertyDialogs::setColorDialog({});
+    PropertyDialogs::setFontDialog({});
+    QVERIFY(QApplication::activePopupWidget() == nullptr);
+}
+
+void TestPropertySheets::refuses_data()
+{
+    QTest::addColumn<SheetDriver::Kind>("kind");
+    QTest::addColumn<PropertyItem>("record");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("accepted");
+    const auto row = [](const char *name, const PropertyItem &record, const QString &text, bool accepted) {
+        for (const auto kind : { SheetDriver::Group, SheetDriver::Tree }) {
+            QTest::addRow("%s, %s", kind == SheetDriver::Group ? "group" : "tree", name)
+                << kind << record << text << accepted;
+        }
+    };
+    const auto string = [](const char *pattern) {
+        return item(PropertyType::String, s("ok"), { { s("regexp"), s(pattern) } });
+    };
+    using T = PropertyType;
+    row("id", string("[a-zA-Z][a-zA-Z0-9-_.]{0,255}"), s("a.b-c_9"), true);
+    row("id beginning with a digit", string("[a-zA-Z][a-zA-Z0-9-_.]{0,255}"), s("9a"), false);
+    row("id emptied", string("[a-zA-Z][a-zA-Z0-9-_.]{0,255}"), s(""), false);
+    row("only a part matches", string("[a-z]{2}"), s("abc"), false);
+    row("record id of 49", string("[0-9a-zA-Z_.]{0,49}$"), QString(49, QLatin1Char('x')), true);
+    row("record id of 50", string("[0-9a-zA-Z_.]{0,49}$"), QString(50, QLatin1Char('x')), false);
+    row("anchored", string("^.{0,5}$"), s("12345"), true);
+    row("anchored, too long", string("^.{0,5}$"), s("123456"), false);
+    row("first alternative", string("a|bc"), s("a"), true);
+    row("longer alternative", string("a|ab"), s("ab"), true);
+    row("alternative with more", string("a|bc"), s("abc"), false);
+    row("anchored alternatives", string("^ok$|^no$"), s("nok"), false);
+    row("markup", string("[^</>'&\"]{0,255}"), s("a<b"), false);
+    row("invalid pattern", string("[a-"), s("anything <>"), true);
+    row("invalid, but not in parentheses", string("a)(b"), s("anything"), true);
+    row("quotation without end", string("\\Qa.b"), s("a.b"), true);
+    row("quotation without end, other", string("\\Qa.b"), s("axb"), false);
+    row("comment at the end", string("(?x) a b # two letters"), s("ab"), true);
+    row("empty pattern", string(""), s("anything"), true);
+    row("int not in range", item(T::Int, 5, { { s("max"), 10 } }), s("11"), false);
+    row("int under the least", item(T::Int, 5, { { s("min"), s("3") } }), s("2"), false);
+    row("empty bounds", item(T::Int, 5, { { s("min"), s("") }, { s("max"), QVariant() } }), s("-99"), true);
+    row("int beyond an int", item(T::Int, 5), s("2147483648"), false);
+    row("int half typed", item(T::Int, 5), s("-"), false);
+    row("too many decimals", item(T::Float, 1.0, { { s("decimals"), 2 } }), s("1.125"), false);
+    row("float beyond", item(T::Float, 1.0, { { s("max"), 2.5 } }), s("2.6"), false);
+    row("no such day", item(T::Date, s("2024-02-29")), s("2023-02-29"), false);
+    row("date with more", item(T::Date, s("2024-02-29")), s("2023-02-281"), false);
+    row("no such hour", item(T::Time, s("10:00:00")), s("24:00:00"), false);
+    row("datetime without time", item(T::DateTime, s("")), s("2024-02-29"), false);
+    row("three numbers for a size", item(T::Size, s("1x2")), s("1x2x3"), false);
+    row("no colour", item(T::Color, s("red")), s("reddish"), false);
+    row("no size of a font", item(T::Font, QVariant()), s("DejaVu Sans, huge"), false);
+}
+
+void TestPropertySheets::refuses()
+{
+    QFETCH(SheetDriver::Kind, kind);
+    QFETCH(PropertyItem, record);
+    QFETCH(QString, text);
+    QFETCH(bool, accepted);
+    SheetDriver driver(kind);
+    QVERIFY(driver.ready());
+    driver.show({ record });
+    const QString before = driver.shown("it");
+    const bool wasMarked = driver.isMarked("it");
+    driver.click("it");
+    SheetDriver::type(text);
+    QCOMPARE(driver.shown("it"), text);
+    QCOMPARE(driver.isMarked("it"), !accepted);
+    SheetDriver::press(Qt::Key_Return);
+    QCOMPARE(driver.spy().count(), accepted ? 1 : 0);
+    if (!accepted) {
+        QCOMPARE(driver.shown("it"), text);
+        SheetDriver::press(Qt::Key_Escape);
+        QCOMPARE(driver.shown("it"), before);
+        QCOMPARE(driver.isMarked("it"), wasMarked);
+    }
+}
+
+void TestPropertySheets::refusedTextGoesWithTheFocus_data()
+{
+    QTest::addColumn<SheetDriver::Kind>("kind");
+    QTest::newRow("group") << SheetDriver::Group;
+    QTest::newRow("tree") << SheetDriver::Tree;
+}
+
+void TestPropertySheets::refusedTextGoesWithTheFocus()
+{
+    QFETCH(SheetDriver::Kind, kind);
+    SheetDriver driver(kind);
+    QVERIFY(driver.ready());
+    driver.show({ item(PropertyType::String, s("ok"), { { PropertyKey::RegExp, s("[a-z]+") } }),
+        PropertyItem(PropertyType::Text, s("text"), s("text"), s("t")) });
+    driver.click("it");
+    SheetDriver::type(s("NO"));
+    QVERIFY(!driver.commit());
+    QCOMPARE(driver.shown("it"), s("NO"));
+    QTest::mouseClick(driver.after(), Qt::LeftButton);
+    QVERIFY(driver.after()->hasFocus());
+    QCOMPARE(driver.shown("it"), s("ok"));
+    QVERIFY(!driver.isMarked("it"));
+    QVERIFY(driver.commit());
+    QCOMPARE(driver.spy().count(), 0);
+}
+
+void TestPropertySheets::oldValueThatIsRefusedStays_data()
+{
+    QTest::addColumn<SheetDriver::Kind>("kind");
+    QTest::addColumn<PropertyItem>("record");
+    QTest::addColumn<QString>("shown");
+    using T = PropertyType;
+    for (const auto kind : { SheetDriver::Group, SheetDriver::Tree }) {
+        const char *sheet = kind == SheetDriver::Group ? "group" : "tree";
+        QTest::addRow("%s, string", sheet)
+            << kind << item(T::String, s("1 bad"), { { s("regexp"), s("[a-z]+") } }) << s("1 bad");
+        QTest::addRow("%s, text", sheet) << kind << item(T::Text, s("x\ny"), { { s("regexp"), s("x") } }) << s("x");
+        QTest::addRow("%s, int", sheet) << kind << item(T::Int, 50, { { s("max"), 10 } }) << s("50");
+        QTest::addRow("%s, word for int", sheet) << kind << item(T::Int, s("menu")) << s("menu");
+        QTest::addRow("%s, date", sheet) << kind << item(T::Date, s("yesterday")) << s("yesterday");
+        QTest::addRow("%s, size", sheet) << kind << item(T::Size, s("big")) << s("big");
+        QTest::addRow("%s, font", sheet) << kind << item(T::Font, s("a,b,c,d")) << s("a,b,c,d");
+        QTest::addRow("%s, none of the choices", sheet) << kind << withOptions(T::Enum, s("z"), abc) << s("Aah");
+    }
+}
+
+void TestPropertySheets::oldValueThatIsRefusedStays()
+{
+    QFETCH(SheetDriver::Kind, kind);
+    QFETCH(PropertyItem, record);
+    QFETCH(QString, shown);
+    SheetDriver driver(kind);
+    QVERIFY(driver.ready());
+    driver.show({ record });
+    QVERIFY(driver.isMarked("it"));
+    QVERIFY2(driver.shown("it").startsWith(shown), qPrintable(driver.shown("it")));
+    if (record.type() != PropertyType::Enum) {
+        driver.click("it");
+        SheetDriver::press(Qt::Key_Return, Qt::ControlModifier);
+    }
+    QTest::mouseClick(driver.after(), Qt::LeftButton);
+    QVERIFY(driver.after()->hasFocus());
+    QVERIFY(driver.commit());
+    QCOMPARE(driver.spy().count(), 0);
+    QCOMPARE(driver.value("it"), record.value());
+    QVERIFY(driver.isMarked("it"));
+}
+
+void TestPropertySheets::focusLeavingCommits_data()
+{
+    refusedTextGoesWithTheFocus_data();
+}
+
+void TestPropertySheets::focusLeavingCommits()
+{
+    QFETCH(SheetDriver::Kind, kind);
+    SheetDriver driver(kind);
+    QVERIFY(driver.ready());
+    driver.show({ item(PropertyType::String, s("old")), PropertyItem(PropertyType::Text, s("text"), s("text"), s("t")),
+        PropertyItem(PropertyType::KeySequence, s("keys"), s("keys"), s("")) });
+    driver.click("it");
+    SheetDriver::type(s("one"));
+    driver.click("text");
+    QCOMPARE(driver.spy().count(), 1);
+    SheetDriver::type(s("two"));
+    driver.click("keys");
+    QCOMPARE(driver.spy().count(), 2);
+    SheetDriver::press(Qt::Key_F5);
+    QTest::mouseClick(driver.before(), Qt::LeftButton);
+    QStringList got;
+    for (const QList<QVariant> &emission : qAsConst(driver.spy())) {
+        got.append(emission.at(0).toString() + QLatin1Char('=') + emission.at(1).value<QVariant>().toString());
+    }
+    QCOMPARE(got.join(QLatin1Char(' ')), s("it=one text=two keys=F5"));
+}
+
+void TestPropertySheets::showingDiscardsAndKeepsThePlace()
+{
+    SheetDriver driver(SheetDriver::Tree);
+    QVERIFY(driver.ready());
+    QList<PropertyItem> items;
+    for (int i = 0; i < 60; ++i) {
+        const QString name = s("row%1").arg(i);
+        items.append(PropertyItem(PropertyType::String, name, name, name));
+    }
+    driver.show(items);
+    QTreeWidget *tree = driver.treeWidget();
+    tree->scrollToItem(driver.row("row40"), QAbstractItemView::PositionAtTop);
+    driver.click("row42");
+    SheetDriver::type(s("typed"));
+    const int scrolled = tree->verticalScrollBar()->value();
+    QVERIFY(scrolled > 0);
+    items.removeAt(43);
+    driver.show(items);
+    QCOMPARE(driver.spy().count(), 0);
+    QCOMPARE(driver.shown("row42"), s("row42"));
+    QCOMPARE(tree->currentItem(), driver.row("row42"));
+    QCOMPARE(tree->verticalScrollBar()->value(), scrolled);
+    QVERIFY(tree->hasFocus());
+    driver.show({});
+    QCOMPARE(tree->topLevelItemCount(), 0);
+    QVERIFY(driver.commit());
+}
+
+void TestPropertySheets::commitOnRequest_data()
+{
+    refusedTextGoesWithTheFocus_data();
+}
+
+void TestPropertySheets::commitOnRequest()
+{
+    QFETCH(SheetDriver::Kind, kind);
+    SheetDriver driver(kind);
+    QVERIFY(driver.ready());
+    QVERIFY(driver.commit());
+    driver.show({ item(PropertyType::String, s("old")) });
+    driver.click("it");
+    SheetDriver::type(s("typed"));
+    QCOMPARE(driver.spy().count(), 0);
+    QVERIFY(driver.commit());
+    QVERIFY(driver.commit());
+    QCOMPARE(driver.spy().count(), 1);
+    QCOMPARE(driver.value("it"), QVariant(s("typed")));
+    QCOMPARE(driver.shown("it"), s("typed"));
+}
+
+void TestPropertySheets::hiddenRowsCommitNothing_data()
+{
+    refusedTextGoesWithTheFocus_data();
+}
+
+/// The page that hides or disables a sheet may already be about another object, to which the text doesn't belong.
+void TestPropertySheets::hiddenRowsCommitNothing()
+{
+    QFETCH(SheetDriver::Kind, kind);
+    SheetDriver driver(kind);
+    QVERIFY(driver.ready());
+    driver.show({ item(PropertyType::String, s("old")) });
+    for (const auto leave : { &QWidget::setHidden, &QWidget::setDisabled }) {
+        driver.click("it");
+        SheetDriver::type(s("typed"));
+        (driver.sheet()->*leave)(true);
+        QVERIFY(!driver.sheet()->isAncestorOf(QApplication::focusWidget()));
+        QCOMPARE(driver.spy().count(), 0);
+        (driver.sheet()->*leave)(false);
+        driver.show({ item(PropertyType::String, s("old")) });
+    }
+}
+
+void TestPropertySheets::readOnlyRows_data()
+{
+    QTest::addColumn<SheetDriver::Kind>("kind");
+    QTest::addColumn<PropertyItem>("record");
+    QTest::addColumn<QString>("shown");
+    using T = PropertyType;
+    for (const auto kind : { SheetDriver::Group, SheetDriver::Tree }) {
+        const char *sheet = kind == SheetDriver::Group ? "group" : "tree";
+        const auto row = [kind, sheet](const char *name, PropertyItem record, const QString &shown) {
+            record.setEditable(record.type() == T::Null);
+            QTest::addRow("%s, %s", sheet, name) << kind << record << shown;
+        };
+        row("list", item(T::String, QStringList { s("menu"), s("action") }), s("menu, action"));
+        row("no type", item(T::Null, s("plain")), s("plain"));
+        row("unknown type", item(static_cast<T>(99), 5), s("5"));
+        row("bool", item(T::Bool, true), s("Yes"));
+        row("enum", withOptions(T::Enum, s("b"), abc), s("Bee"));
+        row("flags", withOptions(T::Flag, 6, abc), s("Bee, Cee"));
+        row("date", item(T::Date, QDate(2024, 2, 28)), s("2024-02-28"));
+        row("text", item(T::Text, s("plain")), s("plain"));
+    }
+}
+
+void TestPropertySheets::readOnlyRows()
+{
+    QFETCH(SheetDriver::Kind, kind);
+    QFETCH(PropertyItem, record);
+    QFETCH(QString, shown);
+    SheetDriver driver(kind);
+    QVERIFY(driver.ready());
+    driver.show({ record });
+    QCOMPARE(driver.shown("it"), shown);
+    driver.click("it");
+    // It takes no text, yet all of it can be selected and copied.
+    SheetDriver::type(s("typed"));
+    QCOMPARE(driver.shown("it"), shown);
+    QApplication::clipboard()->clear();
+    SheetDriver::press(Qt::Key_A, Qt::ControlModifier);
+    SheetDriver::press(Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QApplication::clipboard()->text(), shown);
+    SheetDriver::press(Qt::Key_Return);
+    QCOMPARE(driver.spy().count(), 0);
+    if (driver.isTree()) {
+        QApplication::clipboard()->clear();
+        driver.treeWidget()->setFocus();
+        SheetDriver::press(Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), shown);
+    }
+}
+
+void TestPropertySheets::fileDialogIsAskedAsTheRecordSays_data()
+{
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("directory");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("filter");
+    QTest::addColumn<QString>("asked");
+    const QString here = QDir::currentPath();
+    QTest::newRow("nothing said") << s("") << s("") << s("") << s("") << s("Choose a file||");
+    QTest::newRow("all said") << s("") << s("/usr") << s("An icon") << s("Icons (*.svg)")
+                              << s("An icon|/usr|Icons (*.svg)");
+    QTest::newRow("relative directory") << s("") << s("sub/../icons") << s("t") << s("") << s("t|%1/icons|").arg(here);
+    QTest::newRow("a file that is there")
+        << s("dir/a.png") << s("data") << s("t") << s("") << s("t|%1/data/dir/a.png|").arg(here);
+    QTest::newRow("a file that is not") << s("dir/b.png") << s("data") << s("t") << s("") << s("t|%1/data|").arg(here);
+}
+
+void TestPropertySheets::fileDialogIsAskedAsTheRecordSays()
+{
+    QFETCH(QString, value);
+    QFETCH(QString, directory);
+    QFETCH(QString, title);
+    QFETCH(QString, filter);
+    QFETCH(QString, asked);
+    const QString home = QDir::currentPath();
+    QTemporaryDir scratch;
+    QVERIFY(QDir(scratch.path()).mkpath(s("data/dir")));
+    QFile file(scratch.filePath(s("data/dir/a.png")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(QDir::setCurrent(scratch.path()));
+    asked.replace(home, QDir::currentPath());
+    QString got;
+    PropertyDialogs::setFileDialog([&got](QWidget *, const QString &t, const QString &start, const QString &f) {
+        got = QStringList { t, start, f }.join(QLatin1Char('|'));
+        return QString();
+    });
+    SheetDriver driver(SheetDriver::Tree);
+    const QMap<QString, QVariant> data { { PropertyKey::Directory, directory }, { PropertyKey::Title, title },
+        { PropertyKey::Filter, filter } };
+    driver.show({ item(PropertyType::File, value, data) });
+    driver.click("it");
+    SheetDriver::press(Qt::Key_F4);
+    QVERIFY(QDir::setCurrent(home));
+    QCOMPARE(got, asked);
+}
+
+void TestPropertySheets::givingUpADialog()
+{
+    PropertyDialogs::setFileDialog(
+        [](QWidget *, const QString &, const QString &, const QString &) { return QString(); });
+    PropertyDialogs::setColorDialog([](QWidget *, const QColor &) { return QColor(); });
+    PropertyDialogs::setFontDialog([](QWidget *, const QFont &) { return std::optional<QFont>(); });
+    for (const auto type : { PropertyType::File, PropertyType::Color, PropertyType::Font }) {
+        SheetDriver driver(SheetDriver::Group);
+        QVERIFY(driver.ready());
+        driver.show({ item(type, s("red")) });
+        clickingButton()(driver);
+        QCOMPARE(driver.spy().count(), 0);
+        QCOMPARE(driver.value("it"), QVariant(s("red")));
+    }
+}
+
+void TestPropertySheets::sheetShownAgainUnderADialog()
+{
+    for (const auto kind : { SheetDriver::Group, SheetDriver::Tree }) {
+        SheetDriver driver(kind);
+        QVERIFY(driver.ready());
+        driver.show({ item(PropertyType::File, s("old")) });
+        PropertyDialogs::setFileDialog([&driver](QWidget *, const QString &, const QString &, const QString &) {
+            driver.show({ item(PropertyType::File, s("another object's")) });
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            return s("chosen for the old one");
+        });
+        clickingButton()(driver);
+        QCOMPARE(driver.spy().count(), 0);
+        QCOMPARE(driver.value("it"), QVariant(s("another object's")));
+    }
+}
+
+void TestPropertySheets::accessibleNames_data()
+{
+    refusedTextGoesWithTheFocus_data();
+}
+
+void TestPropertySheets::accessibleNames()
+{
+    QFETCH(SheetDriver::Kind, kind);
+    SheetDriver driver(kind);
+    QVERIFY(driver.ready());
+    QList<PropertyItem> items;
+    for (const int type : { 0, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18 }) {
+        const QString name = s("kind%1").arg(type);
+        items.append(PropertyItem(static_cast<PropertyType>(type), name, s("Label & %1").arg(type), QVariant()));
+    }
+    driver.show(items);
+    if (driver.isTree()) {
+        QVERIFY(!driver.treeWidget()->accessibleName().isEmpty());
+    }
+    for (const PropertyItem &each : qAsConst(items)) {
+        if (auto *tree = qobject_cast<TreePropertyBrowser *>(driver.sheet())) {
+            QVERIFY(tree->openEditor(each.name()));
+        }
+        QWidget *editor = driver.editor(qPrintable(each.name()));
+        QVERIFY(editor != nullptr);
+        QCOMPARE(editor->focusProxy()->accessibleName(), each.displayText());
+        for (const QToolButton *button : editor->findChildren<QToolButton *>()) {
+            QVERIFY(!button->accessibleName().isEmpty());
+        }
+    }
+}
+
+void TestPropertySheets::markStandsOut_data()
+{
+    QTest::addColumn<QColor>("base");
+    QTest::addColumn<QColor>("text");
+    QTest::newRow("light") << QColor(Qt::white) << QColor(Qt::black);
+    QTest::newRow("dark") << QColor(0x1e, 0x1e, 0x1e) << QColor(Qt::white);
+}
+
+void TestPropertySheets::markStandsOut()
+{
+    QFETCH(QColor, base);
+    QFETCH(QColor, text);
+    const QPalette before = QApplication::palette();
+    QPalette palette(base);
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::Text, text);
+    SheetDriver group(SheetDriver::Group);
+    SheetDriver tree(SheetDriver::Tree);
+    // While they are shown, as when the user switches themes.
+    const auto record = [](const char *value) {
+        return item(PropertyType::String, s(value), { { s("regexp"), s("[a-z]*") } });
+    };
+    group.show({ record("NO") });
+    tree.show({ record("NO") });
+    QApplication::setPalette(palette);
+    QCoreApplication::processEvents();
+    const auto groupRed = [&] { return strongestRed(group.editor("it"), group.editor("it")->rect(), base); };
+    const auto treeRed = [&] {
+        QWidget *viewport = tree.treeWidget()->viewport();
+        return strongestRed(viewport, tree.treeWidget()->visualItemRect(tree.row("it")), base);
+    };
+    const double inGroup = groupRed();
+    const double inTree = treeRed();
+    group.show({ record("yes") });
+    tree.show({ record("yes") });
+    const double goodGroup = groupRed();
+    const double goodTree = treeRed();
+    QApplication::setPalette(before);
+    QVERIFY2(inGroup >= 4.5, qPrintable(QString::number(inGroup)));
+    QVERIFY2(inTree >= 4.5, qPrintable(QString::number(inTree)));
+    QCOMPARE(goodGroup, 0.0);
+    QCOMPARE(goodTree, 0.0);
+}
+
+void TestPropertySheets::fitsANarrowSheet()
+{
+    SheetDriver driver(SheetDriver::Group);
+    QVERIFY(driver.ready());
+    QList<PropertyItem> items;
+    for (const int type : { 0, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18 }) {
+        PropertyItem each(static_cast<PropertyType>(type), s("kind%1").arg(type),
+            s("A rather long name of kind %1").arg(type), QString(200, QLatin1Char('x')));
+        each.setOptionList({ QString(200, QLatin1Char('o')) });
+        items.append(each);
+    }
+    driver.show(items);
+    QVERIFY2(driver.sheet()->minimumSizeHint().width() <= 200,
+        qPrintable(QString::number(driver.sheet()->minimumSizeHint().width())));
+    driver.sheet()->resize(220, 800);
+    QCoreApplication::processEvents();
+    int left = -1;
+    for (const PropertyItem &each : qAsConst(items)) {
+        const QWidget *editor = driver.editor(qPrintable(each.name()));
+        const QRect place(editor->mapTo(driver.sheet(), QPoint(0, 0)), editor->size());
+        QVERIFY(driver.sheet()->rect().contains(place));
+        QVERIFY(left < 0 || left == place.left());
+        left = place.left();
+    }
+}
+
+void TestPropertySheets::bigFontMakesRowsHigher()
+{
+    SheetDriver driver(SheetDriver::Tree);
+    QVERIFY(driver.ready());
+    driver.show({ item(PropertyType::Int, 5), PropertyItem(PropertyType::Text, s("text"), s("text"), s("t")) });
+    const int before = driver.treeWidget()->visualItemRect(driver.row("it")).height();
+    QFont big = driver.sheet()->font();
+    big.setPointSizeF(big.pointSizeF() * 2);
+    driver.sheet()->setFont(big);
+    QCoreApplication::processEvents();
+    const int after = driver.treeWidget()->visualItemRect(driver.row("it")).height();
+    QVERIFY(after > before);
+    // An editor that opens in a row fits into it, and the one that needs more makes it higher.
+    driver.click("it");
+    QVERIFY(driver.editor("it")->sizeHint().height() <= after);
+    driver.click("text");
+    QVERIFY(driver.treeWidget()->visualItemRect(driver.row("text")).height() > 2 * after);
+}
+
+QTEST_MAIN(TestPropertySheets)
+#include "tst_propertysheets.moc"
