@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QPointer>
+#include <QString>
+#include <QVector>
+
+#include <vector>
+
+class PointTreeWidgetItem;
+
+/// One thing that a reading task has to say about the file that it read; the same five things as its signals.
+struct Announcement
+{
+    enum Kind { DefinData, AllFormatRoot, AddTopChild, AddObjChild, LayoutRelization };
+
+    Kind kind;
+    PointTreeWidgetItem *parent; ///< for the two "add" kinds, else null
+    PointTreeWidgetItem *node;
+    QString key; ///< for DefinData, else empty
+};
+
+/// What a reading task made of one file: the nodes, complete, and what is to be announced of them, in order.
+///
+/// Owns every node that is not announced yet. Built on a pool thread, then handed over whole to the GUI thread; it may
+/// be destroyed on either, since nothing else knows its nodes before they are announced.
+class ScannedFile final
+{
+public:
+    ScannedFile() = default;
+    ScannedFile(const ScannedFile &) = delete;
+    ScannedFile &operator=(const ScannedFile &) = delete;
+    ~ScannedFile();
+
+    void append(Announcement announcement) { m_announcements.push_back(std::move(announcement)); }
+    [[nodiscard]] const std::vector<Announcement> &announcements() const { return m_announcements; }
+
+    [[nodiscard]] bool atEnd() const { return m_next == m_announcements.size(); }
+
+    /// The next announcement; from here on its node belongs to the receiver. Null when the nodes that it speaks of have
+    /// been destroyed since the file was put aside.
+    [[nodiscard]] const Announcement *next();
+
+    /// To be called on the GUI thread before the event loop gets its turn with announcements still to come: what the
+    /// user deletes meanwhile may be what they speak of.
+    void putAside();
+
+private:
+    [[nodiscard]] bool isAlive(size_t index) const;
+
+    std::vector<Announcement> m_announcements;
+    size_t m_next = 0;
+
+    struct Guard
+    {
+        QPointer<PointTreeWidgetItem> parent;
+        QPointer<PointTreeWidgetItem> node;
+    };
+    std::vector<Guard> m_guards; ///< empty, or one for each announcement from m_firstGuarded on
+    size_t m_firstGuarded = 0;
+};

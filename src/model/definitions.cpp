@@ -1,0 +1,99 @@
+#include "definitions.h"
+
+#include "nodeindex.h"
+#include "pointtreewidgetitem.h"
+
+namespace {
+
+bool sameId(const QString &left, const QString &right) { return left.compare(right, Qt::CaseInsensitive) == 0; }
+
+Definitions::Nodes belongingTo(const QString &pointId, const Definitions::Nodes &nodes)
+{
+    Definitions::Nodes matching;
+    for (PointTreeWidgetItem *node : nodes) {
+        if (sameId(node->pointId(), pointId))
+            matching.append(node);
+    }
+    return matching;
+}
+
+} // namespace
+
+Definitions::Definitions(const NodeIndex &points)
+    : m_points(points)
+{
+}
+
+Definitions::Nodes Definitions::of(const QString &key, const QString &pointId) const
+{
+    const Nodes stored = belongingTo(pointId, m_points.nodes(key));
+    return stored.isEmpty() ? belongingTo(pointId, m_points.nodes(pointId)) : stored;
+}
+
+bool Definitions::attributes(const QString &kind, const QString &pointId, Attributes *attributes) const
+{
+    const Nodes definitions = of(kind.toLower(), pointId);
+    if (definitions.isEmpty())
+        return false;
+    const Nodes declared = declarations(definitions.constFirst());
+    for (PointTreeWidgetItem *declaration : declared) {
+        const QString key = declaration->property(QStringLiteral("key")).toString();
+        if (!attributes->types.contains(key))
+            attributes->keys.append(key);
+        attributes->defaults.insert(key, declaration->property(QStringLiteral("value")));
+        attributes->types.insert(key, declaration->kind());
+        QStringList options;
+        for (PointObject *entry : declaration->children())
+            options.append(entry->property(QStringLiteral("text")).toString());
+        if (!options.isEmpty())
+            attributes->options.insert(key, options);
+    }
+    return true;
+}
+
+QStringList Definitions::childTypes(const QString &key, const QString &pointId) const
+{
+    const Nodes definitions = of(key, pointId);
+    if (definitions.isEmpty())
+        return {};
+    return definitions.constFirst()->property(QStringLiteral("childType")).toString().split(QLatin1Char('|'));
+}
+
+QString Definitions::childTypes(const QString &key, const QString &pointId, bool *exists) const
+{
+    const Nodes definitions = of(key, pointId);
+    if (definitions.isEmpty())
+        return {};
+    const QVariant childType = definitions.constFirst()->property(QStringLiteral("childType"));
+    *exists = childType.isValid();
+    return childType.toString();
+}
+
+bool Definitions::hasFormat(const QString &pointId) const
+{
+    PointTreeWidgetItem *point = m_points.first(pointId);
+    return point && point->property(QStringLiteral("hasformat")).toBool();
+}
+
+Definitions::Nodes Definitions::declarations(const PointTreeWidgetItem *definition)
+{
+    Nodes declarations;
+    for (PointObject *child : definition->children()) {
+        PointTreeWidgetItem *node = child->item();
+        if (node && !node->isKind(QLatin1String("SubExtPoint")))
+            declarations.append(node);
+    }
+    return declarations;
+}
+
+QString Definitions::keyValue(const PointTreeWidgetItem *node)
+{
+    if (!node)
+        return {};
+    for (PointObject *child : node->children()) {
+        const QString key = child->property(QStringLiteral("key")).toString();
+        if (key.compare(QLatin1String("key"), Qt::CaseInsensitive) == 0)
+            return child->property(QStringLiteral("value")).toString();
+    }
+    return {};
+}

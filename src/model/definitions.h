@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVector>
+
+class NodeIndex;
+class PointTreeWidgetItem;
+
+/// What the points of the product say about the nodes that realize them: a view on the point index, made where it is
+/// needed. GUI thread.
+class Definitions final
+{
+public:
+    using Nodes = QVector<PointTreeWidgetItem *>;
+
+    /// The attribute declarations of a definition, by attribute key.
+    struct Attributes
+    {
+        QHash<QString, QVariant> defaults;
+        QHash<QString, QString> types;
+        QHash<QString, QStringList> options; ///< only for attributes that have any
+        QStringList keys; ///< in the order of the declarations
+    };
+
+    explicit Definitions(const NodeIndex &points);
+
+    /// The definitions stored under @p key that belong to the point @p pointId (compared without letter case). Another
+    /// plug-in may use the same key for a sub point of its own, so where none under the key belongs to the point, the
+    /// ones stored under the point id answer.
+    [[nodiscard]] Nodes of(const QString &key, const QString &pointId) const;
+
+    /// False, with @p attributes untouched, when nothing defines a node of this kind at this point.
+    [[nodiscard]] bool attributes(const QString &kind, const QString &pointId, Attributes *attributes) const;
+
+    /// "childType" split at "|", empty parts kept; empty when nothing matches.
+    [[nodiscard]] QStringList childTypes(const QString &key, const QString &pointId) const;
+
+    /// "childType" unsplit; @p exists tells whether the property is there and stays untouched when nothing matches.
+    [[nodiscard]] QString childTypes(const QString &key, const QString &pointId, bool *exists) const;
+
+    /// Whether the first point stored under @p pointId has formats.
+    [[nodiscard]] bool hasFormat(const QString &pointId) const;
+
+    /// The declarations among the model children of @p definition, in order: every child that is no sub point.
+    [[nodiscard]] static Nodes declarations(const PointTreeWidgetItem *definition);
+
+    /// The "value" of the first model child of @p node whose "key" is "key" in any letter case; empty without one.
+    [[nodiscard]] static QString keyValue(const PointTreeWidgetItem *node);
+
+private:
+    const NodeIndex &m_points;
+};

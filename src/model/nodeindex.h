@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+class PointTreeWidgetItem;
+
+/// A multi-map from a key to nodes. Nodes of one key are answered in the order in which they were added, which for
+/// nodes that come from a file is the order of the file. GUI thread only; owns nothing.
+class NodeIndex final
+{
+public:
+    using Nodes = QVector<PointTreeWidgetItem *>;
+
+    void add(const QString &key, PointTreeWidgetItem *node);
+
+    /// Takes one entry out; false when @p node does not stand under @p key.
+    bool remove(const QString &key, PointTreeWidgetItem *node);
+
+    /// Takes every entry of @p node out, whatever its key, and says how many there were. Looks at every entry.
+    int removeEverywhere(PointTreeWidgetItem *node);
+
+    [[nodiscard]] Nodes nodes(const QString &key) const { return m_nodes.value(key); }
+    [[nodiscard]] PointTreeWidgetItem *first(const QString &key) const;
+    [[nodiscard]] bool contains(const QString &key, const PointTreeWidgetItem *node) const;
+    [[nodiscard]] QStringList sortedKeys() const;
+
+    /// Every entry, ordered by key.
+    [[nodiscard]] Nodes all() const;
+    [[nodiscard]] int size() const { return m_size; }
+
+    /// Calls @p visit with the node of every entry, in no particular order.
+    template <typename Visitor>
+    void forEach(Visitor visit) const
+    {
+        for (const Nodes &nodes : m_nodes) {
+            for (PointTreeWidgetItem *node : nodes)
+                visit(node);
+        }
+    }
+    void clear();
+
+private:
+    QHash<QString, Nodes> m_nodes;
+    int m_size = 0;
+};

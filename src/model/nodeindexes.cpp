@@ -1,0 +1,71 @@
+#include "nodeindexes.h"
+
+#include "pointtreewidgetitem.h"
+
+NodeIndexes::~NodeIndexes() { clear(); }
+
+void NodeIndexes::add(Name name, const QString &key, PointTreeWidgetItem *node)
+{
+    if (node->m_indexes && node->m_indexes != this)
+        node->m_indexes->forget(node);
+    node->m_indexes = this;
+    ++node->m_indexEntries;
+    m_indexes[name].add(key, node);
+}
+
+void NodeIndexes::replace(Name name, const QString &key, PointTreeWidgetItem *node)
+{
+    const NodeIndex::Nodes before = m_indexes[name].nodes(key);
+    for (PointTreeWidgetItem *old : before)
+        remove(name, key, old);
+    add(name, key, node);
+}
+
+bool NodeIndexes::remove(Name name, const QString &key, PointTreeWidgetItem *node)
+{
+    if (!m_indexes[name].remove(key, node))
+        return false;
+    signOff(node);
+    return true;
+}
+
+void NodeIndexes::forget(PointTreeWidgetItem *node)
+{
+    const PropertyHash &properties = node->properties();
+    const QString id = properties.value(QStringLiteral("id")).toString();
+    const QString key = properties.value(QStringLiteral("key")).toString().toLower();
+    const QString target = properties.value(QStringLiteral("target")).toString();
+    const std::array<QStringList, NameCount> likely {
+        QStringList { id, key }, { id }, { id }, { target }, { id, node->kind() }, { QString() }, { target },
+        { node->pluginId() }
+    };
+    for (int name = 0; name < NameCount; ++name) {
+        for (const QString &candidate : likely[size_t(name)]) {
+            while (node->m_indexes && remove(Name(name), candidate, node)) { }
+        }
+    }
+    if (!node->m_indexes)
+        return;
+    for (NodeIndex &index : m_indexes)
+        index.removeEverywhere(node);
+    node->m_indexEntries = 0;
+    node->m_indexes = nullptr;
+}
+
+void NodeIndexes::clear()
+{
+    for (int name = 0; name < NameCount; ++name)
+        clear(Name(name));
+}
+
+void NodeIndexes::clear(Name name)
+{
+    m_indexes[name].forEach([this](PointTreeWidgetItem *node) { signOff(node); });
+    m_indexes[name].clear();
+}
+
+void NodeIndexes::signOff(PointTreeWidgetItem *node)
+{
+    if (--node->m_indexEntries == 0)
+        node->m_indexes = nullptr;
+}

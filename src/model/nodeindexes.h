@@ -1,0 +1,49 @@
+#pragma once
+
+#include "nodeindex.h"
+
+#include <array>
+
+/// Every index of one manager, and the promise that a node which is destroyed stands in none of them.
+/// GUI thread only; owns no node. Owned by its manager.
+class NodeIndexes final
+{
+public:
+    enum Name {
+        Points, ///< point key to definition node: a point under its "id", a sub point under its lower-cased "key"
+        DataChildren, ///< "id" to a child of a scanned "ExtData"; one node per id, the last one that came
+        Data, ///< "id" to any other scanned realization node
+        Targets, ///< "target" to the opened file's format; one node per target, the last one that came
+        Realizations, ///< "id", or the tag name without one, to the opened file's realization nodes
+        Layouts, ///< the opened file's layouts, all under the empty key, in document order
+        FormatTargets, ///< "target" to the scanned format root seen first with it
+        Formats, ///< plug-in id to scanned format root
+        NameCount
+    };
+
+    NodeIndexes() = default;
+    NodeIndexes(const NodeIndexes &) = delete;
+    NodeIndexes &operator=(const NodeIndexes &) = delete;
+    ~NodeIndexes();
+
+    void add(Name name, const QString &key, PointTreeWidgetItem *node);
+
+    /// Makes @p node the only one under @p key.
+    void replace(Name name, const QString &key, PointTreeWidgetItem *node);
+    bool remove(Name name, const QString &key, PointTreeWidgetItem *node);
+
+    /// Takes @p node out of every index. Quick for a node whose attributes still say where it was entered; otherwise
+    /// the indexes are searched, so nothing is left in any case.
+    void forget(PointTreeWidgetItem *node);
+
+    [[nodiscard]] const NodeIndex &operator[](Name name) const { return m_indexes[name]; }
+
+    /// Empties everything at once, before the nodes of a whole model are destroyed.
+    void clear();
+    void clear(Name name);
+
+private:
+    void signOff(PointTreeWidgetItem *node);
+
+    std::array<NodeIndex, NameCount> m_indexes;
+};

@@ -1,0 +1,120 @@
+#include "openedfilesink.h"
+
+#include "nodeattributes.h"
+#include "pointtreewidgetitem.h"
+
+OpenedFile::~OpenedFile()
+{
+    for (PointTreeWidgetItem *set : qAsConst(definitionSets))
+        PointTreeWidgetItem::destroySubtree(set);
+    for (PointTreeWidgetItem *set : qAsConst(dataSets))
+        PointTreeWidgetItem::destroySubtree(set);
+}
+
+void OpenedFile::release()
+{
+    definitionSets.clear();
+    dataSets.clear();
+    pointRows.clear();
+}
+
+OpenedFileSink::OpenedFileSink(const QString &basePath, OpenedFile *file)
+    : m_basePath(basePath)
+    , m_file(file)
+{
+}
+
+void OpenedFileSink::startElement(
+    const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Location &)
+{
+    if (m_ignoredDepth > 0) {
+        ++m_ignoredDepth;
+        return;
+    }
+    if (m_levels.isEmpty()) {
+        startRoot(name, attributes);
+        m_levels.append({ Root, nullptr });
+        return;
+    }
+    const Level above = m_levels.last();
+    switch (above.side) {
+    case Root: {
+        const bool definition = name == QLatin1String("ExtPointSet");
+        if (!definition && name != QLatin1String("ExtDataSet")) {
+            ++m_ignoredDepth;
+            break;
+        }
+        auto *set = new PointTreeWidgetItem(QString());
+        set->setKind(name);
+        set->setProperties(
+            definition ? NodeAttributes::withLowerNames(attributes) : NodeAttributes::asWritten(attributes));
+        (definition ? m_file->definitionSets : m_file->dataSets).append(set);
+        m_levels.append({ definition ? DefinitionSide : RealizationSide, set });
+        break;
+    }
+    case DefinitionSide:
+        m_levels.append({ DefinitionSide, startDefinition(above.node, name, attributes) });
+        break;
+    case RealizationSide:
+        m_levels.append({ RealizationSide, startRealization(above.node, name, attributes) });
+        break;
+    }
+}
+
+void OpenedFileSink::endElement()
+{
+    if (m_ignoredDepth > 0)
+        --m_ignoredDepth;
+    else
+        m_levels.removeLast();
+}
+
+void OpenedFileSink::startRoot(const QString &tag, const ExtensionFile::Attributes &attributes)
+{
+    m_file->rootTag = tag;
+    m_file->rootProperties = NodeAttributes::asWritten(attributes);
+    for (const PropertyHash::Entry &entry : qAsConst(m_file->rootProperties)) {
+        if (entry.key.compare(QLatin1String("id"), Qt::CaseInsensitive) == 0)
+            m_file->pluginId = entry.value.toString();
+    }
+}
+
+PointTreeWidgetItem *OpenedFileSink::startDefinition(
+    PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes)
+{
+    const PropertyHash properties = NodeAttributes::withLowerNames(attributes);
+    auto *node = new PointTreeWidgetItem(properties.value(QStringLiteral("name")).toString());
+    node->setProperties(properties);
+    const QString id = properties.value(QStringLiteral("id")).toString();
+    node->setPointId(id.isEmpty() ? parent->pointId() : id);
+    node->setKind(tag);
+    node->setPluginId(m_file->rootProperties.value(QStringLiteral("id")).toString());
+    parent->addChild(node, false);
+    node->setBasePath(m_basePath);
+    if (node->isKind(QLatin1String("ExtPoint")))
+        m_file->pointRows.append(node);
+    else if (node->isKind(QLatin1String("SubExtPoint")))
+        parent->QTreeWidgetItem::addChild(node);
+    return node;
+}
+
+PointTreeWidgetItem *OpenedFileSink::startRealization(
+    PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes)
+{
+    const PropertyHash properties = NodeAttributes::withoutTranslationMarks(attributes);
+    const QString id = properties.value(QStringLiteral("id")).toString();
+    auto *node = new PointTreeWidgetItem(id.isEmpty() ? tag : id);
+    node->setProperties(properties);
+    node->setKind(tag);
+    parent->addChild(node, false);
+    node->setPointId(parent->pointId());
+    node->setPluginId(m_file->rootProperties.value(QStringLiteral("id")).toString());
+    node->setHasFormat(parent->hasFormat());
+    node->setBasePath(m_basePath);
+    parent->QTreeWidgetItem::addChild(node);
+    if (node->isKind(QLatin1String("ExtData")))
+        node->setPointId(id);
+    if (node->isKind(QLatin1String("format")))
+        node->setHasFormat(true);
+    return node;
+}

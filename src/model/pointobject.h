@@ -1,0 +1,119 @@
+#pragma once
+
+#include "propertyhash.h"
+
+#include <QList>
+#include <QString>
+#include <QVariant>
+#include <QVector>
+
+class PointTreeWidgetItem;
+
+/// The data side of a node: its attributes, its place in the model tree and the chain of nodes that it mirrors.
+///
+/// A node whose `link` is another node is a mirror; following `link` ends at the master, the first node that links to
+/// itself. The model tree and the tree of rows are separate and are not kept in step automatically.
+///
+/// Lists never own what they name. Whatever names a node (the lists that hold it, its children's `parent`, its
+/// source's `copies`, the nodes that link to it) forgets it when it is destroyed; nodes that linked to it become their
+/// own masters. Built on any one thread, used on the GUI thread.
+class PointObject
+{
+public:
+    PointObject();
+
+    /// A mirror of @p source: linked to it, sharing its properties, with no children and no parent. The new node is
+    /// entered in the source's copies.
+    PointObject(const PointObject &source);
+    PointObject &operator=(const PointObject &) = delete;
+    virtual ~PointObject();
+
+    [[nodiscard]] const QList<PointObject *> &children() const { return m_children; }
+    [[nodiscard]] PointObject *parent() const { return m_parent; }
+    [[nodiscard]] const PropertyHash &properties() const { return m_properties; }
+    [[nodiscard]] const QList<PointObject *> &copies() const { return m_copies; }
+    [[nodiscard]] PointObject *link() const { return m_link; }
+    [[nodiscard]] const QString &name() const { return m_name; }
+    void setName(const QString &name) { m_name = name; }
+
+    /// Makes this node mirror @p link; itself makes it its own master. A link that would close a ring is refused, so
+    /// every chain ends.
+    void setLink(PointObject *link);
+
+    /// The end of the link chain: this node when it is its own master.
+    [[nodiscard]] PointObject *master();
+
+    /// Appends @p child unless it is here already. On a mirror, and when @p mirror is set, the master gets a copy of
+    /// the child that is its own master, and the child links to that copy. A node is never put under itself or under
+    /// one of its descendants.
+    void addChild(PointObject *child, bool mirror);
+
+    /// Inserts @p child at @p index (clamped) unless it is here already. Different from addChild() on purpose: on a
+    /// mirror it is the child itself that also enters the master's list, so its parent names the master, and the copy
+    /// that the child links to stands in no list. That copy is destroyed with the child.
+    void insertChild(int index, PointObject *child);
+
+    /// Takes @p child out of the list and clears its parent. On a mirror the master loses its first child with the
+    /// same "id".
+    void removeChild(PointObject *child);
+
+    /// Takes @p child out of this list only; its parent is cleared when it was this node.
+    void detachChild(PointObject *child);
+
+    /// The value stored under @p key. A value found under the lower-case form of the key is moved to @p key first, and
+    /// wins over one that stands there, since only a later write can have put it beside it.
+    QVariant property(const QString &key);
+
+    /// Stores in this node and in every node of the link chain.
+    void setProperty(const QString &key, const QVariant &value);
+    void setProperties(const PropertyHash &properties);
+
+    /// Removes @p key from this node and from every node of the link chain.
+    void removeProperty(const QString &key);
+
+    /// Sets the row text of this node and of every node of the link chain.
+    void setText(int column, const QString &text);
+
+    /// Destroys the node that this one mirrors, with what hangs under it; this node is its own master afterwards.
+    /// Nothing happens on a master.
+    void unlink();
+
+    /// True when this node is @p other or hangs somewhere under it.
+    [[nodiscard]] bool isWithin(const PointObject *other) const;
+
+    /// The whole node when this is the data side of one, null for a bare PointObject.
+    [[nodiscard]] virtual PointTreeWidgetItem *item() { return nullptr; }
+
+protected:
+    [[nodiscard]] virtual PointObject *makeCopy() const;
+    virtual void setRowText(int column, const QString &text);
+    virtual void destroy();
+
+    /// The copies that insertChild() made of this node and that have found no place since; they go with it.
+    [[nodiscard]] QList<PointObject *> ownedCopies() const;
+
+    /// Empties the list of children in one go and ends the node's being owned by its source, as a tree that is
+    /// destroyed whole needs it.
+    void releaseChildren();
+
+private:
+    [[nodiscard]] bool mayTake(const PointObject *child) const;
+    [[nodiscard]] bool isHeldBy(const PointObject *holder) const;
+    void addHolder(PointObject *holder);
+    void removeHolder(PointObject *holder);
+    void makeMirrorOfCopy(PointObject *copy);
+
+    QList<PointObject *> m_children;
+    QList<PointObject *> m_copies;
+    PointObject *m_parent = nullptr;
+    PropertyHash m_properties;
+    QString m_name;
+    PointObject *m_link = this;
+
+    // The reverse of the above: who names this node. The first holder stands apart since most nodes have just one.
+    PointObject *m_holder = nullptr;
+    QVector<PointObject *> m_otherHolders;
+    QVector<PointObject *> m_linkedFrom;
+    PointObject *m_source = nullptr;
+    bool m_ownedBySource = false;
+};

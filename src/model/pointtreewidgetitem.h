@@ -1,0 +1,98 @@
+#pragma once
+
+#include "pointobject.h"
+
+#include <QObject>
+#include <QString>
+#include <QTreeWidgetItem>
+
+class NodeIndexes;
+
+/// The one node type of every tree: model object and tree row at once.
+///
+/// Who destroys a node: the SourceDataManager destroys its five trees when it goes, and whatever was handed to its
+/// retire(); until then a node is destroyed by the operation that deletes it, always through destroySubtree(). Trees
+/// only borrow rows: ExtPointWidget takes them out before its trees die. A row destroys the rows under it, so a bare
+/// `delete` is right only for a node without children.
+///
+/// A node that is destroyed leaves nothing behind that points to it (see PointObject), leaves its view while it is
+/// still whole, and leaves every index of its manager. Pages remember nodes in QPointers.
+class PointTreeWidgetItem final : public QObject, public PointObject, public QTreeWidgetItem
+{
+    Q_OBJECT
+
+public:
+    explicit PointTreeWidgetItem(const QString &text, QObject *parentObject = nullptr);
+
+    /// A mirror of @p source: the row's texts and flags, the fields and the properties, but no children.
+    PointTreeWidgetItem(const PointTreeWidgetItem &source);
+    PointTreeWidgetItem &operator=(const PointTreeWidgetItem &) = delete;
+    ~PointTreeWidgetItem() override;
+
+    // Each of these names stands in more than one base.
+    using PointObject::addChild;
+    using PointObject::children;
+    using PointObject::insertChild;
+    using PointObject::parent;
+    using PointObject::property;
+    using PointObject::removeChild;
+    using PointObject::setProperty;
+    using PointObject::setText;
+    using QTreeWidgetItem::text;
+
+    /// Point id, plug-in id, kind, base path, `hasFormat` and `isNew` of @p other; deliberately not `isDroppedCopy`,
+    /// nor properties, children or link.
+    void assignFields(const PointTreeWidgetItem &other);
+
+    [[nodiscard]] const QString &pointId() const { return m_pointId; }
+    void setPointId(const QString &pointId) { m_pointId = pointId; }
+    [[nodiscard]] const QString &pluginId() const { return m_pluginId; }
+    void setPluginId(const QString &pluginId) { m_pluginId = pluginId; }
+    /// The element's name.
+    [[nodiscard]] const QString &kind() const { return m_kind; }
+    void setKind(const QString &kind) { m_kind = kind; }
+    /// Compares the kind without regard to letter case.
+    [[nodiscard]] bool isKind(QLatin1String kind) const;
+    /// The directory of the file that the node was read from, with a trailing "/"; empty on definition nodes of
+    /// siblings and on created ones.
+    [[nodiscard]] const QString &basePath() const { return m_basePath; }
+    void setBasePath(const QString &basePath) { m_basePath = basePath; }
+    [[nodiscard]] bool hasFormat() const { return m_hasFormat; }
+    void setHasFormat(bool hasFormat) { m_hasFormat = hasFormat; }
+    void setIsNew(bool isNew) { m_isNew = isNew; }
+    void setIsDroppedCopy(bool isDroppedCopy) { m_isDroppedCopy = isDroppedCopy; }
+
+    [[nodiscard]] PointTreeWidgetItem *item() override { return this; }
+    [[nodiscard]] PointTreeWidgetItem *parentItem() const;
+
+    /// The node that a row is part of; null for no row and for a row that is none of ours.
+    [[nodiscard]] static PointTreeWidgetItem *fromRow(QTreeWidgetItem *row);
+
+    /// Puts the row last under @p parentRow, taking it from where it is first: a row that stands somewhere already
+    /// would silently stay there.
+    void moveRowTo(QTreeWidgetItem *parentRow);
+    void takeRow();
+
+    /// Destroys @p node, the rows under it and the model children under it that have no other parent. Null is allowed.
+    static void destroySubtree(PointTreeWidgetItem *node);
+
+protected:
+    [[nodiscard]] PointObject *makeCopy() const override;
+    void setRowText(int column, const QString &text) override;
+    void destroy() override;
+
+private:
+    friend class NodeIndexes;
+    friend struct PointTreeWidgetItemTestAccess;
+
+    QString m_pointId;
+    QString m_pluginId;
+    QString m_kind;
+    QString m_basePath;
+    bool m_hasFormat = false;
+    bool m_isNew = false;
+    bool m_isDroppedCopy = false;
+    bool m_doomed = false;
+    int m_indexEntries = 0;
+    NodeIndexes *m_indexes = nullptr;
+};

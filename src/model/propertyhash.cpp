@@ -1,0 +1,68 @@
+#include "propertyhash.h"
+
+PropertyHash::PropertyHash(std::initializer_list<std::pair<QString, QVariant>> entries)
+{
+    for (const auto &entry : entries)
+        insert(entry.first, entry.second);
+}
+
+QVariant PropertyHash::value(const QString &key) const
+{
+    const int index = indexOf(key);
+    return index < 0 ? QVariant() : m_entries.at(index).value;
+}
+
+void PropertyHash::insert(const QString &key, const QVariant &value)
+{
+    const int index = indexOf(key);
+    if (index < 0)
+        m_entries.append({ key, value });
+    else
+        m_entries[index].value = value;
+}
+
+bool PropertyHash::remove(const QString &key)
+{
+    const int index = indexOf(key);
+    if (index < 0)
+        return false;
+    m_entries.remove(index);
+    return true;
+}
+
+void PropertyHash::rename(const QString &from, const QString &to)
+{
+    if (from == to || !contains(from))
+        return;
+    remove(to);
+    m_entries[indexOf(from)].key = to;
+}
+
+QStringList PropertyHash::keys() const
+{
+    QStringList keys;
+    keys.reserve(m_entries.size());
+    for (const Entry &entry : m_entries)
+        keys.append(entry.key);
+    return keys;
+}
+
+int PropertyHash::indexOf(const QString &key) const
+{
+    for (int i = 0; i < m_entries.size(); ++i) {
+        if (m_entries.at(i).key == key)
+            return i;
+    }
+    return -1;
+}
+
+bool operator==(const PropertyHash &left, const PropertyHash &right)
+{
+    if (left.size() != right.size())
+        return false;
+    for (const PropertyHash::Entry &entry : left) {
+        if (!right.contains(entry.key) || right.value(entry.key) != entry.value)
+            return false;
+    }
+    return true;
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVector>
+
+#include <initializer_list>
+#include <utility>
+
+/// The attributes of one node: a hash-like container that keeps its keys in the order of their first insertion, so that
+/// a file comes back with its attributes where they were and a property sheet keeps its rows between runs.
+///
+/// An element has a handful of attributes, so they are stored flat and looked up by comparison. Implicitly shared:
+/// copying is cheap and a copy is detached by its first change. Not thread-safe beyond that.
+class PropertyHash final
+{
+public:
+    struct Entry
+    {
+        QString key;
+        QVariant value;
+    };
+    using const_iterator = QVector<Entry>::const_iterator;
+
+    PropertyHash() = default;
+    PropertyHash(std::initializer_list<std::pair<QString, QVariant>> entries);
+
+    /// The value stored under @p key; an invalid variant when there is none.
+    [[nodiscard]] QVariant value(const QString &key) const;
+    [[nodiscard]] bool contains(const QString &key) const { return indexOf(key) >= 0; }
+
+    /// Replaces the value of a known key in its place; a new key goes last.
+    void insert(const QString &key, const QVariant &value);
+
+    /// True when there was such a key.
+    bool remove(const QString &key);
+
+    /// Gives the value of @p from the key @p to, in the place of @p from; a value that stood under @p to is gone.
+    void rename(const QString &from, const QString &to);
+
+    [[nodiscard]] QStringList keys() const;
+    [[nodiscard]] int size() const { return m_entries.size(); }
+    [[nodiscard]] bool isEmpty() const { return m_entries.isEmpty(); }
+    void reserve(int size) { m_entries.reserve(size); }
+
+    [[nodiscard]] const_iterator begin() const { return m_entries.constBegin(); }
+    [[nodiscard]] const_iterator end() const { return m_entries.constEnd(); }
+
+private:
+    [[nodiscard]] int indexOf(const QString &key) const;
+
+    QVector<Entry> m_entries;
+};
+
+/// Same keys with equal values; the order does not matter.
+bool operator==(const PropertyHash &left, const PropertyHash &right);
+inline bool operator!=(const PropertyHash &left, const PropertyHash &right) { return !(left == right); }
+
+Q_DECLARE_TYPEINFO(PropertyHash::Entry, Q_MOVABLE_TYPE);

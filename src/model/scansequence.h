@@ -1,0 +1,72 @@
+#pragma once
+
+#include "announcement.h"
+
+#include <QObject>
+#include <QStringList>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+class PointTreeWidgetItem;
+class ScanHandover;
+
+/// One scan: starts a reading task for each file and takes the results in, on its own thread, in the order of the
+/// list, whatever the order in which the tasks finish.
+///
+/// Results are taken in portions of a few milliseconds with a turn of the event loop between them, so that a scan of
+/// any size leaves the window responsive. Created and owned by the manager; may be destroyed at any moment, also from
+/// within a call that it makes.
+class ScanSequence final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Called once for each announcement; @p index is the position of the file in the list.
+    using Receiver = std::function<void(int index, const Announcement &)>;
+
+    struct Roots
+    {
+        PointTreeWidgetItem *points;
+        PointTreeWidgetItem *data;
+        PointTreeWidgetItem *third;
+    };
+
+    ScanSequence(const QStringList &paths, const Roots &roots, Receiver receiver, QObject *parent = nullptr);
+    ~ScanSequence() override;
+
+    /// Starts one task per path on the global pool. Call once.
+    void start();
+
+    /// Reads what no task has begun, waits for the others and takes everything in before it returns. No user input is
+    /// handled meanwhile.
+    void complete();
+
+    [[nodiscard]] bool isFinished() const { return m_finished; }
+
+    /// Takes in what has arrived, up to the time that a portion may take.
+    void deliverPortion();
+
+Q_SIGNALS:
+    void portionDelivered();
+
+    /// Everything has been taken in. Emitted once.
+    void finished();
+
+private:
+    enum class Progress { Waiting, Interrupted, Done };
+
+    Progress deliver(bool withinBudget);
+    void conclude(Progress progress);
+
+    QStringList m_paths;
+    Roots m_roots;
+    Receiver m_receiver;
+    std::shared_ptr<ScanHandover> m_handover;
+    std::unique_ptr<ScannedFile> m_current;
+    int m_next = 0; ///< the file being taken in, or to be taken in next
+    bool m_haveCurrent = false;
+    bool m_finished = false;
+    QTimer m_nextTurn;
+};

@@ -1,0 +1,145 @@
+#include "siblingsink.h"
+
+#include "nodeattributes.h"
+#include "pointtreewidgetitem.h"
+
+namespace {
+
+QString inheritedPluginId(PointTreeWidgetItem *parent)
+{
+    return parent->pluginId().isEmpty() ? parent->property(QStringLiteral("filename")).toString() : parent->pluginId();
+}
+
+} // namespace
+
+SiblingSink::SiblingSink(const QString &basePath, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot)
+    : m_basePath(basePath)
+    , m_pointsRoot(pointsRoot)
+    , m_dataRoot(dataRoot)
+    , m_file(std::make_unique<ScannedFile>())
+{
+}
+
+SiblingSink::~SiblingSink() = default;
+
+void SiblingSink::startElement(
+    const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Location &)
+{
+    if (m_ignoredDepth > 0) {
+        ++m_ignoredDepth;
+        return;
+    }
+    if (m_levels.isEmpty()) {
+        m_rootProperties = NodeAttributes::asWritten(attributes);
+        m_levels.append({ Root, nullptr });
+        return;
+    }
+    const Level above = m_levels.last();
+    switch (above.side) {
+    case Root:
+        if (name == QLatin1String("ExtPointSet"))
+            m_levels.append({ DefinitionSide, startSet(DefinitionSide) });
+        else if (name == QLatin1String("ExtDataSet"))
+            m_levels.append({ RealizationSide, startSet(RealizationSide) });
+        else
+            ++m_ignoredDepth;
+        break;
+    case DefinitionSide:
+        m_levels.append({ DefinitionSide, startDefinition(above.node, name, attributes) });
+        break;
+    case RealizationSide:
+        m_levels.append({ RealizationSide, startRealization(above.node, name, attributes) });
+        break;
+    }
+}
+
+void SiblingSink::endElement()
+{
+    if (m_ignoredDepth > 0) {
+        --m_ignoredDepth;
+        return;
+    }
+    const Level level = m_levels.takeLast();
+    // The formats of an earlier data set are announced again; the receiver knows them by then.
+    if (level.side == RealizationSide && m_levels.size() == 1) {
+        for (PointTreeWidgetItem *format : qAsConst(m_formats))
+            announce(Announcement::AllFormatRoot, nullptr, format, QString());
+    }
+}
+
+std::unique_ptr<ScannedFile> SiblingSink::take(QThread *thread)
+{
+    for (PointTreeWidgetItem *node : qAsConst(m_nodes))
+        node->moveToThread(thread);
+    m_nodes.clear();
+    return std::move(m_file);
+}
+
+PointTreeWidgetItem *SiblingSink::startSet(Side side)
+{
+    const QString id = m_rootProperties.value(QStringLiteral("id")).toString();
+    PointTreeWidgetItem *set = newNode(id, m_rootProperties);
+    set->setPluginId(id);
+    if (side == DefinitionSide)
+        announce(Announcement::AddTopChild, m_pointsRoot, set, QString());
+    else
+        announce(Announcement::AddObjChild, m_dataRoot, set, QString());
+    return set;
+}
+
+PointTreeWidgetItem *SiblingSink::startDefinition(
+    PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes)
+{
+    const PropertyHash properties = NodeAttributes::asWritten(attributes);
+    PointTreeWidgetItem *node = newNode(properties.value(QStringLiteral("name")).toString(), properties);
+    node->setKind(tag);
+    parent->addChild(node, false);
+    node->setPluginId(inheritedPluginId(parent));
+    if (tag == QLatin1String("ExtPoint")) {
+        const QString id = properties.value(QStringLiteral("id")).toString();
+        node->setPointId(id);
+        announce(Announcement::DefinData, nullptr, node, id);
+        announce(Announcement::AddTopChild, parent, node, QString());
+    } else if (tag == QLatin1String("SubExtPoint")) {
+        node->setHasFormat(parent->property(QStringLiteral("hasformat")).toBool());
+        node->setPointId(parent->property(QStringLiteral("id")).toString());
+        announce(Announcement::DefinData, nullptr, node, properties.value(QStringLiteral("key")).toString().toLower());
+        announce(Announcement::AddTopChild, parent, node, QString());
+    }
+    return node;
+}
+
+PointTreeWidgetItem *SiblingSink::startRealization(
+    PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes)
+{
+    const PropertyHash properties = NodeAttributes::withoutTranslationMarks(attributes);
+    const QString id = properties.value(QStringLiteral("id")).toString();
+    PointTreeWidgetItem *node = newNode(id, properties);
+    node->setKind(tag);
+    announce(Announcement::AddObjChild, parent, node, QString());
+    node->setPluginId(inheritedPluginId(parent));
+    node->setBasePath(m_basePath);
+    if (tag == QLatin1String("ExtData"))
+        node->setPointId(id);
+    if (!parent->pointId().isEmpty())
+        node->setPointId(parent->pointId());
+    if (node->isKind(QLatin1String("Format")))
+        m_formats.append(node);
+    if (node->isKind(QLatin1String("Layout")))
+        announce(Announcement::LayoutRelization, nullptr, node, QString());
+    return node;
+}
+
+PointTreeWidgetItem *SiblingSink::newNode(const QString &text, const PropertyHash &properties)
+{
+    auto *node = new PointTreeWidgetItem(text);
+    node->setProperties(properties);
+    m_nodes.append(node);
+    return node;
+}
+
+void SiblingSink::announce(
+    Announcement::Kind kind, PointTreeWidgetItem *parent, PointTreeWidgetItem *node, const QString &key)
+{
+    m_file->append({ kind, parent, node, key });
+}

@@ -1,0 +1,357 @@
+#include "sourcedatamanager.h"
+
+#include "attributefields.h"
+#include "controller.h"
+#include "extensionfile/reader.h"
+#include "extensionfile/safesave.h"
+#include "formatmerge.h"
+#include "modellog.h"
+#include "modelwriter.h"
+#include "openedfilesink.h"
+#include "pointtreewidgetitem.h"
+#include "scansequence.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include <utility>
+
+namespace {
+
+const QString idKey = QStringLiteral("id");
+
+QString rootText(const char *text) { return QCoreApplication::translate("SourceDataManager", text); }
+
+QVector<PointTreeWidgetItem *> childrenWithId(const NodeIndex::Nodes &nodes)
+{
+    QVector<PointTreeWidgetItem *> found;
+    for (const PointTreeWidgetItem *node : nodes) {
+        for (PointObject *child : node->children()) {
+            if (child->item() && !child->property(idKey).toString().isEmpty())
+                found.append(child->item());
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+SourceDataManager::SourceDataManager(const QString &filePath, QObject *parent)
+    : QObject(parent)
+    , m_controller(Controller::instance())
+    , m_filePath(filePath)
+    , m_definitionRoot(new PointTreeWidgetItem(rootText(QT_TRANSLATE_NOOP("SourceDataManager", "Defintion"))))
+    , m_availablePointsRoot(new PointTreeWidgetItem(rootText(QT_TRANSLATE_NOOP("SourceDataManager", "Realization"))))
+    , m_allDataRoot(new PointTreeWidgetItem(QString()))
+    , m_fourthRoot(new PointTreeWidgetItem(QString()))
+    , m_realizationRoot(new PointTreeWidgetItem(QString()))
+    , m_attributeTypes(AttributeFields::typeNames())
+    , m_attributeFields(AttributeFields::table())
+{
+}
+
+SourceDataManager::~SourceDataManager()
+{
+    m_scan.reset();
+    m_indexes.clear();
+    dropOwnReading();
+    for (const auto &root : { m_definitionRoot, m_availablePointsRoot, m_allDataRoot, m_fourthRoot, m_realizationRoot })
+        PointTreeWidgetItem::destroySubtree(root);
+    for (const QPointer<PointTreeWidgetItem> &node : qAsConst(m_retired))
+        PointTreeWidgetItem::destroySubtree(node);
+}
+
+bool SourceDataManager::load(const QString &fileName)
+{
+    m_filePath = fileName;
+    m_loadFailed = true;
+    OpenedFile file;
+    OpenedFileSink sink(QFileInfo(fileName).path() + QLatin1Char('/'), &file);
+    ExtensionFile::ReadError error;
+    if (!ExtensionFile::readFile(fileName, sink, &error))
+        return false;
+    clearOpenedFile();
+    adopt(file);
+    m_loadFailed = false;
+    return true;
+}
+
+bool SourceDataManager::save()
+{
+    completeScan();
+    if (m_loadFailed) {
+        qCWarning(modelLog, "%s: not written, since it could not be read", qUtf8Printable(m_filePath));
+        return false;
+    }
+    if (m_filePath.isEmpty() || !m_definitionRoot || !m_realizationRoot) {
+        qCWarning(modelLog, "Nothing was written: there is no file to write to.");
+        return false;
+    }
+    const Definitions known = definitions();
+    const QByteArray bytes = ModelWriter(m_translatableKeys, known).write(m_definitionRoot, m_realizationRoot);
+    if (bytes.isEmpty())
+        return false;
+    ExtensionFile::SaveError error;
+    return ExtensionFile::saveFile(m_filePath, bytes, &error);
+}
+
+void SourceDataManager::startScan(const QString &fileName)
+{
+    const QFileInfo opened(QDir::cleanPath(QFileInfo(fileName).absoluteFilePath()));
+    QDir plugins = opened.dir();
+    plugins.cdUp();
+
+    // "." and ".." stand in the list too: a file beside the plug-in directories or above them is read like a sibling's.
+    const QStringList entries = plugins.entryList(QDir::Dirs | QDir::NoSymLinks);
+    const QString fileInEntry = QStringLiteral("/extension.xml");
+    const int ownIndex
+        = QLatin1Char('/') + opened.fileName() == fileInEntry ? entries.indexOf(opened.dir().dirName()) : -1;
+    QStringList paths;
+    paths.reserve(entries.size());
+    for (const QString &entry : entries)
+        paths.append(plugins.path() + QLatin1Char('/') + entry + fileInEntry);
+
+    m_scan = std::make_unique<ScanSequence>(paths,
+        ScanSequence::Roots { m_availablePointsRoot, m_allDataRoot, m_fourthRoot },
+        [this, ownIndex](int index, const Announcement &announcement) { receive(index == ownIndex, announcement); });
+    connect(m_scan.get(), &ScanSequence::portionDelivered, this, &SourceDataManager::scanProgressed);
+    connect(m_scan.get(), &ScanSequence::finished, this, [this] {
+        // Not deleted here: the sequence is the sender.
+        m_scan.release()->deleteLater();
+        dropOwnReading();
+        Q_EMIT scanFinished();
+    });
+    qCInfo(scanLog, "%s: reading %d directories", qUtf8Printable(plugins.path()), entries.size());
+    m_scan->start();
+}
+
+void SourceDataManager::completeScan()
+{
+    if (m_scan)
+        m_scan->complete();
+}
+
+void SourceDataManager::addDefinition(PointTreeWidgetItem *parent, PointTreeWidgetItem *child)
+{
+    child->setPluginId(parent->pluginId());
+    addTopChild(parent, child);
+}
+
+void SourceDataManager::addTarget(PointTreeWidgetItem *format)
+{
+    m_indexes.replace(NodeIndexes::Targets, format->property(QStringLiteral("target")).toString(), format);
+}
+
+void SourceDataManager::addRealization(PointTreeWidgetItem *node)
+{
+    const QString id = node->property(idKey).toString();
+    m_indexes.add(NodeIndexes::Realizations, id.isEmpty() ? node->kind() : id, node);
+}
+
+void SourceDataManager::retire(PointTreeWidgetItem *node)
+{
+    m_indexes.forget(node);
+    m_retired.append(node);
+}
+
+PointTreeWidgetItem *SourceDataManager::definition(const QString &key) const
+{
+    return m_indexes[NodeIndexes::Points].first(key);
+}
+
+QVector<PointTreeWidgetItem *> SourceDataManager::data(const QString &id) const
+{
+    return m_indexes[NodeIndexes::Data].nodes(id);
+}
+
+PointTreeWidgetItem *SourceDataManager::dataChild(const QString &id) const
+{
+    return m_indexes[NodeIndexes::DataChildren].first(id);
+}
+
+QVector<PointTreeWidgetItem *> SourceDataManager::realizations() const
+{
+    return m_indexes[NodeIndexes::Realizations].all();
+}
+
+QVector<PointTreeWidgetItem *> SourceDataManager::layouts() const { return m_indexes[NodeIndexes::Layouts].all(); }
+
+QVector<PointTreeWidgetItem *> SourceDataManager::targetFormats() const { return m_indexes[NodeIndexes::Targets].all(); }
+
+PointTreeWidgetItem *SourceDataManager::formatOfTarget(const QString &target) const
+{
+    return m_indexes[NodeIndexes::Targets].first(target);
+}
+
+PointTreeWidgetItem *SourceDataManager::siblingFormatOfTarget(const QString &target) const
+{
+    return m_indexes[NodeIndexes::FormatTargets].first(target);
+}
+
+bool SourceDataManager::pointHasFormat(const PointTreeWidgetItem *node) const
+{
+    return node && definitions().hasFormat(node->pointId());
+}
+
+QStringList SourceDataManager::childTypes(const QString &key, const QString &pointId) const
+{
+    return definitions().childTypes(key, pointId);
+}
+
+QString SourceDataManager::childTypes(const QString &key, const QString &pointId, bool *exists) const
+{
+    return definitions().childTypes(key, pointId, exists);
+}
+
+QVector<PointTreeWidgetItem *> SourceDataManager::realizationItems(const QString &key) const
+{
+    return childrenWithId(m_indexes[NodeIndexes::Realizations].nodes(key));
+}
+
+QVector<PointTreeWidgetItem *> SourceDataManager::realizationItems(const QString &key, const QString &kind) const
+{
+    QVector<PointTreeWidgetItem *> items;
+    const QVector<PointTreeWidgetItem *> all = realizationItems(key);
+    for (PointTreeWidgetItem *item : all) {
+        if (item->kind().compare(kind, Qt::CaseInsensitive) == 0)
+            items.append(item);
+    }
+    return items;
+}
+
+bool SourceDataManager::attributeDefinitions(
+    const PointTreeWidgetItem *item, Definitions::Attributes *attributes) const
+{
+    return item && definitions().attributes(item->kind(), item->pointId(), attributes);
+}
+
+void SourceDataManager::onDefinData(QString key, PointTreeWidgetItem *item)
+{
+    if (item && !key.isEmpty())
+        m_indexes.add(NodeIndexes::Points, key, item);
+}
+
+void SourceDataManager::layoutRelization(PointTreeWidgetItem *layout)
+{
+    if (layout)
+        m_controller->addLayout(layout);
+}
+
+void SourceDataManager::addTopChild(PointTreeWidgetItem *parent, PointTreeWidgetItem *child)
+{
+    if (!parent || !child)
+        return;
+    parent->QTreeWidgetItem::addChild(child);
+    parent->addChild(child, false);
+}
+
+void SourceDataManager::addObjChild(PointTreeWidgetItem *parent, PointTreeWidgetItem *child)
+{
+    if (!parent || !child)
+        return;
+    parent->addChild(child, false);
+    const QString id = child->property(idKey).toString();
+    if (id.isEmpty())
+        return;
+    if (parent->isKind(QLatin1String("ExtData")))
+        m_indexes.replace(NodeIndexes::DataChildren, id, child);
+    else
+        m_indexes.add(NodeIndexes::Data, id, child);
+}
+
+void SourceDataManager::allFormatRoot(PointTreeWidgetItem *item)
+{
+    // A file with several data sets announces the formats of the earlier ones again.
+    if (!item || m_indexes[NodeIndexes::Formats].contains(item->pluginId(), item))
+        return;
+    m_indexes.add(NodeIndexes::Formats, item->pluginId(), item);
+    const QString target = item->property(QStringLiteral("target")).toString();
+    if (PointTreeWidgetItem *known = target.isEmpty() ? nullptr : siblingFormatOfTarget(target)) {
+        FormatMerge::merge(known, item);
+        return;
+    }
+    if (!target.isEmpty())
+        m_indexes.add(NodeIndexes::FormatTargets, target, item);
+    m_controller->addFormatRoot(item);
+}
+
+void SourceDataManager::receive(bool ownFile, const Announcement &announcement)
+{
+    switch (announcement.kind) {
+    case Announcement::DefinData:
+        onDefinData(announcement.key, announcement.node);
+        break;
+    case Announcement::AddTopChild:
+        addTopChild(announcement.parent, announcement.node);
+        break;
+    case Announcement::AddObjChild:
+        if (!ownFile)
+            addObjChild(announcement.parent, announcement.node);
+        else if (announcement.parent == m_allDataRoot)
+            m_ownReading.append(announcement.node);
+        else
+            announcement.parent->addChild(announcement.node, false);
+        break;
+    case Announcement::LayoutRelization:
+        if (!ownFile)
+            layoutRelization(announcement.node);
+        break;
+    case Announcement::AllFormatRoot:
+        if (!ownFile)
+            allFormatRoot(announcement.node);
+        break;
+    }
+}
+
+void SourceDataManager::adopt(OpenedFile &file)
+{
+    m_pluginId = file.pluginId;
+    for (PointTreeWidgetItem *root : { m_definitionRoot.data(), m_realizationRoot.data() }) {
+        root->setProperties(file.rootProperties);
+        root->setText(0, root->property(idKey).toString());
+        root->setKind(file.rootTag);
+    }
+    for (PointTreeWidgetItem *set : qAsConst(file.definitionSets)) {
+        m_definitionRoot->addChild(set, false);
+        m_definitionRoot->setPluginId(m_definitionRoot->property(idKey).toString());
+    }
+    m_definitionRoot->addChildren(file.pointRows);
+    for (PointTreeWidgetItem *set : qAsConst(file.dataSets)) {
+        m_realizationRoot->addChild(set, false);
+        m_realizationRoot->QTreeWidgetItem::addChild(set);
+        indexRealizations(set);
+    }
+    file.release();
+}
+
+void SourceDataManager::clearOpenedFile()
+{
+    for (const NodeIndexes::Name name : { NodeIndexes::Targets, NodeIndexes::Realizations, NodeIndexes::Layouts })
+        m_indexes.clear(name);
+    for (PointTreeWidgetItem *root : { m_definitionRoot.data(), m_realizationRoot.data() }) {
+        const QList<PointObject *> children = root->children();
+        for (PointObject *child : children)
+            PointTreeWidgetItem::destroySubtree(child->item());
+    }
+}
+
+void SourceDataManager::indexRealizations(PointTreeWidgetItem *node)
+{
+    for (PointObject *object : node->children()) {
+        PointTreeWidgetItem *child = object->item();
+        addRealization(child);
+        if (child->isKind(QLatin1String("format")))
+            addTarget(child);
+        if (child->isKind(QLatin1String("layout")))
+            m_indexes.add(NodeIndexes::Layouts, QString(), child);
+        indexRealizations(child);
+    }
+}
+
+void SourceDataManager::dropOwnReading()
+{
+    const QVector<QPointer<PointTreeWidgetItem>> sets = std::exchange(m_ownReading, {});
+    for (const QPointer<PointTreeWidgetItem> &set : sets)
+        PointTreeWidgetItem::destroySubtree(set);
+}

@@ -1,0 +1,469 @@
+#include "modeltesting.h"
+
+#include "model/controller.h"
+#include "model/formatmerge.h"
+#include "model/mainwidgetinterface.h"
+#include "model/sourcedatamanager.h"
+
+#include <QMetaMethod>
+#include <QTest>
+#include <QWidget>
+
+#include <memory>
+
+using ModelTesting::node;
+using ModelTesting::Product;
+
+namespace {
+
+using Node = PointTreeWidgetItem;
+
+class RecordingWidget final : public QWidget, public MainWidgetInterface
+{
+public:
+    void addLayout(Node *layout) override { lines.append(QStringLiteral("layout ") + layout->text(0)); }
+    void addFormatRoot(Node *item) override { lines.append(QStringLiteral("format ") + item->property(QStringLiteral("target")).toString()); }
+    QStringList lines;
+};
+
+QStringList ids(const QVector<Node *> &nodes)
+{
+    QStringList list;
+    for (Node *item : nodes)
+        list.append(item->property(QStringLiteral("id")).toString());
+    return list;
+}
+
+/// "Kind#id<parent" with the children in brackets: one line for a whole format.
+Node *build(const QString &text, int *at)
+{
+    const auto word = [&] {
+        const int start = *at;
+        while (*at < text.size() && text.at(*at).isLetterOrNumber())
+            ++*at;
+        return text.mid(start, *at - start);
+    };
+    Node *item = node(word());
+    for (QChar mark = text.at(*at); mark == QLatin1Char('#') || mark == QLatin1Char('<'); mark = text.at(*at)) {
+        ++*at;
+        item->setProperty(mark == QLatin1Char('#') ? QStringLiteral("id") : QStringLiteral("parent"), word());
+    }
+    item->setText(0, item->property(QStringLiteral("id")).toString());
+    if (text.at(*at) == QLatin1Char('(')) {
+        ++*at;
+        while (text.at(*at) != QLatin1Char(')')) {
+            item->addChild(build(text, at), false);
+            if (text.at(*at) == QLatin1Char(' '))
+                ++*at;
+        }
+        ++*at;
+    }
+    return item;
+}
+
+Node *build(const char *text)
+{
+    int at = 0;
+    return build(QString::fromLatin1(text) + QLatin1Char(' '), &at);
+}
+
+QString print(const PointObject *object)
+{
+    QString text = const_cast<PointObject *>(object)->item()->kind();
+    const QString id = object->properties().value(QStringLiteral("id")).toString();
+    if (!id.isEmpty())
+        text += QLatin1Char('#') + id;
+    QStringList children;
+    for (PointObject *child : object->children())
+        children.append(print(child));
+    return children.isEmpty() ? text : text + QLatin1Char('(') + children.join(QLatin1Char(' ')) + QLatin1Char(')');
+}
+
+} // namespace
+
+class TestManager : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void slotOrder();
+    void rootsAndTables();
+    void merge_data();
+    void merge();
+    void mergedRowsFollow();
+    void placeUnderParents_data();
+    void placeUnderParents();
+    void formatRoots();
+    void dataIndexes();
+    void childTypes_data();
+    void childTypes();
+    void attributeDefinitions();
+    void realizationItems();
+    void pointHasFormatAndKeyValue();
+    void addDefinition();
+    void destroyedNodesLeaveTheIndexes();
+    void retiredNodesLeaveTheIndexesAndLive();
+    void treesMayDieFirst();
+    void controllerServesTheOneRegisteredLast();
+    void openAndCloseManyTimes();
+};
+
+void TestManager::slotOrder()
+{
+    const QMetaObject &meta = SourceDataManager::staticMetaObject;
+    QStringList names;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        if (meta.method(i).methodType() == QMetaMethod::Slot)
+            names.append(QString::fromLatin1(meta.method(i).methodSignature()));
+    }
+    QCOMPARE(names, (QStringList { QStringLiteral("onDefinData(QString,PointTreeWidgetItem*)"), QStringLiteral("layoutRelization(PointTreeWidgetItem*)"),
+        QStringLiteral("addTopChild(PointTreeWidgetItem*,PointTreeWidgetItem*)"), QStringLiteral("addObjChild(PointTreeWidgetItem*,PointTreeWidgetItem*)"),
+        QStringLiteral("allFormatRoot(PointTreeWidgetItem*)") }));
+}
+
+void TestManager::rootsAndTables()
+{
+    const SourceDataManager manager;
+    QCOMPARE(manager.definitionRoot()->text(0), QStringLiteral("Defintion"));
+    QCOMPARE(manager.availablePointsRoot()->text(0), QStringLiteral("Realization"));
+    for (Node *root : { manager.allDataRoot(), manager.fourthRoot(), manager.realizationRoot() })
+        QCOMPARE(root->text(0), QString());
+    QCOMPARE(manager.attributeTypes().join(QLatin1Char(' ')), QStringLiteral("String Enum Bool Int File ShortCut"));
+    const QMap<QString, QStringList> fields = manager.attributeFields();
+    QCOMPARE(fields.value(QStringLiteral("string")).join(QLatin1Char(' ')), QStringLiteral("key name value regexp tips trans"));
+    QCOMPARE(fields.value(QStringLiteral("enum")).join(QLatin1Char(' ')), QStringLiteral("key name value mode"));
+    QCOMPARE(fields.value(QStringLiteral("int")).join(QLatin1Char(' ')), QStringLiteral("key name value min max"));
+    QCOMPARE(fields.value(QStringLiteral("file")).join(QLatin1Char(' ')), QStringLiteral("key name value filter title method"));
+    QCOMPARE(fields.value(QStringLiteral("bool")), fields.value(QStringLiteral("ShortCut")));
+    QVERIFY2(!fields.contains(QStringLiteral("shortcut")), "a look-up by lowered name finds the one key that must not be found");
+}
+
+void TestManager::merge_data()
+{
+    QTest::addColumn<QByteArray>("known");
+    QTest::addColumn<QByteArray>("arrived");
+    QTest::addColumn<QString>("knownAfter");
+    QTest::addColumn<QString>("arrivedAfter");
+    const auto row = [](const char *name, const char *known, const char *arrived, const char *knownAfter, const char *arrivedAfter) {
+        QTest::newRow(name) << QByteArray(known) << QByteArray(arrived) << QString::fromLatin1(knownAfter) << QString::fromLatin1(arrivedAfter);
+    };
+    row("children move", "F(A#a)", "F(B#b C#c)", "F(A#a B#b C#c)", "F");
+    row("a bar's entries go into the bar of its kind", "F(MenuBar(X#x))", "F(menubar(Y#y Z#z))", "F(MenuBar(X#x Y#y Z#z))", "F(menubar)");
+    row("a bar without a counterpart moves whole", "F(MenuBar)", "F(ToolBars(Y#y))", "F(MenuBar ToolBars(Y#y))", "F");
+    row("a bar without entries moves whole too", "F(MenuBar)", "F(MenuBar B#b)", "F(MenuBar MenuBar B#b)", "F");
+    row("after entries moved, what follows stays", "F(MenuBar)", "F(A#a MenuBar(Y#y) B#b C#c)", "F(MenuBar(Y#y) A#a)", "F(MenuBar B#b C#c)");
+    row("but later bars are merged still", "F(MenuBar ToolBars)", "F(MenuBar(Y#y) ToolBars(Z#z))", "F(MenuBar(Y#y) ToolBars(Z#z))", "F(MenuBar ToolBars)");
+    row("all entries go into the first of two bars", "F(MenuBar MenuBar)", "F(MenuBar(Y#y))", "F(MenuBar(Y#y) MenuBar)", "F(MenuBar)");
+    row("only the two kinds are bars", "F(Menu(X#x))", "F(Menu(Y#y))", "F(Menu(X#x) Menu(Y#y))", "F");
+    row("newcomers go under their parents", "F(A#a)", "F(B#b<a)", "F(A#a(B#b))", "F");
+}
+
+void TestManager::merge()
+{
+    QFETCH(const QByteArray, known);
+    QFETCH(const QByteArray, arrived);
+    Node *first = build(known.constData());
+    Node *second = build(arrived.constData());
+    FormatMerge::merge(first, second);
+    QTEST(print(first), "knownAfter");
+    QTEST(print(second), "arrivedAfter");
+    Node::destroySubtree(first);
+    Node::destroySubtree(second);
+}
+
+void TestManager::mergedRowsFollow()
+{
+    Node *known = build("F(MenuBar)");
+    Node *arrived = build("F(MenuBar(Y#y) Tool)");
+    for (Node *root : { known, arrived })
+        root->QTreeWidgetItem::addChild(root->children().first()->item());
+    Node *entry = arrived->children().first()->children().first()->item();
+    arrived->children().first()->item()->QTreeWidgetItem::addChild(entry);
+    FormatMerge::merge(known, arrived);
+    QCOMPARE(ModelTesting::rows(known), (QStringList { QString(), QStringLiteral("  y") }));
+    // Without an id the row shows the kind, whether it moved or not.
+    QCOMPARE(ModelTesting::rows(arrived), QStringList { QStringLiteral("MenuBar") });
+    QCOMPARE(arrived->children().at(1)->item()->text(0), QStringLiteral("Tool"));
+    Node::destroySubtree(known);
+    Node::destroySubtree(arrived);
+}
+
+void TestManager::placeUnderParents_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QString>("after");
+    const auto row = [](const char *name, const char *before, const char *after) { QTest::newRow(name) << QByteArray(before) << QString::fromLatin1(after); };
+    row("letter case does not matter", "F(A#Aa B#b<aA)", "F(A#Aa(B#b))");
+    row("unknown parents change nothing", "F(A#a B#b<z)", "F(A#a B#b)");
+    row("the first of a level answers", "F(A#a C#a B#b<a)", "F(A#a(B#b) C#a)");
+    row("a parent that comes later", "F(B#b<a A#a)", "F(A#a(B#b))");
+    row("a chain", "F(A#a B#b<a C#c<b)", "F(A#a(B#b(C#c)) C#c)");
+    row("deeper down the node stays in the first list, too", "F(M(A#a) B#b<a)", "F(M(A#a(B#b)) B#b)");
+    row("the outer level goes on after a find", "F(M(A#a) N(A#a) B#b<a)", "F(M(A#a(B#b)) N(A#a(B#b)) B#b)");
+    row("itself", "F(A#a<a)", "F(A#a)");
+    row("a ring of two", "F(A#a<b B#b<a)", "F(B#b(A#a))");
+    row("a descendant", "F(A#a<b(B#b))", "F(A#a(B#b))");
+}
+
+void TestManager::placeUnderParents()
+{
+    QFETCH(const QByteArray, before);
+    QFETCH(const QString, after);
+    Node *root = build(before.constData());
+    FormatMerge::placeUnderParents(root);
+    QCOMPARE(print(root), after);
+    Node::destroySubtree(root);
+}
+
+void TestManager::formatRoots()
+{
+    SourceDataManager manager;
+    RecordingWidget widget;
+    Controller::instance()->setSourceDataManager(&manager);
+    Controller::instance()->setMainWidget(&widget);
+    const auto format = [&](const char *plugin, const char *target, const char *children) {
+        Node *item = build(children);
+        item->setPluginId(QString::fromLatin1(plugin));
+        if (*target)
+            item->setProperty(QStringLiteral("target"), QString::fromLatin1(target));
+        manager.addObjChild(manager.allDataRoot(), item);
+        return item;
+    };
+    Node *first = format("one", "t", "Format(A#a)");
+    Node *second = format("two", "t", "Format(B#b<a)");
+    Node *other = format("two", "u", "format");
+    Node *nameless = format("one", "", "Format(X)");
+    Node *nameless2 = format("two", "", "Format(Y)");
+    for (Node *item : { first, second, other, first, nameless, nameless2, second })
+        manager.allFormatRoot(item);
+    manager.layoutRelization(other);
+    manager.allFormatRoot(nullptr);
+    manager.layoutRelization(nullptr);
+    QCOMPARE(widget.lines, (QStringList { QStringLiteral("format t"), QStringLiteral("format u"), QStringLiteral("format "), QStringLiteral("format "), QStringLiteral("layout ") }));
+    QCOMPARE(print(first), QStringLiteral("Format(A#a(B#b))"));
+    QCOMPARE(print(nameless), QStringLiteral("Format(X)"));
+    QCOMPARE(manager.siblingFormatOfTarget(QStringLiteral("t")), first);
+    QCOMPARE(manager.indexes()[NodeIndexes::Formats].nodes(QStringLiteral("two")), (NodeIndex::Nodes { second, other, nameless2 }));
+}
+
+void TestManager::dataIndexes()
+{
+    SourceDataManager manager;
+    Node *record = node(QStringLiteral("extdata"), { { QStringLiteral("id"), QStringLiteral("p") } });
+    Node *items[4];
+    for (int i = 0; i < 4; ++i)
+        items[i] = node(QStringLiteral("Item"), { { QStringLiteral("id"), QStringLiteral("same") } });
+    manager.addObjChild(manager.allDataRoot(), record);
+    manager.addObjChild(record, items[0]);
+    manager.addObjChild(record, items[1]);
+    manager.addObjChild(manager.allDataRoot(), items[2]);
+    manager.addObjChild(items[2], items[3]);
+    QCOMPARE(manager.dataChild(QStringLiteral("same")), items[1]);
+    QCOMPARE(manager.data(QStringLiteral("same")), (QVector<Node *> { items[2], items[3] }));
+    QCOMPARE(manager.data(QStringLiteral("p")), QVector<Node *> { record });
+    QCOMPARE(manager.allDataRoot()->childCount(), 0);
+    QCOMPARE(record->children().size(), 2);
+}
+
+void TestManager::childTypes_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("pointId");
+    QTest::addColumn<QStringList>("types");
+    QTest::addColumn<int>("exists"); // -1: untouched
+    const auto s = [](const char *text) { return QString::fromLatin1(text); };
+    QTest::newRow("sub point") << s("menu") << s("p") << QStringList { s("a"), s(""), s("b") } << 1;
+    QTest::newRow("another point's sub point of the same key") << s("menu") << s("Q") << QStringList { s("c") } << 1;
+    QTest::newRow("the point itself, through its id") << s("shape") << s("p") << QStringList { s("x") } << 1;
+    QTest::newRow("no such property") << s("leaf") << s("p") << QStringList { QString() } << 0;
+    QTest::newRow("nothing matches") << s("menu") << s("r") << QStringList {} << -1;
+}
+
+void TestManager::childTypes()
+{
+    QFETCH(const QString, key);
+    QFETCH(const QString, pointId);
+    QFETCH(const QStringList, types);
+    QFETCH(const int, exists);
+    SourceDataManager manager;
+    const auto define = [&](const char *indexKey, const char *point, const PropertyHash &properties) {
+        Node *item = node(QStringLiteral("SubExtPoint"), properties);
+        item->setPointId(QString::fromLatin1(point));
+        manager.addTopChild(manager.availablePointsRoot(), item);
+        manager.onDefinData(QString::fromLatin1(indexKey), item);
+    };
+    define("menu", "q", { { QStringLiteral("childType"), QStringLiteral("c") } });
+    define("menu", "p", { { QStringLiteral("childtype"), QStringLiteral("a||b") } });
+    define("menu", "p", { { QStringLiteral("childType"), QStringLiteral("later") } });
+    define("p", "p", { { QStringLiteral("childType"), QStringLiteral("x") } });
+    define("leaf", "p", {});
+    QCOMPARE(manager.childTypes(key, pointId), types);
+    bool flags[2] = { false, true };
+    for (bool &flag : flags)
+        QCOMPARE(manager.childTypes(key, pointId, &flag), types.join(QLatin1Char('|')));
+    QCOMPARE(flags[0], exists == 1);
+    QCOMPARE(flags[1], exists != 0);
+}
+
+void TestManager::attributeDefinitions()
+{
+    const Product product;
+    const QString path = product.add(QStringLiteral("g"),
+        "<P id=\"g\"><ExtPointSet><ExtPoint id=\"p\"><SubExtPoint key=\"Leaf\"><Bool key=\"b\" value=\"true\"/></SubExtPoint>"
+        "<Enum key=\"e\" value=\"x\"><Data key=\"1\" text=\"x\"/><Data key=\"2\" text=\"y\"/></Enum><String key=\"s\"/></ExtPoint></ExtPointSet></P>");
+    SourceDataManager manager;
+    manager.startScan(path);
+    manager.completeScan();
+    const auto ask = [&](const char *kind, const char *pointId) {
+        Node item { QString() };
+        item.setKind(QString::fromLatin1(kind));
+        item.setPointId(QString::fromLatin1(pointId));
+        Definitions::Attributes attributes;
+        if (!manager.attributeDefinitions(&item, &attributes))
+            return QStringLiteral("none");
+        QStringList words;
+        for (const QString &key : qAsConst(attributes.keys))
+            words.append(QStringList { key, attributes.types.value(key), attributes.defaults.value(key).toString(), attributes.options.value(key).join(QLatin1Char('+')) }.join(QLatin1Char('/')));
+        return words.join(QLatin1Char(' '));
+    };
+    QCOMPARE(ask("LEAF", "P"), QStringLiteral("b/Bool/true/"));
+    QCOMPARE(ask("Shape", "p"), QStringLiteral("e/Enum/x/x+y s/String//"));
+    QCOMPARE(ask("leaf", "other"), QStringLiteral("none"));
+    Definitions::Attributes attributes;
+    QVERIFY(!manager.attributeDefinitions(nullptr, &attributes));
+}
+
+void TestManager::realizationItems()
+{
+    const Product product;
+    const QString path = product.add(QStringLiteral("own"),
+        "<P id=\"own\"><ExtDataSet><ExtData id=\"p\"><A id=\"1\"/><B/><b id=\"2\"/></ExtData><Layout><C id=\"4\"/></Layout><ExtData id=\"p\"><A id=\"3\"/></ExtData></ExtDataSet></P>");
+    SourceDataManager manager;
+    QVERIFY(manager.load(path));
+    QCOMPARE(ids(manager.realizationItems(QStringLiteral("p"))).join(QString()), QStringLiteral("123"));
+    QCOMPARE(ids(manager.realizationItems(QStringLiteral("p"), QStringLiteral("B"))).join(QString()), QStringLiteral("2"));
+    QCOMPARE(ids(manager.realizationItems(QStringLiteral("Layout"))).join(QString()), QStringLiteral("4"));
+    QVERIFY(manager.realizationItems(QStringLiteral("q")).isEmpty());
+    QCOMPARE(manager.realizations().size(), 8);
+}
+
+void TestManager::pointHasFormatAndKeyValue()
+{
+    SourceDataManager manager;
+    Node *first = node(QStringLiteral("ExtPoint"), { { QStringLiteral("hasformat"), QStringLiteral("FALSE") } });
+    Node *second = node(QStringLiteral("ExtPoint"), { { QStringLiteral("hasformat"), QStringLiteral("yes") } });
+    for (Node *item : { first, second }) {
+        manager.addTopChild(manager.availablePointsRoot(), item);
+        manager.onDefinData(QStringLiteral("p"), item);
+    }
+    Node asking { QString() };
+    asking.setPointId(QStringLiteral("p"));
+    QVERIFY2(!manager.pointHasFormat(&asking), "the first point answers");
+    first->setProperty(QStringLiteral("hasformat"), QStringLiteral("2"));
+    QVERIFY(manager.pointHasFormat(&asking));
+    asking.setPointId(QStringLiteral("q"));
+    QVERIFY(!manager.pointHasFormat(&asking) && !manager.pointHasFormat(nullptr));
+    QCOMPARE(manager.definition(QStringLiteral("p")), first);
+
+    first->addChild(node(QStringLiteral("String"), { { QStringLiteral("key"), QStringLiteral("other") }, { QStringLiteral("value"), QStringLiteral("no") } }), false);
+    first->addChild(node(QStringLiteral("String"), { { QStringLiteral("key"), QStringLiteral("KEY") }, { QStringLiteral("value"), QStringLiteral("Shape") } }), false);
+    QCOMPARE(manager.keyValue(first), QStringLiteral("Shape"));
+    QCOMPARE(manager.keyValue(second) + manager.keyValue(nullptr), QString());
+}
+
+void TestManager::addDefinition()
+{
+    SourceDataManager manager;
+    manager.definitionRoot()->setPluginId(QStringLiteral("plug"));
+    Node *child = node(QStringLiteral("ExtPoint"));
+    manager.addDefinition(manager.definitionRoot(), child);
+    QCOMPARE(child->pluginId(), QStringLiteral("plug"));
+    QCOMPARE(child->parent(), static_cast<PointObject *>(manager.definitionRoot()));
+    QCOMPARE(child->QTreeWidgetItem::parent(), static_cast<QTreeWidgetItem *>(manager.definitionRoot()));
+}
+
+void TestManager::destroyedNodesLeaveTheIndexes()
+{
+    SourceDataManager manager;
+    Node *item = node(QStringLiteral("format"), { { QStringLiteral("id"), QStringLiteral("i") }, { QStringLiteral("target"), QStringLiteral("t") } });
+    manager.addObjChild(manager.allDataRoot(), item);
+    manager.onDefinData(QStringLiteral("some key"), item);
+    manager.addTarget(item);
+    manager.addRealization(item);
+    // Entered under what it is no longer called.
+    item->setProperty(QStringLiteral("id"), QStringLiteral("renamed"));
+    item->setProperty(QStringLiteral("target"), QStringLiteral("renamed"));
+    Node::destroySubtree(item);
+    for (int name = 0; name < NodeIndexes::NameCount; ++name)
+        QCOMPARE(manager.indexes()[NodeIndexes::Name(name)].size(), 0);
+}
+
+void TestManager::retiredNodesLeaveTheIndexesAndLive()
+{
+    auto manager = std::make_unique<SourceDataManager>();
+    QPointer<Node> item = node(QStringLiteral("Item"), { { QStringLiteral("id"), QStringLiteral("i") } });
+    manager->addRealization(item);
+    manager->retire(item);
+    QVERIFY(manager->realizations().isEmpty());
+    QVERIFY(item);
+    manager.reset();
+    QVERIFY(!item);
+}
+
+void TestManager::treesMayDieFirst()
+{
+    const Product product;
+    const QString path = product.add(QStringLiteral("own"), "<P id=\"own\"><ExtPointSet><ExtPoint id=\"p\"><Int/></ExtPoint></ExtPointSet></P>");
+    SourceDataManager manager;
+    QVERIFY(manager.load(path));
+    {
+        QTreeWidget tree;
+        tree.addTopLevelItem(manager.definitionRoot());
+    }
+    QVERIFY(!manager.definitionRoot());
+    QVERIFY(!manager.save());
+    QVERIFY(Product::read(path).contains("<ExtPoint id"));
+}
+
+void TestManager::controllerServesTheOneRegisteredLast()
+{
+    Controller *controller = Controller::instance();
+    auto first = std::make_unique<SourceDataManager>(QStringLiteral("/first"));
+    auto second = std::make_unique<SourceDataManager>(QStringLiteral("/second"));
+    auto widget = std::make_unique<RecordingWidget>();
+    auto later = std::make_unique<RecordingWidget>();
+    controller->setSourceDataManager(first.get());
+    controller->setSourceDataManager(second.get());
+    controller->setMainWidget(widget.get());
+    controller->setMainWidget(later.get());
+    QCOMPARE(controller->filePath(), QStringLiteral("/second"));
+    Node layout(QStringLiteral("l"));
+    first->layoutRelization(&layout);
+    QCOMPARE(later->lines.size(), 1);
+    second.reset();
+    later.reset();
+    QCOMPARE(controller->filePath(), QStringLiteral("/first"));
+    controller->addLayout(&layout);
+    QCOMPARE(widget->lines.size(), 1);
+    first.reset();
+    widget.reset();
+    controller->addLayout(&layout);
+    QCOMPARE(controller->filePath(), QString());
+    QVERIFY(!controller->definitionRoot() && controller->attributeTypes().isEmpty());
+}
+
+void TestManager::openAndCloseManyTimes()
+{
+    const QString path = QStringLiteral(EXTPOINT_SOURCE_DIR "/samples/product/plugins/chartdesk/extension.xml");
+    // What is left over is for the leak checker to tell.
+    for (int i = 0; i < 100; ++i) {
+        SourceDataManager manager;
+        QVERIFY(manager.load(path));
+        manager.startScan(path);
+        if (i % 2)
+            manager.completeScan();
+    }
+}
+
+QTEST_MAIN(TestManager)
+#include "tst_manager.moc"
