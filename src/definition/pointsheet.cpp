@@ -1,0 +1,148 @@
+#include "pointsheet.h"
+
+#include "childtypemask.h"
+#include "model/definitions.h"
+#include "model/pointtreewidgetitem.h"
+#include "patterns.h"
+#include "propertybrowser/propertykeys.h"
+
+namespace {
+
+const QString displayIcon = QStringLiteral("displayicon");
+const QString displayLabel = QStringLiteral("displaylabel");
+const QString description = QStringLiteral("description");
+
+PropertyItem record(PointTreeWidgetItem *item, const QString &key, const QVariant &typeNumber)
+{
+    return PropertyItem(PropertyType(typeNumber.toInt()), key, key, item->properties().value(key));
+}
+
+PropertyItem withPattern(PropertyItem record, const QString &pattern)
+{
+    record.setData(PropertyKey::RegExp, pattern);
+    return record;
+}
+
+/// The attributes of type @p typeName that can serve as label or icon; without any, the current value alone.
+PropertyItem withAttributeOptions(PropertyItem record, PointTreeWidgetItem *item, QLatin1String typeName)
+{
+    const QString current = record.value().toString();
+    bool any = false;
+    const Definitions::Nodes attributes = Definitions::declarations(item);
+    for (PointTreeWidgetItem *attribute : attributes) {
+        if (attribute->kind() != typeName)
+            continue;
+        any = true;
+        const QString key = attribute->property(QStringLiteral("key")).toString();
+        const PropertyItem::OptionItem option { key, attribute->property(QStringLiteral("name")).toString(), QString() };
+        if (key == current)
+            record.insertOption(0, option);
+        else
+            record.addOption(option);
+    }
+    if (!any)
+        record.addOption({ current, current, QString() });
+    return record;
+}
+
+/// Puts the records into their places: @p firstKey at the front, "description" at the end.
+class Sheet final
+{
+public:
+    explicit Sheet(const QString &firstKey)
+        : m_firstKey(firstKey)
+    {
+    }
+
+    void add(const PropertyItem &record)
+    {
+        if (record.name() == m_firstKey)
+            m_records.prepend(record);
+        else if (record.name() == description)
+            m_last.append(record);
+        else
+            m_records.append(record);
+    }
+
+    [[nodiscard]] QList<PropertyItem> records() const { return m_records + m_last; }
+
+private:
+    QString m_firstKey;
+    QList<PropertyItem> m_records;
+    QList<PropertyItem> m_last;
+};
+
+PointSheet::TypeTable table(std::initializer_list<std::pair<const char *, PropertyType>> entries)
+{
+    PointSheet::TypeTable types;
+    for (const auto &entry : entries)
+        types.insert(QString::fromLatin1(entry.first), int(entry.second));
+    return types;
+}
+
+} // namespace
+
+PointSheet::TypeTable PointSheet::pointTypes()
+{
+    return table({ { "id", PropertyType::String }, { "name", PropertyType::String },
+        { "displaylabel", PropertyType::Enum }, { "displayicon", PropertyType::Enum },
+        { "hasformat", PropertyType::Bool }, { "description", PropertyType::Text } });
+}
+
+PointSheet::TypeTable PointSheet::subPointTypes()
+{
+    return table({ { "key", PropertyType::String }, { "name", PropertyType::String },
+        { "displaylabel", PropertyType::Enum }, { "displayicon", PropertyType::Enum },
+        { "childtype", PropertyType::Flag }, { "description", PropertyType::Text } });
+}
+
+QList<PropertyItem> PointSheet::ofPoint(PointTreeWidgetItem *point, const TypeTable &types)
+{
+    Sheet sheet(QStringLiteral("id"));
+    const QStringList keys = point->properties().keys();
+    for (const QString &key : keys) {
+        PropertyItem row = record(point, key, types.value(key));
+        if (key == displayIcon)
+            row = withAttributeOptions(row, point, QLatin1String("File"));
+        else if (key == displayLabel)
+            row = withAttributeOptions(row, point, QLatin1String("String"));
+        else if (key == QLatin1String("id"))
+            row = withPattern(row, Pattern::pointId());
+        else if (key == QLatin1String("name"))
+            row = withPattern(row, Pattern::name());
+        else if (key == description)
+            row = withPattern(row, Pattern::description());
+        sheet.add(row);
+    }
+    return sheet.records();
+}
+
+QList<PropertyItem> PointSheet::ofSubPoint(PointTreeWidgetItem *subPoint, const TypeTable &types,
+    const TypeTable &pointTypes, const ChildTypeMask &childTypes)
+{
+    Sheet sheet(QStringLiteral("key"));
+    const QStringList keys = subPoint->properties().keys();
+    for (const QString &key : keys) {
+        PropertyItem row = record(subPoint, key, types.value(key));
+        if (key == displayIcon) {
+            row = withAttributeOptions(row, subPoint, QLatin1String("File"));
+        } else if (key == displayLabel) {
+            row = withAttributeOptions(row, subPoint, QLatin1String("String"));
+        } else if (key == QLatin1String("key")) {
+            row = withPattern(row, Pattern::key());
+        } else if (key == QLatin1String("name")) {
+            row = withPattern(record(subPoint, key, pointTypes.value(key)), Pattern::name());
+        } else if (key == description) {
+            row = withPattern(row, Pattern::description());
+        } else if (key == QLatin1String("childtype")) {
+            if (childTypes.names().isEmpty())
+                continue;
+            row.setVal(childTypes.maskOf(row.value().toString()));
+            row.setOptionList(childTypes.names());
+        } else {
+            row = withPattern(row, Pattern::otherOfSubPoint());
+        }
+        sheet.add(row);
+    }
+    return sheet.records();
+}

@@ -1,0 +1,78 @@
+#include "extpointeditordocument.h"
+
+#include "extpointeditorconstants.h"
+#include "model/controller.h"
+#include "model/sourcedatamanager.h"
+
+
+#include <utils/filename.h>
+
+namespace PointEditor::Internal {
+
+namespace {
+
+constexpr char busyProperty[] = "busy";
+
+} // namespace
+
+ExtPointEditorDocument::ExtPointEditorDocument(QObject *parent)
+    : Core::IDocument(parent)
+    , m_manager(std::make_unique<SourceDataManager>(QString()))
+{
+    setId(Core::Id(Constants::editorId));
+    setMimeType(QString::fromLatin1(Constants::mimeType));
+    Controller::instance()->setSourceDataManager(m_manager.get());
+    connect(m_manager.get(), &SourceDataManager::scanFinished, this, [this] { setProperty(busyProperty, false); });
+}
+
+ExtPointEditorDocument::~ExtPointEditorDocument() = default;
+
+Core::IDocument::OpenResult ExtPointEditorDocument::open(QString *, const QString &fileName, const QString &)
+{
+    setFilePath(Utils::FileName::fromString(fileName));
+    m_fileName = fileName;
+    if (!m_manager->load(fileName))
+        return OpenResult::ReadError;
+    if (m_widget)
+        m_widget->reloadPages();
+    setProperty(busyProperty, true);
+    m_manager->startScan(fileName);
+    return OpenResult::Success;
+}
+
+bool ExtPointEditorDocument::save(QString *, const QString &, bool)
+{
+    if (m_widget)
+        m_widget->commitEditors();
+    // Success is reported in any case; the model has logged why nothing was written.
+    (void)m_manager->save();
+    m_modified = false;
+    Q_EMIT changed();
+    return true;
+}
+
+QByteArray ExtPointEditorDocument::contents() const { return {}; }
+
+bool ExtPointEditorDocument::setContents(const QByteArray &) { return true; }
+
+bool ExtPointEditorDocument::shouldAutoSave() const { return m_shouldAutoSave; }
+
+bool ExtPointEditorDocument::isModified() const
+{
+    // What the user has typed counts, although the sheet still holds it.
+    if (m_widget)
+        m_widget->commitEditors();
+    return m_modified;
+}
+
+bool ExtPointEditorDocument::isSaveAsAllowed() const { return true; }
+
+bool ExtPointEditorDocument::reload(QString *, ReloadFlag, ChangeType) { return true; }
+
+void ExtPointEditorDocument::onModified(bool)
+{
+    m_modified = true;
+    Q_EMIT changed();
+}
+
+} // namespace PointEditor::Internal

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "surface/extpointwidget.h"
+
+#include <core/idocument.h>
+
+#include <QPointer>
+#include <QString>
+
+#include <memory>
+
+
+class SourceDataManager;
+
+namespace PointEditor::Internal {
+
+/// One opened extension file as the host sees it: connects the host's opening and saving to the model and tracks the
+/// modified state. Owned by its editor; owns the model. GUI thread.
+///
+/// While sibling plug-ins are read in the background, the object's dynamic property "busy" is true.
+class ExtPointEditorDocument final : public Core::IDocument
+{
+    Q_OBJECT
+    Q_PROPERTY(QString plainText READ plainText)
+
+public:
+    explicit ExtPointEditorDocument(QObject *parent = nullptr);
+    ~ExtPointEditorDocument() override;
+
+    /// Fails without an error text; the reason stands in the log.
+    OpenResult open(QString *errorString, const QString &fileName, const QString &realFileName) override;
+
+    /// Writes to the path that was opened, whatever @p fileName says, and reports success whatever came of it: the
+    /// document is clean afterwards. A host looks at the file itself.
+    bool save(QString *errorString, const QString &fileName, bool autoSave) override;
+    QByteArray contents() const override;
+    bool setContents(const QByteArray &contents) override;
+    bool shouldAutoSave() const override;
+    bool isModified() const override;
+    bool isSaveAsAllowed() const override;
+    bool reload(QString *errorString, ReloadFlag flag, ChangeType type) override;
+
+    void setWidget(ExtPointWidget *widget) { m_widget = widget; }
+    [[nodiscard]] QString plainText() const { return {}; }
+
+Q_SIGNALS:
+    /// Part of the document's public face; nothing emits it.
+    void loaded(bool success);
+
+public Q_SLOTS:
+    /// Marks the document modified, whatever @p flag says: a change can't be undone into a clean state except by saving.
+    void onModified(bool flag);
+
+private:
+    QString m_fileName;
+    std::unique_ptr<SourceDataManager> m_manager;
+    bool m_shouldAutoSave = false;
+    bool m_modified = false;
+    QPointer<ExtPointWidget> m_widget;
+};
+
+} // namespace PointEditor::Internal

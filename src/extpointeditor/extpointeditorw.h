@@ -1,0 +1,32 @@
+#pragma once
+
+#include <core/ieditor.h>
+
+class ExtPointWidget;
+
+namespace PointEditor::Internal {
+
+class ExtPointEditorDocument;
+class ExtPointEditorPlugin;
+
+/// The host's editor object for one opened extension file. Owned by the host, as is the widget that it hands over; owns
+/// its document.
+class ExtPointEditorW final : public Core::IEditor
+{
+    Q_OBJECT
+
+public:
+    ExtPointEditorW(const Core::Context &context, ExtPointEditorPlugin *plugin);
+    ~ExtPointEditorW() override;
+
+    [[nodiscard]] Core::IDocument *document() override;
+    /// Null: this editor has none.
+    [[nodiscard]] QWidget *toolBar() override;
+
+private:
+    ExtPointEditorDocument *m_document;
+    ExtPointEditorPlugin *m_plugin;
+    ExtPointWidget *m_widget;
+};
+
+} // namespace PointEditor::Internal

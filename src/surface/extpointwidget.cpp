@@ -1,0 +1,70 @@
+#include "extpointwidget.h"
+
+#include "definition/defintionpagebuilder.h"
+#include "model/controller.h"
+#include "model/pointtreewidgetitem.h"
+#include "realization/realizationpagebuilder.h"
+#include "extpointwidgetform.h"
+
+namespace {
+
+/// A tree destroys the rows that stand in it, and these belong to the model.
+void giveRowsBack(QTreeWidget *tree)
+{
+    while (tree->topLevelItemCount() > 0)
+        tree->takeTopLevelItem(tree->topLevelItemCount() - 1);
+}
+
+/// The builders outlive their widget, and nothing else would still name them then.
+void keepForEver(QObject *builder)
+{
+    static QObjectList builders;
+    builders.append(builder);
+}
+
+} // namespace
+
+ExtPointWidget::ExtPointWidget(QWidget *parent)
+    : QWidget(parent)
+    , ui(new Ui::ExtPointWidget)
+    , controller(Controller::instance())
+{
+    ui->setupUi(this);
+    controller->setMainWidget(this);
+    defintionBuilder = new DefintionPageBuilder(ui, nullptr);
+    realizationBuilder = new RealizationPageBuilder(ui, nullptr);
+    keepForEver(defintionBuilder);
+    keepForEver(realizationBuilder);
+    defintionBuilder->build(ui);
+    realizationBuilder->build(ui);
+
+    connect(defintionBuilder, &DefintionPageBuilder::modified, this, &ExtPointWidget::modified);
+    connect(realizationBuilder, &RealizationPageBuilder::modified, this, &ExtPointWidget::modified);
+    connect(defintionBuilder, &DefintionPageBuilder::addDefine, realizationBuilder, &RealizationPageBuilder::addDefine);
+    connect(defintionBuilder, &DefintionPageBuilder::delDefine, realizationBuilder, &RealizationPageBuilder::delDefine);
+}
+
+ExtPointWidget::~ExtPointWidget()
+{
+    giveRowsBack(ui->defintionTree);
+    giveRowsBack(ui->realizationTree);
+    delete ui;
+}
+
+void ExtPointWidget::reloadPages()
+{
+    realizationBuilder->addPluginFormats();
+    defintionBuilder->refreshAttributeTypes();
+    defintionBuilder->showLoaded();
+}
+
+void ExtPointWidget::commitEditors()
+{
+    ui->basicInfo->commitEditor();
+    ui->editInfoWidget->commitEditor();
+    ui->propertyRealization->commitEditor();
+}
+
+void ExtPointWidget::addFormatRoot(PointTreeWidgetItem *item) { realizationBuilder->addFormatRoot(item); }
+
+void ExtPointWidget::addLayout(PointTreeWidgetItem *layout) { realizationBuilder->addLayout(layout); }

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "model/mainwidgetinterface.h"
+
+#include <QWidget>
+
+class Controller;
+class DefintionPageBuilder;
+class RealizationPageBuilder;
+
+namespace Ui {
+class ExtPointWidget;
+}
+
+/// The one widget that an opened extension file shows: the form with its two pages and the builders that fill them.
+/// It holds no data of its own and forwards what the builders say of changes.
+///
+/// Owned by the host that shows it. The builders have no parent and stay alive after the widget. GUI thread.
+class ExtPointWidget final : public QWidget, public MainWidgetInterface
+{
+    Q_OBJECT
+
+public:
+    explicit ExtPointWidget(QWidget *parent = nullptr);
+    ~ExtPointWidget() override;
+
+    /// To be called after a file was loaded: builds the tabs of the plug-in's formats and refreshes the definition
+    /// page's list of attribute types.
+    void reloadPages();
+
+    /// Commits what is typed in a sheet and not committed yet; what a sheet refuses stays in it, marked.
+    void commitEditors();
+
+    void addFormatRoot(PointTreeWidgetItem *item) override;
+    void addLayout(PointTreeWidgetItem *layout) override;
+
+    [[nodiscard]] DefintionPageBuilder *defintionPageBuilder() const { return defintionBuilder; }
+    [[nodiscard]] RealizationPageBuilder *realizationPageBuilder() const { return realizationBuilder; }
+
+Q_SIGNALS:
+    void modified(bool flag);
+
+private:
+    Ui::ExtPointWidget *ui;
+    Controller *controller;
+    DefintionPageBuilder *defintionBuilder;
+    RealizationPageBuilder *realizationBuilder;
+};

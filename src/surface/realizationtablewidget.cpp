@@ -1,0 +1,8 @@
+#include "realizationtablewidget.h"
+
+RealizationTableWidget::RealizationTableWidget(QWidget *parent)
+    : QTableWidget(parent)
+{
+}
+
+RealizationTableWidget::~RealizationTableWidget() = default;

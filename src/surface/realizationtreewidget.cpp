@@ -1,0 +1,8 @@
+#include "realizationtreewidget.h"
+
+RealizationTreeWidget::RealizationTreeWidget(QWidget *parent)
+    : QTreeWidget(parent)
+{
+}
+
+RealizationTreeWidget::~RealizationTreeWidget() = default;
