@@ -10,6 +10,10 @@ endif()
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
                     -Wunused -Wformat=2)
+if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
+  # Qt's logging macros are variadic ones without arguments.
+  add_compile_options(-Wno-gnu-zero-variadic-macro-arguments)
+endif()
 if(EXTPOINT_WERROR)
   add_compile_options(-Werror)
 endif()

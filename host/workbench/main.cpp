@@ -7,26 +7,13 @@
 #include <QFile>
 #include <QMessageBox>
 
-#include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <langinfo.h>
 
 namespace {
 
 constexpr int UsageError = 2;
-
-/// File names are bytes; in the bare locale "C" Qt would lose every one that is not ASCII.
-void useUtf8Locale()
-{
-    std::setlocale(LC_ALL, "");
-    if (std::strcmp(::nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0) {
-        ::setenv("LC_ALL", "C.UTF-8", 1);
-        std::setlocale(LC_ALL, "");
-    }
-}
 
 QStringList argumentsOf(int argc, char **argv)
 {
@@ -125,7 +112,6 @@ int main(int argc, char **argv)
 {
     // Writing beyond a limit of the file size is to fail like writing to a full disk, not to end the process.
     std::signal(SIGXFSZ, SIG_IGN);
-    useUtf8Locale();
     const QStringList arguments = argumentsOf(argc, argv);
     const Core::CommandLine commandLine = Core::CommandLine::parse(arguments);
     const int answer = answerAtOnce(commandLine);

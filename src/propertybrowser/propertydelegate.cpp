@@ -1,5 +1,6 @@
 #include "propertybrowser/propertydelegate.h"
 
+#include "propertybrowser/editors/propertyeditor.h"
 #include "propertybrowser/invalidmark.h"
 
 #include <QAbstractItemView>
@@ -86,8 +87,17 @@ QSize PropertyDelegate::sizeHint(const QStyleOptionViewItem &option, const QMode
 void PropertyDelegate::updateEditorGeometry(
     QWidget *editor, const QStyleOptionViewItem &option, const QModelIndex & /*index*/) const
 {
-    // The whole cell, beside no icon.
-    editor->setGeometry(option.rect);
+    // The whole cell, beside no icon, and over the rows around it where it takes more.
+    QRect place = option.rect;
+    if (const auto *row = qobject_cast<const PropertyEditor *>(editor)) {
+        place.setHeight(qMax(place.height(), row->fullHeight()));
+        const int room = editor->parentWidget()->height();
+        const bool isSeen = option.rect.top() >= 0 && option.rect.bottom() <= room;
+        if (isSeen && place.bottom() >= room) {
+            place.moveTop(qMax(0, room - place.height()));
+        }
+    }
+    editor->setGeometry(place);
 }
 
 bool PropertyDelegate::helpEvent(

@@ -171,6 +171,7 @@ bool PropertyTree::openEditor(int row)
         showRow(row);
         executeDelayedItemsLayout();
         scrollToItem(topLevelItem(row));
+        editor->raise();
     }
     editor->setFocus(Qt::OtherFocusReason);
     if (auto *line = editor->findChild<QLineEdit *>()) {

@@ -61,17 +61,18 @@ inline Edit stepping(Qt::Key key, int times, int cursor = 0)
     };
 }
 
-/// Picks the entry at `index` of the drop-down with the mouse.
+/// Opens the drop-down with the mouse and picks the entry at `index` with the keys.
 inline Edit choosing(int index)
 {
     return [index](SheetDriver &driver) {
         driver.click("it");
-        auto *box = driver.editor("it")->findChild<QComboBox *>();
-        QTRY_VERIFY(box->view()->isVisible());
-        const QRect entry = box->view()->visualRect(box->model()->index(index, 0));
-        // The first moments after opening, a release counts as the end of the click that opened the list.
-        QTest::qWait(QApplication::doubleClickInterval());
-        QTest::mouseClick(box->view()->viewport(), Qt::LeftButton, Qt::NoModifier, entry.center());
+        QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
+        auto *list = QApplication::activePopupWidget()->findChild<QAbstractItemView *>();
+        QTest::keyClick(list, Qt::Key_Home);
+        for (int i = 0; i < index; ++i) {
+            QTest::keyClick(list, Qt::Key_Down);
+        }
+        QTest::keyClick(list, Qt::Key_Return);
     };
 }
 

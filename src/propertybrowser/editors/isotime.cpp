@@ -28,16 +28,17 @@ QDate IsoTime::date(const QString &text)
     return text.size() == DateLength ? QDate::fromString(text, Qt::ISODate) : QDate();
 }
 
+// The toolkit takes hour 24 for the midnight at the end of the day, which no clock shows.
 QTime IsoTime::time(const QString &text)
 {
-    static const QRegularExpression form(QStringLiteral("\\A\\d\\d:\\d\\d(:\\d\\d(\\.\\d{1,3})?)?\\z"));
+    static const QRegularExpression form(QStringLiteral("\\A([01]\\d|2[0-3]):\\d\\d(:\\d\\d(\\.\\d{1,3})?)?\\z"));
     return form.match(text).hasMatch() ? QTime::fromString(text, Qt::ISODateWithMs) : QTime();
 }
 
 QDateTime IsoTime::dateTime(const QString &text)
 {
-    static const QRegularExpression form(
-        QStringLiteral("\\A\\d{4}-\\d\\d-\\d\\d[T ]\\d\\d:\\d\\d(:\\d\\d(\\.\\d{1,3})?)?(Z|[+-]\\d\\d:\\d\\d)?\\z"));
+    static const QRegularExpression form(QStringLiteral(
+        "\\A\\d{4}-\\d\\d-\\d\\d[T ]([01]\\d|2[0-3]):\\d\\d(:\\d\\d(\\.\\d{1,3})?)?(Z|[+-]\\d\\d:\\d\\d)?\\z"));
     return form.match(text).hasMatch() ? QDateTime::fromString(text, Qt::ISODateWithMs) : QDateTime();
 }
 

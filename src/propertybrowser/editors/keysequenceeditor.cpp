@@ -63,7 +63,6 @@ public:
         layout->addWidget(clear);
         setInner(m_edit);
         Editor::restore();
-        connect(m_edit, &QKeySequenceEdit::keySequenceChanged, this, [this] { m_touched = true; });
         connect(clear, &QToolButton::clicked, this, [this] {
             clearKeys();
             commitChoice();
@@ -78,13 +77,14 @@ public:
 
     [[nodiscard]] bool isModified() const override
     {
-        return m_touched && (m_edit->keySequence() != sequenceOf(item()) || !isReadable(item()));
+        return m_edit->keySequence() != m_shown || (m_emptied && !isReadable(item()));
     }
 
     void restore() override
     {
-        m_edit->setKeySequence(isReadable(item()) ? sequenceOf(item()) : QKeySequence());
-        m_touched = false;
+        m_shown = isReadable(item()) ? sequenceOf(item()) : QKeySequence();
+        m_edit->setKeySequence(m_shown);
+        m_emptied = false;
         mark(problemOf(item()));
     }
 
@@ -112,11 +112,12 @@ private:
     void clearKeys()
     {
         m_edit->clear();
-        m_touched = true;
+        m_emptied = true;
     }
 
     QKeySequenceEdit *m_edit;
-    bool m_touched = false;
+    QKeySequence m_shown;
+    bool m_emptied = false;
 };
 
 } // namespace

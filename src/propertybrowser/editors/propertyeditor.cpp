@@ -33,6 +33,12 @@ void PropertyEditor::retire()
     blockSignals(true);
 }
 
+QSize PropertyEditor::sizeHint() const
+{
+    const QSize size = QWidget::sizeHint();
+    return m_inPlace ? QSize(size.width(), 0) : size;
+}
+
 void PropertyEditor::setInner(QWidget *inner)
 {
     m_inner = inner;

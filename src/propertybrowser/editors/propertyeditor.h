@@ -43,6 +43,12 @@ public:
     /// editor meanwhile, which may then be gone.
     [[nodiscard]] bool runDialog(const std::function<void()> &dialog);
 
+    /// An in-place editor asks for no room: one that is higher than its row lies over the rows below, so that these don't
+    /// move away under a click that closes it.
+    [[nodiscard]] QSize sizeHint() const override;
+    /// The height at which the whole editor is seen.
+    [[nodiscard]] int fullHeight() const { return QWidget::sizeHint().height(); }
+
 signals:
     void committed(const QString &name, const QVariant &value);
     void ended(PropertyEditor::End how);

@@ -15,12 +15,11 @@ QString textOf(const PropertyItem &item)
     if (value.userType() == QMetaType::QStringList || value.userType() == QMetaType::QVariantList) {
         return value.toStringList().join(QLatin1String(", "));
     }
-    if (item.type() == PropertyType::Null) {
-        return value.toString();
-    }
     PropertyItem editable = item;
     editable.setEditable(true);
-    return EditorTable::kindOf(editable).display(editable).text;
+    // What has no type, or one that is not known, has no editor but this one.
+    const EditorTable::Kind &kind = EditorTable::kindOf(editable);
+    return kind.type == PropertyType::Null ? value.toString() : kind.display(editable).text;
 }
 
 class Editor final : public PropertyEditor

@@ -1,0 +1,360 @@
+#include "core/fileiconprovider.h"
+#include "core/ieditor.h"
+#include "core/idocument.h"
+#include "core/ieditorfactory.h"
+#include "extensionsystem/iplugin.h"
+#include "extensionsystem/pluginmanager.h"
+#include "utils/mimedatabase.h"
+
+#include <QAbstractItemModel>
+#include <QAbstractItemView>
+#include <QDir>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QLineEdit>
+#include <QMetaMethod>
+#include <QMetaProperty>
+#include <QPluginLoader>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThreadPool>
+
+#include <memory>
+
+// Drives the plug-in as a host does: loaded from its directory, through the host's interfaces and object names alone.
+
+namespace {
+
+QString s(const char *text) { return QString::fromUtf8(text); }
+
+const QString pluginDirectory = s(EXTPOINT_BINARY_DIR "/lib/extpoint/plugins");
+
+QByteArray read(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+}
+
+/// A copy of the sample product.
+class Sample final
+{
+public:
+    Sample()
+    {
+        const QDir source(s(EXTPOINT_SOURCE_DIR "/samples/product/plugins"));
+        for (const QString &plugin : source.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+            QDir(m_directory.path()).mkpath(s("plugins/") + plugin);
+            QFile::copy(source.filePath(plugin + s("/extension.xml")), path(plugin));
+        }
+    }
+    [[nodiscard]] QString path(const QString &plugin) const { return m_directory.path() + s("/plugins/") + plugin + s("/extension.xml"); }
+
+private:
+    QTemporaryDir m_directory;
+};
+
+/// An editor as a host holds it: it deletes the editor, then the widget.
+class OpenedEditor final
+{
+public:
+    explicit OpenedEditor(Core::IEditorFactory *factory)
+        : m_editor(factory->createEditor())
+        , m_widget(m_editor->widget())
+    {
+    }
+    OpenedEditor(const OpenedEditor &) = delete;
+    OpenedEditor &operator=(const OpenedEditor &) = delete;
+    ~OpenedEditor()
+    {
+        m_editor.reset();
+        delete m_widget.data();
+    }
+
+    Core::IEditor *operator->() const { return m_editor.get(); }
+    [[nodiscard]] Core::IDocument *document() const { return m_editor->document(); }
+    [[nodiscard]] QWidget *widget() const { return m_widget; }
+    [[nodiscard]] bool busy() const { return document()->property("busy").toBool(); }
+    [[nodiscard]] Core::IDocument::OpenResult open(const QString &path, QString *error = nullptr) const { return document()->open(error, path, path); }
+    [[nodiscard]] QAbstractItemView *view(const char *name) const { return m_widget->findChild<QAbstractItemView *>(s(name)); }
+
+private:
+    std::unique_ptr<Core::IEditor> m_editor;
+    QPointer<QWidget> m_widget;
+};
+
+} // namespace
+
+class TestExtPointEditor : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void metadata();
+    void registration();
+    void resources();
+    void freshEditor();
+    void documentFace();
+    void openSaveAndReopen();
+    void openFails_data();
+    void openFails();
+    void modifiedState();
+    void uncommittedTextCounts();
+    void saveAlwaysReportsSuccess();
+    void twoEditorsInOneProcess_data();
+    void twoEditorsInOneProcess();
+    void closingInMidScan();
+
+private:
+    ExtensionSystem::PluginManager m_plugins;
+    Core::IEditorFactory *m_factory = nullptr;
+};
+
+void TestExtPointEditor::initTestCase()
+{
+    m_plugins.setPluginPaths({ pluginDirectory });
+    m_plugins.loadPlugins({});
+    for (const ExtensionSystem::PluginInfo &plugin : m_plugins.plugins())
+        QVERIFY2(plugin.errorString.isEmpty(), qPrintable(plugin.errorString));
+    m_factory = ExtensionSystem::PluginManager::getObject<Core::IEditorFactory>();
+    QVERIFY(m_factory);
+}
+
+void TestExtPointEditor::cleanupTestCase()
+{
+    QPointer<Core::IEditorFactory> factory = m_factory;
+    m_plugins.shutdown();
+    QVERIFY2(!factory, "the factory was not released at shutdown");
+}
+
+void TestExtPointEditor::metadata()
+{
+    const QPluginLoader loader(pluginDirectory + s("/libExtPointEditor.so"));
+    const QJsonObject embedded = loader.metaData();
+    QCOMPARE(embedded.value(s("IID")).toString(), s(EXTENSIONSYSTEM_PLUGIN_IID));
+    QCOMPARE(embedded.value(s("className")).toString(), s("ExtPointEditorPlugin"));
+    const QJsonObject data = embedded.value(s("MetaData")).toObject();
+    QCOMPARE(data.value(s("Name")).toString(), s("ZopExtensionEditor"));
+    QCOMPARE(data.value(s("Version")).toString(), s("4.0.2"));
+    QCOMPARE(data.value(s("CompatVersion")).toString(), s("4.0.0"));
+    QCOMPARE(data.value(s("Category")).toString(), s("ZoPlugin"));
+    QCOMPARE(data.value(s("Description")).toString(), s("Editor for zopextension files."));
+    QCOMPARE(data.value(s("Dependencies")).toArray(),
+        (QJsonArray { QJsonObject { { s("Name"), s("Core") }, { s("Version"), s("4.0.2") } },
+            QJsonObject { { s("Name"), s("ProjectExplorer") }, { s("Version"), s("4.0.2") } } }));
+}
+
+void TestExtPointEditor::registration()
+{
+    QCOMPARE(m_factory->id(), Core::Id("Qt4.ExtPointEditor"));
+    QCOMPARE(m_factory->mimeTypes(), QStringList { s("application/vnd.qt.xml.extpoint") });
+    QCOMPARE(m_factory->displayName(), s("ExtPoint Editor"));
+    QCOMPARE(QByteArray(m_factory->metaObject()->className()), QByteArray("PointEditor::Internal::ExtPointEditorFactory"));
+    QVERIFY(QByteArray(m_factory->parent()->metaObject()->className()).endsWith("::ExtPointEditorPlugin"));
+
+    const Sample sample;
+    const Utils::MimeType type = Utils::MimeDatabase().mimeTypeForFile(sample.path(s("chartdesk")));
+    QCOMPARE(type.name(), s("application/vnd.qt.xml.extpoint"));
+    QCOMPARE(type.comment(), s("Qt Resource file"));
+    QCOMPARE(type.globPatterns(), QStringList { s("extension.xml") });
+    QVERIFY(type.inherits(s("text/xml")));
+    QVERIFY(Utils::MimeDatabase().mimeTypeForFileNameAndData(s("my.extension.xml"), "<a/>").name() != type.name());
+
+    const QImage marked = Core::FileIconProvider::icon(QFileInfo(sample.path(s("chartdesk")))).pixmap(32).toImage();
+    const QImage plain = Core::FileIconProvider::icon(QFileInfo(s("other.xml"))).pixmap(32).toImage();
+    QVERIFY2(marked != plain, "no overlay");
+}
+
+void TestExtPointEditor::resources()
+{
+    QVERIFY(!QImage(s(":/extpointeditor/images/demo.png")).isNull());
+    QVERIFY(!QImage(s(":/projectexplorer/images/fileoverlay_qrc.png")).isNull());
+    QVERIFY(read(s(":/extpointeditor/ExtPointEditor.mimetypes.xml")).contains("sub-class-of"));
+}
+
+void TestExtPointEditor::freshEditor()
+{
+    const OpenedEditor editor(m_factory);
+    QVERIFY(editor->context().contains(Core::Id("Qt4.ExtPointEditor")));
+    QVERIFY(!editor->toolBar());
+    QVERIFY(!editor->duplicate() && editor->saveState().isEmpty());
+    QCOMPARE(editor.document()->parent(), static_cast<QObject *>(editor.operator->()));
+    QCOMPARE(QByteArray(editor.widget()->metaObject()->className()), QByteArray("ExtPointWidget"));
+    QVERIFY(!editor.widget()->parent());
+}
+
+void TestExtPointEditor::documentFace()
+{
+    const OpenedEditor editor(m_factory);
+    Core::IDocument *document = editor.document();
+    QCOMPARE(document->id(), Core::Id("Qt4.ExtPointEditor"));
+    QCOMPARE(document->mimeType(), s("application/vnd.qt.xml.extpoint"));
+    const QMetaObject *meta = document->metaObject();
+    QStringList methods;
+    for (int i = meta->methodOffset(); i < meta->methodCount(); ++i)
+        methods.append(QString::fromLatin1(meta->method(i).methodSignature()));
+    QCOMPARE(methods, (QStringList { s("loaded(bool)"), s("onModified(bool)") }));
+    QCOMPARE(meta->propertyCount() - meta->propertyOffset(), 1);
+    QVERIFY(!meta->property(meta->propertyOffset()).isWritable());
+    QCOMPARE(document->property("plainText"), QVariant(QString()));
+    QCOMPARE(document->contents(), QByteArray());
+    QVERIFY(document->setContents("x") && document->isSaveAsAllowed() && !document->shouldAutoSave());
+    QVERIFY(document->reload(nullptr, Core::IDocument::FlagReload, Core::IDocument::TypeContents));
+    QCOMPARE(editor->metaObject()->methodCount(), editor->metaObject()->methodOffset());
+}
+
+void TestExtPointEditor::openSaveAndReopen()
+{
+    const Sample sample;
+    const QString path = sample.path(s("chartdesk"));
+    QByteArray saved[2];
+    for (QByteArray &bytes : saved) {
+        const OpenedEditor editor(m_factory);
+        const QSignalSpy loaded(editor.document(), SIGNAL(loaded(bool)));
+        QString error = s("untouched");
+        QCOMPARE(editor.open(path, &error), Core::IDocument::OpenResult::Success);
+        QCOMPARE(error, s("untouched"));
+        QCOMPARE(editor.document()->filePath().toString(), path);
+        QVERIFY(!editor.document()->isModified());
+        QVERIFY(editor.busy());
+        QTRY_VERIFY(!editor.busy());
+        QCOMPARE(editor.view("realizationTree")->model()->rowCount(editor.view("realizationTree")->model()->index(0, 0)), 12);
+        QCOMPARE(editor.widget()->findChild<QTabWidget *>(s("formatTab"))->count() >= 4, true);
+        // Under another name it is the opened file that is written.
+        const QString elsewhere = path + s(".copy");
+        QVERIFY(editor.document()->save(nullptr, elsewhere, false));
+        QVERIFY(!QFile::exists(elsewhere));
+        QCOMPARE(loaded.count(), 0);
+        bytes = read(path);
+    }
+    QVERIFY(saved[0].startsWith("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<Plugin id=\"saltmere.chartdesk\""));
+    QCOMPARE(saved[1], saved[0]);
+    QVERIFY(saved[0].contains("tr('"));
+}
+
+void TestExtPointEditor::openFails_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("missing") << QByteArray();
+    QTest::newRow("malformed") << QByteArray("<P id=\"x\"><ExtPointSet></P>");
+}
+
+void TestExtPointEditor::openFails()
+{
+    QFETCH(const QByteArray, content);
+    const Sample sample;
+    const QString path = sample.path(s("branding"));
+    if (!content.isNull()) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    const OpenedEditor editor(m_factory);
+    QString error;
+    QCOMPARE(editor.open(path, &error), Core::IDocument::OpenResult::ReadError);
+    QCOMPARE(error, QString());
+    QVERIFY(!editor.busy());
+    // Whatever a host does then, what could not be read stays.
+    QVERIFY(editor.document()->save(nullptr, QString(), false));
+    QCOMPARE(QFile::exists(path), !content.isNull());
+    if (!content.isNull())
+        QCOMPARE(read(path), content);
+}
+
+void TestExtPointEditor::modifiedState()
+{
+    const Sample sample;
+    const OpenedEditor editor(m_factory);
+    QCOMPARE(editor.open(sample.path(s("units"))), Core::IDocument::OpenResult::Success);
+    QSignalSpy changed(editor.document(), &Core::IDocument::changed);
+    for (const bool flag : { false, true }) {
+        QVERIFY(QMetaObject::invokeMethod(editor.widget(), "modified", Q_ARG(bool, flag)));
+        QVERIFY(editor.document()->isModified());
+        QCOMPARE(changed.count(), 1);
+        QVERIFY(editor.document()->save(nullptr, QString(), false));
+        QVERIFY(!editor.document()->isModified());
+        QCOMPARE(changed.count(), 2);
+        changed.clear();
+    }
+}
+
+void TestExtPointEditor::uncommittedTextCounts()
+{
+    const Sample sample;
+    const OpenedEditor editor(m_factory);
+    QCOMPARE(editor.open(sample.path(s("units"))), Core::IDocument::OpenResult::Success);
+    editor.widget()->findChild<QTabWidget *>(s("tabWidget"))->setCurrentIndex(0);
+    editor.widget()->show();
+    auto *tree = editor.view("defintionTree");
+    const QModelIndex point = tree->model()->index(0, 0, tree->model()->index(0, 0));
+    tree->setCurrentIndex(point);
+    QLineEdit *name = nullptr;
+    for (auto *line : editor.widget()->findChild<QWidget *>(s("basicInfo"))->findChildren<QLineEdit *>()) {
+        if (line->accessibleName() == s("name"))
+            name = line;
+    }
+    QVERIFY(name);
+    name->selectAll();
+    QTest::keyClicks(name, s("Typed only"));
+    QVERIFY(editor.document()->isModified());
+    QVERIFY(editor.document()->save(nullptr, QString(), false));
+    QVERIFY(read(sample.path(s("units"))).contains("name=\"Typed only\""));
+    QCOMPARE(point.data().toString(), s("Typed only"));
+}
+
+void TestExtPointEditor::saveAlwaysReportsSuccess()
+{
+    const Sample sample;
+    const QString path = sample.path(s("units"));
+    const OpenedEditor editor(m_factory);
+    QCOMPARE(editor.open(path), Core::IDocument::OpenResult::Success);
+    QVERIFY(QMetaObject::invokeMethod(editor.widget(), "modified", Q_ARG(bool, true)));
+    QVERIFY(QFile::remove(path));
+    QVERIFY(QDir().mkpath(path));
+    QString error;
+    QVERIFY(editor.document()->save(&error, QString(), false));
+    QVERIFY(!editor.document()->isModified() && error.isEmpty());
+    QVERIFY(QFileInfo(path).isDir());
+}
+
+void TestExtPointEditor::twoEditorsInOneProcess_data()
+{
+    QTest::addColumn<bool>("closeFirst");
+    QTest::newRow("first closes first") << true;
+    QTest::newRow("second closes first") << false;
+}
+
+void TestExtPointEditor::twoEditorsInOneProcess()
+{
+    QFETCH(const bool, closeFirst);
+    const Sample sample;
+    auto first = std::make_unique<OpenedEditor>(m_factory);
+    QCOMPARE(first->open(sample.path(s("chartdesk"))), Core::IDocument::OpenResult::Success);
+    auto second = std::make_unique<OpenedEditor>(m_factory);
+    QCOMPARE(second->open(sample.path(s("shell"))), Core::IDocument::OpenResult::Success);
+    (closeFirst ? first : second).reset();
+    OpenedEditor &left = closeFirst ? *second : *first;
+    QTRY_VERIFY(!left.busy());
+    QVERIFY(left.document()->save(nullptr, QString(), false));
+    const QByteArray id = closeFirst ? "saltmere.shell" : "saltmere.chartdesk";
+    QVERIFY(read(sample.path(closeFirst ? s("shell") : s("chartdesk"))).contains("id=\"" + id + '"'));
+}
+
+void TestExtPointEditor::closingInMidScan()
+{
+    const Sample sample;
+    for (int round = 0; round < 30; ++round) {
+        const OpenedEditor editor(m_factory);
+        QCOMPARE(editor.open(sample.path(s("chartdesk"))), Core::IDocument::OpenResult::Success);
+        QTest::qWait(round % 4);
+    }
+    QThreadPool::globalInstance()->waitForDone();
+}
+
+QTEST_MAIN(TestExtPointEditor)
+#include "tst_extpointeditor.moc"
