@@ -8,7 +8,7 @@ namespace {
 
 QtMessageHandler defaultHandler = nullptr;
 
-/// Remarks of Qt on a bare session and on windows without a display, which tell nothing about the files that are
+/// Remarks of Qt on a bare environment and on windows without a display, which tell nothing about the files that are
 /// edited.
 bool isIdle(const QString &text)
 {

@@ -126,7 +126,6 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationName(QStringLiteral("extpoint-workbench"));
     QCoreApplication::setApplicationVersion(QStringLiteral(EXTPOINT_VERSION));
     QApplication application(argc, argv);
-    QGuiApplication::setApplicationDisplayName(QString());
 
     ExtensionSystem::PluginManager manager;
     const QStringList paths = pluginPaths(commandLine);

@@ -30,6 +30,8 @@ GroupPropertyBrowser::GroupPropertyBrowser(QWidget *parent) : QWidget(parent), m
 {
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->addStretch(1);
+    // A click beside the rows leaves the row that is being edited.
+    setFocusPolicy(Qt::ClickFocus);
     setAccessibleName(tr("Properties"));
 }
 
@@ -62,6 +64,13 @@ void GroupPropertyBrowser::showProperties(const QList<PropertyItem> &items)
     }
     m_box->setVisible(!items.isEmpty());
     m_layout->insertWidget(0, m_box);
+
+    // The rows come where the sheet stands among the page's widgets, not after all of them for being newer.
+    QWidget *previous = this;
+    for (const PropertyEditor *editor : qAsConst(m_editors)) {
+        setTabOrder(previous, editor->focusProxy());
+        previous = editor->focusProxy();
+    }
 
     if (focused >= 0) {
         if (QWidget *editor = editorFor(focusedName)) {

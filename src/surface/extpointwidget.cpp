@@ -18,8 +18,8 @@ void giveRowsBack(QTreeWidget *tree)
 /// The builders outlive their widget, and nothing else would still name them then.
 void keepForEver(QObject *builder)
 {
-    static QObjectList builders;
-    builders.append(builder);
+    static auto *builders = new QObjectList;
+    builders->append(builder);
 }
 
 } // namespace

@@ -60,7 +60,7 @@ void tst_Workbench::init()
     m_environment = QProcessEnvironment::systemEnvironment();
     m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     m_environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_dir->filePath(QStringLiteral("config")));
-    // A session as bare as they come: no display, no locale.
+    // An environment as bare as they come: no display, no locale.
     for (const char *name : { "DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "LC_ALL", "LC_CTYPE", "LANG" })
         m_environment.remove(QString::fromLatin1(name));
 }

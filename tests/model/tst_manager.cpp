@@ -416,11 +416,17 @@ void TestManager::treesMayDieFirst()
     const QString path = product.add(QStringLiteral("own"), "<P id=\"own\"><ExtPointSet><ExtPoint id=\"p\"><Int/></ExtPoint></ExtPointSet></P>");
     SourceDataManager manager;
     QVERIFY(manager.load(path));
+    // What has no row is not the tree's to destroy.
+    const QPointer<Node> set = manager.definitionRoot()->children().first()->item();
+    const QPointer<Node> attribute = set->children().first()->children().first()->item();
     {
         QTreeWidget tree;
         tree.addTopLevelItem(manager.definitionRoot());
     }
     QVERIFY(!manager.definitionRoot());
+    QVERIFY(set->children().isEmpty() && !attribute->parent());
+    Node::destroySubtree(set);
+    Node::destroySubtree(attribute);
     QVERIFY(!manager.save());
     QVERIFY(Product::read(path).contains("<ExtPoint id"));
 }

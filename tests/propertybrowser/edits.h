@@ -72,7 +72,8 @@ inline Edit choosing(int index)
         for (int i = 0; i < index; ++i) {
             QTest::keyClick(list, Qt::Key_Down);
         }
-        QTest::keyClick(list, Qt::Key_Return);
+        // The list may be gone with the press.
+        QTest::keyPress(list, Qt::Key_Return);
     };
 }
 
@@ -86,7 +87,7 @@ inline Edit ticking(const QVector<int> &indexes, Qt::Key end = Qt::Key_Return)
             const QRect entry = list->visualItemRect(list->item(index));
             QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, entry.center());
         }
-        QTest::keyClick(list, end);
+        QTest::keyPress(list, end);
         QTRY_VERIFY(QApplication::activePopupWidget() == nullptr);
     };
 }
@@ -109,7 +110,7 @@ inline Edit pickingDay(int daysOn)
         for (int i = 0; i < daysOn; ++i) {
             QTest::keyClick(days, Qt::Key_Right);
         }
-        QTest::keyClick(days, Qt::Key_Return);
+        QTest::keyPress(days, Qt::Key_Return);
     };
 }
 

@@ -27,7 +27,6 @@ public:
     {
         auto *layout = new QVBoxLayout(&m_window);
         m_before = new QLineEdit(&m_window);
-        m_after = new QLineEdit(&m_window);
         layout->addWidget(m_before);
         if (kind == Group) {
             m_group = new GroupPropertyBrowser(&m_window);
@@ -38,6 +37,7 @@ public:
             layout->addWidget(m_tree, 1);
             m_spy = std::make_unique<QSignalSpy>(m_tree, &TreePropertyBrowser::propertyChanged);
         }
+        m_after = new QLineEdit(&m_window);
         layout->addWidget(m_after);
         m_window.resize(320, 400);
         m_window.show();
@@ -88,6 +88,11 @@ public:
     /// A click on the row's editor, or on the value that stands in its place, gives it the focus.
     void click(const char *name)
     {
+        // The offscreen platform activates popups, and nothing when they are gone.
+        if (QGuiApplication::platformName() == QLatin1String("offscreen") && !m_window.isActiveWindow()) {
+            m_window.activateWindow();
+            m_ready = QTest::qWaitForWindowActive(&m_window);
+        }
         QWidget *open = editor(name);
         if (open != nullptr) {
             QWidget *inner = open->focusProxy();

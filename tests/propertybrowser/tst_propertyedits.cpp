@@ -212,7 +212,8 @@ void TestPropertyEdits::nothingHappens_data()
     using T = PropertyType;
     const Edit enter = [](SheetDriver &driver) {
         driver.click("it");
-        SheetDriver::press(Qt::Key_Return, Qt::ControlModifier);
+        const bool manyLines = driver.editor("it")->findChild<QPlainTextEdit *>() != nullptr;
+        SheetDriver::press(Qt::Key_Return, manyLines ? Qt::ControlModifier : Qt::NoModifier);
     };
     const Edit escape = [](SheetDriver &driver) {
         driver.click("it");
@@ -296,7 +297,6 @@ void TestPropertyEdits::showingAgainInsideTheSignal()
         PropertyItem changed = record;
         changed.setVal(value);
         driver.show({ PropertyItem(PropertyType::String, s("new"), s("new"), s("n")), changed });
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     };
     if (auto *group = qobject_cast<GroupPropertyBrowser *>(driver.sheet())) {
         connect(group, &GroupPropertyBrowser::propertyChanged, this, again);
@@ -305,6 +305,7 @@ void TestPropertyEdits::showingAgainInsideTheSignal()
     }
     edit(driver);
     QTRY_COMPARE(driver.spy().count(), 1);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCOMPARE(driver.value("it"), expected);
     // The new rows work like the old ones.
     driver.click("new");

@@ -5,6 +5,8 @@
 
 #include <QtTest>
 
+Q_DECLARE_METATYPE(PropertyType)
+
 class TestPropertyItem : public QObject
 {
     Q_OBJECT
@@ -178,8 +180,6 @@ void TestPropertyItem::constants()
     QFETCH(QString, joined);
     QCOMPARE(constants.join(QLatin1Char(' ')), joined);
 }
-
-Q_DECLARE_METATYPE(PropertyType)
 
 QTEST_APPLESS_MAIN(TestPropertyItem)
 #include "tst_propertyitem.moc"

@@ -45,7 +45,10 @@ public:
 
     void restore() override
     {
-        m_edit->setPlainText(item().value().toString());
+        const QString value = item().value().toString();
+        if (value != text()) {
+            m_edit->setPlainText(value);
+        }
         m_shown = text();
         check();
     }

@@ -14,7 +14,12 @@ PropertyEditor::PropertyEditor(const PropertyItem &item, QWidget *parent) : QWid
 
 bool PropertyEditor::commit()
 {
-    if (m_retired || m_suspended || !isModified()) {
+    if (m_retired || m_suspended) {
+        return true;
+    }
+    if (!isModified()) {
+        // The same value may have been typed in another way.
+        restore();
         return true;
     }
     if (!isAcceptable()) {
@@ -141,14 +146,22 @@ bool PropertyEditor::handleKey(QKeyEvent *event)
     return false;
 }
 
+bool PropertyEditor::holds(const QWidget *widget) const
+{
+    // Through window borders, unlike isAncestorOf(): a list that the editor drops down is a window.
+    while (widget != nullptr && widget != this) {
+        widget = widget->parentWidget();
+    }
+    return widget != nullptr;
+}
+
 void PropertyEditor::focusLeft(Qt::FocusReason reason)
 {
     // Another window or a menu borrows the focus; and where the focus goes because the row is hidden or disabled, the
     // page may already be about something else.
     const bool stays = reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason
         || reason == Qt::ActiveWindowFocusReason || m_suspended || !isVisible() || !isEnabled();
-    const QWidget *next = QApplication::focusWidget();
-    if (stays || (next != nullptr && (next == m_inner || isAncestorOf(next)))) {
+    if (stays || holds(QApplication::focusWidget())) {
         return;
     }
     const QPointer<PropertyEditor> self(this);

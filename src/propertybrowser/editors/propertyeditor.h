@@ -71,6 +71,7 @@ protected:
 
 private:
     bool handleKey(QKeyEvent *event);
+    [[nodiscard]] bool holds(const QWidget *widget) const;
     void focusLeft(Qt::FocusReason reason);
 
     PropertyItem m_item;

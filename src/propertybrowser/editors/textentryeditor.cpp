@@ -89,8 +89,10 @@ bool TextEntryEditor::isAcceptable() const
 void TextEntryEditor::restore()
 {
     m_shown = m_codec.shownText(item());
-    m_line->setText(m_shown);
-    m_line->setCursorPosition(0);
+    if (m_line->text() != m_shown) {
+        m_line->setText(m_shown);
+        m_line->setCursorPosition(0);
+    }
     // What the line shows may differ from what it was given: it has no line breaks.
     m_shown = m_line->text();
     onTextChanged();

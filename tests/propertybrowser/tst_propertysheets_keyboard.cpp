@@ -1,0 +1,327 @@
+#include "edits.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QPushButton>
+
+namespace {
+
+/// Rows of which Tab stops at all but the third and the fifth.
+QList<PropertyItem> rows()
+{
+    using T = PropertyType;
+    const auto row
+        = [](T type, const char *name, const QVariant &value) { return PropertyItem(type, s(name), s(name), value); };
+    QList<PropertyItem> items { row(T::String, "string", s("a")), row(T::Bool, "bool", false),
+        row(T::Null, "null", s("x")), row(T::Text, "text", s("t")), row(T::String, "fixed", s("f")),
+        row(T::Enum, "enum", s("b")), row(T::Date, "date", s("2024-02-28")), row(T::File, "file", s("")),
+        row(T::KeySequence, "keys", s("")) };
+    items[4].setEditable(false);
+    for (const QStringList &option : abc) {
+        items[5].addOption({ option.at(0), option.at(1), QString() });
+    }
+    return items;
+}
+
+/// The row that has the focus, "before" or "after" the sheet, or "" for anywhere else.
+QString focusedRow(const SheetDriver &driver)
+{
+    const QWidget *focus = QApplication::focusWidget();
+    if (focus == driver.before() || focus == driver.after()) {
+        return focus == driver.before() ? s("before") : s("after");
+    }
+    for (const PropertyItem &each : rows()) {
+        const QWidget *editor = driver.editor(qPrintable(each.name()));
+        if (editor != nullptr && focus != nullptr && editor->isAncestorOf(focus)) {
+            return each.name();
+        }
+    }
+    return {};
+}
+
+/// A key as it comes from the window system, to whatever has the focus.
+void key(Qt::Key code, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+{
+    QTest::keyClick(QGuiApplication::focusWindow(), code, modifiers);
+    QCoreApplication::processEvents();
+}
+
+} // namespace
+
+class TestPropertySheetsKeyboard : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void tabWalksTheRows_data();
+    void tabWalksTheRows();
+    void tabWalksThroughRowsShownAnew_data();
+    void tabWalksThroughRowsShownAnew();
+    void keysThatOpenARow_data();
+    void keysThatOpenARow();
+    void arrowsWalkTheClosedRows();
+    void spaceTicks_data();
+    void spaceTicks();
+    void choiceIsMadeWithKeysAlone_data();
+    void choiceIsMadeWithKeysAlone();
+    void enterAndEscapeStayInTheSheet_data();
+    void enterAndEscapeStayInTheSheet();
+    void leavingForAnotherWindowKeepsTheText_data();
+    void leavingForAnotherWindowKeepsTheText();
+};
+
+void TestPropertySheetsKeyboard::tabWalksTheRows_data()
+{
+    QTest::addColumn<SheetDriver::Kind>("kind");
+    QTest::newRow("group") << SheetDriver::Group;
+    QTest::newRow("tree") << SheetDriver::Tree;
+}
+
+void TestPropertySheetsKeyboard::tabWalksTheRows()
+{
+    QFETCH(SheetDriver::Kind, kind);
+    SheetDriver driver(kind);
+    QVERIFY(driver.ready());
+    driver.show(rows());
+    QStringList forward;
+    for (int i = 0; i < 8; ++i) {
+        key(Qt::Key_Tab);
+        forward.append(focusedRow(driver));
+    }
+    QCOMPARE(forward.join(QLatin1Char(' ')), s("string bool text enum date file keys after"));
+    QStringList back;
+    for (int i = 0; i < 8; ++i) {
+        key(Qt::Key_Backtab, Qt::ShiftModifier);
+        back.append(focusedRow(driver));
+    }
+    QCOMPARE(back.join(QLatin1Char(' ')), s("keys file date enum text bool string before"));
+    QCOMPARE(driver.spy().count(), 0);
+}
+
+void TestPropertySheetsKeyboard::tabWalksThroughRowsShownAnew_data()
+{
+    tabWalksTheRows_data();
+}
+
+/// Each Tab commits, and the page answers every commit with the whole sheet and one more row on top.
+void TestPropertySheetsKeyboard::tabWalksThroughRowsShownAnew()
+{
+    QFETCH(SheetDriver::Kind, kind);
+    SheetDriver driver(kind);
+    QVERIFY(driver.ready());
+    QList<PropertyItem> items = rows();
+    driver.show(items);
+    const auto again = [&](const QString &name, const QVariant &value) {
+        for (PropertyItem &each : items) {
+            if (each.name() == name) {
+                each.setVal(value);
+            }
+        }
+        const QString more = s("more%1").arg(items.size());
+        items.prepend(PropertyItem(PropertyType::String, more, more, QString()));
+        driver.show(items);
+    };
+    if (auto *group = qobject_cast<GroupPropertyBrowser *>(driver.sheet())) {
+        connect(group, &GroupPropertyBrowser::propertyChanged, this, again);
+    } else {
+        connect(static_cast<TreePropertyBrowser *>(driver.sheet()), &TreePropertyBrowser::propertyChanged, this, again);
+    }
+    QStringList walked;
+    key(Qt::Key_Tab);
+    for (int i = 0; i < 7; ++i) {
+        const QString row = focusedRow(driver);
+        walked.append(row);
+        if (row == s("string") || row == s("text")) {
+            SheetDriver::type(s("typed"));
+        }
+        key(Qt::Key_Tab);
+    }
+    QCOMPARE(walked.join(QLatin1Char(' ')), s("string bool text enum date file keys"));
+    QCOMPARE(focusedRow(driver), s("after"));
+    QCOMPARE(driver.spy().count(), 2);
+    QCOMPARE(driver.value("text"), QVariant(s("typed")));
+}
+
+void TestPropertySheetsKeyboard::keysThatOpenARow_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("F2") << int(Qt::Key_F2) << s("a");
+    QTest::newRow("Enter") << int(Qt::Key_Return) << s("a");
+    QTest::newRow("Space") << int(Qt::Key_Space) << s("a");
+    QTest::newRow("typing replaces") << int(Qt::Key_Q) << s("q");
+}
+
+void TestPropertySheetsKeyboard::keysThatOpenARow()
+{
+    QFETCH(int, code);
+    QFETCH(QString, shown);
+    SheetDriver driver(SheetDriver::Tree);
+    QVERIFY(driver.ready());
+    driver.show(rows());
+    driver.treeWidget()->setFocus();
+    driver.treeWidget()->setCurrentItem(driver.row("string"));
+    QVERIFY(driver.editor("string") == nullptr);
+    key(static_cast<Qt::Key>(code));
+    QCOMPARE(focusedRow(driver), s("string"));
+    QCOMPARE(driver.shown("string"), shown);
+    key(Qt::Key_Escape);
+    QVERIFY(driver.editor("string") == nullptr);
+    QVERIFY(driver.treeWidget()->hasFocus());
+    QCOMPARE(driver.shown("string"), s("a"));
+    QCOMPARE(driver.spy().count(), 0);
+}
+
+void TestPropertySheetsKeyboard::arrowsWalkTheClosedRows()
+{
+    SheetDriver driver(SheetDriver::Tree);
+    QVERIFY(driver.ready());
+    driver.show(rows());
+    driver.treeWidget()->setFocus();
+    driver.treeWidget()->setCurrentItem(driver.row("string"));
+    key(Qt::Key_Down);
+    QCOMPARE(driver.treeWidget()->currentItem(), driver.row("bool"));
+    // Into the check box, and out of it again.
+    key(Qt::Key_F2);
+    QCOMPARE(focusedRow(driver), s("bool"));
+    key(Qt::Key_Down);
+    QCOMPARE(driver.treeWidget()->currentItem(), driver.row("null"));
+    // An arrow in an open row moves no rows.
+    driver.treeWidget()->setCurrentItem(driver.row("string"));
+    key(Qt::Key_Return);
+    key(Qt::Key_Down);
+    QCOMPARE(focusedRow(driver), s("string"));
+    QCOMPARE(driver.treeWidget()->currentItem(), driver.row("string"));
+    QCOMPARE(driver.spy().count(), 0);
+}
+
+void TestPropertySheetsKeyboard::spaceTicks_data()
+{
+    tabWalksTheRows_data();
+}
+
+void TestPropertySheetsKeyboard::spaceTicks()
+{
+    QFETCH(SheetDriver::Kind, kind);
+    SheetDriver driver(kind);
+    QVERIFY(driver.ready());
+    driver.show(rows());
+    if (driver.isTree()) {
+        driver.treeWidget()->setFocus();
+        driver.treeWidget()->setCurrentItem(driver.row("bool"));
+    } else {
+        driver.editor("bool")->setFocus();
+    }
+    key(Qt::Key_Space);
+    QCOMPARE(driver.spy().count(), 1);
+    QCOMPARE(driver.value("bool"), QVariant(true));
+    key(Qt::Key_Space);
+    QCOMPARE(driver.spy().count(), 2);
+    QCOMPARE(driver.value("bool"), QVariant(false));
+}
+
+void TestPropertySheetsKeyboard::choiceIsMadeWithKeysAlone_data()
+{
+    tabWalksTheRows_data();
+}
+
+void TestPropertySheetsKeyboard::choiceIsMadeWithKeysAlone()
+{
+    QFETCH(SheetDriver::Kind, kind);
+    SheetDriver driver(kind);
+    QVERIFY(driver.ready());
+    driver.show(rows());
+    for (int i = 0; i < 4; ++i) {
+        key(Qt::Key_Tab);
+    }
+    QCOMPARE(focusedRow(driver), s("enum"));
+    key(Qt::Key_F4);
+    QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
+    QTest::keyClick(QApplication::activePopupWidget()->windowHandle(), Qt::Key_Down);
+    // The list is gone with the press.
+    QTest::keyPress(QApplication::activePopupWidget()->windowHandle(), Qt::Key_Return);
+    QTRY_COMPARE(driver.spy().count(), 1);
+    QCOMPARE(driver.value("enum"), QVariant(s("c")));
+    // On from there, without touching the window.
+    key(Qt::Key_Tab);
+    QCOMPARE(focusedRow(driver), s("date"));
+}
+
+void TestPropertySheetsKeyboard::enterAndEscapeStayInTheSheet_data()
+{
+    tabWalksTheRows_data();
+}
+
+/// In a dialog Enter presses the default button and Escape closes; not while they mean something to a row.
+void TestPropertySheetsKeyboard::enterAndEscapeStayInTheSheet()
+{
+    QFETCH(SheetDriver::Kind, kind);
+    QDialog dialog;
+    auto *layout = new QVBoxLayout(&dialog);
+    auto *group = new GroupPropertyBrowser(&dialog);
+    auto *tree = new TreePropertyBrowser(&dialog);
+    layout->addWidget(group);
+    layout->addWidget(tree);
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok, &dialog);
+    layout->addWidget(buttons);
+    connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+    QSignalSpy finished(&dialog, &QDialog::finished);
+    group->showProperties(rows());
+    tree->showProperties(rows());
+    dialog.show();
+    dialog.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    const auto open = [&] {
+        if (kind == SheetDriver::Group) {
+            group->editorFor(s("string"))->setFocus();
+        } else {
+            QVERIFY(tree->openEditor(s("string")));
+        }
+    };
+    open();
+    SheetDriver::type(s("typed"));
+    key(Qt::Key_Return);
+    QVERIFY(dialog.isVisible());
+    open();
+    SheetDriver::type(s("other"));
+    key(Qt::Key_Escape);
+    QVERIFY(dialog.isVisible());
+    const QList<PropertyItem> items = kind == SheetDriver::Group ? group->properties() : tree->properties();
+    QCOMPARE(items.first().value(), QVariant(s("typed")));
+    // Nothing is left to give up.
+    key(Qt::Key_Escape);
+    QCOMPARE(finished.count(), 1);
+}
+
+void TestPropertySheetsKeyboard::leavingForAnotherWindowKeepsTheText_data()
+{
+    tabWalksTheRows_data();
+}
+
+void TestPropertySheetsKeyboard::leavingForAnotherWindowKeepsTheText()
+{
+    QFETCH(SheetDriver::Kind, kind);
+    SheetDriver driver(kind);
+    QVERIFY(driver.ready());
+    driver.show({ item(PropertyType::String, s("old"), { { s("regexp"), s("[a-z]+") } }) });
+    driver.click("it");
+    SheetDriver::type(s("half 1"));
+    {
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        QVERIFY(!driver.sheet()->isActiveWindow());
+    }
+    driver.sheet()->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(driver.sheet()->window()));
+    QCOMPARE(driver.shown("it"), s("half 1"));
+    QVERIFY(driver.isMarked("it"));
+    QCOMPARE(driver.spy().count(), 0);
+    SheetDriver::type(s("whole"));
+    key(Qt::Key_Return);
+    QCOMPARE(driver.spy().count(), 1);
+}
+
+QTEST_MAIN(TestPropertySheetsKeyboard)
+#include "tst_propertysheets_keyboard.moc"
