@@ -11,6 +11,8 @@
 #include <QFile>
 #include <QSaveFile>
 
+#include <cerrno>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -81,8 +83,11 @@ bool replaceFile(const SaveTarget &target, const QByteArray &bytes, QString *rea
     if (target.exists && !makeAlike(file.handle(), target))
         return failBySystem();
     // commit() alone puts a cut file in place when the disk is full, and calls it a success.
-    if (file.write(bytes) != bytes.size() || !file.flush() || file.error() != QFileDevice::NoError)
-        return failByFile();
+    errno = 0;
+    if (file.write(bytes) != bytes.size() || !file.flush() || file.error() != QFileDevice::NoError) {
+        // A file-size limit, for one, has no text of Qt's.
+        return errno != 0 ? failBySystem() : failByFile();
+    }
     if (!syncToDisk(file.handle()))
         return failBySystem();
     if (!file.commit())
