@@ -24,6 +24,8 @@ namespace {
 const EditorTable::Kind readOnly { PropertyType::Null, ReadOnlyEditor::create, ReadOnlyEditor::display };
 
 const EditorTable::Kind kinds[] = {
+    // A key that no table knows is text; there is no other place to change it.
+    { PropertyType::Null, LineEditor::create, LineEditor::display },
     { PropertyType::Bool, CheckBoxEditor::create, CheckBoxEditor::display, true },
     { PropertyType::Int, IntegerEditor::create, IntegerEditor::display },
     { PropertyType::Float, FloatEditor::create, FloatEditor::display },
@@ -59,5 +61,5 @@ const EditorTable::Kind &EditorTable::kindOf(const PropertyItem &item)
 
 bool EditorTable::isEditable(const PropertyItem &item)
 {
-    return kindOf(item).type != PropertyType::Null;
+    return &kindOf(item) != &readOnly;
 }

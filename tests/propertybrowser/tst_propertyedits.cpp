@@ -73,6 +73,7 @@ void TestPropertyEdits::edits_data()
     row("string", item(T::String, s("old")), s("old"), typing("new"), s("new"));
     row("string from nothing", item(T::String, QVariant()), s(""), typing("x & <y>"), s("x & <y>"));
     row("string emptied", item(T::String, s("old")), s("old"), typing(""), s(""));
+    row("no type", item(T::Null, s("old")), s("old"), typing("new"), s("new"));
     row("string from a number", item(T::String, 5), s("5"), typing("6"), s("6"));
 
     const Edit paragraphs = [](SheetDriver &driver) {
@@ -249,6 +250,15 @@ void TestPropertyEdits::nothingHappens_data()
     };
     row("wheel over a number", item(T::Int, 5), s("5"), wheel);
     row("wheel over a choice", withOptions(T::Enum, s("b"), abc), s("Bee"), wheel);
+    const Edit wheelInFocus = [wheel](SheetDriver &driver) {
+        driver.click("it");
+        QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
+        QTest::keyPress(QApplication::activePopupWidget()->findChild<QAbstractItemView *>(), Qt::Key_Escape);
+        QTRY_VERIFY(QApplication::activePopupWidget() == nullptr);
+        driver.editor("it")->setFocus();
+        wheel(driver);
+    };
+    row("wheel over a choice in focus", withOptions(T::Enum, s("b"), abc), s("Bee"), wheelInFocus);
 }
 
 void TestPropertyEdits::nothingHappens()

@@ -33,7 +33,7 @@ const TextCodec codec = [] {
 QString startOf(const PropertyItem &item, const QString &typed)
 {
     const QString directory = item.data(PropertyKey::Directory).toString();
-    const QDir base(QDir::current().absoluteFilePath(directory));
+    const QDir base(directory);
     const QString file = base.absoluteFilePath(typed);
     if (!typed.isEmpty() && QFileInfo::exists(file)) {
         return QDir::cleanPath(file);

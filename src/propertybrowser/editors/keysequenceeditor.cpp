@@ -56,6 +56,7 @@ public:
         clear->setAccessibleName(name);
         clear->setFocusPolicy(Qt::NoFocus);
         clear->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+        clear->setFixedWidth(buttonWidth());
         auto *layout = new QHBoxLayout(this);
         layout->setContentsMargins(0, 0, 0, 0);
         layout->setSpacing(2);

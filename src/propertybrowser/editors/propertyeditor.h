@@ -43,8 +43,8 @@ public:
     /// editor meanwhile, which may then be gone.
     [[nodiscard]] bool runDialog(const std::function<void()> &dialog);
 
-    /// An in-place editor asks for no room: one that is higher than its row lies over the rows below, so that these don't
-    /// move away under a click that closes it.
+    /// An in-place editor asks for no room: one that is higher than its row lies over the rows below, so that these
+    /// don't move away under a click that closes it.
     [[nodiscard]] QSize sizeHint() const override;
     /// The height at which the whole editor is seen.
     [[nodiscard]] int fullHeight() const { return QWidget::sizeHint().height(); }
@@ -59,6 +59,8 @@ protected:
     [[nodiscard]] QWidget *inner() const { return m_inner; }
     /// Marks `inner` as refused, with the reason as tool tip and accessible description; an empty reason ends it.
     void mark(const QString &problem);
+    /// That of the button beside a line, alike in all rows.
+    [[nodiscard]] int buttonWidth() const { return fontMetrics().height() + 8; }
     /// A choice was made: commit, and tell the sheet that editing is over.
     void commitChoice();
     /// Whether this Enter commits, instead of being typed.

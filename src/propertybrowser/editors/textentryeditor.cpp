@@ -43,6 +43,7 @@ QToolButton *TextEntryEditor::addButton(
     // Tab goes from row to row; the keyboard reaches the button with F4.
     button->setFocusPolicy(Qt::NoFocus);
     button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    button->setFixedWidth(buttonWidth());
     layout()->addWidget(button);
     // In a narrow sheet the text needs the room more; the arrow keys still step.
     if (auto *stepping = qobject_cast<SteppingEdit *>(inner())) {
