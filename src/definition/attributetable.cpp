@@ -2,6 +2,7 @@
 
 #include "model/definitions.h"
 #include "model/pointtreewidgetitem.h"
+#include "tablecells.h"
 
 #include <QTableWidget>
 
@@ -12,24 +13,20 @@ QStringList AttributeTable::columns()
 
 void AttributeTable::fill(QTableWidget *table, const PointTreeWidgetItem *owner)
 {
-    const QStringList keys = columns();
-    table->clear();
-    table->setRowCount(0);
-    table->setColumnCount(keys.size());
-    table->setHorizontalHeaderLabels(keys);
+    TableCells::reset(table, columns());
     if (!owner)
         return;
     const Definitions::Nodes attributes = Definitions::declarations(owner);
-    table->setRowCount(attributes.size());
-    for (int row = 0; row < attributes.size(); ++row) {
-        PointTreeWidgetItem *attribute = attributes.at(row);
-        for (int column = 0; column < keys.size(); ++column) {
-            const QString &key = keys.at(column);
-            const bool isType = key == QLatin1String("type");
-            auto *cell = new QTableWidgetItem(isType ? attribute->kind() : attribute->property(key).toString());
-            cell->setFlags(cell->flags() & ~Qt::ItemIsEditable);
-            cell->setToolTip(cell->text());
-            table->setItem(row, column, cell);
-        }
-    }
+    for (PointTreeWidgetItem *attribute : attributes)
+        appendRow(table, attribute);
+    TableCells::fit(table);
+}
+
+void AttributeTable::appendRow(QTableWidget *table, PointTreeWidgetItem *attribute)
+{
+    QStringList texts;
+    const QStringList keys = columns();
+    for (const QString &key : keys)
+        texts.append(key == QLatin1String("type") ? attribute->kind() : attribute->property(key).toString());
+    TableCells::appendRow(table, texts);
 }

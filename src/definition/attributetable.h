@@ -14,4 +14,6 @@ namespace AttributeTable {
 /// Shows a row for each model child of @p owner that is no sub point, in order; null empties the table.
 void fill(QTableWidget *table, const PointTreeWidgetItem *owner);
 
+void appendRow(QTableWidget *table, PointTreeWidgetItem *attribute);
+
 } // namespace AttributeTable

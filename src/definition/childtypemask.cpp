@@ -34,5 +34,6 @@ QString ChildTypeMask::textOf(int mask) const
         if (mask & m_bits.at(i))
             keys.append(m_names.at(i));
     }
-    return keys.join(QLatin1Char('|'));
+    // Not a null string: the property is there, and empty.
+    return keys.isEmpty() ? QStringLiteral("") : keys.join(QLatin1Char('|'));
 }

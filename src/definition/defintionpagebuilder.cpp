@@ -1,17 +1,29 @@
 #include "defintionpagebuilder.h"
 
+#include "attributesheet.h"
 #include "attributetable.h"
+#include "enumtable.h"
 #include "model/controller.h"
+#include "model/definitions.h"
 #include "model/pointtreewidgetitem.h"
+#include "pointcreation.h"
 #include "surface/extpointwidgetform.h"
+#include "tablecells.h"
+#include "treemenu.h"
 
-#include <QHeaderView>
+#include <QCursor>
+#include <QMenu>
+#include <QShortcut>
+#include <QToolButton>
+
+using PointCreation::Role;
 
 DefintionPageBuilder::DefintionPageBuilder(Ui::ExtPointWidget *ui, QObject *parent)
     : QObject(parent)
     , m_ui(ui)
     , m_pointPropertyTypes(PointSheet::pointTypes())
     , m_subPointPropertyTypes(PointSheet::subPointTypes())
+    , m_treeMenu(std::make_unique<TreeMenu>())
 {
 }
 
@@ -29,21 +41,21 @@ void DefintionPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
     ui->splitter_3->setSizes({ 230, 560, 380 });
     ui->splitter_2->setStretchFactor(0, 3);
     ui->splitter_2->setStretchFactor(1, 2);
-    ui->splitter_3->setChildrenCollapsible(false);
-    ui->splitter_2->setChildrenCollapsible(false);
+    for (QSplitter *splitter : { ui->splitter_3, ui->splitter_2, ui->splitter })
+        splitter->setChildrenCollapsible(false);
 
     ui->defintionTree->setAccessibleName(tr("Extension points of this plug-in"));
-    ui->defintionTable->setAccessibleName(tr("Attributes of the selected point"));
-    ui->defintionTable->setSelectionBehavior(QAbstractItemView::SelectRows);
-    ui->defintionTable->setSelectionMode(QAbstractItemView::SingleSelection);
-    ui->defintionTable->verticalHeader()->hide();
-    ui->defintionTable->horizontalHeader()->setStretchLastSection(true);
+    ui->defintionTree->setContextMenuPolicy(Qt::CustomContextMenu);
+    ui->basicInfo->setAccessibleName(tr("Basic information"));
+    ui->editInfoWidget->setAccessibleName(tr("Attribute"));
+    TableCells::prepare(ui->defintionTable, tr("Attributes of the selected point"));
+    TableCells::prepare(ui->enumTable, tr("Entries of the enumeration"));
     AttributeTable::fill(ui->defintionTable, nullptr);
-
-    for (QPushButton *button : { ui->pushButton_add_extpoint, ui->pushButton_add_attr, ui->pushButton_del_attr })
-        button->setEnabled(false);
+    EnumTable::fill(ui->enumTable, nullptr);
     ui->editInfoWidget->hide();
     ui->enumGroup->hide();
+    createAddPropertyButton();
+    updateButtons();
 }
 
 void DefintionPageBuilder::loadTree()
@@ -53,17 +65,74 @@ void DefintionPageBuilder::loadTree()
         return;
     m_ui->defintionTree->addTopLevelItem(root);
     m_ui->defintionTree->expandAll();
+    updateButtons();
 }
 
 void DefintionPageBuilder::createConnections()
 {
     if (!m_ui)
         return;
+    connect(m_treeMenu->createPoint(), &QAction::triggered, this, &DefintionPageBuilder::onCreatPoint);
+    connect(m_treeMenu->createSubPoint(), &QAction::triggered, this, &DefintionPageBuilder::onCreatPoint);
+    connect(m_treeMenu->deletePoint(), &QAction::triggered, this, &DefintionPageBuilder::onDelPoint);
+    connect(m_ui->defintionTree, &QWidget::customContextMenuRequested, this, &DefintionPageBuilder::onDefineTreeMenu);
     connect(m_ui->defintionTree, &QTreeWidget::itemClicked, this, &DefintionPageBuilder::onDefineTreeItemClicked);
-    connect(m_ui->defintionTree, &QTreeWidget::currentItemChanged, this,
-        [this](QTreeWidgetItem *current) { onDefineTreeItemClicked(current, 0); });
+    connect(m_ui->defintionTable, &QTableWidget::itemClicked, this, &DefintionPageBuilder::onDefineTableItemClicked);
+    connect(m_ui->enumTable, &QTableWidget::itemClicked, this, &DefintionPageBuilder::onEnumTableItemClicked);
     connect(
         m_ui->basicInfo, &GroupPropertyBrowser::propertyChanged, this, &DefintionPageBuilder::onBasicInfoDataChange);
+    connect(
+        m_ui->editInfoWidget, &TreePropertyBrowser::propertyChanged, this, &DefintionPageBuilder::onEditInfoDataChange);
+    for (QPushButton *button : { m_ui->pushButton_add_attr, m_ui->pushButton_add_enum })
+        connect(button, &QPushButton::clicked, this, &DefintionPageBuilder::onAddButtonClicked);
+    for (QPushButton *button : { m_ui->pushButton_del_attr, m_ui->pushButton_delete_enmu })
+        connect(button, &QPushButton::clicked, this, &DefintionPageBuilder::onDelButtonClicked);
+    connect(m_ui->pushButton_add_extpoint, &QPushButton::clicked, this,
+        [this] { createPointIn(Controller::instance()->definitionRoot()); });
+
+    // The keyboard moves the current row without a click and shows the same.
+    connect(m_ui->defintionTree, &QTreeWidget::currentItemChanged, this,
+        [this](QTreeWidgetItem *current) { onDefineTreeItemClicked(current, 0); });
+    connect(m_ui->defintionTable, &QTableWidget::currentItemChanged, this,
+        [this](QTableWidgetItem *current) { onDefineTableItemClicked(current); });
+    connect(m_ui->enumTable, &QTableWidget::currentItemChanged, this,
+        [this](QTableWidgetItem *current) { onEnumTableItemClicked(current); });
+    createKeys();
+}
+
+void DefintionPageBuilder::createKeys()
+{
+    const auto onKey = [this](QWidget *widget, const QKeySequence &key, auto action) {
+        connect(new QShortcut(key, widget, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated, this, action);
+    };
+    QTreeWidget *tree = m_ui->defintionTree;
+    onKey(tree, QKeySequence(Qt::Key_Delete), [this, tree] {
+        PointTreeWidgetItem *item = PointTreeWidgetItem::fromRow(tree->currentItem());
+        if (item && PointCreation::roleOf(item) != Role::Plugin)
+            destroyPoint(item);
+    });
+    onKey(tree, QKeySequence(Qt::Key_Insert), [this, tree] {
+        PointTreeWidgetItem *item = PointTreeWidgetItem::fromRow(tree->currentItem());
+        if (!item || PointCreation::roleOf(item) == Role::Plugin)
+            createPointIn(Controller::instance()->definitionRoot());
+        else if (PointCreation::roleOf(item) == Role::Point)
+            createSubPointOf(item);
+        else
+            createSubPointOf(PointTreeWidgetItem::fromRow(item->QTreeWidgetItem::parent()));
+    });
+    onKey(tree, QKeySequence(Qt::Key_F2), [this] {
+        if (QWidget *editor = m_ui->basicInfo->editorFor(QStringLiteral("name")))
+            editor->setFocus(Qt::ShortcutFocusReason);
+    });
+    for (QTableWidget *table : { m_ui->defintionTable, m_ui->enumTable }) {
+        const bool attributes = table == m_ui->defintionTable;
+        QPushButton *add = attributes ? m_ui->pushButton_add_attr : m_ui->pushButton_add_enum;
+        QPushButton *remove = attributes ? m_ui->pushButton_del_attr : m_ui->pushButton_delete_enmu;
+        onKey(table, QKeySequence(Qt::Key_Insert), [add] { add->click(); });
+        onKey(table, QKeySequence(Qt::Key_Delete), [remove] { remove->click(); });
+        const QString labelKey = attributes ? QStringLiteral("name") : QStringLiteral("text");
+        onKey(table, QKeySequence(Qt::Key_F2), [this, labelKey] { m_ui->editInfoWidget->openEditor(labelKey); });
+    }
 }
 
 void DefintionPageBuilder::refreshAttributeTypes()
@@ -82,50 +151,168 @@ void DefintionPageBuilder::showLoaded()
     m_ui->defintionTree->setCurrentItem(m_ui->defintionTree->topLevelItem(0));
 }
 
+void DefintionPageBuilder::onDefineTreeMenu(const QPoint &pos)
+{
+    if (!m_ui)
+        return;
+    m_menuItem = PointTreeWidgetItem::fromRow(m_ui->defintionTree->itemAt(pos));
+    if (!m_menuItem)
+        return;
+    m_treeMenu->fitTo(m_menuItem);
+    m_treeMenu->exec(QCursor::pos());
+}
+
+void DefintionPageBuilder::onCreatPoint()
+{
+    const auto *action = qobject_cast<QAction *>(sender());
+    if (!action || !m_menuItem)
+        return;
+    if (action->text() == TreeMenu::createPointText())
+        createPointIn(m_menuItem);
+    else if (action->text() == TreeMenu::createSubPointText())
+        createSubPointOf(m_menuItem);
+}
+
+void DefintionPageBuilder::onDelPoint()
+{
+    if (m_menuItem && PointCreation::roleOf(m_menuItem) != Role::Plugin)
+        destroyPoint(m_menuItem);
+}
+
+void DefintionPageBuilder::createPointIn(PointTreeWidgetItem *plugin)
+{
+    if (!plugin || !m_ui)
+        return;
+    PointTreeWidgetItem *point = PointCreation::createPoint(plugin);
+    Q_EMIT addDefine(plugin->property(QStringLiteral("id")).toString(), point, nullptr);
+    m_ui->defintionTree->setCurrentItem(point);
+    m_ui->defintionTree->scrollToItem(point);
+    onDefineTreeItemClicked(point, 0);
+    Q_EMIT modified(true);
+}
+
+void DefintionPageBuilder::createSubPointOf(PointTreeWidgetItem *point)
+{
+    if (!point || !m_ui)
+        return;
+    PointTreeWidgetItem *subPoint = PointCreation::createSubPoint(point);
+    // The realization page is told first: making the row current shows the sub point already.
+    QTreeWidgetItem *above = point->QTreeWidgetItem::parent();
+    if (above)
+        Q_EMIT addDefine(PointTreeWidgetItem::fromRow(above)->property(QStringLiteral("id")).toString(), point, subPoint);
+    m_ui->defintionTree->setCurrentItem(subPoint);
+    m_ui->defintionTree->scrollToItem(subPoint);
+    if (above)
+        onDefineTreeItemClicked(subPoint, 0);
+    Q_EMIT modified(true);
+}
+
+void DefintionPageBuilder::destroyPoint(PointTreeWidgetItem *point)
+{
+    PointCreation::takeOut(point);
+    Q_EMIT delDefine(point);
+    PointCreation::destroyWithCounterpart(point);
+    m_menuItem = nullptr;
+    if (!m_currentPoint && m_ui)
+        onDefineTreeItemClicked(m_ui->defintionTree->currentItem(), 0);
+    updateButtons();
+    Q_EMIT modified(true);
+}
+
 void DefintionPageBuilder::onDefineTreeItemClicked(QTreeWidgetItem *item, int)
 {
     if (!m_ui)
         return;
     m_ui->editInfoWidget->hide();
     m_ui->enumGroup->hide();
+    m_currentAttribute = nullptr;
     PointTreeWidgetItem *node = PointTreeWidgetItem::fromRow(item);
-    if (!node)
-        return;
-    m_currentPoint = node;
-    const bool isSubPoint = node->isKind(QLatin1String("SubExtPoint"));
-    if (!node->property(QStringLiteral("id")).isNull())
-        showPointSheet();
-    else if (!isSubPoint)
-        m_ui->basicInfo->showProperties({});
-    if (isSubPoint)
-        showSubPointSheet();
+    if (node) {
+        m_currentPoint = node;
+        m_editTarget = node;
+        m_editMode = EditAttribute;
+    }
+    showBasicInfo();
+    AttributeTable::fill(m_ui->defintionTable, currentTakesAttributes() ? m_currentPoint.data() : nullptr);
+    updateButtons();
+}
 
-    // The children of a plug-in are its sets, which are no attributes of anything.
-    const bool isPoint = isSubPoint || node->isKind(QLatin1String("ExtPoint"));
-    m_ui->groupBox_3->setEnabled(isPoint);
-    AttributeTable::fill(m_ui->defintionTable, isPoint ? node : nullptr);
-    m_ui->defintionTable->resizeColumnsToContents();
+void DefintionPageBuilder::showBasicInfo()
+{
+    QList<PropertyItem> records;
+    if (m_currentPoint) {
+        if (PointCreation::roleOf(m_currentPoint) == Role::SubPoint) {
+            m_childTypes = ChildTypeMask(m_currentPoint->parent());
+            records = PointSheet::ofSubPoint(
+                m_currentPoint, m_subPointPropertyTypes, m_pointPropertyTypes, m_childTypes);
+        } else if (!m_currentPoint->property(QStringLiteral("id")).isNull()) {
+            records = PointSheet::ofPoint(m_currentPoint, m_pointPropertyTypes);
+        }
+    }
+    m_ui->basicInfo->showProperties(records);
 }
 
 void DefintionPageBuilder::onBasicInfoDataChange(const QString &name, const QVariant &value)
 {
     if (!m_currentPoint)
         return;
+    const QVariant old = m_currentPoint->property(name);
     const bool isChildType = name == QLatin1String("childtype");
     m_currentPoint->setProperty(name, isChildType ? QVariant(m_childTypes.textOf(value.toInt())) : value);
-    if (name == QLatin1String("name"))
-        m_currentPoint->setText(0, value.toString());
+    PointCreation::followRename(m_currentPoint, name, old.toString());
     Q_EMIT modified(true);
+    if (m_currentPoint && name == QLatin1String("name"))
+        m_currentPoint->setText(0, value.toString());
 }
 
-void DefintionPageBuilder::showPointSheet()
+void DefintionPageBuilder::createAddPropertyButton()
 {
-    m_ui->basicInfo->showProperties(PointSheet::ofPoint(m_currentPoint, m_pointPropertyTypes));
+    m_addProperty = new QToolButton(m_ui->groupBox_2);
+    m_addProperty->setObjectName(QStringLiteral("addPropertyButton"));
+    m_addProperty->setText(tr("Add Property"));
+    m_addProperty->setToolTip(tr("Add a property that the selected point does not have yet"));
+    m_addProperty->setPopupMode(QToolButton::InstantPopup);
+    m_addProperty->setMenu(new QMenu(m_addProperty));
+    m_ui->verticalLayout_4->addWidget(m_addProperty, 0, Qt::AlignRight);
+    connect(m_addProperty->menu(), &QMenu::aboutToShow, this, &DefintionPageBuilder::fillAddPropertyMenu);
 }
 
-void DefintionPageBuilder::showSubPointSheet()
+void DefintionPageBuilder::fillAddPropertyMenu()
 {
-    m_childTypes = ChildTypeMask(m_currentPoint->parent());
-    m_ui->basicInfo->showProperties(
-        PointSheet::ofSubPoint(m_currentPoint, m_subPointPropertyTypes, m_pointPropertyTypes, m_childTypes));
+    QMenu *menu = m_addProperty->menu();
+    menu->clear();
+    const QStringList missing = PointSheet::missingKeys(m_currentPoint);
+    for (const QString &key : missing)
+        connect(menu->addAction(key), &QAction::triggered, this, [this, key] { addProperty(key); });
+}
+
+void DefintionPageBuilder::addProperty(const QString &key)
+{
+    if (!m_currentPoint)
+        return;
+    m_currentPoint->setProperty(key, QString());
+    showBasicInfo();
+    updateButtons();
+    Q_EMIT modified(true);
+    if (QWidget *editor = m_ui->basicInfo->editorFor(key))
+        editor->setFocus(Qt::OtherFocusReason);
+}
+
+void DefintionPageBuilder::updateButtons()
+{
+    const bool attributes = currentTakesAttributes();
+    const bool isEnum = m_currentAttribute && m_currentAttribute->kind() == QLatin1String("Enum");
+    m_ui->pushButton_add_extpoint->setEnabled(m_ui->defintionTree->topLevelItemCount() > 0);
+    m_ui->groupBox_3->setEnabled(attributes);
+    m_ui->pushButton_add_attr->setEnabled(attributes);
+    m_ui->pushButton_del_attr->setEnabled(m_currentAttribute && m_ui->defintionTable->currentRow() >= 0);
+    m_ui->pushButton_add_enum->setEnabled(isEnum);
+    m_ui->pushButton_delete_enmu->setEnabled(isEnum && m_editMode == EditEntry && m_ui->enumTable->currentRow() >= 0);
+    m_addProperty->setEnabled(!PointSheet::missingKeys(m_currentPoint).isEmpty());
+}
+
+bool DefintionPageBuilder::currentTakesAttributes() const
+{
+    // The children of a plug-in are its sets, which are no attributes of anything.
+    return m_currentPoint && PointCreation::roleOf(m_currentPoint) != Role::Plugin;
 }

@@ -9,10 +9,18 @@
 #include <QStringList>
 #include <QVariant>
 
-class PointTreeWidgetItem;
-class QTreeWidgetItem;
+#include <memory>
 
-/// Drives the definition page: the tree of declared points, the "Basic Information" sheet and the table of attributes.
+class PointTreeWidgetItem;
+class QAction;
+class QTableWidgetItem;
+class QToolButton;
+class QTreeWidgetItem;
+class TreeMenu;
+
+/// Drives the definition page: the tree of declared points with its menu, the "Basic Information" sheet, the tables of
+/// attributes and enumeration entries and the sheet beside them. What a sheet, a table or a new node is made of stands
+/// in files of its own; here is what happens when.
 ///
 /// Created by the main widget without a parent and never deleted; it lets go of the form when the form dies. GUI thread.
 class DefintionPageBuilder final : public QObject, public ExtPointWidgetBuilder
@@ -29,28 +37,63 @@ public:
 
     /// Takes a fresh copy of the manager's list of attribute types, in place of the own one only when they differ.
     void refreshAttributeTypes();
+    [[nodiscard]] const QStringList &attributeTypes() const { return m_attributeTypes; }
 
     /// Expands the tree and selects the plug-in, so that the page says what it is about.
     void showLoaded();
-    [[nodiscard]] const QStringList &attributeTypes() const { return m_attributeTypes; }
 
 Q_SIGNALS:
     void modified(bool flag);
     void addDefine(QString plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint);
+    /// @p item is about to be destroyed; nothing may refer to it when this returns.
     void delDefine(PointTreeWidgetItem *item);
 
 public Q_SLOTS:
     void onDefineTreeItemClicked(QTreeWidgetItem *item, int column);
+    void onDefineTableItemClicked(QTableWidgetItem *cell);
+    void onEnumTableItemClicked(QTableWidgetItem *cell);
+    void onEditInfoDataChange(const QString &name, const QVariant &value);
     void onBasicInfoDataChange(const QString &name, const QVariant &value);
+    /// Both "Add" buttons of the tables; told apart by the sender.
+    void onAddButtonClicked();
+    /// Both "Delete" buttons of the tables; told apart by the sender.
+    void onDelButtonClicked();
+    void onDelPoint();
+    /// "Create Point" and "Create Sub Point"; told apart by the sender's text.
+    void onCreatPoint();
+    void onDefineTreeMenu(const QPoint &pos);
 
 private:
-    void showPointSheet();
-    void showSubPointSheet();
+    /// What the attribute sheet shows; its number is part of the page's behaviour.
+    enum EditMode { EditAttribute = 0, EditEntry = 1 };
+
+    void createKeys();
+    void createAddPropertyButton();
+    void fillAddPropertyMenu();
+    void addProperty(const QString &key);
+    void showBasicInfo();
+    void showAttribute(PointTreeWidgetItem *attribute);
+    void createPointIn(PointTreeWidgetItem *plugin);
+    void createSubPointOf(PointTreeWidgetItem *point);
+    void destroyPoint(PointTreeWidgetItem *point);
+    void addAttribute();
+    void addEntry();
+    void deleteAttribute();
+    void deleteEntry();
+    void changeAttributeType(const QString &typeName);
+    void updateButtons();
+    [[nodiscard]] bool currentTakesAttributes() const;
 
     Ui::ExtPointWidget *m_ui;
     PointSheet::TypeTable m_pointPropertyTypes;
     PointSheet::TypeTable m_subPointPropertyTypes;
     ChildTypeMask m_childTypes;
     QPointer<PointTreeWidgetItem> m_currentPoint;
+    QPointer<PointTreeWidgetItem> m_currentAttribute;
+    QPointer<PointTreeWidgetItem> m_menuItem;
+    QPointer<PointTreeWidgetItem> m_editTarget;
+    EditMode m_editMode = EditAttribute;
+    std::unique_ptr<TreeMenu> m_treeMenu;
     QStringList m_attributeTypes;
+    QPointer<QToolButton> m_addProperty;
 };

@@ -72,28 +72,66 @@ private:
     QList<PropertyItem> m_last;
 };
 
-PointSheet::TypeTable table(std::initializer_list<std::pair<const char *, PropertyType>> entries)
+struct KeyType
+{
+    const char *key;
+    PropertyType type;
+};
+
+constexpr KeyType pointKeys[] = {
+    { "id", PropertyType::String },
+    { "name", PropertyType::String },
+    { "displaylabel", PropertyType::Enum },
+    { "displayicon", PropertyType::Enum },
+    { "hasformat", PropertyType::Bool },
+    { "description", PropertyType::Text },
+};
+
+constexpr KeyType subPointKeys[] = {
+    { "key", PropertyType::String },
+    { "name", PropertyType::String },
+    { "displaylabel", PropertyType::Enum },
+    { "displayicon", PropertyType::Enum },
+    { "childtype", PropertyType::Flag },
+    { "description", PropertyType::Text },
+};
+
+template <size_t count>
+PointSheet::TypeTable tableOf(const KeyType (&entries)[count])
 {
     PointSheet::TypeTable types;
-    for (const auto &entry : entries)
-        types.insert(QString::fromLatin1(entry.first), int(entry.second));
+    for (const KeyType &entry : entries)
+        types.insert(QString::fromLatin1(entry.key), int(entry.type));
     return types;
+}
+
+template <size_t count>
+QStringList keysOf(const KeyType (&entries)[count])
+{
+    QStringList keys;
+    for (const KeyType &entry : entries)
+        keys.append(QString::fromLatin1(entry.key));
+    return keys;
 }
 
 } // namespace
 
-PointSheet::TypeTable PointSheet::pointTypes()
-{
-    return table({ { "id", PropertyType::String }, { "name", PropertyType::String },
-        { "displaylabel", PropertyType::Enum }, { "displayicon", PropertyType::Enum },
-        { "hasformat", PropertyType::Bool }, { "description", PropertyType::Text } });
-}
+PointSheet::TypeTable PointSheet::pointTypes() { return tableOf(pointKeys); }
 
-PointSheet::TypeTable PointSheet::subPointTypes()
+PointSheet::TypeTable PointSheet::subPointTypes() { return tableOf(subPointKeys); }
+
+QStringList PointSheet::missingKeys(const PointTreeWidgetItem *node)
 {
-    return table({ { "key", PropertyType::String }, { "name", PropertyType::String },
-        { "displaylabel", PropertyType::Enum }, { "displayicon", PropertyType::Enum },
-        { "childtype", PropertyType::Flag }, { "description", PropertyType::Text } });
+    if (!node)
+        return {};
+    QStringList missing;
+    if (node->isKind(QLatin1String("ExtPoint")))
+        missing = keysOf(pointKeys);
+    else if (node->isKind(QLatin1String("SubExtPoint")))
+        missing = keysOf(subPointKeys);
+    for (const PropertyHash::Entry &entry : node->properties())
+        missing.removeAll(entry.key.toLower());
+    return missing;
 }
 
 QList<PropertyItem> PointSheet::ofPoint(PointTreeWidgetItem *point, const TypeTable &types)

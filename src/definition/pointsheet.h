@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 class ChildTypeMask;
@@ -19,6 +20,10 @@ using TypeTable = QHash<QString, QVariant>;
 
 [[nodiscard]] TypeTable pointTypes();
 [[nodiscard]] TypeTable subPointTypes();
+
+/// The keys that a node of this kind can have and does not, in any letter case, in the order of the tables; none for
+/// what is neither point nor sub point, and for null.
+[[nodiscard]] QStringList missingKeys(const PointTreeWidgetItem *node);
 
 /// "id" stands first, "description" last. A key that is not in @p types gets type 0.
 [[nodiscard]] QList<PropertyItem> ofPoint(PointTreeWidgetItem *point, const TypeTable &types);

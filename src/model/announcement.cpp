@@ -8,7 +8,10 @@ ScannedFile::~ScannedFile()
     for (size_t i = m_announcements.size(); i > m_next; --i) {
         const Announcement &announcement = m_announcements[i - 1];
         const bool brings = announcement.kind == Announcement::AddTopChild || announcement.kind == Announcement::AddObjChild;
-        if (brings && (m_guards.empty() || m_guards[i - 1 - m_firstGuarded].node))
+        const bool alive = m_guards.empty() || m_guards[i - 1 - m_firstGuarded].node;
+        // A definition node hangs under another one already and goes with that one: a set, which comes later in this
+        // loop, or a node that belongs to the receiver.
+        if (brings && alive && !announcement.node->PointObject::parent())
             PointTreeWidgetItem::destroySubtree(announcement.node);
     }
 }

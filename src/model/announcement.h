@@ -40,8 +40,8 @@ public:
     /// been destroyed since the file was put aside.
     [[nodiscard]] const Announcement *next();
 
-    /// To be called on the GUI thread before the event loop gets its turn with announcements still to come: what the
-    /// user deletes meanwhile may be what they speak of.
+    /// To be called before the event loop gets its turn with announcements still to come: what the user deletes
+    /// meanwhile may be what they speak of. On the GUI thread, or before the file is handed over.
     void putAside();
 
 private:

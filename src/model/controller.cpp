@@ -109,6 +109,18 @@ void Controller::addDefinition(PointTreeWidgetItem *parent, PointTreeWidgetItem 
         manager->addDefinition(parent, child);
 }
 
+void Controller::registerDefinition(PointTreeWidgetItem *node)
+{
+    if (SourceDataManager *manager = sourceDataManager())
+        manager->registerDefinition(node);
+}
+
+void Controller::rekeyDefinition(PointTreeWidgetItem *node, const QString &oldKey, const QString &newKey)
+{
+    if (SourceDataManager *manager = sourceDataManager())
+        manager->rekeyDefinition(node, oldKey, newKey);
+}
+
 void Controller::addTarget(PointTreeWidgetItem *format)
 {
     if (SourceDataManager *manager = sourceDataManager())

@@ -46,6 +46,8 @@ public:
     [[nodiscard]] PointTreeWidgetItem *availablePointsRoot() const;
     [[nodiscard]] PointTreeWidgetItem *realizationRoot() const;
     void addDefinition(PointTreeWidgetItem *parent, PointTreeWidgetItem *child);
+    void registerDefinition(PointTreeWidgetItem *node);
+    void rekeyDefinition(PointTreeWidgetItem *node, const QString &oldKey, const QString &newKey);
     void addTarget(PointTreeWidgetItem *format);
     void addRealization(PointTreeWidgetItem *node);
     [[nodiscard]] PointTreeWidgetItem *definition(const QString &key) const;

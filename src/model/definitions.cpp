@@ -53,7 +53,7 @@ bool Definitions::attributes(const QString &kind, const QString &pointId, Attrib
 
 QStringList Definitions::childTypes(const QString &key, const QString &pointId) const
 {
-    const Nodes definitions = of(key, pointId);
+    const Nodes definitions = belongingTo(pointId, m_points.nodes(key));
     if (definitions.isEmpty())
         return {};
     return definitions.constFirst()->property(QStringLiteral("childType")).toString().split(QLatin1Char('|'));
@@ -61,7 +61,7 @@ QStringList Definitions::childTypes(const QString &key, const QString &pointId) 
 
 QString Definitions::childTypes(const QString &key, const QString &pointId, bool *exists) const
 {
-    const Nodes definitions = of(key, pointId);
+    const Nodes definitions = belongingTo(pointId, m_points.nodes(key));
     if (definitions.isEmpty())
         return {};
     const QVariant childType = definitions.constFirst()->property(QStringLiteral("childType"));

@@ -35,10 +35,13 @@ public:
     /// False, with @p attributes untouched, when nothing defines a node of this kind at this point.
     [[nodiscard]] bool attributes(const QString &kind, const QString &pointId, Attributes *attributes) const;
 
-    /// "childType" split at "|", empty parts kept; empty when nothing matches.
+    /// "childType" of the first definition under @p key that belongs to the point, split at "|", empty parts kept; empty
+    /// when nothing matches. Unlike of() this does not fall back to the point id, else every node of an unknown kind
+    /// would take what its point takes.
     [[nodiscard]] QStringList childTypes(const QString &key, const QString &pointId) const;
 
     /// "childType" unsplit; @p exists tells whether the property is there and stays untouched when nothing matches.
+    /// Must not be null.
     [[nodiscard]] QString childTypes(const QString &key, const QString &pointId, bool *exists) const;
 
     /// Whether the first point stored under @p pointId has formats.

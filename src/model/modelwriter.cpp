@@ -38,15 +38,16 @@ void writeAttributes(ExtensionFile::Writer &writer, const PropertyHash &properti
 
 } // namespace
 
-ModelWriter::ModelWriter(TranslatableKeys &translatable, const Definitions &definitions)
+ModelWriter::ModelWriter(TranslatableKeys &translatable, const Definitions &definitions, const QString &path)
     : m_translatable(translatable)
     , m_definitions(definitions)
+    , m_path(path)
 {
 }
 
 QByteArray ModelWriter::write(const PointTreeWidgetItem *definitionRoot, const PointTreeWidgetItem *realizationRoot)
 {
-    ExtensionFile::Writer writer;
+    ExtensionFile::Writer writer(m_path);
     if (!definitionRoot->children().isEmpty() || !realizationRoot->children().isEmpty()) {
         writer.startElement(definitionRoot->kind());
         writeAttributes(writer, definitionRoot->properties());
@@ -83,7 +84,7 @@ void ModelWriter::writeDefinition(ExtensionFile::Writer &writer, const PointTree
 
 void ModelWriter::writeRealization(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node)
 {
-    m_translatable.learn(node, m_definitions);
+    learn(node);
     writer.startElement(node->kind());
     for (const PropertyHash::Entry &entry : node->properties()) {
         if (leftOutOfRealization(node, entry.key))
@@ -95,4 +96,13 @@ void ModelWriter::writeRealization(ExtensionFile::Writer &writer, const PointTre
     for (PointObject *child : node->children())
         writeRealization(writer, child->item());
     writer.endElement();
+}
+
+void ModelWriter::learn(const PointTreeWidgetItem *node)
+{
+    const QPair<QString, QString> definition(node->kind().toLower(), node->pointId().toLower());
+    if (m_learned.contains(definition))
+        return;
+    m_learned.insert(definition);
+    m_translatable.learn(node, m_definitions);
 }

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QByteArray>
+#include <QPair>
+#include <QSet>
+#include <QString>
 
 class Definitions;
 class PointTreeWidgetItem;
@@ -15,7 +18,8 @@ class ModelWriter final
 {
 public:
     /// @p translatable learns from every realization node before it is written.
-    ModelWriter(TranslatableKeys &translatable, const Definitions &definitions);
+    /// @p path is only named in the log.
+    ModelWriter(TranslatableKeys &translatable, const Definitions &definitions, const QString &path);
 
     /// The root element is that of @p definitionRoot. With no children on either side the document is the processing
     /// instruction alone. Empty when the tree can't be written at all; the reason has been logged.
@@ -25,6 +29,10 @@ private:
     void writeDefinition(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node);
     void writeRealization(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node);
 
+    void learn(const PointTreeWidgetItem *node);
+
     TranslatableKeys &m_translatable;
     const Definitions &m_definitions;
+    QString m_path;
+    QSet<QPair<QString, QString>> m_learned; ///< kind and point id, in lower case: nodes share their definitions
 };

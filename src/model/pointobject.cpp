@@ -160,16 +160,6 @@ void PointObject::setProperties(const PropertyHash &properties)
     }
 }
 
-void PointObject::removeProperty(const QString &key)
-{
-    PointObject *node = this;
-    node->m_properties.remove(key);
-    while (node->m_link && node->m_link != node) {
-        node = node->m_link;
-        node->m_properties.remove(key);
-    }
-}
-
 void PointObject::setText(int column, const QString &text)
 {
     PointObject *node = this;
@@ -226,32 +216,27 @@ void PointObject::releaseChildren()
     }
 }
 
-namespace {
-
-// Walks the lists, not the parents: a node may stand in several lists and has just one parent.
-bool reaches(const PointObject *from, const PointObject *sought)
+bool PointObject::reaches(const PointObject *sought) const
 {
-    QVector<const PointObject *> open { from };
+    QVector<const PointObject *> open { this };
     while (!open.isEmpty()) {
         const PointObject *node = open.takeLast();
         if (node == sought)
             return true;
-        for (const PointObject *child : node->children()) {
-            if (!child->children().isEmpty() || child == sought)
+        for (const PointObject *child : node->m_children) {
+            if (!child->m_children.isEmpty() || child == sought)
                 open.append(child);
         }
     }
     return false;
 }
 
-} // namespace
-
 bool PointObject::mayTake(const PointObject *child) const
 {
     if (!child)
         return false;
-    // A fresh node, the ordinary case, has nothing under it and needs no walk.
-    if (child == this || (!child->m_children.isEmpty() && reaches(child, this))) {
+    // A fresh node has nothing under it, and one that stands here already closed no ring: neither needs a walk.
+    if (child == this || (!child->m_children.isEmpty() && !child->isHeldBy(this) && child->reaches(this))) {
         qCWarning(modelLog, "A node can't be put under itself.");
         return false;
     }

@@ -68,9 +68,6 @@ public:
     void setProperty(const QString &key, const QVariant &value);
     void setProperties(const PropertyHash &properties);
 
-    /// Removes @p key from this node and from every node of the link chain.
-    void removeProperty(const QString &key);
-
     /// Sets the row text of this node and of every node of the link chain.
     void setText(int column, const QString &text);
 
@@ -80,6 +77,13 @@ public:
 
     /// True when this node is @p other or hangs somewhere under it.
     [[nodiscard]] bool isWithin(const PointObject *other) const;
+
+    /// True when this node is @p sought or a walk through the lists of children comes to it. A node can stand in several
+    /// lists and has just one parent, so this says more than isWithin().
+    [[nodiscard]] bool reaches(const PointObject *sought) const;
+
+    /// True when this node stands in the list of children of @p holder.
+    [[nodiscard]] bool isHeldBy(const PointObject *holder) const;
 
     /// The whole node when this is the data side of one, null for a bare PointObject.
     [[nodiscard]] virtual PointTreeWidgetItem *item() { return nullptr; }
@@ -98,7 +102,6 @@ protected:
 
 private:
     [[nodiscard]] bool mayTake(const PointObject *child) const;
-    [[nodiscard]] bool isHeldBy(const PointObject *holder) const;
     void addHolder(PointObject *holder);
     void removeHolder(PointObject *holder);
     void makeMirrorOfCopy(PointObject *copy);

@@ -60,12 +60,6 @@ PointTreeWidgetItem *PointTreeWidgetItem::fromRow(QTreeWidgetItem *row)
     return dynamic_cast<PointTreeWidgetItem *>(row);
 }
 
-void PointTreeWidgetItem::moveRowTo(QTreeWidgetItem *parentRow)
-{
-    takeRow();
-    parentRow->addChild(this);
-}
-
 void PointTreeWidgetItem::takeRow()
 {
     if (QTreeWidgetItem *above = QTreeWidgetItem::parent())

@@ -68,9 +68,7 @@ public:
     /// The node that a row is part of; null for no row and for a row that is none of ours.
     [[nodiscard]] static PointTreeWidgetItem *fromRow(QTreeWidgetItem *row);
 
-    /// Puts the row last under @p parentRow, taking it from where it is first: a row that stands somewhere already
-    /// would silently stay there.
-    void moveRowTo(QTreeWidgetItem *parentRow);
+    /// Takes the row out of the row or the tree that it stands in.
     void takeRow();
 
     /// Destroys @p node, the rows under it and the model children under it that have no other parent. Null is allowed.

@@ -36,7 +36,7 @@ void ScanHandover::put(int index, std::unique_ptr<ScannedFile> file)
         if (m_receiver && index == m_awaited) {
             m_awaited = -1;
             // Posted under the lock: the receiver can't go between the test and the call.
-            QMetaObject::invokeMethod(m_receiver, &ScanSequence::deliverPortion, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(m_receiver, &ScanSequence::wake, Qt::QueuedConnection);
         }
     }
     m_arrived.notify_all();

@@ -46,6 +46,8 @@ void ScanSequence::start()
 
 void ScanSequence::complete()
 {
+    if (m_finished)
+        return;
     const QPointer<ScanSequence> alive(this);
     for (int i = m_next + (m_haveCurrent ? 1 : 0); i < m_paths.size(); ++i) {
         if (m_handover->claim(i))
@@ -58,8 +60,12 @@ void ScanSequence::complete()
         conclude(progress);
 }
 
+void ScanSequence::wake() { m_nextTurn.start(); }
+
 void ScanSequence::deliverPortion()
 {
+    if (m_finished)
+        return;
     const QPointer<ScanSequence> alive(this);
     const Progress progress = deliver(true);
     if (alive)
@@ -87,6 +93,7 @@ ScanSequence::Progress ScanSequence::deliver(bool withinBudget)
         }
         while (m_current && !m_current->atEnd()) {
             // The receiver may save, close or delete whatever it likes: nothing but members is trusted after the call.
+            m_delivered = true;
             if (const Announcement *announcement = m_current->next())
                 m_receiver(m_next, Announcement(*announcement));
             if (!alive)
@@ -113,7 +120,8 @@ void ScanSequence::conclude(Progress progress)
     const QPointer<ScanSequence> alive(this);
     if (progress == Progress::Interrupted)
         m_nextTurn.start();
-    Q_EMIT portionDelivered();
+    if (std::exchange(m_delivered, false))
+        Q_EMIT portionDelivered();
     if (!alive || progress != Progress::Done || m_finished)
         return;
     m_finished = true;

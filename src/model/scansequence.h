@@ -45,8 +45,8 @@ public:
 
     [[nodiscard]] bool isFinished() const { return m_finished; }
 
-    /// Takes in what has arrived, up to the time that a portion may take.
-    void deliverPortion();
+    /// Has the next portion taken in when the event loop has had its turn.
+    void wake();
 
 Q_SIGNALS:
     void portionDelivered();
@@ -57,6 +57,8 @@ Q_SIGNALS:
 private:
     enum class Progress { Waiting, Interrupted, Done };
 
+    /// Takes in what has arrived, up to the time that a portion may take.
+    void deliverPortion();
     Progress deliver(bool withinBudget);
     void conclude(Progress progress);
 
@@ -68,5 +70,6 @@ private:
     int m_next = 0; ///< the file being taken in, or to be taken in next
     bool m_haveCurrent = false;
     bool m_finished = false;
+    bool m_delivered = false; ///< since portionDelivered() was emitted last
     QTimer m_nextTurn;
 };

@@ -12,11 +12,13 @@ QString inheritedPluginId(PointTreeWidgetItem *parent)
 
 } // namespace
 
-SiblingSink::SiblingSink(const QString &basePath, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot)
+SiblingSink::SiblingSink(const QString &basePath, PointTreeWidgetItem *pointsRoot,
+    PointTreeWidgetItem *dataRoot, EarlierFormats earlierFormats)
     : m_basePath(basePath)
     , m_pointsRoot(pointsRoot)
     , m_dataRoot(dataRoot)
     , m_file(std::make_unique<ScannedFile>())
+    , m_earlierFormats(earlierFormats)
 {
 }
 
@@ -60,10 +62,11 @@ void SiblingSink::endElement()
         return;
     }
     const Level level = m_levels.takeLast();
-    // The formats of an earlier data set are announced again; the receiver knows them by then.
     if (level.side == RealizationSide && m_levels.size() == 1) {
         for (PointTreeWidgetItem *format : qAsConst(m_formats))
             announce(Announcement::AllFormatRoot, nullptr, format, QString());
+        if (m_earlierFormats == EarlierFormats::Omit)
+            m_formats.clear();
     }
 }
 

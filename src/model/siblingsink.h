@@ -16,8 +16,15 @@ class QThread;
 class SiblingSink final : public ExtensionFile::Sink
 {
 public:
+    /// What happens at the end of a second data set with the formats of the first.
+    enum class EarlierFormats {
+        Repeat, ///< they are announced again
+        Omit ///< for a receiver that would ignore them; the number of announcements grows with the file only
+    };
+
     /// @p basePath is the directory of the file with a trailing "/". The two roots are only passed on.
-    SiblingSink(const QString &basePath, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot);
+    SiblingSink(const QString &basePath, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot,
+        EarlierFormats earlierFormats);
     ~SiblingSink() override;
 
     void startElement(const QString &name, const ExtensionFile::Attributes &attributes,
@@ -52,5 +59,6 @@ private:
     QVector<Level> m_levels;
     QVector<PointTreeWidgetItem *> m_nodes;
     QVector<PointTreeWidgetItem *> m_formats;
+    EarlierFormats m_earlierFormats;
     int m_ignoredDepth = 0;
 };

@@ -4,7 +4,6 @@
 #include "controller.h"
 #include "extensionfile/reader.h"
 #include "extensionfile/safesave.h"
-#include "formatmerge.h"
 #include "modellog.h"
 #include "modelwriter.h"
 #include "openedfilesink.h"
@@ -79,7 +78,10 @@ bool SourceDataManager::load(const QString &fileName)
 
 bool SourceDataManager::save()
 {
+    const QPointer<SourceDataManager> alive(this);
     completeScan();
+    if (!alive)
+        return false;
     if (m_loadFailed) {
         qCWarning(modelLog, "%s: not written, since it could not be read", qUtf8Printable(m_filePath));
         return false;
@@ -89,7 +91,7 @@ bool SourceDataManager::save()
         return false;
     }
     const Definitions known = definitions();
-    const QByteArray bytes = ModelWriter(m_translatableKeys, known).write(m_definitionRoot, m_realizationRoot);
+    const QByteArray bytes = ModelWriter(m_translatableKeys, known, m_filePath).write(m_definitionRoot, m_realizationRoot);
     if (bytes.isEmpty())
         return false;
     ExtensionFile::SaveError error;
@@ -98,6 +100,7 @@ bool SourceDataManager::save()
 
 void SourceDataManager::startScan(const QString &fileName)
 {
+    clearScan();
     const QFileInfo opened(QDir::cleanPath(QFileInfo(fileName).absoluteFilePath()));
     QDir plugins = opened.dir();
     plugins.cdUp();
@@ -138,6 +141,26 @@ void SourceDataManager::addDefinition(PointTreeWidgetItem *parent, PointTreeWidg
     addTopChild(parent, child);
 }
 
+void SourceDataManager::registerDefinition(PointTreeWidgetItem *node)
+{
+    if (node->isKind(QLatin1String("SubExtPoint")))
+        onDefinData(node->property(QStringLiteral("key")).toString().toLower(), node);
+    else
+        onDefinData(node->property(idKey).toString(), node);
+}
+
+void SourceDataManager::rekeyDefinition(PointTreeWidgetItem *node, const QString &oldKey, const QString &newKey)
+{
+    PointObject *object = node;
+    while (true) {
+        if (m_indexes.remove(NodeIndexes::Points, oldKey, object->item()))
+            onDefinData(newKey, object->item());
+        if (!object->link() || object->link() == object)
+            return;
+        object = object->link();
+    }
+}
+
 void SourceDataManager::addTarget(PointTreeWidgetItem *format)
 {
     m_indexes.replace(NodeIndexes::Targets, format->property(QStringLiteral("target")).toString(), format);
@@ -151,8 +174,18 @@ void SourceDataManager::addRealization(PointTreeWidgetItem *node)
 
 void SourceDataManager::retire(PointTreeWidgetItem *node)
 {
-    m_indexes.forget(node);
+    if (!node)
+        return;
     m_retired.append(node);
+    QVector<PointTreeWidgetItem *> open { node };
+    while (!open.isEmpty()) {
+        PointTreeWidgetItem *item = open.takeLast();
+        m_indexes.forget(item);
+        for (PointObject *child : item->children()) {
+            if (child->parent() == item)
+                open.append(child->item());
+        }
+    }
 }
 
 PointTreeWidgetItem *SourceDataManager::definition(const QString &key) const
@@ -268,7 +301,7 @@ void SourceDataManager::allFormatRoot(PointTreeWidgetItem *item)
     m_indexes.add(NodeIndexes::Formats, item->pluginId(), item);
     const QString target = item->property(QStringLiteral("target")).toString();
     if (PointTreeWidgetItem *known = target.isEmpty() ? nullptr : siblingFormatOfTarget(target)) {
-        FormatMerge::merge(known, item);
+        m_formatMerger.merge(known, item);
         return;
     }
     if (!target.isEmpty())
@@ -329,8 +362,25 @@ void SourceDataManager::clearOpenedFile()
 {
     for (const NodeIndexes::Name name : { NodeIndexes::Targets, NodeIndexes::Realizations, NodeIndexes::Layouts })
         m_indexes.clear(name);
+    // The points' rows hang under the root, not under the sets that go.
+    m_definitionRoot->takeChildren();
     for (PointTreeWidgetItem *root : { m_definitionRoot.data(), m_realizationRoot.data() }) {
         const QList<PointObject *> children = root->children();
+        for (PointObject *child : children)
+            PointTreeWidgetItem::destroySubtree(child->item());
+    }
+}
+
+void SourceDataManager::clearScan()
+{
+    m_scan.reset();
+    dropOwnReading();
+    m_formatMerger.clear();
+    for (const NodeIndexes::Name name : { NodeIndexes::Points, NodeIndexes::DataChildren, NodeIndexes::Data,
+             NodeIndexes::FormatTargets, NodeIndexes::Formats })
+        m_indexes.clear(name);
+    for (PointTreeWidgetItem *root : { m_availablePointsRoot.data(), m_allDataRoot.data() }) {
+        const QList<PointObject *> children = root ? root->children() : QList<PointObject *>();
         for (PointObject *child : children)
             PointTreeWidgetItem::destroySubtree(child->item());
     }

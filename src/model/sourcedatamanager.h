@@ -2,6 +2,7 @@
 
 #include "announcement.h"
 #include "definitions.h"
+#include "formatmerger.h"
 #include "nodeindexes.h"
 #include "pointtreewidgetitem.h"
 #include "translatablekeys.h"
@@ -37,10 +38,12 @@ public:
     [[nodiscard]] bool load(const QString &fileName);
 
     /// Completes the scan, since translatable keys are known from scanned points only, and writes the opened file.
-    /// False, with the old file intact and the reason logged, when there is no path or it can't be written.
+    /// False, with the old file intact and the reason logged, when there is no path, when the last load() failed, or when
+    /// it can't be written.
     [[nodiscard]] bool save();
 
-    /// Starts the reading of every sibling of the directory that @p fileName lies in, its own directory included.
+    /// Starts the reading of every sibling of the directory that @p fileName lies in, its own directory included. What
+    /// an earlier scan has read is destroyed.
     void startScan(const QString &fileName);
 
     /// Returns when the scan is over and everything is taken in. No user input is handled meanwhile.
@@ -62,12 +65,18 @@ public:
 
     /// Adds @p child under @p parent in both trees, with the parent's plug-in id.
     void addDefinition(PointTreeWidgetItem *parent, PointTreeWidgetItem *child);
+    /// Enters a definition made by the user in the point index, like a scanned one: a point under its "id", a sub point
+    /// under its "key" in lower case.
+    void registerDefinition(PointTreeWidgetItem *node);
+    /// Moves @p node, and the nodes that it mirrors, from one key of the point index to another. Nodes that are not
+    /// there stay out.
+    void rekeyDefinition(PointTreeWidgetItem *node, const QString &oldKey, const QString &newKey);
     /// Enters @p format in the target map, in place of the one that had the same "target".
     void addTarget(PointTreeWidgetItem *format);
     /// Enters @p node in the realization multi-map, under its "id" or, without one, under its kind.
     void addRealization(PointTreeWidgetItem *node);
-    /// Keeps a node that was taken out of the model but may still be remembered, and takes it out of every index. It is
-    /// destroyed with the manager.
+    /// Keeps a node that was taken out of the model but may still be remembered, and takes it, with everything under it,
+    /// out of every index. It is destroyed with the manager. Null is allowed.
     void retire(PointTreeWidgetItem *node);
 
     /// The first definition node stored under @p key; null without one.
@@ -118,6 +127,7 @@ private:
     void dropOwnReading();
     void adopt(OpenedFile &file);
     void clearOpenedFile();
+    void clearScan();
     void indexRealizations(PointTreeWidgetItem *node);
     [[nodiscard]] Definitions definitions() const { return Definitions(m_indexes[NodeIndexes::Points]); }
 
@@ -132,6 +142,7 @@ private:
     QPointer<PointTreeWidgetItem> m_fourthRoot;
     QPointer<PointTreeWidgetItem> m_realizationRoot;
     NodeIndexes m_indexes;
+    FormatMerger m_formatMerger;
     QStringList m_attributeTypes;
     QMap<QString, QStringList> m_attributeFields;
     QVector<QPointer<PointTreeWidgetItem>> m_retired;

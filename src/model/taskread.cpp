@@ -11,6 +11,16 @@
 
 #include <utility>
 
+namespace {
+
+// A file beyond this may be taken in in more than one portion. Guarding its nodes takes as long as such a portion, so
+// it is done here, before anybody waits.
+constexpr size_t announcementsTakenInAtOnce = 1000;
+
+QString directoryOf(const QString &path) { return QFileInfo(path).path() + QLatin1Char('/'); }
+
+} // namespace
+
 TaskRead::TaskRead(const QString &path, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot,
     PointTreeWidgetItem *thirdRoot)
     : m_path(path)
@@ -40,7 +50,8 @@ void TaskRead::run()
             m_handover->put(m_index, read(m_path, m_pointsRoot, m_dataRoot, m_nodeThread));
         return;
     }
-    const std::unique_ptr<ScannedFile> file = read(m_path, m_pointsRoot, m_dataRoot, m_nodeThread);
+    SiblingSink sink(directoryOf(m_path), m_pointsRoot, m_dataRoot, SiblingSink::EarlierFormats::Repeat);
+    const std::unique_ptr<ScannedFile> file = build(m_path, sink, m_nodeThread);
     while (file && !file->atEnd())
         announce(*file->next());
 }
@@ -48,9 +59,18 @@ void TaskRead::run()
 std::unique_ptr<ScannedFile> TaskRead::read(
     const QString &path, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot, QThread *thread)
 {
+    // The manager knows the formats of the earlier data sets by then.
+    SiblingSink sink(directoryOf(path), pointsRoot, dataRoot, SiblingSink::EarlierFormats::Omit);
+    std::unique_ptr<ScannedFile> file = build(path, sink, thread);
+    if (file && file->announcements().size() > announcementsTakenInAtOnce)
+        file->putAside();
+    return file;
+}
+
+std::unique_ptr<ScannedFile> TaskRead::build(const QString &path, SiblingSink &sink, QThread *thread)
+{
     if (path.isEmpty())
         return nullptr;
-    SiblingSink sink(QFileInfo(path).path() + QLatin1Char('/'), pointsRoot, dataRoot);
     ExtensionFile::ReadError error;
     if (!ExtensionFile::readFile(path, sink, &error))
         return nullptr;

@@ -12,6 +12,7 @@
 class PointTreeWidgetItem;
 class QThread;
 class ScanHandover;
+class SiblingSink;
 
 /// Reads one sibling plug-in's "extension.xml" off the GUI thread, builds its nodes completely and then announces them.
 ///
@@ -34,7 +35,7 @@ public:
 
     void run() override;
 
-    /// Reads @p path; null when there is no such file or it can't be read or parsed. The nodes get the affinity of
+    /// Reads @p path for a scan; null when there is no such file or it can't be read or parsed. The nodes get the affinity of
     /// @p thread. Any thread.
     [[nodiscard]] static std::unique_ptr<ScannedFile> read(
         const QString &path, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot, QThread *thread);
@@ -47,6 +48,8 @@ Q_SIGNALS:
     void layoutRelization(PointTreeWidgetItem *layout);
 
 private:
+    [[nodiscard]] static std::unique_ptr<ScannedFile> build(
+        const QString &path, SiblingSink &sink, QThread *thread);
     void announce(const Announcement &announcement);
 
     QString m_path;

@@ -16,7 +16,6 @@ public:
     void learn(const PointTreeWidgetItem *node, const Definitions &definitions);
 
     [[nodiscard]] bool isTranslatable(const QString &key) const { return m_table.value(key, false); }
-    [[nodiscard]] bool isKnown(const QString &key) const { return m_table.contains(key); }
 
 private:
     QHash<QString, bool> m_table;

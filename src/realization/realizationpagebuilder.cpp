@@ -13,6 +13,8 @@ const QString idKey = QStringLiteral("id");
 
 PointTreeWidgetItem *childWithId(PointTreeWidgetItem *parent, const QString &id)
 {
+    if (id.isEmpty())
+        return nullptr;
     for (PointObject *child : parent->children()) {
         if (child->property(idKey).toString() == id)
             return child->item();
@@ -121,5 +123,6 @@ PointTreeWidgetItem *RealizationPageBuilder::addMaster(PointTreeWidgetItem *pare
     definition->setLink(copy);
     parent->QTreeWidgetItem::addChild(copy);
     parent->addChild(copy, false);
+    Controller::instance()->registerDefinition(copy);
     return copy;
 }

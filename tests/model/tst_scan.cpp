@@ -81,6 +81,9 @@ private Q_SLOTS:
     void saveDuringTheScanKeepsTranslations();
     void closingAtAnyMoment();
     void closingFromWithinADelivery();
+    void closingFromWithinASave();
+    void closingWithALargeFileWaiting();
+    void secondScanReplaces();
     void blockedPoolDoesNotBlockSaving();
     void unreadableForAnUnprivilegedUser();
 };
@@ -99,7 +102,7 @@ void TestScan::readsEverySibling()
     QVERIFY(manager.isScanning());
     QVERIFY(finished.wait(30000));
     QVERIFY(!manager.isScanning());
-    QTest::qWait(20);
+    QCoreApplication::processEvents();
     QCOMPARE(finished.count(), 1);
 
     const QStringList rows = pluginRows(manager);
@@ -268,6 +271,54 @@ void TestScan::closingFromWithinADelivery()
         manager->startScan(product.file(QStringLiteral("plug001")));
         QTRY_VERIFY(!guard);
     }
+}
+
+void TestScan::closingFromWithinASave()
+{
+    const Product product;
+    const QString own = product.add(QStringLiteral("own"), "<P id=\"own\"><ExtPointSet/></P>");
+    auto *manager = new SourceDataManager;
+    QVERIFY(manager->load(own));
+    connect(manager, &SourceDataManager::scanFinished, this, [&] { delete std::exchange(manager, nullptr); });
+    manager->startScan(own);
+    QVERIFY(!manager->save());
+    QVERIFY(!manager);
+}
+
+/// Takes minutes, and so runs into the time limit, where nodes are destroyed one by one.
+void TestScan::closingWithALargeFileWaiting()
+{
+    const Product product;
+    QByteArray points;
+    for (int i = 0; i < 400000; ++i)
+        points += "<ExtPoint/>";
+    product.add(QStringLiteral("large"), "<P id=\"large\"><ExtPointSet>" + points + "</ExtPointSet></P>");
+    for (const bool started : { false, true }) {
+        auto manager = std::make_unique<SourceDataManager>();
+        manager->startScan(product.file(QStringLiteral("large")));
+        QThreadPool::globalInstance()->waitForDone();
+        if (started)
+            QTRY_VERIFY(manager->availablePointsRoot()->childCount() > 0);
+        manager.reset();
+    }
+}
+
+void TestScan::secondScanReplaces()
+{
+    const Product product;
+    fill(product);
+    SourceDataManager manager;
+    const QString own = product.file(QStringLiteral("plug003"));
+    for (int round = 0; round < 3; ++round) {
+        QVERIFY(manager.load(own));
+        manager.startScan(own);
+        if (round != 1)
+            manager.completeScan();
+    }
+    QCOMPARE(pluginRows(manager).count(QStringLiteral("plug3")), 1);
+    QCOMPARE(manager.indexes()[NodeIndexes::Points].nodes(QStringLiteral("point5")).size(), 1);
+    QCOMPARE(manager.indexes()[NodeIndexes::FormatTargets].size(), 5);
+    QCOMPARE(manager.realizations().size(), 4);
 }
 
 void TestScan::blockedPoolDoesNotBlockSaving()

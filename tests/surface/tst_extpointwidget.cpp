@@ -353,7 +353,7 @@ void TestExtPointWidget::subPointSheet()
     page->onBasicInfoDataChange(s("childtype"), 6);
     QCOMPARE(subPoint->property(s("childtype")).toString(), siblings.at(1) + s("|") + siblings.at(2));
     page->onBasicInfoDataChange(s("childtype"), 0);
-    QCOMPARE(subPoint->property(s("childtype")), QVariant(QString()));
+    QVERIFY(!subPoint->property(s("childtype")).isNull() && subPoint->property(s("childtype")).toString().isEmpty());
 }
 
 void TestExtPointWidget::keyboardShowsWhatAClickShows()

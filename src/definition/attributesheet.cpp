@@ -1,0 +1,90 @@
+#include "attributesheet.h"
+
+#include "model/pointtreewidgetitem.h"
+#include "patterns.h"
+#include "propertybrowser/attributetype.h"
+#include "propertybrowser/propertykeys.h"
+
+namespace {
+
+PropertyType editorOf(const QString &typeName) { return PropertyType(attributeTypeToPropertyType(typeName)); }
+
+PropertyItem valueRecord(PointTreeWidgetItem *attribute, const QVariant &value)
+{
+    const QString key = QStringLiteral("value");
+    PropertyItem record(editorOf(attribute->kind()), key, key, value);
+    if (attribute->kind() == QLatin1String("Enum")) {
+        for (PointObject *entry : attribute->children()) {
+            const QString text = entry->property(QStringLiteral("text")).toString();
+            record.addOption({ text, text, QString() });
+        }
+    } else if (attribute->kind() == QLatin1String("String")) {
+        const QVariant pattern = attribute->property(QStringLiteral("regexp"));
+        if (!pattern.isNull())
+            record.setData(PropertyKey::RegExp, pattern);
+    }
+    return record;
+}
+
+PropertyItem recordOf(PointTreeWidgetItem *attribute, const QString &key, const QVariant &value)
+{
+    if (key == QLatin1String("value"))
+        return valueRecord(attribute, value);
+    PropertyItem record(PropertyType::String, key, key, value);
+    if (key == QLatin1String("trans"))
+        record = PropertyItem(editorOf(QStringLiteral("Bool")), key, key, value);
+    else if (key == QLatin1String("max") || key == QLatin1String("min"))
+        record = PropertyItem(editorOf(QStringLiteral("Int")), key, key, value);
+    else if (key == QLatin1String("name"))
+        record.setData(PropertyKey::RegExp, Pattern::name());
+    else if (key == QLatin1String("key"))
+        record.setData(PropertyKey::RegExp, Pattern::key());
+    return record;
+}
+
+} // namespace
+
+void AttributeSheet::bringIntoLine(PointTreeWidgetItem *attribute, const QStringList &fields)
+{
+    if (fields.isEmpty())
+        return;
+    PropertyHash properties;
+    for (const QString &field : fields)
+        properties.insert(field, attribute->property(field));
+    attribute->setProperties(properties);
+}
+
+QList<PropertyItem> AttributeSheet::of(PointTreeWidgetItem *attribute, const QStringList &typeNames)
+{
+    QList<PropertyItem> records;
+    const PropertyHash properties = attribute->properties();
+    for (const PropertyHash::Entry &entry : properties)
+        records.append(recordOf(attribute, entry.key, entry.value));
+    records.append(typeRecord(attribute->kind(), typeNames));
+    return records;
+}
+
+PropertyItem AttributeSheet::typeRecord(const QString &current, const QStringList &typeNames)
+{
+    const QString key = QStringLiteral("type");
+    PropertyItem record(PropertyType::Enum, key, key, current);
+    if (!current.isEmpty())
+        record.addOption({ current, current, QString() });
+    for (const QString &name : typeNames) {
+        if (name != current)
+            record.addOption({ name, name, QString() });
+    }
+    return record;
+}
+
+PointTreeWidgetItem *AttributeSheet::create(PointTreeWidgetItem *owner, const QStringList &fields)
+{
+    auto *attribute = new PointTreeWidgetItem(QString());
+    attribute->setKind(QStringLiteral("String"));
+    attribute->setPointId(owner->pointId());
+    attribute->setPluginId(owner->pluginId());
+    for (const QString &field : fields)
+        attribute->setProperty(field, QString());
+    owner->addChild(attribute, true);
+    return attribute;
+}

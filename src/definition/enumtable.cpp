@@ -1,0 +1,55 @@
+#include "enumtable.h"
+
+#include "model/pointtreewidgetitem.h"
+#include "tablecells.h"
+
+#include <QDateTime>
+#include <QTableWidget>
+
+QStringList EnumTable::columns() { return { QStringLiteral("key"), QStringLiteral("text"), QStringLiteral("icon") }; }
+
+void EnumTable::fill(QTableWidget *table, const PointTreeWidgetItem *attribute)
+{
+    TableCells::reset(table, columns());
+    if (!attribute)
+        return;
+    for (PointObject *child : attribute->children()) {
+        if (child->item()->kind() != QLatin1String("Data"))
+            continue;
+        QStringList texts;
+        const QStringList keys = columns();
+        for (const QString &key : keys)
+            texts.append(child->property(key).toString());
+        TableCells::appendRow(table, texts);
+    }
+    TableCells::fit(table);
+}
+
+PointTreeWidgetItem *EnumTable::create(PointTreeWidgetItem *attribute)
+{
+    auto *entry = new PointTreeWidgetItem(QString());
+    entry->setKind(QStringLiteral("Data"));
+    entry->setPointId(attribute->pointId());
+    entry->setPluginId(attribute->pluginId());
+    const QStringList keys = columns();
+    for (const QString &key : keys)
+        entry->setProperty(key, QString());
+    entry->setProperty(QStringLiteral("key"), QString::number(QDateTime::currentSecsSinceEpoch()));
+    attribute->addChild(entry, true);
+    return entry;
+}
+
+QList<PropertyItem> EnumTable::sheetOf(PointTreeWidgetItem *entry)
+{
+    QList<PropertyItem> records;
+    const QStringList keys = columns();
+    for (const QString &key : keys) {
+        PropertyType type = PropertyType::String;
+        if (key == QLatin1String("key"))
+            type = PropertyType::Int;
+        else if (key == QLatin1String("icon"))
+            type = PropertyType::File;
+        records.append(PropertyItem(type, key, key, entry->property(key)));
+    }
+    return records;
+}

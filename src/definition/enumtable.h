@@ -1,0 +1,27 @@
+#pragma once
+
+#include "propertybrowser/propertyitem.h"
+
+#include <QList>
+#include <QStringList>
+
+class PointTreeWidgetItem;
+class QTableWidget;
+
+/// The table of the entries of an "Enum" attribute, and the sheet of one entry.
+namespace EnumTable {
+
+/// The keys shown as columns; also the header labels.
+[[nodiscard]] QStringList columns();
+
+/// Shows a row for each child of kind "Data" of @p attribute, in order; null empties the table.
+void fill(QTableWidget *table, const PointTreeWidgetItem *attribute);
+
+/// A new entry, last among the children of @p attribute and of its counterpart, with the Unix time in seconds as its "key":
+/// two made within a second have the same.
+PointTreeWidgetItem *create(PointTreeWidgetItem *attribute);
+
+/// One record for each column.
+[[nodiscard]] QList<PropertyItem> sheetOf(PointTreeWidgetItem *entry);
+
+} // namespace EnumTable

@@ -1,0 +1,99 @@
+#include "pointcreation.h"
+
+#include "model/controller.h"
+#include "model/pointtreewidgetitem.h"
+
+#include <QDateTime>
+
+namespace {
+
+const QString idKey = QStringLiteral("id");
+const QString nameKey = QStringLiteral("name");
+
+void followId(PointTreeWidgetItem *node, const QString &old, const QString &now)
+{
+    if (node->pointId() != old)
+        return;
+    node->setPointId(now);
+    for (PointObject *child : node->children())
+        followId(child->item(), old, now);
+}
+
+} // namespace
+
+PointCreation::Role PointCreation::roleOf(const PointTreeWidgetItem *item)
+{
+    if (!item->PointObject::parent())
+        return Role::Plugin;
+    if (item->isKind(QLatin1String("ExtPoint")))
+        return Role::Point;
+    if (item->isKind(QLatin1String("SubExtPoint")))
+        return Role::SubPoint;
+    return Role::Other;
+}
+
+PointTreeWidgetItem *PointCreation::createPoint(PointTreeWidgetItem *plugin)
+{
+    // Spelled so: files and users know the name.
+    const QString name = QStringLiteral("Piont");
+    auto *point = new PointTreeWidgetItem(name);
+    point->setKind(QStringLiteral("ExtPoint"));
+    const QString id = QString::number(QDateTime::currentSecsSinceEpoch());
+    point->setProperty(idKey, id);
+    point->setProperty(nameKey, name);
+    point->setPointId(id);
+
+    if (plugin->children().isEmpty()) {
+        auto *set = new PointTreeWidgetItem(QString());
+        set->setKind(QStringLiteral("ExtPointSet"));
+        set->setPluginId(plugin->pluginId());
+        set->setPointId(plugin->pointId());
+        set->setHasFormat(plugin->hasFormat());
+        plugin->addChild(set, false);
+    }
+    plugin->children().first()->addChild(point, false);
+    plugin->QTreeWidgetItem::addChild(point);
+    point->setPluginId(plugin->pluginId());
+    return point;
+}
+
+PointTreeWidgetItem *PointCreation::createSubPoint(PointTreeWidgetItem *point)
+{
+    const QString name = QStringLiteral("SubPoint");
+    auto *subPoint = new PointTreeWidgetItem(name);
+    subPoint->setKind(QStringLiteral("SubExtPoint"));
+    subPoint->setProperty(QStringLiteral("key"), name);
+    subPoint->setProperty(nameKey, name);
+    subPoint->setPointId(point->pointId());
+    subPoint->setPluginId(point->pluginId());
+    subPoint->setHasFormat(point->property(QStringLiteral("hasformat")).toBool());
+    point->addChild(subPoint, false);
+    point->QTreeWidgetItem::addChild(subPoint);
+    return subPoint;
+}
+
+void PointCreation::takeOut(PointTreeWidgetItem *node)
+{
+    if (PointObject *parent = node->parent())
+        parent->detachChild(node);
+}
+
+void PointCreation::followRename(PointTreeWidgetItem *node, const QString &key, const QString &old)
+{
+    const QString now = node->property(key).toString();
+    if (key == idKey && roleOf(node) == Role::Point) {
+        followId(node, old, now);
+        if (node->master() != node)
+            followId(node->master()->item(), old, now);
+        Controller::instance()->rekeyDefinition(node, old, now);
+    } else if (key == QLatin1String("key") && roleOf(node) == Role::SubPoint) {
+        Controller::instance()->rekeyDefinition(node, old.toLower(), now.toLower());
+    }
+}
+
+void PointCreation::destroyWithCounterpart(PointTreeWidgetItem *node)
+{
+    takeOut(node);
+    node->unlink();
+    PointTreeWidgetItem::destroySubtree(node);
+}

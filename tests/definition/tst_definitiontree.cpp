@@ -1,0 +1,385 @@
+#include "definitionpage.h"
+
+#include "definition/childtypemask.h"
+
+#include <QDateTime>
+#include <QSignalSpy>
+#include <QToolButton>
+
+using namespace DefinitionTesting;
+
+namespace {
+
+const QByteArray twoPoints = "<ExtPointSet><ExtPoint id=\"p\" name=\"Point\"><String key=\"text\" name=\"Text\"/><File key=\"icon\" name=\"Icon\"/><String key=\"tip\" name=\"Tip\"/>"
+                             "<SubExtPoint key=\"a\" name=\"A\"/><SubExtPoint key=\"b\" name=\"B\"/><SubExtPoint key=\"c\" name=\"C\" childtype=\"a|c\"/></ExtPoint>"
+                             "<ExtPoint id=\"q\" name=\"Other\"/></ExtPointSet>";
+
+} // namespace
+
+class TestDefinitionTree : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void menu_data();
+    void menu();
+    void createPoint();
+    void createPointInAnEmptyFile();
+    void createSubPoint();
+    void deletion_data();
+    void deletion();
+    void deletedIsGoneEverywhere();
+    void keys();
+    void pointSheet_data();
+    void pointSheet();
+    void options_data();
+    void options();
+    void childTypeMask_data();
+    void childTypeMask();
+    void childTypeEdits();
+    void basicInfoEdits();
+    void renamingFollowsIntoTheIndex();
+    void addProperty();
+    void createdPointsServeTheOtherPage();
+};
+
+void TestDefinitionTree::menu_data()
+{
+    QTest::addColumn<QList<int>>("row");
+    QTest::addColumn<QStringList>("offered");
+    QTest::newRow("plug-in") << QList<int> {} << QStringList { s("Create Point") };
+    QTest::newRow("point") << QList<int> { 0 } << QStringList { s("Create Sub Point"), s("Delete Point") };
+    QTest::newRow("sub point") << QList<int> { 0, 0 } << QStringList { s("Delete Point") };
+    QTest::newRow("empty space") << QList<int> { -1 } << QStringList {};
+}
+
+void TestDefinitionTree::menu()
+{
+    QFETCH(const QList<int>, row);
+    const Page page(twoPoints);
+    if (row.contains(-1)) {
+        QTEST(page.menu(QPoint(20, page.tree()->viewport()->height() - 3)), "offered");
+        return;
+    }
+    QTreeWidgetItem *item = page.tree()->topLevelItem(0);
+    for (const int number : row)
+        item = item->child(number);
+    QTEST(page.menu(item), "offered");
+    QCOMPARE(page.modified, 0);
+}
+
+void TestDefinitionTree::createPoint()
+{
+    Page page(twoPoints);
+    QSignalSpy defined(page.widget->defintionPageBuilder(), &DefintionPageBuilder::addDefine);
+    const qint64 before = QDateTime::currentSecsSinceEpoch();
+    page.menu(page.row({}), s("Create Point"));
+    PointTreeWidgetItem *point = page.row({ 2 });
+    const qint64 id = point->property(s("id")).toLongLong();
+    QVERIFY(id >= before && id <= QDateTime::currentSecsSinceEpoch());
+    QCOMPARE(point->kind() + point->text(0) + point->property(s("name")).toString(), s("ExtPointPiontPiont"));
+    QCOMPARE(point->pluginId() + point->pointId(), s("own") + QString::number(id));
+    QCOMPARE(point->parent(), page.manager.definitionRoot()->children().first());
+    QCOMPARE(page.tree()->currentItem(), static_cast<QTreeWidgetItem *>(point));
+    QCOMPARE(Page::records(page.basicInfo()), (QStringList { s("id:5=") + QString::number(id), s("name:5=Piont") }));
+    QCOMPARE(defined.count(), 1);
+    QCOMPARE(defined.first().at(0).toString(), s("own"));
+    QCOMPARE(defined.first().at(2).value<PointTreeWidgetItem *>(), nullptr);
+    QCOMPARE(page.modified, 1);
+    page.press("pushButton_add_extpoint");
+    QCOMPARE(page.row({})->childCount(), 4);
+}
+
+void TestDefinitionTree::createPointInAnEmptyFile()
+{
+    const Page page("<ExtDataSet/>");
+    page.menu(page.row({}), s("Create Point"));
+    PointTreeWidgetItem *set = page.manager.definitionRoot()->children().first()->item();
+    QCOMPARE(set->kind() + set->text(0), s("ExtPointSet"));
+    QVERIFY(!set->QTreeWidgetItem::parent());
+    QCOMPARE(page.row({ 0 })->parent(), static_cast<PointObject *>(set));
+}
+
+void TestDefinitionTree::createSubPoint()
+{
+    Page page(twoPoints);
+    QSignalSpy defined(page.widget->defintionPageBuilder(), &DefintionPageBuilder::addDefine);
+    for (int count = 1; count <= 2; ++count) {
+        page.menu(page.row({ 1 }), s("Create Sub Point"));
+        PointTreeWidgetItem *subPoint = page.row({ 1, count - 1 });
+        QCOMPARE(subPoint->kind() + subPoint->text(0), s("SubExtPointSubPoint"));
+        QCOMPARE(subPoint->properties().keys(), (QStringList { s("key"), s("name") }));
+        QCOMPARE(subPoint->property(s("key")).toString(), s("SubPoint"));
+        QCOMPARE(subPoint->pointId() + subPoint->pluginId(), s("qown"));
+        QCOMPARE(page.tree()->currentItem(), static_cast<QTreeWidgetItem *>(subPoint));
+        QCOMPARE(defined.count(), count);
+        QCOMPARE(defined.last().at(0).toString(), s("own"));
+        QCOMPARE(defined.last().at(2).value<PointTreeWidgetItem *>(), subPoint);
+        QCOMPARE(page.modified, count);
+    }
+    QCOMPARE(Page::records(page.basicInfo()), (QStringList { s("key:5=SubPoint"), s("name:5=SubPoint") }));
+}
+
+void TestDefinitionTree::deletion_data()
+{
+    QTest::addColumn<QList<int>>("shown");
+    QTest::addColumn<QList<int>>("deleted");
+    QTest::newRow("the one shown") << QList<int> { 0 } << QList<int> { 0 };
+    QTest::newRow("the one above the one shown") << QList<int> { 0, 1 } << QList<int> { 0 };
+    QTest::newRow("another one") << QList<int> { 1 } << QList<int> { 0 };
+    QTest::newRow("a sub point") << QList<int> { 0, 2 } << QList<int> { 0, 0 };
+    QTest::newRow("the last one") << QList<int> { 1 } << QList<int> { 1 };
+}
+
+void TestDefinitionTree::deletion()
+{
+    QFETCH(const QList<int>, shown);
+    QFETCH(const QList<int>, deleted);
+    Page page(twoPoints);
+    const auto at = [&](const QList<int> &rows) {
+        QTreeWidgetItem *item = page.tree()->topLevelItem(0);
+        for (const int number : rows)
+            item = item->child(number);
+        return PointTreeWidgetItem::fromRow(item);
+    };
+    page.click(at(shown));
+    const QPointer<PointTreeWidgetItem> victim = at(deleted);
+    PointObject *parent = victim->parent();
+    bool wholeWhenTold = false;
+    connect(page.widget->defintionPageBuilder(), &DefintionPageBuilder::delDefine, this,
+        [&](PointTreeWidgetItem *item) { wholeWhenTold = item == victim && !item->parent() && !item->kind().isEmpty(); });
+    page.menu(victim, s("Delete Point"));
+    QVERIFY(wholeWhenTold && !victim);
+    QCOMPARE(parent->children().size(), deleted.size() == 2 ? 5 : 1);
+    QCOMPARE(page.modified, 1);
+    // What the page shows now is there, and can be worked on.
+    Q_EMIT page.basicInfo()->propertyChanged(s("description"), s("x"));
+    page.press("pushButton_add_attr");
+    QVERIFY(page.manager.save());
+}
+
+void TestDefinitionTree::deletedIsGoneEverywhere()
+{
+    Page page(twoPoints);
+    page.menu(page.row({}), s("Create Point"));
+    const QString id = page.row({ 2 })->property(s("id")).toString();
+    page.menu(page.row({ 2 }), s("Create Sub Point"));
+    page.click(page.row({ 2 }));
+    page.press("pushButton_add_attr");
+    QVERIFY(page.manager.definition(id) && page.manager.definition(s("subpoint")));
+    QCOMPARE(page.otherTree()->topLevelItem(0)->child(0)->childCount(), 1);
+    page.menu(page.row({ 2 }), s("Delete Point"));
+    QVERIFY(!page.manager.definition(id) && !page.manager.definition(s("subpoint")));
+    QCOMPARE(page.otherTree()->topLevelItem(0)->child(0)->childCount(), 0);
+}
+
+void TestDefinitionTree::keys()
+{
+    Page page(twoPoints);
+    page.click(page.row({}));
+    page.tree()->setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(page.widget.get()));
+    QTest::keyClick(page.tree(), Qt::Key_Delete);
+    QVERIFY2(page.tree()->topLevelItemCount() == 1, "the plug-in was deleted");
+    QTest::keyClick(page.tree(), Qt::Key_Insert);
+    QCOMPARE(page.row({})->childCount(), 3);
+    QTest::keyClick(page.tree(), Qt::Key_Insert);
+    QTest::keyClick(page.tree(), Qt::Key_Insert);
+    QCOMPARE(page.row({ 2 })->childCount(), 2);
+    QTest::keyClick(page.tree(), Qt::Key_Delete);
+    QCOMPARE(page.row({ 2 })->childCount(), 1);
+    QTest::keyClick(page.tree(), Qt::Key_F2);
+    QVERIFY(page.basicInfo()->isAncestorOf(QApplication::focusWidget()));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(QApplication::focusWidget(), s("Typed"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QCOMPARE(page.tree()->currentItem()->text(0), s("Typed"));
+}
+
+void TestDefinitionTree::pointSheet_data()
+{
+    QTest::addColumn<QByteArray>("element");
+    QTest::addColumn<QString>("records");
+    const auto row = [](const char *name, const char *element, const char *records) { QTest::newRow(name) << QByteArray(element) << s(records); };
+    row("point: id first, description last, the others in file order", "<ExtPoint description=\"d\" name=\"n\" other=\"o\" hasformat=\"true\" id=\"i\" displayicon=\"x\" displaylabel=\"y\"/>",
+        "id:5=i name:5=n other:0=o hasformat:2=true displayicon:7=x displaylabel:7=y description:6=d");
+    row("sub point: key first", "<ExtPoint id=\"i\"><SubExtPoint other=\"o\" description=\"d\" name=\"n\" key=\"k\" childtype=\"k\"/></ExtPoint>", "key:5=k other:0=o name:5=n childtype:8=1 description:6=d");
+    row("a point without id has no sheet", "<ExtPoint name=\"n\"/>", "");
+    row("a sub point with id has the sub point's sheet", "<ExtPoint id=\"i\"><SubExtPoint id=\"x\" key=\"k\"/></ExtPoint>", "key:5=k id:0=x");
+}
+
+void TestDefinitionTree::pointSheet()
+{
+    QFETCH(const QByteArray, element);
+    const Page page("<ExtPointSet>" + element + "</ExtPointSet>");
+    page.click(page.row({ 0 })->childCount() > 0 ? page.row({ 0, 0 }) : page.row({ 0 }));
+    QTEST(Page::records(page.basicInfo()).join(QLatin1Char(' ')), "records");
+}
+
+void TestDefinitionTree::options_data()
+{
+    QTest::addColumn<QByteArray>("properties");
+    QTest::addColumn<QByteArray>("attributes");
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<QString>("icon");
+    const QByteArray both = "<String key=\"a\" name=\"A\"/><File key=\"f\" name=\"F\"/><Int key=\"i\" name=\"I\"/><String key=\"b\" name=\"B\"/><File key=\"g\" name=\"G\"/><string key=\"z\"/>";
+    QTest::newRow("the current one first") << QByteArray("displaylabel=\"b\" displayicon=\"g\"") << both << s("b/B/ a/A/") << s("g/G/ f/F/");
+    QTest::newRow("none is current") << QByteArray("displaylabel=\"x\" displayicon=\"\"") << both << s("a/A/ b/B/") << s("f/F/ g/G/");
+    QTest::newRow("without attributes the value alone") << QByteArray("displaylabel=\"x\" displayicon=\"y\"") << QByteArray("<Int key=\"i\"/>") << s("x/x/") << s("y/y/");
+    QTest::newRow("only strings") << QByteArray("displaylabel=\"\" displayicon=\"y\"") << QByteArray("<String key=\"a\" name=\"A\"/>") << s("a/A/") << s("y/y/");
+}
+
+void TestDefinitionTree::options()
+{
+    QFETCH(const QByteArray, properties);
+    QFETCH(const QByteArray, attributes);
+    for (const bool subPoint : { false, true }) {
+        const QByteArray point = "<ExtPoint id=\"p\" " + properties + '>' + attributes + "</ExtPoint>";
+        const QByteArray sub = "<ExtPoint id=\"p\"><SubExtPoint key=\"k\" " + properties + '>' + attributes + "</SubExtPoint></ExtPoint>";
+        const Page page("<ExtPointSet>" + (subPoint ? sub : point) + "</ExtPointSet>");
+        page.click(subPoint ? page.row({ 0, 0 }) : page.row({ 0 }));
+        QTEST(Page::options(Page::record(page.basicInfo(), "displaylabel")), "label");
+        QTEST(Page::options(Page::record(page.basicInfo(), "displayicon")), "icon");
+    }
+}
+
+void TestDefinitionTree::childTypeMask_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("mask");
+    QTest::addColumn<QString>("back");
+    QTest::newRow("none") << QString() << 0 << QString();
+    QTest::newRow("first") << s("a") << 1 << s("a");
+    QTest::newRow("a and c") << s("a|c") << 5 << s("a|c");
+    QTest::newRow("in bit order") << s("c|b") << 6 << s("b|c");
+    QTest::newRow("a dead key counts nothing and goes") << s("gone|b") << 2 << s("b");
+    QTest::newRow("letter case matters") << s("A|c") << 4 << s("c");
+    QTest::newRow("empty parts and repetitions") << s("|a||a|") << 1 << s("a");
+}
+
+void TestDefinitionTree::childTypeMask()
+{
+    QFETCH(const QString, text);
+    QFETCH(const int, mask);
+    PointTreeWidgetItem point { QString() };
+    std::vector<std::unique_ptr<PointTreeWidgetItem>> children;
+    for (const char *kind : { "String:x", "SubExtPoint:a", "subextpoint:b", "Int:y", "SubExtPoint:c" }) {
+        children.push_back(std::make_unique<PointTreeWidgetItem>(QString()));
+        children.back()->setKind(s(kind).section(QLatin1Char(':'), 0, 0));
+        children.back()->setProperty(s("key"), s(kind).section(QLatin1Char(':'), 1));
+        point.addChild(children.back().get(), false);
+    }
+    const ChildTypeMask types(&point);
+    QCOMPARE(types.names().join(QString()) + QString::number(types.bits().last()), s("abc4"));
+    QCOMPARE(types.maskOf(text), mask);
+    QTEST(types.textOf(mask), "back");
+    QVERIFY(ChildTypeMask(nullptr).names().isEmpty());
+}
+
+void TestDefinitionTree::childTypeEdits()
+{
+    Page page(twoPoints);
+    page.click(page.row({ 0, 2 }));
+    const PropertyItem record = Page::record(page.basicInfo(), "childtype");
+    QCOMPARE(record.value().toInt(), 5);
+    QCOMPARE(Page::options(record), s("a/a/ b/b/ c/c/"));
+    Q_EMIT page.basicInfo()->propertyChanged(s("childtype"), 6);
+    QCOMPARE(page.row({ 0, 2 })->property(s("childtype")).toString(), s("b|c"));
+    QCOMPARE(page.modified, 1);
+    Q_EMIT page.basicInfo()->propertyChanged(s("childtype"), 0);
+    QCOMPARE(page.row({ 0, 2 })->property(s("childtype")), QVariant(QString()));
+}
+
+void TestDefinitionTree::basicInfoEdits()
+{
+    Page page(twoPoints);
+    Q_EMIT page.basicInfo()->propertyChanged(s("vendor"), s("v"));
+    QCOMPARE(page.manager.definitionRoot()->property(s("vendor")).toString(), s("v"));
+    page.click(page.row({ 0 }));
+    QWidget *editor = page.basicInfo()->editorFor(s("name"));
+    QVERIFY(editor);
+    QVERIFY(QTest::qWaitForWindowActive(page.widget.get()));
+    editor->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
+    // Neither of the two is accepted in a name.
+    QTest::keyClicks(QApplication::focusWidget(), s("a<"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QCOMPARE(page.row({ 0 })->text(0), s("Point"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backspace);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QCOMPARE(page.row({ 0 })->text(0), s("a"));
+    QCOMPARE(page.modified, 2);
+}
+
+void TestDefinitionTree::renamingFollowsIntoTheIndex()
+{
+    Page page(twoPoints);
+    page.press("pushButton_add_extpoint");
+    PointTreeWidgetItem *point = page.row({ 2 });
+    page.press("pushButton_add_attr");
+    page.menu(point, s("Create Sub Point"));
+    PointTreeWidgetItem *subPoint = page.row({ 2, 0 });
+    Q_EMIT page.basicInfo()->propertyChanged(s("key"), s("Leaf"));
+    QVERIFY(!page.manager.definition(s("subpoint")));
+    QCOMPARE(page.manager.definition(s("leaf")), subPoint->link()->item());
+
+    page.click(point);
+    const QString old = point->property(s("id")).toString();
+    Q_EMIT page.basicInfo()->propertyChanged(s("id"), s("new.id"));
+    QVERIFY(!page.manager.definition(old));
+    QCOMPARE(page.manager.definition(s("new.id")), point->link()->item());
+    for (PointTreeWidgetItem *node : { point, subPoint, point->children().first()->item(), point->link()->item(), subPoint->link()->item() })
+        QCOMPARE(node->pointId(), s("new.id"));
+}
+
+void TestDefinitionTree::addProperty()
+{
+    Page page(twoPoints);
+    auto *button = page.find<QToolButton>("addPropertyButton");
+    QVERIFY2(!button->isEnabled(), "a plug-in has no table of properties");
+    const auto offered = [&] {
+        QStringList texts;
+        Q_EMIT button->menu()->aboutToShow();
+        for (QAction *action : button->menu()->actions())
+            texts.append(action->text());
+        return texts.join(QLatin1Char(' '));
+    };
+    page.click(page.row({ 0 }));
+    QCOMPARE(offered(), s("displaylabel displayicon hasformat description"));
+    button->menu()->actions().at(2)->trigger();
+    QCOMPARE(page.row({ 0 })->property(s("hasformat")), QVariant(QString()));
+    QCOMPARE(Page::records(page.basicInfo()).last(), s("hasformat:2="));
+    QCOMPARE(page.modified, 1);
+    QCOMPARE(offered(), s("displaylabel displayicon description"));
+    page.click(page.row({ 0, 0 }));
+    QCOMPARE(offered(), s("displaylabel displayicon childtype description"));
+    page.row({ 0, 0 })->setProperty(s("childType"), s("a"));
+    QCOMPARE(offered(), s("displaylabel displayicon description"));
+}
+
+void TestDefinitionTree::createdPointsServeTheOtherPage()
+{
+    Page page(twoPoints);
+    page.press("pushButton_add_extpoint");
+    const QString id = page.row({ 2 })->property(s("id")).toString();
+    page.press("pushButton_add_attr");
+    Q_EMIT page.editInfo()->propertyChanged(s("key"), s("color"));
+    Q_EMIT page.editInfo()->propertyChanged(s("value"), s("red"));
+    Q_EMIT page.editInfo()->propertyChanged(s("type"), s("Enum"));
+    QVERIFY(page.button("pushButton_add_enum")->isEnabled());
+    page.press("pushButton_add_enum");
+    QCOMPARE(page.entries()->rowCount(), 1);
+    Q_EMIT page.editInfo()->propertyChanged(s("text"), s("blue"));
+    QCOMPARE(Page::texts(page.entries()).first().section(QLatin1Char('|'), 1), s("blue|"));
+    PointTreeWidgetItem record { QString() };
+    record.setKind(s("Shape"));
+    record.setPointId(id);
+    Definitions::Attributes attributes;
+    QVERIFY(page.manager.attributeDefinitions(&record, &attributes));
+    QCOMPARE(attributes.keys, QStringList { s("color") });
+    QCOMPARE(attributes.defaults.value(s("color")).toString() + attributes.types.value(s("color")), s("redEnum"));
+    QCOMPARE(attributes.options.value(s("color")), QStringList { s("blue") });
+}
+
+QTEST_MAIN(TestDefinitionTree)
+#include "tst_definitiontree.moc"
