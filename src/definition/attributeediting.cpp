@@ -153,7 +153,8 @@ void DefintionPageBuilder::deleteAttribute()
         return;
     PointTreeWidgetItem *attribute = m_currentAttribute;
     {
-        // The table moves its current row while the row still stands; the rows and the children fit again only after it.
+        // The table moves its current row while the row still stands; the rows and the children fit again only after
+        // it.
         const QSignalBlocker quiet(table);
         if (attribute->isKind(QLatin1String("SubExtPoint")))
             Q_EMIT delDefine(attribute);

@@ -7,7 +7,10 @@
 
 namespace {
 
-PropertyType editorOf(const QString &typeName) { return PropertyType(attributeTypeToPropertyType(typeName)); }
+PropertyType editorOf(const QString &typeName)
+{
+    return PropertyType(attributeTypeToPropertyType(typeName));
+}
 
 PropertyItem valueRecord(PointTreeWidgetItem *attribute, const QVariant &value)
 {

@@ -10,8 +10,8 @@ class PointTreeWidgetItem;
 /// The sheet of one attribute, and what an attribute is made of.
 namespace AttributeSheet {
 
-/// Replaces the attributes of @p attribute by exactly @p fields, in that order, each with the value that it had (null for
-/// one that it lacked). An empty list, which an unknown type has, changes nothing.
+/// Replaces the attributes of @p attribute by exactly @p fields, in that order, each with the value that it had (null
+/// for one that it lacked). An empty list, which an unknown type has, changes nothing.
 void bringIntoLine(PointTreeWidgetItem *attribute, const QStringList &fields);
 
 /// One record for each key of @p attribute, in its order, then the "type" with @p typeNames to choose from, the current

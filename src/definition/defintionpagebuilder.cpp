@@ -19,13 +19,9 @@
 using PointCreation::Role;
 
 DefintionPageBuilder::DefintionPageBuilder(Ui::ExtPointWidget *ui, QObject *parent)
-    : QObject(parent)
-    , m_ui(ui)
-    , m_pointPropertyTypes(PointSheet::pointTypes())
-    , m_subPointPropertyTypes(PointSheet::subPointTypes())
-    , m_treeMenu(std::make_unique<TreeMenu>())
-{
-}
+    : QObject(parent), m_ui(ui), m_pointPropertyTypes(PointSheet::pointTypes()),
+      m_subPointPropertyTypes(PointSheet::subPointTypes()), m_treeMenu(std::make_unique<TreeMenu>())
+{ }
 
 DefintionPageBuilder::~DefintionPageBuilder() = default;
 
@@ -199,7 +195,8 @@ void DefintionPageBuilder::createSubPointOf(PointTreeWidgetItem *point)
     // The realization page is told first: making the row current shows the sub point already.
     QTreeWidgetItem *above = point->QTreeWidgetItem::parent();
     if (above)
-        Q_EMIT addDefine(PointTreeWidgetItem::fromRow(above)->property(QStringLiteral("id")).toString(), point, subPoint);
+        Q_EMIT addDefine(
+            PointTreeWidgetItem::fromRow(above)->property(QStringLiteral("id")).toString(), point, subPoint);
     m_ui->defintionTree->setCurrentItem(subPoint);
     m_ui->defintionTree->scrollToItem(subPoint);
     if (above)
@@ -243,8 +240,8 @@ void DefintionPageBuilder::showBasicInfo()
     if (m_currentPoint) {
         if (PointCreation::roleOf(m_currentPoint) == Role::SubPoint) {
             m_childTypes = ChildTypeMask(m_currentPoint->parent());
-            records = PointSheet::ofSubPoint(
-                m_currentPoint, m_subPointPropertyTypes, m_pointPropertyTypes, m_childTypes);
+            records
+                = PointSheet::ofSubPoint(m_currentPoint, m_subPointPropertyTypes, m_pointPropertyTypes, m_childTypes);
         } else if (!m_currentPoint->property(QStringLiteral("id")).isNull()) {
             records = PointSheet::ofPoint(m_currentPoint, m_pointPropertyTypes);
         }

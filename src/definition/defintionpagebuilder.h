@@ -22,7 +22,8 @@ class TreeMenu;
 /// attributes and enumeration entries and the sheet beside them. What a sheet, a table or a new node is made of stands
 /// in files of its own; here is what happens when.
 ///
-/// Created by the main widget without a parent and never deleted; it lets go of the form when the form dies. GUI thread.
+/// Created by the main widget without a parent and never deleted; it lets go of the form when the form dies. GUI
+/// thread.
 class DefintionPageBuilder final : public QObject, public ExtPointWidgetBuilder
 {
     Q_OBJECT

@@ -6,7 +6,10 @@
 #include <QDateTime>
 #include <QTableWidget>
 
-QStringList EnumTable::columns() { return { QStringLiteral("key"), QStringLiteral("text"), QStringLiteral("icon") }; }
+QStringList EnumTable::columns()
+{
+    return { QStringLiteral("key"), QStringLiteral("text"), QStringLiteral("icon") };
+}
 
 void EnumTable::fill(QTableWidget *table, const PointTreeWidgetItem *attribute)
 {

@@ -17,8 +17,8 @@ namespace EnumTable {
 /// Shows a row for each child of kind "Data" of @p attribute, in order; null empties the table.
 void fill(QTableWidget *table, const PointTreeWidgetItem *attribute);
 
-/// A new entry, last among the children of @p attribute and of its counterpart, with the Unix time in seconds as its "key":
-/// two made within a second have the same.
+/// A new entry, last among the children of @p attribute and of its counterpart, with the Unix time in seconds as its
+/// "key": two made within a second have the same.
 PointTreeWidgetItem *create(PointTreeWidgetItem *attribute);
 
 /// One record for each column.

@@ -11,9 +11,7 @@
 #include <QSignalBlocker>
 
 MetaDialog::MetaDialog(PointTreeWidgetItem *owner, QWidget *parent)
-    : QDialog(parent)
-    , m_ui(std::make_unique<Ui::MetaDialog>())
-    , m_owner(owner)
+    : QDialog(parent), m_ui(std::make_unique<Ui::MetaDialog>()), m_owner(owner)
 {
     m_ui->setupUi(this);
     m_ui->metaProperty->setAccessibleName(tr("Meta entry"));
@@ -93,7 +91,10 @@ void MetaDialog::propertyChanged(const QString &name, const QVariant &value)
     Q_EMIT modified(true);
 }
 
-void MetaDialog::on_pushButton_close_clicked() { close(); }
+void MetaDialog::on_pushButton_close_clicked()
+{
+    close();
+}
 
 void MetaDialog::done(int result)
 {

@@ -12,7 +12,10 @@ const QString typeKey = QStringLiteral("type");
 
 } // namespace
 
-QStringList MetaSheet::columns() { return { QStringLiteral("key"), QStringLiteral("value"), typeKey }; }
+QStringList MetaSheet::columns()
+{
+    return { QStringLiteral("key"), QStringLiteral("value"), typeKey };
+}
 
 QList<PropertyItem> MetaSheet::of(PointTreeWidgetItem *entry, const QStringList &typeNames)
 {

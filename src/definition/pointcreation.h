@@ -17,8 +17,8 @@ enum class Role {
 
 [[nodiscard]] Role roleOf(const PointTreeWidgetItem *item);
 
-/// A new point in @p plugin, with the Unix time in seconds as its "id": two made within a second have the same. The first
-/// set of the plug-in takes it; a plug-in without any gets one.
+/// A new point in @p plugin, with the Unix time in seconds as its "id": two made within a second have the same. The
+/// first set of the plug-in takes it; a plug-in without any gets one.
 PointTreeWidgetItem *createPoint(PointTreeWidgetItem *plugin);
 
 /// A new sub point of @p point. Names are not made unique.

@@ -34,7 +34,8 @@ PropertyItem withAttributeOptions(PropertyItem record, PointTreeWidgetItem *item
             continue;
         any = true;
         const QString key = attribute->property(QStringLiteral("key")).toString();
-        const PropertyItem::OptionItem option { key, attribute->property(QStringLiteral("name")).toString(), QString() };
+        const PropertyItem::OptionItem option { key, attribute->property(QStringLiteral("name")).toString(),
+            QString() };
         if (key == current)
             record.insertOption(0, option);
         else
@@ -49,10 +50,7 @@ PropertyItem withAttributeOptions(PropertyItem record, PointTreeWidgetItem *item
 class Sheet final
 {
 public:
-    explicit Sheet(const QString &firstKey)
-        : m_firstKey(firstKey)
-    {
-    }
+    explicit Sheet(const QString &firstKey) : m_firstKey(firstKey) { }
 
     void add(const PropertyItem &record)
     {
@@ -116,9 +114,15 @@ QStringList keysOf(const KeyType (&entries)[count])
 
 } // namespace
 
-PointSheet::TypeTable PointSheet::pointTypes() { return tableOf(pointKeys); }
+PointSheet::TypeTable PointSheet::pointTypes()
+{
+    return tableOf(pointKeys);
+}
 
-PointSheet::TypeTable PointSheet::subPointTypes() { return tableOf(subPointKeys); }
+PointSheet::TypeTable PointSheet::subPointTypes()
+{
+    return tableOf(subPointKeys);
+}
 
 QStringList PointSheet::missingKeys(const PointTreeWidgetItem *node)
 {
@@ -155,8 +159,8 @@ QList<PropertyItem> PointSheet::ofPoint(PointTreeWidgetItem *point, const TypeTa
     return sheet.records();
 }
 
-QList<PropertyItem> PointSheet::ofSubPoint(PointTreeWidgetItem *subPoint, const TypeTable &types,
-    const TypeTable &pointTypes, const ChildTypeMask &childTypes)
+QList<PropertyItem> PointSheet::ofSubPoint(
+    PointTreeWidgetItem *subPoint, const TypeTable &types, const TypeTable &pointTypes, const ChildTypeMask &childTypes)
 {
     Sheet sheet(QStringLiteral("key"));
     const QStringList keys = subPoint->properties().keys();

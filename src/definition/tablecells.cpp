@@ -31,7 +31,10 @@ void TableCells::appendRow(QTableWidget *table, const QStringList &texts)
     }
 }
 
-void TableCells::fit(QTableWidget *table) { table->resizeColumnsToContents(); }
+void TableCells::fit(QTableWidget *table)
+{
+    table->resizeColumnsToContents();
+}
 
 void TableCells::setText(QTableWidget *table, int row, int column, const QString &text)
 {

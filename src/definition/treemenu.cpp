@@ -3,11 +3,9 @@
 #include "pointcreation.h"
 
 TreeMenu::TreeMenu()
-    : m_createPoint(addAction(createPointText()))
-    , m_createSubPoint(addAction(createSubPointText()))
-    , m_deletePoint(addAction(deletePointText()))
-{
-}
+    : m_createPoint(addAction(createPointText())), m_createSubPoint(addAction(createSubPointText())),
+      m_deletePoint(addAction(deletePointText()))
+{ }
 
 void TreeMenu::fitTo(const PointTreeWidgetItem *item)
 {

@@ -4,7 +4,6 @@
 #include "model/controller.h"
 #include "model/sourcedatamanager.h"
 
-
 #include <utils/filename.h>
 
 namespace PointEditor::Internal {
@@ -16,8 +15,7 @@ constexpr char busyProperty[] = "busy";
 } // namespace
 
 ExtPointEditorDocument::ExtPointEditorDocument(QObject *parent)
-    : Core::IDocument(parent)
-    , m_manager(std::make_unique<SourceDataManager>(QString()))
+    : Core::IDocument(parent), m_manager(std::make_unique<SourceDataManager>(QString()))
 {
     setId(Core::Id(Constants::editorId));
     setMimeType(QString::fromLatin1(Constants::mimeType));
@@ -51,11 +49,20 @@ bool ExtPointEditorDocument::save(QString *, const QString &, bool)
     return true;
 }
 
-QByteArray ExtPointEditorDocument::contents() const { return {}; }
+QByteArray ExtPointEditorDocument::contents() const
+{
+    return {};
+}
 
-bool ExtPointEditorDocument::setContents(const QByteArray &) { return true; }
+bool ExtPointEditorDocument::setContents(const QByteArray &)
+{
+    return true;
+}
 
-bool ExtPointEditorDocument::shouldAutoSave() const { return m_shouldAutoSave; }
+bool ExtPointEditorDocument::shouldAutoSave() const
+{
+    return m_shouldAutoSave;
+}
 
 bool ExtPointEditorDocument::isModified() const
 {
@@ -65,9 +72,15 @@ bool ExtPointEditorDocument::isModified() const
     return m_modified;
 }
 
-bool ExtPointEditorDocument::isSaveAsAllowed() const { return true; }
+bool ExtPointEditorDocument::isSaveAsAllowed() const
+{
+    return true;
+}
 
-bool ExtPointEditorDocument::reload(QString *, ReloadFlag, ChangeType) { return true; }
+bool ExtPointEditorDocument::reload(QString *, ReloadFlag, ChangeType)
+{
+    return true;
+}
 
 void ExtPointEditorDocument::onModified(bool)
 {

@@ -9,7 +9,6 @@
 
 #include <memory>
 
-
 class SourceDataManager;
 
 namespace PointEditor::Internal {
@@ -48,7 +47,8 @@ Q_SIGNALS:
     void loaded(bool success);
 
 public Q_SLOTS:
-    /// Marks the document modified, whatever @p flag says: a change can't be undone into a clean state except by saving.
+    /// Marks the document modified, whatever @p flag says: a change can't be undone into a clean state except by
+    /// saving.
     void onModified(bool flag);
 
 private:

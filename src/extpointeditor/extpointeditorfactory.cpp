@@ -11,8 +11,7 @@
 namespace PointEditor::Internal {
 
 ExtPointEditorFactory::ExtPointEditorFactory(ExtPointEditorPlugin *plugin)
-    : Core::IEditorFactory(plugin)
-    , m_plugin(plugin)
+    : Core::IEditorFactory(plugin), m_plugin(plugin)
 {
     setId(Core::Id(Constants::editorId));
     setMimeTypes({ QString::fromLatin1(Constants::mimeType) });

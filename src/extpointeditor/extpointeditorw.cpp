@@ -7,8 +7,7 @@
 namespace PointEditor::Internal {
 
 ExtPointEditorW::ExtPointEditorW(const Core::Context &context, ExtPointEditorPlugin *plugin)
-    : m_document(new ExtPointEditorDocument(this))
-    , m_plugin(plugin)
+    : m_document(new ExtPointEditorDocument(this)), m_plugin(plugin)
 {
     setContext(context);
     // The document has registered its model by now; the widget fetches that model from the Controller.
@@ -20,8 +19,14 @@ ExtPointEditorW::ExtPointEditorW(const Core::Context &context, ExtPointEditorPlu
 
 ExtPointEditorW::~ExtPointEditorW() = default;
 
-Core::IDocument *ExtPointEditorW::document() { return m_document; }
+Core::IDocument *ExtPointEditorW::document()
+{
+    return m_document;
+}
 
-QWidget *ExtPointEditorW::toolBar() { return nullptr; }
+QWidget *ExtPointEditorW::toolBar()
+{
+    return nullptr;
+}
 
 } // namespace PointEditor::Internal

@@ -7,7 +7,8 @@ ScannedFile::~ScannedFile()
     // From the last one back, so that a node goes before the one that it hangs under.
     for (size_t i = m_announcements.size(); i > m_next; --i) {
         const Announcement &announcement = m_announcements[i - 1];
-        const bool brings = announcement.kind == Announcement::AddTopChild || announcement.kind == Announcement::AddObjChild;
+        const bool brings
+            = announcement.kind == Announcement::AddTopChild || announcement.kind == Announcement::AddObjChild;
         const bool alive = m_guards.empty() || m_guards[i - 1 - m_firstGuarded].node;
         // A definition node hangs under another one already and goes with that one: a set, which comes later in this
         // loop, or a node that belongs to the receiver.

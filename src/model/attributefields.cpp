@@ -2,11 +2,17 @@
 
 namespace {
 
-QStringList words(const char *list) { return QString::fromLatin1(list).split(QLatin1Char(' ')); }
+QStringList words(const char *list)
+{
+    return QString::fromLatin1(list).split(QLatin1Char(' '));
+}
 
 } // namespace
 
-QStringList AttributeFields::typeNames() { return words("String Enum Bool Int File ShortCut"); }
+QStringList AttributeFields::typeNames()
+{
+    return words("String Enum Bool Int File ShortCut");
+}
 
 QMap<QString, QStringList> AttributeFields::table()
 {

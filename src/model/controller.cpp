@@ -30,7 +30,10 @@ void makeLast(QList<QPointer<Object>> &objects, Object *object)
         objects.append(object);
 }
 
-MainWidgetInterface *interfaceOf(QWidget *widget) { return dynamic_cast<MainWidgetInterface *>(widget); }
+MainWidgetInterface *interfaceOf(QWidget *widget)
+{
+    return dynamic_cast<MainWidgetInterface *>(widget);
+}
 
 } // namespace
 
@@ -50,13 +53,25 @@ Controller *Controller::instance()
     return controller;
 }
 
-void Controller::setSourceDataManager(SourceDataManager *manager) { makeLast(m_managers, manager); }
+void Controller::setSourceDataManager(SourceDataManager *manager)
+{
+    makeLast(m_managers, manager);
+}
 
-void Controller::setMainWidget(QWidget *widget) { makeLast(m_widgets, widget); }
+void Controller::setMainWidget(QWidget *widget)
+{
+    makeLast(m_widgets, widget);
+}
 
-SourceDataManager *Controller::sourceDataManager() const { return lastAlive(m_managers); }
+SourceDataManager *Controller::sourceDataManager() const
+{
+    return lastAlive(m_managers);
+}
 
-QWidget *Controller::mainWidget() const { return lastAlive(m_widgets); }
+QWidget *Controller::mainWidget() const
+{
+    return lastAlive(m_widgets);
+}
 
 void Controller::addLayout(PointTreeWidgetItem *layout)
 {

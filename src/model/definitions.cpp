@@ -5,7 +5,10 @@
 
 namespace {
 
-bool sameId(const QString &left, const QString &right) { return left.compare(right, Qt::CaseInsensitive) == 0; }
+bool sameId(const QString &left, const QString &right)
+{
+    return left.compare(right, Qt::CaseInsensitive) == 0;
+}
 
 Definitions::Nodes belongingTo(const QString &pointId, const Definitions::Nodes &nodes)
 {
@@ -19,10 +22,7 @@ Definitions::Nodes belongingTo(const QString &pointId, const Definitions::Nodes 
 
 } // namespace
 
-Definitions::Definitions(const NodeIndex &points)
-    : m_points(points)
-{
-}
+Definitions::Definitions(const NodeIndex &points) : m_points(points) { }
 
 Definitions::Nodes Definitions::of(const QString &key, const QString &pointId) const
 {

@@ -22,7 +22,7 @@ public:
         QHash<QString, QVariant> defaults;
         QHash<QString, QString> types;
         QHash<QString, QStringList> options; ///< only for attributes that have any
-        QStringList keys; ///< in the order of the declarations
+        QStringList keys;                    ///< in the order of the declarations
     };
 
     explicit Definitions(const NodeIndex &points);
@@ -35,9 +35,9 @@ public:
     /// False, with @p attributes untouched, when nothing defines a node of this kind at this point.
     [[nodiscard]] bool attributes(const QString &kind, const QString &pointId, Attributes *attributes) const;
 
-    /// "childType" of the first definition under @p key that belongs to the point, split at "|", empty parts kept; empty
-    /// when nothing matches. Unlike of() this does not fall back to the point id, else every node of an unknown kind
-    /// would take what its point takes.
+    /// "childType" of the first definition under @p key that belongs to the point, split at "|", empty parts kept;
+    /// empty when nothing matches. Unlike of() this does not fall back to the point id, else every node of an unknown
+    /// kind would take what its point takes.
     [[nodiscard]] QStringList childTypes(const QString &key, const QString &pointId) const;
 
     /// "childType" unsplit; @p exists tells whether the property is there and stays untouched when nothing matches.

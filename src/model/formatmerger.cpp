@@ -8,7 +8,10 @@ namespace {
 
 const QString idKey = QStringLiteral("id");
 
-QString folded(PointTreeWidgetItem *node, const QString &key) { return node->property(key).toString().toLower(); }
+QString folded(PointTreeWidgetItem *node, const QString &key)
+{
+    return node->property(key).toString().toLower();
+}
 
 QVector<PointTreeWidgetItem *> childItems(const PointTreeWidgetItem *node)
 {
@@ -52,11 +55,7 @@ bool isBar(const PointTreeWidgetItem *node)
 class ParentSearch final
 {
 public:
-    ParentSearch(PointTreeWidgetItem *node, const QString &parentId)
-        : m_node(node)
-        , m_parentId(parentId)
-    {
-    }
+    ParentSearch(PointTreeWidgetItem *node, const QString &parentId) : m_node(node), m_parentId(parentId) { }
 
     void run(PointTreeWidgetItem *searched)
     {
@@ -131,7 +130,10 @@ void FormatMerger::merge(PointTreeWidgetItem *known, PointTreeWidgetItem *arrive
     placeAll(known, root, newChildren, newIds);
 }
 
-void FormatMerger::clear() { m_roots.clear(); }
+void FormatMerger::clear()
+{
+    m_roots.clear();
+}
 
 void FormatMerger::takeIn(Root &root, PointTreeWidgetItem *node, QVector<QString> *newIds)
 {

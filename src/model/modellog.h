@@ -3,4 +3,4 @@
 #include <QLoggingCategory>
 
 Q_DECLARE_LOGGING_CATEGORY(modelLog) ///< extpoint.model
-Q_DECLARE_LOGGING_CATEGORY(scanLog) ///< extpoint.scan
+Q_DECLARE_LOGGING_CATEGORY(scanLog)  ///< extpoint.scan

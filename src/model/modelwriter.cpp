@@ -8,7 +8,10 @@
 
 namespace {
 
-bool isTypeKey(const QString &key) { return key.compare(QLatin1String("type"), Qt::CaseInsensitive) == 0; }
+bool isTypeKey(const QString &key)
+{
+    return key.compare(QLatin1String("type"), Qt::CaseInsensitive) == 0;
+}
 
 /// What a definition node leaves out, beside its "type".
 bool leftOutOfDefinition(const PointTreeWidgetItem *node, const QString &key)
@@ -39,11 +42,8 @@ void writeAttributes(ExtensionFile::Writer &writer, const PropertyHash &properti
 } // namespace
 
 ModelWriter::ModelWriter(TranslatableKeys &translatable, const Definitions &definitions, const QString &path)
-    : m_translatable(translatable)
-    , m_definitions(definitions)
-    , m_path(path)
-{
-}
+    : m_translatable(translatable), m_definitions(definitions), m_path(path)
+{ }
 
 QByteArray ModelWriter::write(const PointTreeWidgetItem *definitionRoot, const PointTreeWidgetItem *realizationRoot)
 {

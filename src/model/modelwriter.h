@@ -23,7 +23,8 @@ public:
 
     /// The root element is that of @p definitionRoot. With no children on either side the document is the processing
     /// instruction alone. Empty when the tree can't be written at all; the reason has been logged.
-    [[nodiscard]] QByteArray write(const PointTreeWidgetItem *definitionRoot, const PointTreeWidgetItem *realizationRoot);
+    [[nodiscard]] QByteArray write(
+        const PointTreeWidgetItem *definitionRoot, const PointTreeWidgetItem *realizationRoot);
 
 private:
     void writeDefinition(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node);

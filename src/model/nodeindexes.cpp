@@ -2,7 +2,10 @@
 
 #include "pointtreewidgetitem.h"
 
-NodeIndexes::~NodeIndexes() { clear(); }
+NodeIndexes::~NodeIndexes()
+{
+    clear();
+}
 
 void NodeIndexes::add(Name name, const QString &key, PointTreeWidgetItem *node)
 {
@@ -35,10 +38,8 @@ void NodeIndexes::forget(PointTreeWidgetItem *node)
     const QString id = properties.value(QStringLiteral("id")).toString();
     const QString key = properties.value(QStringLiteral("key")).toString().toLower();
     const QString target = properties.value(QStringLiteral("target")).toString();
-    const std::array<QStringList, NameCount> likely {
-        QStringList { id, key }, { id }, { id }, { target }, { id, node->kind() }, { QString() }, { target },
-        { node->pluginId() }
-    };
+    const std::array<QStringList, NameCount> likely { QStringList { id, key }, { id }, { id }, { target },
+        { id, node->kind() }, { QString() }, { target }, { node->pluginId() } };
     for (int name = 0; name < NameCount; ++name) {
         for (const QString &candidate : likely[size_t(name)]) {
             while (node->m_indexes && remove(Name(name), candidate, node)) { }

@@ -10,14 +10,14 @@ class NodeIndexes final
 {
 public:
     enum Name {
-        Points, ///< point key to definition node: a point under its "id", a sub point under its lower-cased "key"
+        Points,       ///< point key to definition node: a point under its "id", a sub point under its lower-cased "key"
         DataChildren, ///< "id" to a child of a scanned "ExtData"; one node per id, the last one that came
-        Data, ///< "id" to any other scanned realization node
-        Targets, ///< "target" to the opened file's format; one node per target, the last one that came
+        Data,         ///< "id" to any other scanned realization node
+        Targets,      ///< "target" to the opened file's format; one node per target, the last one that came
         Realizations, ///< "id", or the tag name without one, to the opened file's realization nodes
-        Layouts, ///< the opened file's layouts, all under the empty key, in document order
+        Layouts,      ///< the opened file's layouts, all under the empty key, in document order
         FormatTargets, ///< "target" to the scanned format root seen first with it
-        Formats, ///< plug-in id to scanned format root
+        Formats,       ///< plug-in id to scanned format root
         NameCount
     };
 

@@ -18,11 +18,7 @@ void OpenedFile::release()
     pointRows.clear();
 }
 
-OpenedFileSink::OpenedFileSink(const QString &basePath, OpenedFile *file)
-    : m_basePath(basePath)
-    , m_file(file)
-{
-}
+OpenedFileSink::OpenedFileSink(const QString &basePath, OpenedFile *file) : m_basePath(basePath), m_file(file) { }
 
 void OpenedFileSink::startElement(
     const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Location &)

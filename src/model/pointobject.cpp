@@ -7,9 +7,7 @@
 PointObject::PointObject() = default;
 
 PointObject::PointObject(const PointObject &source)
-    : m_properties(source.m_properties)
-    , m_name(source.m_name)
-    , m_source(const_cast<PointObject *>(&source))
+    : m_properties(source.m_properties), m_name(source.m_name), m_source(const_cast<PointObject *>(&source))
 {
     m_source->m_copies.append(this);
     setLink(m_source);
@@ -189,11 +187,17 @@ bool PointObject::isWithin(const PointObject *other) const
     return false;
 }
 
-PointObject *PointObject::makeCopy() const { return new PointObject(*this); }
+PointObject *PointObject::makeCopy() const
+{
+    return new PointObject(*this);
+}
 
 void PointObject::setRowText(int, const QString &) { }
 
-void PointObject::destroy() { delete this; }
+void PointObject::destroy()
+{
+    delete this;
+}
 
 QList<PointObject *> PointObject::ownedCopies() const
 {

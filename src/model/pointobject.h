@@ -78,8 +78,8 @@ public:
     /// True when this node is @p other or hangs somewhere under it.
     [[nodiscard]] bool isWithin(const PointObject *other) const;
 
-    /// True when this node is @p sought or a walk through the lists of children comes to it. A node can stand in several
-    /// lists and has just one parent, so this says more than isWithin().
+    /// True when this node is @p sought or a walk through the lists of children comes to it. A node can stand in
+    /// several lists and has just one parent, so this says more than isWithin().
     [[nodiscard]] bool reaches(const PointObject *sought) const;
 
     /// True when this node stands in the list of children of @p holder.

@@ -7,26 +7,17 @@
 
 #include <algorithm>
 
-PointTreeWidgetItem::PointTreeWidgetItem(const QString &text, QObject *parentObject)
-    : QObject(parentObject)
+PointTreeWidgetItem::PointTreeWidgetItem(const QString &text, QObject *parentObject) : QObject(parentObject)
 {
     if (!text.isEmpty())
         QTreeWidgetItem::setText(0, text);
 }
 
 PointTreeWidgetItem::PointTreeWidgetItem(const PointTreeWidgetItem &source)
-    : QObject()
-    , PointObject(source)
-    , QTreeWidgetItem(source)
-    , m_pointId(source.m_pointId)
-    , m_pluginId(source.m_pluginId)
-    , m_kind(source.m_kind)
-    , m_basePath(source.m_basePath)
-    , m_hasFormat(source.m_hasFormat)
-    , m_isNew(source.m_isNew)
-    , m_isDroppedCopy(source.m_isDroppedCopy)
-{
-}
+    : QObject(), PointObject(source), QTreeWidgetItem(source), m_pointId(source.m_pointId),
+      m_pluginId(source.m_pluginId), m_kind(source.m_kind), m_basePath(source.m_basePath),
+      m_hasFormat(source.m_hasFormat), m_isNew(source.m_isNew), m_isDroppedCopy(source.m_isDroppedCopy)
+{ }
 
 PointTreeWidgetItem::~PointTreeWidgetItem()
 {
@@ -47,7 +38,10 @@ void PointTreeWidgetItem::assignFields(const PointTreeWidgetItem &other)
     m_isNew = other.m_isNew;
 }
 
-bool PointTreeWidgetItem::isKind(QLatin1String kind) const { return m_kind.compare(kind, Qt::CaseInsensitive) == 0; }
+bool PointTreeWidgetItem::isKind(QLatin1String kind) const
+{
+    return m_kind.compare(kind, Qt::CaseInsensitive) == 0;
+}
 
 PointTreeWidgetItem *PointTreeWidgetItem::parentItem() const
 {
@@ -107,8 +101,17 @@ void PointTreeWidgetItem::destroySubtree(PointTreeWidgetItem *node)
     std::for_each(doomed.crbegin(), doomed.crend(), [](PointTreeWidgetItem *item) { delete item; });
 }
 
-PointObject *PointTreeWidgetItem::makeCopy() const { return new PointTreeWidgetItem(*this); }
+PointObject *PointTreeWidgetItem::makeCopy() const
+{
+    return new PointTreeWidgetItem(*this);
+}
 
-void PointTreeWidgetItem::setRowText(int column, const QString &text) { QTreeWidgetItem::setText(column, text); }
+void PointTreeWidgetItem::setRowText(int column, const QString &text)
+{
+    QTreeWidgetItem::setText(column, text);
+}
 
-void PointTreeWidgetItem::destroy() { destroySubtree(this); }
+void PointTreeWidgetItem::destroy()
+{
+    destroySubtree(this);
+}

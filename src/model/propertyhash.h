@@ -55,6 +55,9 @@ private:
 
 /// Same keys with equal values; the order does not matter.
 bool operator==(const PropertyHash &left, const PropertyHash &right);
-inline bool operator!=(const PropertyHash &left, const PropertyHash &right) { return !(left == right); }
+inline bool operator!=(const PropertyHash &left, const PropertyHash &right)
+{
+    return !(left == right);
+}
 
 Q_DECLARE_TYPEINFO(PropertyHash::Entry, Q_MOVABLE_TYPE);

@@ -4,11 +4,7 @@
 
 #include <QMetaObject>
 
-ScanHandover::ScanHandover(int count, ScanSequence *receiver)
-    : m_slots(size_t(count))
-    , m_receiver(receiver)
-{
-}
+ScanHandover::ScanHandover(int count, ScanSequence *receiver) : m_slots(size_t(count)), m_receiver(receiver) { }
 
 ScanHandover::~ScanHandover() = default;
 

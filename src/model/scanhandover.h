@@ -26,7 +26,8 @@ public:
     /// Hands a file over; null says that there was nothing to read. Destroyed on the spot when the scan is abandoned.
     void put(int index, std::unique_ptr<ScannedFile> file);
 
-    /// True when file @p index has arrived, with the file (which may be null). Otherwise the receiver is woken as soon as it does.
+    /// True when file @p index has arrived, with the file (which may be null). Otherwise the receiver is woken as soon
+    /// as it does.
     [[nodiscard]] bool take(int index, std::unique_ptr<ScannedFile> *file);
 
     /// Blocks until file @p index has arrived. Only for a file that was claimed, else nobody would bring it.

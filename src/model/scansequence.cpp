@@ -21,18 +21,18 @@ constexpr int announcementsPerLookAtClock = 16;
 } // namespace
 
 ScanSequence::ScanSequence(const QStringList &paths, const Roots &roots, Receiver receiver, QObject *parent)
-    : QObject(parent)
-    , m_paths(paths)
-    , m_roots(roots)
-    , m_receiver(std::move(receiver))
-    , m_handover(std::make_shared<ScanHandover>(paths.size(), this))
+    : QObject(parent), m_paths(paths), m_roots(roots), m_receiver(std::move(receiver)),
+      m_handover(std::make_shared<ScanHandover>(paths.size(), this))
 {
     m_nextTurn.setSingleShot(true);
     m_nextTurn.setInterval(0);
     connect(&m_nextTurn, &QTimer::timeout, this, &ScanSequence::deliverPortion);
 }
 
-ScanSequence::~ScanSequence() { m_handover->abandon(); }
+ScanSequence::~ScanSequence()
+{
+    m_handover->abandon();
+}
 
 void ScanSequence::start()
 {
@@ -60,7 +60,10 @@ void ScanSequence::complete()
         conclude(progress);
 }
 
-void ScanSequence::wake() { m_nextTurn.start(); }
+void ScanSequence::wake()
+{
+    m_nextTurn.start();
+}
 
 void ScanSequence::deliverPortion()
 {

@@ -12,15 +12,11 @@ QString inheritedPluginId(PointTreeWidgetItem *parent)
 
 } // namespace
 
-SiblingSink::SiblingSink(const QString &basePath, PointTreeWidgetItem *pointsRoot,
-    PointTreeWidgetItem *dataRoot, EarlierFormats earlierFormats)
-    : m_basePath(basePath)
-    , m_pointsRoot(pointsRoot)
-    , m_dataRoot(dataRoot)
-    , m_file(std::make_unique<ScannedFile>())
-    , m_earlierFormats(earlierFormats)
-{
-}
+SiblingSink::SiblingSink(const QString &basePath, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot,
+    EarlierFormats earlierFormats)
+    : m_basePath(basePath), m_pointsRoot(pointsRoot), m_dataRoot(dataRoot), m_file(std::make_unique<ScannedFile>()),
+      m_earlierFormats(earlierFormats)
+{ }
 
 SiblingSink::~SiblingSink() = default;
 

@@ -19,7 +19,7 @@ public:
     /// What happens at the end of a second data set with the formats of the first.
     enum class EarlierFormats {
         Repeat, ///< they are announced again
-        Omit ///< for a receiver that would ignore them; the number of announcements grows with the file only
+        Omit    ///< for a receiver that would ignore them; the number of announcements grows with the file only
     };
 
     /// @p basePath is the directory of the file with a trailing "/". The two roots are only passed on.

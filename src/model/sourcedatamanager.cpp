@@ -20,7 +20,10 @@ namespace {
 
 const QString idKey = QStringLiteral("id");
 
-QString rootText(const char *text) { return QCoreApplication::translate("SourceDataManager", text); }
+QString rootText(const char *text)
+{
+    return QCoreApplication::translate("SourceDataManager", text);
+}
 
 QVector<PointTreeWidgetItem *> childrenWithId(const NodeIndex::Nodes &nodes)
 {
@@ -37,18 +40,13 @@ QVector<PointTreeWidgetItem *> childrenWithId(const NodeIndex::Nodes &nodes)
 } // namespace
 
 SourceDataManager::SourceDataManager(const QString &filePath, QObject *parent)
-    : QObject(parent)
-    , m_controller(Controller::instance())
-    , m_filePath(filePath)
-    , m_definitionRoot(new PointTreeWidgetItem(rootText(QT_TRANSLATE_NOOP("SourceDataManager", "Defintion"))))
-    , m_availablePointsRoot(new PointTreeWidgetItem(rootText(QT_TRANSLATE_NOOP("SourceDataManager", "Realization"))))
-    , m_allDataRoot(new PointTreeWidgetItem(QString()))
-    , m_fourthRoot(new PointTreeWidgetItem(QString()))
-    , m_realizationRoot(new PointTreeWidgetItem(QString()))
-    , m_attributeTypes(AttributeFields::typeNames())
-    , m_attributeFields(AttributeFields::table())
-{
-}
+    : QObject(parent), m_controller(Controller::instance()), m_filePath(filePath),
+      m_definitionRoot(new PointTreeWidgetItem(rootText(QT_TRANSLATE_NOOP("SourceDataManager", "Defintion")))),
+      m_availablePointsRoot(new PointTreeWidgetItem(rootText(QT_TRANSLATE_NOOP("SourceDataManager", "Realization")))),
+      m_allDataRoot(new PointTreeWidgetItem(QString())), m_fourthRoot(new PointTreeWidgetItem(QString())),
+      m_realizationRoot(new PointTreeWidgetItem(QString())), m_attributeTypes(AttributeFields::typeNames()),
+      m_attributeFields(AttributeFields::table())
+{ }
 
 SourceDataManager::~SourceDataManager()
 {
@@ -91,7 +89,8 @@ bool SourceDataManager::save()
         return false;
     }
     const Definitions known = definitions();
-    const QByteArray bytes = ModelWriter(m_translatableKeys, known, m_filePath).write(m_definitionRoot, m_realizationRoot);
+    const QByteArray bytes
+        = ModelWriter(m_translatableKeys, known, m_filePath).write(m_definitionRoot, m_realizationRoot);
     if (bytes.isEmpty())
         return false;
     ExtensionFile::SaveError error;
@@ -208,9 +207,15 @@ QVector<PointTreeWidgetItem *> SourceDataManager::realizations() const
     return m_indexes[NodeIndexes::Realizations].all();
 }
 
-QVector<PointTreeWidgetItem *> SourceDataManager::layouts() const { return m_indexes[NodeIndexes::Layouts].all(); }
+QVector<PointTreeWidgetItem *> SourceDataManager::layouts() const
+{
+    return m_indexes[NodeIndexes::Layouts].all();
+}
 
-QVector<PointTreeWidgetItem *> SourceDataManager::targetFormats() const { return m_indexes[NodeIndexes::Targets].all(); }
+QVector<PointTreeWidgetItem *> SourceDataManager::targetFormats() const
+{
+    return m_indexes[NodeIndexes::Targets].all();
+}
 
 PointTreeWidgetItem *SourceDataManager::formatOfTarget(const QString &target) const
 {
@@ -253,8 +258,7 @@ QVector<PointTreeWidgetItem *> SourceDataManager::realizationItems(const QString
     return items;
 }
 
-bool SourceDataManager::attributeDefinitions(
-    const PointTreeWidgetItem *item, Definitions::Attributes *attributes) const
+bool SourceDataManager::attributeDefinitions(const PointTreeWidgetItem *item, Definitions::Attributes *attributes) const
 {
     return item && definitions().attributes(item->kind(), item->pointId(), attributes);
 }

@@ -38,8 +38,8 @@ public:
     [[nodiscard]] bool load(const QString &fileName);
 
     /// Completes the scan, since translatable keys are known from scanned points only, and writes the opened file.
-    /// False, with the old file intact and the reason logged, when there is no path, when the last load() failed, or when
-    /// it can't be written.
+    /// False, with the old file intact and the reason logged, when there is no path, when the last load() failed, or
+    /// when it can't be written.
     [[nodiscard]] bool save();
 
     /// Starts the reading of every sibling of the directory that @p fileName lies in, its own directory included. What
@@ -75,8 +75,8 @@ public:
     void addTarget(PointTreeWidgetItem *format);
     /// Enters @p node in the realization multi-map, under its "id" or, without one, under its kind.
     void addRealization(PointTreeWidgetItem *node);
-    /// Keeps a node that was taken out of the model but may still be remembered, and takes it, with everything under it,
-    /// out of every index. It is destroyed with the manager. Null is allowed.
+    /// Keeps a node that was taken out of the model but may still be remembered, and takes it, with everything under
+    /// it, out of every index. It is destroyed with the manager. Null is allowed.
     void retire(PointTreeWidgetItem *node);
 
     /// The first definition node stored under @p key; null without one.
@@ -146,7 +146,8 @@ private:
     QStringList m_attributeTypes;
     QMap<QString, QStringList> m_attributeFields;
     QVector<QPointer<PointTreeWidgetItem>> m_retired;
-    QVector<QPointer<PointTreeWidgetItem>> m_ownReading; ///< realization sets of the second reading, until the scan ends
+    QVector<QPointer<PointTreeWidgetItem>>
+        m_ownReading; ///< realization sets of the second reading, until the scan ends
     bool m_loadFailed = false;
     std::unique_ptr<ScanSequence> m_scan;
 };

@@ -17,17 +17,17 @@ namespace {
 // it is done here, before anybody waits.
 constexpr size_t announcementsTakenInAtOnce = 1000;
 
-QString directoryOf(const QString &path) { return QFileInfo(path).path() + QLatin1Char('/'); }
+QString directoryOf(const QString &path)
+{
+    return QFileInfo(path).path() + QLatin1Char('/');
+}
 
 } // namespace
 
-TaskRead::TaskRead(const QString &path, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot,
-    PointTreeWidgetItem *thirdRoot)
-    : m_path(path)
-    , m_pointsRoot(pointsRoot)
-    , m_dataRoot(dataRoot)
-    , m_thirdRoot(thirdRoot)
-    , m_nodeThread(QThread::currentThread())
+TaskRead::TaskRead(
+    const QString &path, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot, PointTreeWidgetItem *thirdRoot)
+    : m_path(path), m_pointsRoot(pointsRoot), m_dataRoot(dataRoot), m_thirdRoot(thirdRoot),
+      m_nodeThread(QThread::currentThread())
 {
     setAutoDelete(true);
     m_ready.store(true, std::memory_order_release);

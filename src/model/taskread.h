@@ -35,7 +35,8 @@ public:
 
     void run() override;
 
-    /// Reads @p path for a scan; null when there is no such file or it can't be read or parsed. The nodes get the affinity of
+    /// Reads @p path for a scan; null when there is no such file or it can't be read or parsed. The nodes get the
+    /// affinity of
     /// @p thread. Any thread.
     [[nodiscard]] static std::unique_ptr<ScannedFile> read(
         const QString &path, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot, QThread *thread);
@@ -48,8 +49,7 @@ Q_SIGNALS:
     void layoutRelization(PointTreeWidgetItem *layout);
 
 private:
-    [[nodiscard]] static std::unique_ptr<ScannedFile> build(
-        const QString &path, SiblingSink &sink, QThread *thread);
+    [[nodiscard]] static std::unique_ptr<ScannedFile> build(const QString &path, SiblingSink &sink, QThread *thread);
     void announce(const Announcement &announcement);
 
     QString m_path;

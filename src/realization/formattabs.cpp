@@ -7,7 +7,10 @@
 
 namespace {
 
-QString text(PointTreeWidgetItem *node, const QString &key) { return node->property(key).toString(); }
+QString text(PointTreeWidgetItem *node, const QString &key)
+{
+    return node->property(key).toString();
+}
 
 QString firstFilled(const QStringList &texts)
 {
@@ -34,11 +37,7 @@ QIcon icon(PointTreeWidgetItem *root)
 
 } // namespace
 
-FormatTabs::FormatTabs(QTabWidget *tabs, QObject *parent)
-    : QObject(parent)
-    , m_tabs(tabs)
-{
-}
+FormatTabs::FormatTabs(QTabWidget *tabs, QObject *parent) : QObject(parent), m_tabs(tabs) { }
 
 void FormatTabs::addPluginFormats(const QVector<PointTreeWidgetItem *> &roots)
 {

@@ -13,12 +13,13 @@ class PointTreeWidgetItem;
 ///
 /// | what brings it                    | name of the page                    | label                                 |
 /// |-----------------------------------|-------------------------------------|---------------------------------------|
-/// | a format or layout of this plug-in | its "id", else its "target"         | "title", else "toolTip", else the name |
-/// | a layout of any plug-in           | its "id", else its "target"         | the same; a "toolTip" replaces the label of a page that is there |
-/// | a format root of a sibling        | its "target", else its "id"         | the name                              |
+/// | a format or layout of this plug-in | its "id", else its "target"         | "title", else "toolTip", else the name
+/// | | a layout of any plug-in           | its "id", else its "target"         | the same; a "toolTip" replaces the
+/// label of a page that is there | | a format root of a sibling        | its "target", else its "id"         | the name
+/// |
 ///
-/// Its icon is the file that "icon" names as it stands or, where there is none, the one in the directory that the root was
-/// read from; a path is written relative to that directory as a rule.
+/// Its icon is the file that "icon" names as it stands or, where there is none, the one in the directory that the root
+/// was read from; a path is written relative to that directory as a rule.
 ///
 /// What has no name gets no tab, and a name never gets a second one.
 class FormatTabs final : public QObject

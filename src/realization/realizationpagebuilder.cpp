@@ -24,11 +24,7 @@ PointTreeWidgetItem *childWithId(PointTreeWidgetItem *parent, const QString &id)
 
 } // namespace
 
-RealizationPageBuilder::RealizationPageBuilder(Ui::ExtPointWidget *ui, QObject *parent)
-    : QObject(parent)
-    , m_ui(ui)
-{
-}
+RealizationPageBuilder::RealizationPageBuilder(Ui::ExtPointWidget *ui, QObject *parent) : QObject(parent), m_ui(ui) { }
 
 RealizationPageBuilder::~RealizationPageBuilder() = default;
 
@@ -72,7 +68,10 @@ void RealizationPageBuilder::addPluginFormats()
     m_formatTabs->addPluginFormats(controller->layouts() + controller->targetFormats());
 }
 
-void RealizationPageBuilder::addLayout(PointTreeWidgetItem *layout) { m_formatTabs->addLayout(layout); }
+void RealizationPageBuilder::addLayout(PointTreeWidgetItem *layout)
+{
+    m_formatTabs->addLayout(layout);
+}
 
 void RealizationPageBuilder::addFormatRoot(PointTreeWidgetItem *item)
 {
@@ -90,7 +89,8 @@ void RealizationPageBuilder::addDefine(QString plugin, PointTreeWidgetItem *poin
         addMaster(owner, point);
         return;
     }
-    PointTreeWidgetItem *pointNode = created ? addMaster(owner, point) : childWithId(owner, point->property(idKey).toString());
+    PointTreeWidgetItem *pointNode
+        = created ? addMaster(owner, point) : childWithId(owner, point->property(idKey).toString());
     if (!pointNode)
         pointNode = addMaster(owner, point);
     addMaster(pointNode, subPoint);

@@ -11,7 +11,8 @@ class PointTreeWidgetItem;
 
 /// Drives the realization page: the tree of all points of the product and the tabs of the formats.
 ///
-/// Created by the main widget without a parent and never deleted; it lets go of the form when the form dies. GUI thread.
+/// Created by the main widget without a parent and never deleted; it lets go of the form when the form dies. GUI
+/// thread.
 class RealizationPageBuilder final : public QObject, public ExtPointWidgetBuilder
 {
     Q_OBJECT

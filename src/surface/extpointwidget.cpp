@@ -1,10 +1,10 @@
 #include "extpointwidget.h"
 
 #include "definition/defintionpagebuilder.h"
+#include "extpointwidgetform.h"
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
 #include "realization/realizationpagebuilder.h"
-#include "extpointwidgetform.h"
 
 namespace {
 
@@ -25,9 +25,7 @@ void keepForEver(QObject *builder)
 } // namespace
 
 ExtPointWidget::ExtPointWidget(QWidget *parent)
-    : QWidget(parent)
-    , ui(new Ui::ExtPointWidget)
-    , controller(Controller::instance())
+    : QWidget(parent), ui(new Ui::ExtPointWidget), controller(Controller::instance())
 {
     ui->setupUi(this);
     controller->setMainWidget(this);
@@ -65,6 +63,12 @@ void ExtPointWidget::commitEditors()
     ui->propertyRealization->commitEditor();
 }
 
-void ExtPointWidget::addFormatRoot(PointTreeWidgetItem *item) { realizationBuilder->addFormatRoot(item); }
+void ExtPointWidget::addFormatRoot(PointTreeWidgetItem *item)
+{
+    realizationBuilder->addFormatRoot(item);
+}
 
-void ExtPointWidget::addLayout(PointTreeWidgetItem *layout) { realizationBuilder->addLayout(layout); }
+void ExtPointWidget::addLayout(PointTreeWidgetItem *layout)
+{
+    realizationBuilder->addLayout(layout);
+}

@@ -1,8 +1,5 @@
 #include "realizationtablewidget.h"
 
-RealizationTableWidget::RealizationTableWidget(QWidget *parent)
-    : QTableWidget(parent)
-{
-}
+RealizationTableWidget::RealizationTableWidget(QWidget *parent) : QTableWidget(parent) { }
 
 RealizationTableWidget::~RealizationTableWidget() = default;

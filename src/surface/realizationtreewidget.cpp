@@ -1,8 +1,5 @@
 #include "realizationtreewidget.h"
 
-RealizationTreeWidget::RealizationTreeWidget(QWidget *parent)
-    : QTreeWidget(parent)
-{
-}
+RealizationTreeWidget::RealizationTreeWidget(QWidget *parent) : QTreeWidget(parent) { }
 
 RealizationTreeWidget::~RealizationTreeWidget() = default;

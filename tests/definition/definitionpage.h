@@ -26,7 +26,10 @@
 
 namespace DefinitionTesting {
 
-inline QString s(const char *text) { return QString::fromUtf8(text); }
+inline QString s(const char *text)
+{
+    return QString::fromUtf8(text);
+}
 
 /// An opened file on the definition page, driven through its widgets.
 class Page final
@@ -47,7 +50,8 @@ public:
         widget->findChild<QTabWidget *>(s("tabWidget"))->setCurrentIndex(0);
         widget->resize(1000, 700);
         widget->show();
-        QObject::connect(widget.get(), &ExtPointWidget::modified, widget.get(), [this](bool flag) { modified += flag ? 1 : 1000; });
+        QObject::connect(
+            widget.get(), &ExtPointWidget::modified, widget.get(), [this](bool flag) { modified += flag ? 1 : 1000; });
     }
     Page(const Page &) = delete;
     Page &operator=(const Page &) = delete;
@@ -82,7 +86,8 @@ public:
     }
     void click(QTableWidget *table, int rowNumber, int column = 0) const
     {
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->visualItemRect(table->item(rowNumber, column)).center());
+        QTest::mouseClick(
+            table->viewport(), Qt::LeftButton, {}, table->visualItemRect(table->item(rowNumber, column)).center());
     }
     void press(const char *buttonName) const
     {
@@ -112,7 +117,10 @@ public:
         QCoreApplication::processEvents();
         return offered;
     }
-    QStringList menu(QTreeWidgetItem *item, const QString &choice = QString()) const { return menu(tree()->visualItemRect(item).center(), choice); }
+    QStringList menu(QTreeWidgetItem *item, const QString &choice = QString()) const
+    {
+        return menu(tree()->visualItemRect(item).center(), choice);
+    }
 
     [[nodiscard]] static QStringList texts(const QTableWidget *table)
     {
@@ -132,7 +140,8 @@ public:
     {
         QStringList lines;
         for (const PropertyItem &item : sheet->properties())
-            lines.append(item.name() + QLatin1Char(':') + QString::number(int(item.type())) + QLatin1Char('=') + item.value().toString());
+            lines.append(item.name() + QLatin1Char(':') + QString::number(int(item.type())) + QLatin1Char('=')
+                + item.value().toString());
         return lines;
     }
     template <typename Sheet>

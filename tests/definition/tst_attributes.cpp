@@ -7,13 +7,16 @@ using namespace DefinitionTesting;
 
 namespace {
 
-const QByteArray sample = "<ExtPointSet><ExtPoint id=\"p\" name=\"P\">"
-                          "<String key=\"s\" name=\"S\" value=\"v\" regexp=\"[a-z]*\" tips=\"t\" trans=\"true\" extra=\"gone\"/>"
-                          "<Enum key=\"e\" name=\"E\" value=\"two\" mode=\"m\"><Data key=\"1\" text=\"one\" icon=\"i\"/><Data key=\"2\" text=\"two\"/></Enum>"
-                          "<Bool key=\"b\" name=\"B\" value=\"true\"/><Int key=\"n\" name=\"N\" value=\"5\" min=\"0\" max=\"9\"/>"
-                          "<File key=\"f\" name=\"F\" value=\"x.png\" filter=\"*.png\" title=\"T\" method=\"open\"/>"
-                          "<ShortCut key=\"k\" name=\"K\" value=\"Ctrl+O\" kept=\"1\"/><Double key=\"d\" value=\"1.5\"/><SubExtPoint key=\"sub\"/></ExtPoint>"
-                          "<ExtPoint id=\"q\"><SubExtPoint key=\"first\"/><String key=\"after\"/></ExtPoint></ExtPointSet>";
+const QByteArray sample
+    = "<ExtPointSet><ExtPoint id=\"p\" name=\"P\">"
+      "<String key=\"s\" name=\"S\" value=\"v\" regexp=\"[a-z]*\" tips=\"t\" trans=\"true\" extra=\"gone\"/>"
+      "<Enum key=\"e\" name=\"E\" value=\"two\" mode=\"m\"><Data key=\"1\" text=\"one\" icon=\"i\"/><Data key=\"2\" "
+      "text=\"two\"/></Enum>"
+      "<Bool key=\"b\" name=\"B\" value=\"true\"/><Int key=\"n\" name=\"N\" value=\"5\" min=\"0\" max=\"9\"/>"
+      "<File key=\"f\" name=\"F\" value=\"x.png\" filter=\"*.png\" title=\"T\" method=\"open\"/>"
+      "<ShortCut key=\"k\" name=\"K\" value=\"Ctrl+O\" kept=\"1\"/><Double key=\"d\" value=\"1.5\"/><SubExtPoint "
+      "key=\"sub\"/></ExtPoint>"
+      "<ExtPoint id=\"q\"><SubExtPoint key=\"first\"/><String key=\"after\"/></ExtPoint></ExtPointSet>";
 
 } // namespace
 
@@ -47,7 +50,9 @@ void TestAttributes::table()
 {
     const Page page(sample);
     page.click(page.row({ 0 }));
-    QCOMPARE(Page::texts(page.attributes()), (QStringList { s("s|S|String|v"), s("e|E|Enum|two"), s("b|B|Bool|true"), s("n|N|Int|5"), s("f|F|File|x.png"), s("k|K|ShortCut|Ctrl+O"), s("d||Double|1.5") }));
+    QCOMPARE(Page::texts(page.attributes()),
+        (QStringList { s("s|S|String|v"), s("e|E|Enum|two"), s("b|B|Bool|true"), s("n|N|Int|5"), s("f|F|File|x.png"),
+            s("k|K|ShortCut|Ctrl+O"), s("d||Double|1.5") }));
     QCOMPARE(page.attributes()->horizontalHeaderItem(2)->text(), s("type"));
     QVERIFY(!(page.attributes()->item(0, 0)->flags() & Qt::ItemIsEditable));
     page.click(page.row({}));
@@ -63,7 +68,8 @@ void TestAttributes::sheet_data()
     QTest::newRow("Enum") << 1 << s("key:5=e name:5=E value:7=two mode:5=m type:7=Enum");
     QTest::newRow("Bool") << 2 << s("key:5=b name:5=B value:2=true type:7=Bool");
     QTest::newRow("Int") << 3 << s("key:5=n name:5=N value:3=5 min:3=0 max:3=9 type:7=Int");
-    QTest::newRow("File") << 4 << s("key:5=f name:5=F value:18=x.png filter:5=*.png title:5=T method:5=open type:7=File");
+    QTest::newRow("File") << 4
+                          << s("key:5=f name:5=F value:18=x.png filter:5=*.png title:5=T method:5=open type:7=File");
     QTest::newRow("ShortCut keeps what it has") << 5 << s("key:5=k name:5=K value:17=Ctrl+O kept:5=1 type:7=ShortCut");
     QTest::newRow("Double keeps what it has") << 6 << s("key:5=d value:4=1.5 type:7=Double");
 }
@@ -87,9 +93,12 @@ void TestAttributes::selectionBringsIntoLine_data()
 {
     QTest::addColumn<QByteArray>("attribute");
     QTest::addColumn<QString>("keys");
-    QTest::newRow("what is not listed goes, what lacks comes") << QByteArray("<String extra=\"1\" value=\"v\" key=\"k\"/>") << s("key=k name= value=v regexp= tips= trans=");
-    QTest::newRow("type names are lowered for the look-up") << QByteArray("<BOOL key=\"k\" extra=\"1\"/>") << s("key=k name= value=");
-    QTest::newRow("an unknown type keeps everything") << QByteArray("<Size key=\"k\" extra=\"1\"/>") << s("key=k extra=1");
+    QTest::newRow("what is not listed goes, what lacks comes")
+        << QByteArray("<String extra=\"1\" value=\"v\" key=\"k\"/>") << s("key=k name= value=v regexp= tips= trans=");
+    QTest::newRow("type names are lowered for the look-up")
+        << QByteArray("<BOOL key=\"k\" extra=\"1\"/>") << s("key=k name= value=");
+    QTest::newRow("an unknown type keeps everything")
+        << QByteArray("<Size key=\"k\" extra=\"1\"/>") << s("key=k extra=1");
 }
 
 void TestAttributes::selectionBringsIntoLine()
@@ -166,11 +175,13 @@ void TestAttributes::typeChange()
     page.click(page.attributes(), 0);
     Q_EMIT page.editInfo()->propertyChanged(s("type"), s("Enum"));
     QCOMPARE(page.attributes()->item(0, 2)->text(), s("Enum"));
-    QCOMPARE(Page::records(page.editInfo()).join(QLatin1Char(' ')), s("key:5=s name:5=S value:7=v mode:5= type:7=Enum"));
+    QCOMPARE(
+        Page::records(page.editInfo()).join(QLatin1Char(' ')), s("key:5=s name:5=S value:7=v mode:5= type:7=Enum"));
     QVERIFY(!page.find<QGroupBox>("enumGroup")->isHidden());
     QCOMPARE(page.modified, 1);
     Q_EMIT page.editInfo()->propertyChanged(s("type"), s("Int"));
-    QCOMPARE(page.row({ 0 })->children().first()->properties().keys().join(QLatin1Char(' ')), s("key name value min max"));
+    QCOMPARE(
+        page.row({ 0 })->children().first()->properties().keys().join(QLatin1Char(' ')), s("key name value min max"));
     QVERIFY(page.find<QGroupBox>("enumGroup")->isHidden());
 }
 
@@ -278,7 +289,8 @@ void TestAttributes::buttonsSayWhatTheyDo()
     Page page(sample);
     const auto enabled = [&] {
         QString marks;
-        for (const char *name : { "pushButton_add_extpoint", "pushButton_add_attr", "pushButton_del_attr", "pushButton_add_enum", "pushButton_delete_enmu" })
+        for (const char *name : { "pushButton_add_extpoint", "pushButton_add_attr", "pushButton_del_attr",
+                 "pushButton_add_enum", "pushButton_delete_enmu" })
             marks += page.button(name)->isEnabled() ? QLatin1Char('+') : QLatin1Char('-');
         return marks;
     };
@@ -337,22 +349,22 @@ void TestAttributes::savedFile()
     QVERIFY(const_cast<SourceDataManager &>(page.manager).save());
     QFile file(page.path());
     QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(QString::fromUtf8(file.readAll()), s(
-        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-        "<Plugin id=\"own\">\n"
-        "    <ExtPointSet>\n"
-        "        <ExtPoint id=\"new.point\" name=\"Piont\">\n"
-        "            <String key=\"string\" name=\"\" value=\"\" regexp=\"\" tips=\"\" trans=\"\"/>\n"
-        "            <Enum key=\"enum\" name=\"\" value=\"\" mode=\"\">\n"
-        "                <Data key=\"1\" text=\"one\" icon=\"\"/>\n"
-        "            </Enum>\n"
-        "            <Bool key=\"bool\" name=\"\" value=\"true\"/>\n"
-        "            <Int key=\"int\" name=\"\" value=\"\" min=\"\" max=\"\"/>\n"
-        "            <File key=\"file\" name=\"\" value=\"\" filter=\"\" title=\"\" method=\"\"/>\n"
-        "            <ShortCut key=\"shortcut\" name=\"\" value=\"\" regexp=\"\" tips=\"\" trans=\"\"/>\n"
-        "        </ExtPoint>\n"
-        "    </ExtPointSet>\n"
-        "</Plugin>\n"));
+    QCOMPARE(QString::fromUtf8(file.readAll()),
+        s("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+          "<Plugin id=\"own\">\n"
+          "    <ExtPointSet>\n"
+          "        <ExtPoint id=\"new.point\" name=\"Piont\">\n"
+          "            <String key=\"string\" name=\"\" value=\"\" regexp=\"\" tips=\"\" trans=\"\"/>\n"
+          "            <Enum key=\"enum\" name=\"\" value=\"\" mode=\"\">\n"
+          "                <Data key=\"1\" text=\"one\" icon=\"\"/>\n"
+          "            </Enum>\n"
+          "            <Bool key=\"bool\" name=\"\" value=\"true\"/>\n"
+          "            <Int key=\"int\" name=\"\" value=\"\" min=\"\" max=\"\"/>\n"
+          "            <File key=\"file\" name=\"\" value=\"\" filter=\"\" title=\"\" method=\"\"/>\n"
+          "            <ShortCut key=\"shortcut\" name=\"\" value=\"\" regexp=\"\" tips=\"\" trans=\"\"/>\n"
+          "        </ExtPoint>\n"
+          "    </ExtPointSet>\n"
+          "</Plugin>\n"));
 }
 
 QTEST_MAIN(TestAttributes)

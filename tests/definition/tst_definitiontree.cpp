@@ -10,8 +10,10 @@ using namespace DefinitionTesting;
 
 namespace {
 
-const QByteArray twoPoints = "<ExtPointSet><ExtPoint id=\"p\" name=\"Point\"><String key=\"text\" name=\"Text\"/><File key=\"icon\" name=\"Icon\"/><String key=\"tip\" name=\"Tip\"/>"
-                             "<SubExtPoint key=\"a\" name=\"A\"/><SubExtPoint key=\"b\" name=\"B\"/><SubExtPoint key=\"c\" name=\"C\" childtype=\"a|c\"/></ExtPoint>"
+const QByteArray twoPoints = "<ExtPointSet><ExtPoint id=\"p\" name=\"Point\"><String key=\"text\" name=\"Text\"/><File "
+                             "key=\"icon\" name=\"Icon\"/><String key=\"tip\" name=\"Tip\"/>"
+                             "<SubExtPoint key=\"a\" name=\"A\"/><SubExtPoint key=\"b\" name=\"B\"/><SubExtPoint "
+                             "key=\"c\" name=\"C\" childtype=\"a|c\"/></ExtPoint>"
                              "<ExtPoint id=\"q\" name=\"Other\"/></ExtPointSet>";
 
 } // namespace
@@ -146,8 +148,10 @@ void TestDefinitionTree::deletion()
     const QPointer<PointTreeWidgetItem> victim = at(deleted);
     PointObject *parent = victim->parent();
     bool wholeWhenTold = false;
-    connect(page.widget->defintionPageBuilder(), &DefintionPageBuilder::delDefine, this,
-        [&](PointTreeWidgetItem *item) { wholeWhenTold = item == victim && !item->parent() && !item->kind().isEmpty(); });
+    connect(
+        page.widget->defintionPageBuilder(), &DefintionPageBuilder::delDefine, this, [&](PointTreeWidgetItem *item) {
+            wholeWhenTold = item == victim && !item->parent() && !item->kind().isEmpty();
+        });
     page.menu(victim, s("Delete Point"));
     QVERIFY(wholeWhenTold && !victim);
     QCOMPARE(parent->children().size(), deleted.size() == 2 ? 5 : 1);
@@ -200,12 +204,20 @@ void TestDefinitionTree::pointSheet_data()
 {
     QTest::addColumn<QByteArray>("element");
     QTest::addColumn<QString>("records");
-    const auto row = [](const char *name, const char *element, const char *records) { QTest::newRow(name) << QByteArray(element) << s(records); };
-    row("point: id first, description last, the others in file order", "<ExtPoint description=\"d\" name=\"n\" other=\"o\" hasformat=\"true\" id=\"i\" displayicon=\"x\" displaylabel=\"y\"/>",
+    const auto row = [](const char *name, const char *element, const char *records) {
+        QTest::newRow(name) << QByteArray(element) << s(records);
+    };
+    row("point: id first, description last, the others in file order",
+        "<ExtPoint description=\"d\" name=\"n\" other=\"o\" hasformat=\"true\" id=\"i\" displayicon=\"x\" "
+        "displaylabel=\"y\"/>",
         "id:5=i name:5=n other:0=o hasformat:2=true displayicon:7=x displaylabel:7=y description:6=d");
-    row("sub point: key first", "<ExtPoint id=\"i\"><SubExtPoint other=\"o\" description=\"d\" name=\"n\" key=\"k\" childtype=\"k\"/></ExtPoint>", "key:5=k other:0=o name:5=n childtype:8=1 description:6=d");
+    row("sub point: key first",
+        "<ExtPoint id=\"i\"><SubExtPoint other=\"o\" description=\"d\" name=\"n\" key=\"k\" "
+        "childtype=\"k\"/></ExtPoint>",
+        "key:5=k other:0=o name:5=n childtype:8=1 description:6=d");
     row("a point without id has no sheet", "<ExtPoint name=\"n\"/>", "");
-    row("a sub point with id has the sub point's sheet", "<ExtPoint id=\"i\"><SubExtPoint id=\"x\" key=\"k\"/></ExtPoint>", "key:5=k id:0=x");
+    row("a sub point with id has the sub point's sheet",
+        "<ExtPoint id=\"i\"><SubExtPoint id=\"x\" key=\"k\"/></ExtPoint>", "key:5=k id:0=x");
 }
 
 void TestDefinitionTree::pointSheet()
@@ -222,11 +234,16 @@ void TestDefinitionTree::options_data()
     QTest::addColumn<QByteArray>("attributes");
     QTest::addColumn<QString>("label");
     QTest::addColumn<QString>("icon");
-    const QByteArray both = "<String key=\"a\" name=\"A\"/><File key=\"f\" name=\"F\"/><Int key=\"i\" name=\"I\"/><String key=\"b\" name=\"B\"/><File key=\"g\" name=\"G\"/><string key=\"z\"/>";
-    QTest::newRow("the current one first") << QByteArray("displaylabel=\"b\" displayicon=\"g\"") << both << s("b/B/ a/A/") << s("g/G/ f/F/");
-    QTest::newRow("none is current") << QByteArray("displaylabel=\"x\" displayicon=\"\"") << both << s("a/A/ b/B/") << s("f/F/ g/G/");
-    QTest::newRow("without attributes the value alone") << QByteArray("displaylabel=\"x\" displayicon=\"y\"") << QByteArray("<Int key=\"i\"/>") << s("x/x/") << s("y/y/");
-    QTest::newRow("only strings") << QByteArray("displaylabel=\"\" displayicon=\"y\"") << QByteArray("<String key=\"a\" name=\"A\"/>") << s("a/A/") << s("y/y/");
+    const QByteArray both = "<String key=\"a\" name=\"A\"/><File key=\"f\" name=\"F\"/><Int key=\"i\" "
+                            "name=\"I\"/><String key=\"b\" name=\"B\"/><File key=\"g\" name=\"G\"/><string key=\"z\"/>";
+    QTest::newRow("the current one first")
+        << QByteArray("displaylabel=\"b\" displayicon=\"g\"") << both << s("b/B/ a/A/") << s("g/G/ f/F/");
+    QTest::newRow("none is current") << QByteArray("displaylabel=\"x\" displayicon=\"\"") << both << s("a/A/ b/B/")
+                                     << s("f/F/ g/G/");
+    QTest::newRow("without attributes the value alone") << QByteArray("displaylabel=\"x\" displayicon=\"y\"")
+                                                        << QByteArray("<Int key=\"i\"/>") << s("x/x/") << s("y/y/");
+    QTest::newRow("only strings") << QByteArray("displaylabel=\"\" displayicon=\"y\"")
+                                  << QByteArray("<String key=\"a\" name=\"A\"/>") << s("a/A/") << s("y/y/");
 }
 
 void TestDefinitionTree::options()
@@ -235,7 +252,8 @@ void TestDefinitionTree::options()
     QFETCH(const QByteArray, attributes);
     for (const bool subPoint : { false, true }) {
         const QByteArray point = "<ExtPoint id=\"p\" " + properties + '>' + attributes + "</ExtPoint>";
-        const QByteArray sub = "<ExtPoint id=\"p\"><SubExtPoint key=\"k\" " + properties + '>' + attributes + "</SubExtPoint></ExtPoint>";
+        const QByteArray sub = "<ExtPoint id=\"p\"><SubExtPoint key=\"k\" " + properties + '>' + attributes
+            + "</SubExtPoint></ExtPoint>";
         const Page page("<ExtPointSet>" + (subPoint ? sub : point) + "</ExtPointSet>");
         page.click(subPoint ? page.row({ 0, 0 }) : page.row({ 0 }));
         QTEST(Page::options(Page::record(page.basicInfo(), "displaylabel")), "label");
@@ -328,7 +346,8 @@ void TestDefinitionTree::renamingFollowsIntoTheIndex()
     Q_EMIT page.basicInfo()->propertyChanged(s("id"), s("new.id"));
     QVERIFY(!page.manager.definition(old));
     QCOMPARE(page.manager.definition(s("new.id")), point->link()->item());
-    for (PointTreeWidgetItem *node : { point, subPoint, point->children().first()->item(), point->link()->item(), subPoint->link()->item() })
+    for (PointTreeWidgetItem *node :
+        { point, subPoint, point->children().first()->item(), point->link()->item(), subPoint->link()->item() })
         QCOMPARE(node->pointId(), s("new.id"));
 }
 

@@ -434,7 +434,8 @@ void TestSafeSave::fullDisk()
         saved = saveFile(path, documentOf(100'000), &error);
     }
     QVERIFY(!saved);
-    QVERIFY2(error.reason.contains(QString::fromLocal8Bit(::strerror(disk ? ENOSPC : EFBIG))), qPrintable(error.reason));
+    QVERIFY2(
+        error.reason.contains(QString::fromLocal8Bit(::strerror(disk ? ENOSPC : EFBIG))), qPrintable(error.reason));
     QCOMPARE(filesIn(directory.path()), before);
     if (exists)
         QCOMPARE(contents(path), old);

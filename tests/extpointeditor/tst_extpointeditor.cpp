@@ -1,6 +1,6 @@
 #include "core/fileiconprovider.h"
-#include "core/ieditor.h"
 #include "core/idocument.h"
+#include "core/ieditor.h"
 #include "core/ieditorfactory.h"
 #include "extensionsystem/iplugin.h"
 #include "extensionsystem/pluginmanager.h"
@@ -29,7 +29,10 @@
 
 namespace {
 
-QString s(const char *text) { return QString::fromUtf8(text); }
+QString s(const char *text)
+{
+    return QString::fromUtf8(text);
+}
 
 const QString pluginDirectory = s(EXTPOINT_BINARY_DIR "/lib/extpoint/plugins");
 
@@ -51,7 +54,10 @@ public:
             QFile::copy(source.filePath(plugin + s("/extension.xml")), path(plugin));
         }
     }
-    [[nodiscard]] QString path(const QString &plugin) const { return m_directory.path() + s("/plugins/") + plugin + s("/extension.xml"); }
+    [[nodiscard]] QString path(const QString &plugin) const
+    {
+        return m_directory.path() + s("/plugins/") + plugin + s("/extension.xml");
+    }
 
 private:
     QTemporaryDir m_directory;
@@ -62,10 +68,8 @@ class OpenedEditor final
 {
 public:
     explicit OpenedEditor(Core::IEditorFactory *factory)
-        : m_editor(factory->createEditor())
-        , m_widget(m_editor->widget())
-    {
-    }
+        : m_editor(factory->createEditor()), m_widget(m_editor->widget())
+    { }
     OpenedEditor(const OpenedEditor &) = delete;
     OpenedEditor &operator=(const OpenedEditor &) = delete;
     ~OpenedEditor()
@@ -78,8 +82,14 @@ public:
     [[nodiscard]] Core::IDocument *document() const { return m_editor->document(); }
     [[nodiscard]] QWidget *widget() const { return m_widget; }
     [[nodiscard]] bool busy() const { return document()->property("busy").toBool(); }
-    [[nodiscard]] Core::IDocument::OpenResult open(const QString &path, QString *error = nullptr) const { return document()->open(error, path, path); }
-    [[nodiscard]] QAbstractItemView *view(const char *name) const { return m_widget->findChild<QAbstractItemView *>(s(name)); }
+    [[nodiscard]] Core::IDocument::OpenResult open(const QString &path, QString *error = nullptr) const
+    {
+        return document()->open(error, path, path);
+    }
+    [[nodiscard]] QAbstractItemView *view(const char *name) const
+    {
+        return m_widget->findChild<QAbstractItemView *>(s(name));
+    }
 
 private:
     std::unique_ptr<Core::IEditor> m_editor;
@@ -154,7 +164,8 @@ void TestExtPointEditor::registration()
     QCOMPARE(m_factory->id(), Core::Id("Qt4.ExtPointEditor"));
     QCOMPARE(m_factory->mimeTypes(), QStringList { s("application/vnd.qt.xml.extpoint") });
     QCOMPARE(m_factory->displayName(), s("ExtPoint Editor"));
-    QCOMPARE(QByteArray(m_factory->metaObject()->className()), QByteArray("PointEditor::Internal::ExtPointEditorFactory"));
+    QCOMPARE(
+        QByteArray(m_factory->metaObject()->className()), QByteArray("PointEditor::Internal::ExtPointEditorFactory"));
     QVERIFY(QByteArray(m_factory->parent()->metaObject()->className()).endsWith("::ExtPointEditorPlugin"));
 
     const Sample sample;
@@ -223,7 +234,9 @@ void TestExtPointEditor::openSaveAndReopen()
         QVERIFY(!editor.document()->isModified());
         QVERIFY(editor.busy());
         QTRY_VERIFY(!editor.busy());
-        QCOMPARE(editor.view("realizationTree")->model()->rowCount(editor.view("realizationTree")->model()->index(0, 0)), 12);
+        QCOMPARE(
+            editor.view("realizationTree")->model()->rowCount(editor.view("realizationTree")->model()->index(0, 0)),
+            12);
         QCOMPARE(editor.widget()->findChild<QTabWidget *>(s("formatTab"))->count() >= 4, true);
         // Under another name it is the opened file that is written.
         const QString elsewhere = path + s(".copy");

@@ -65,7 +65,10 @@ class Product final
 {
 public:
     [[nodiscard]] QString path() const { return m_dir.path() + QLatin1String("/plugins"); }
-    [[nodiscard]] QString file(const QString &plugin) const { return path() + QLatin1Char('/') + plugin + QLatin1String("/extension.xml"); }
+    [[nodiscard]] QString file(const QString &plugin) const
+    {
+        return path() + QLatin1Char('/') + plugin + QLatin1String("/extension.xml");
+    }
 
     QString add(const QString &plugin, const QByteArray &content) const
     {

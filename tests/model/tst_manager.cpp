@@ -22,7 +22,10 @@ class RecordingWidget final : public QWidget, public MainWidgetInterface
 {
 public:
     void addLayout(Node *layout) override { lines.append(QStringLiteral("layout ") + layout->text(0)); }
-    void addFormatRoot(Node *item) override { lines.append(QStringLiteral("format ") + item->property(QStringLiteral("target")).toString()); }
+    void addFormatRoot(Node *item) override
+    {
+        lines.append(QStringLiteral("format ") + item->property(QStringLiteral("target")).toString());
+    }
     QStringList lines;
 };
 
@@ -119,9 +122,12 @@ void TestManager::slotOrder()
         if (meta.method(i).methodType() == QMetaMethod::Slot)
             names.append(QString::fromLatin1(meta.method(i).methodSignature()));
     }
-    QCOMPARE(names, (QStringList { QStringLiteral("onDefinData(QString,PointTreeWidgetItem*)"), QStringLiteral("layoutRelization(PointTreeWidgetItem*)"),
-        QStringLiteral("addTopChild(PointTreeWidgetItem*,PointTreeWidgetItem*)"), QStringLiteral("addObjChild(PointTreeWidgetItem*,PointTreeWidgetItem*)"),
-        QStringLiteral("allFormatRoot(PointTreeWidgetItem*)") }));
+    QCOMPARE(names,
+        (QStringList { QStringLiteral("onDefinData(QString,PointTreeWidgetItem*)"),
+            QStringLiteral("layoutRelization(PointTreeWidgetItem*)"),
+            QStringLiteral("addTopChild(PointTreeWidgetItem*,PointTreeWidgetItem*)"),
+            QStringLiteral("addObjChild(PointTreeWidgetItem*,PointTreeWidgetItem*)"),
+            QStringLiteral("allFormatRoot(PointTreeWidgetItem*)") }));
 }
 
 void TestManager::rootsAndTables()
@@ -133,12 +139,15 @@ void TestManager::rootsAndTables()
         QCOMPARE(root->text(0), QString());
     QCOMPARE(manager.attributeTypes().join(QLatin1Char(' ')), QStringLiteral("String Enum Bool Int File ShortCut"));
     const QMap<QString, QStringList> fields = manager.attributeFields();
-    QCOMPARE(fields.value(QStringLiteral("string")).join(QLatin1Char(' ')), QStringLiteral("key name value regexp tips trans"));
+    QCOMPARE(fields.value(QStringLiteral("string")).join(QLatin1Char(' ')),
+        QStringLiteral("key name value regexp tips trans"));
     QCOMPARE(fields.value(QStringLiteral("enum")).join(QLatin1Char(' ')), QStringLiteral("key name value mode"));
     QCOMPARE(fields.value(QStringLiteral("int")).join(QLatin1Char(' ')), QStringLiteral("key name value min max"));
-    QCOMPARE(fields.value(QStringLiteral("file")).join(QLatin1Char(' ')), QStringLiteral("key name value filter title method"));
+    QCOMPARE(fields.value(QStringLiteral("file")).join(QLatin1Char(' ')),
+        QStringLiteral("key name value filter title method"));
     QCOMPARE(fields.value(QStringLiteral("bool")), fields.value(QStringLiteral("ShortCut")));
-    QVERIFY2(!fields.contains(QStringLiteral("shortcut")), "a look-up by lowered name finds the one key that must not be found");
+    QVERIFY2(!fields.contains(QStringLiteral("shortcut")),
+        "a look-up by lowered name finds the one key that must not be found");
 }
 
 void TestManager::merge_data()
@@ -147,16 +156,22 @@ void TestManager::merge_data()
     QTest::addColumn<QByteArray>("arrived");
     QTest::addColumn<QString>("knownAfter");
     QTest::addColumn<QString>("arrivedAfter");
-    const auto row = [](const char *name, const char *known, const char *arrived, const char *knownAfter, const char *arrivedAfter) {
-        QTest::newRow(name) << QByteArray(known) << QByteArray(arrived) << QString::fromLatin1(knownAfter) << QString::fromLatin1(arrivedAfter);
+    const auto row = [](const char *name, const char *known, const char *arrived, const char *knownAfter,
+                         const char *arrivedAfter) {
+        QTest::newRow(name) << QByteArray(known) << QByteArray(arrived) << QString::fromLatin1(knownAfter)
+                            << QString::fromLatin1(arrivedAfter);
     };
     row("children move", "F(A#a)", "F(B#b C#c)", "F(A#a B#b C#c)", "F");
-    row("a bar's entries go into the bar of its kind", "F(MenuBar(X#x))", "F(menubar(Y#y Z#z))", "F(MenuBar(X#x Y#y Z#z))", "F(menubar)");
+    row("a bar's entries go into the bar of its kind", "F(MenuBar(X#x))", "F(menubar(Y#y Z#z))",
+        "F(MenuBar(X#x Y#y Z#z))", "F(menubar)");
     row("a bar without a counterpart moves whole", "F(MenuBar)", "F(ToolBars(Y#y))", "F(MenuBar ToolBars(Y#y))", "F");
     row("a bar without entries moves whole too", "F(MenuBar)", "F(MenuBar B#b)", "F(MenuBar MenuBar B#b)", "F");
-    row("after entries moved, what follows stays", "F(MenuBar)", "F(A#a MenuBar(Y#y) B#b C#c)", "F(MenuBar(Y#y) A#a)", "F(MenuBar B#b C#c)");
-    row("but later bars are merged still", "F(MenuBar ToolBars)", "F(MenuBar(Y#y) ToolBars(Z#z))", "F(MenuBar(Y#y) ToolBars(Z#z))", "F(MenuBar ToolBars)");
-    row("all entries go into the first of two bars", "F(MenuBar MenuBar)", "F(MenuBar(Y#y))", "F(MenuBar(Y#y) MenuBar)", "F(MenuBar)");
+    row("after entries moved, what follows stays", "F(MenuBar)", "F(A#a MenuBar(Y#y) B#b C#c)", "F(MenuBar(Y#y) A#a)",
+        "F(MenuBar B#b C#c)");
+    row("but later bars are merged still", "F(MenuBar ToolBars)", "F(MenuBar(Y#y) ToolBars(Z#z))",
+        "F(MenuBar(Y#y) ToolBars(Z#z))", "F(MenuBar ToolBars)");
+    row("all entries go into the first of two bars", "F(MenuBar MenuBar)", "F(MenuBar(Y#y))", "F(MenuBar(Y#y) MenuBar)",
+        "F(MenuBar)");
     row("only the two kinds are bars", "F(Menu(X#x))", "F(Menu(Y#y))", "F(Menu(X#x) Menu(Y#y))", "F");
     row("newcomers go under their parents", "F(A#a)", "F(B#b<a)", "F(A#a(B#b))", "F");
 }
@@ -195,7 +210,9 @@ void TestManager::placeUnderParents_data()
 {
     QTest::addColumn<QByteArray>("before");
     QTest::addColumn<QString>("after");
-    const auto row = [](const char *name, const char *before, const char *after) { QTest::newRow(name) << QByteArray(before) << QString::fromLatin1(after); };
+    const auto row = [](const char *name, const char *before, const char *after) {
+        QTest::newRow(name) << QByteArray(before) << QString::fromLatin1(after);
+    };
     row("letter case does not matter", "F(A#Aa B#b<aA)", "F(A#Aa(B#b))");
     row("unknown parents change nothing", "F(A#a B#b<z)", "F(A#a B#b)");
     row("the first of a level answers", "F(A#a C#a B#b<a)", "F(A#a(B#b) C#a)");
@@ -224,11 +241,14 @@ void TestManager::laterArrivals_data()
 {
     QTest::addColumn<QByteArrayList>("arrivals");
     QTest::addColumn<QString>("after");
-    const auto row = [](const char *name, const QByteArrayList &arrivals, const char *after) { QTest::newRow(name) << arrivals << QString::fromLatin1(after); };
+    const auto row = [](const char *name, const QByteArrayList &arrivals, const char *after) {
+        QTest::newRow(name) << arrivals << QString::fromLatin1(after);
+    };
     row("a parent that comes with a later file", { "F(B#b<a)", "F(C#c)", "F(A#a)" }, "F(C#c A#a(B#b))");
     row("within a bar", { "F(MenuBar)", "F(B#b<a)", "F(MenuBar(A#a))" }, "F(MenuBar(A#a(B#b)) B#b)");
     row("a second match comes later", { "F(M(A#a) B#b<a)", "F(N(A#a))" }, "F(M(A#a(B#b)) B#b N(A#a(B#b)))");
-    row("placed children keep what they have", { "F(A#a B#b<a)", "F(C#c<b)", "F(D#d<c)" }, "F(A#a(B#b(C#c(D#d))) C#c(D#d))");
+    row("placed children keep what they have", { "F(A#a B#b<a)", "F(C#c<b)", "F(D#d<c)" },
+        "F(A#a(B#b(C#c(D#d))) C#c(D#d))");
 }
 
 void TestManager::laterArrivals()
@@ -250,7 +270,9 @@ void TestManager::manyRootsOfOneTarget()
     SourceDataManager manager;
     for (int i = 0; i < 2000; ++i) {
         const QByteArray n = QByteArray::number(i);
-        Node *root = build(QByteArray(i == 0 ? "Format(MenuBar(M#m))" : "Format(A#a" + n + "<m B#b" + n + "<m C#c" + n + "<a" + n + ")").constData());
+        Node *root = build(QByteArray(
+            i == 0 ? "Format(MenuBar(M#m))" : "Format(A#a" + n + "<m B#b" + n + "<m C#c" + n + "<a" + n + ")")
+                               .constData());
         root->setProperty(QStringLiteral("target"), QStringLiteral("t"));
         manager.addObjChild(manager.allDataRoot(), root);
         manager.allFormatRoot(root);
@@ -284,11 +306,14 @@ void TestManager::formatRoots()
     manager.layoutRelization(other);
     manager.allFormatRoot(nullptr);
     manager.layoutRelization(nullptr);
-    QCOMPARE(widget.lines, (QStringList { QStringLiteral("format t"), QStringLiteral("format u"), QStringLiteral("format "), QStringLiteral("format "), QStringLiteral("layout ") }));
+    QCOMPARE(widget.lines,
+        (QStringList { QStringLiteral("format t"), QStringLiteral("format u"), QStringLiteral("format "),
+            QStringLiteral("format "), QStringLiteral("layout ") }));
     QCOMPARE(print(first), QStringLiteral("Format(A#a(B#b))"));
     QCOMPARE(print(nameless), QStringLiteral("Format(X)"));
     QCOMPARE(manager.siblingFormatOfTarget(QStringLiteral("t")), first);
-    QCOMPARE(manager.indexes()[NodeIndexes::Formats].nodes(QStringLiteral("two")), (NodeIndex::Nodes { second, other, nameless2 }));
+    QCOMPARE(manager.indexes()[NodeIndexes::Formats].nodes(QStringLiteral("two")),
+        (NodeIndex::Nodes { second, other, nameless2 }));
 }
 
 void TestManager::dataIndexes()
@@ -319,7 +344,8 @@ void TestManager::childTypes_data()
     const auto s = [](const char *text) { return QString::fromLatin1(text); };
     QTest::newRow("sub point") << s("menu") << s("p") << QStringList { s("a"), s(""), s("b") } << 1;
     QTest::newRow("another point's sub point of the same key") << s("menu") << s("Q") << QStringList { s("c") } << 1;
-    QTest::newRow("a kind that nothing defines does not take the point's") << s("shape") << s("p") << QStringList {} << -1;
+    QTest::newRow("a kind that nothing defines does not take the point's")
+        << s("shape") << s("p") << QStringList {} << -1;
     QTest::newRow("no such property") << s("leaf") << s("p") << QStringList { QString() } << 0;
     QTest::newRow("nothing matches") << s("menu") << s("r") << QStringList {} << -1;
 }
@@ -354,8 +380,10 @@ void TestManager::attributeDefinitions()
 {
     const Product product;
     const QString path = product.add(QStringLiteral("g"),
-        "<P id=\"g\"><ExtPointSet><ExtPoint id=\"p\"><SubExtPoint key=\"Leaf\"><Bool key=\"b\" value=\"true\"/></SubExtPoint>"
-        "<Enum key=\"e\" value=\"x\"><Data key=\"1\" text=\"x\"/><Data key=\"2\" text=\"y\"/></Enum><String key=\"s\"/></ExtPoint></ExtPointSet></P>");
+        "<P id=\"g\"><ExtPointSet><ExtPoint id=\"p\"><SubExtPoint key=\"Leaf\"><Bool key=\"b\" "
+        "value=\"true\"/></SubExtPoint>"
+        "<Enum key=\"e\" value=\"x\"><Data key=\"1\" text=\"x\"/><Data key=\"2\" text=\"y\"/></Enum><String "
+        "key=\"s\"/></ExtPoint></ExtPointSet></P>");
     SourceDataManager manager;
     manager.startScan(path);
     manager.completeScan();
@@ -368,7 +396,9 @@ void TestManager::attributeDefinitions()
             return QStringLiteral("none");
         QStringList words;
         for (const QString &key : qAsConst(attributes.keys))
-            words.append(QStringList { key, attributes.types.value(key), attributes.defaults.value(key).toString(), attributes.options.value(key).join(QLatin1Char('+')) }.join(QLatin1Char('/')));
+            words.append(QStringList { key, attributes.types.value(key), attributes.defaults.value(key).toString(),
+                attributes.options.value(key).join(QLatin1Char('+')) }
+                             .join(QLatin1Char('/')));
         return words.join(QLatin1Char(' '));
     };
     QCOMPARE(ask("LEAF", "P"), QStringLiteral("b/Bool/true/"));
@@ -382,11 +412,13 @@ void TestManager::realizationItems()
 {
     const Product product;
     const QString path = product.add(QStringLiteral("own"),
-        "<P id=\"own\"><ExtDataSet><ExtData id=\"p\"><A id=\"1\"/><B/><b id=\"2\"/></ExtData><Layout><C id=\"4\"/></Layout><ExtData id=\"p\"><A id=\"3\"/></ExtData></ExtDataSet></P>");
+        "<P id=\"own\"><ExtDataSet><ExtData id=\"p\"><A id=\"1\"/><B/><b id=\"2\"/></ExtData><Layout><C "
+        "id=\"4\"/></Layout><ExtData id=\"p\"><A id=\"3\"/></ExtData></ExtDataSet></P>");
     SourceDataManager manager;
     QVERIFY(manager.load(path));
     QCOMPARE(ids(manager.realizationItems(QStringLiteral("p"))).join(QString()), QStringLiteral("123"));
-    QCOMPARE(ids(manager.realizationItems(QStringLiteral("p"), QStringLiteral("B"))).join(QString()), QStringLiteral("2"));
+    QCOMPARE(
+        ids(manager.realizationItems(QStringLiteral("p"), QStringLiteral("B"))).join(QString()), QStringLiteral("2"));
     QCOMPARE(ids(manager.realizationItems(QStringLiteral("Layout"))).join(QString()), QStringLiteral("4"));
     QVERIFY(manager.realizationItems(QStringLiteral("q")).isEmpty());
     QCOMPARE(manager.realizations().size(), 8);
@@ -410,8 +442,14 @@ void TestManager::pointHasFormatAndKeyValue()
     QVERIFY(!manager.pointHasFormat(&asking) && !manager.pointHasFormat(nullptr));
     QCOMPARE(manager.definition(QStringLiteral("p")), first);
 
-    first->addChild(node(QStringLiteral("String"), { { QStringLiteral("key"), QStringLiteral("other") }, { QStringLiteral("value"), QStringLiteral("no") } }), false);
-    first->addChild(node(QStringLiteral("String"), { { QStringLiteral("key"), QStringLiteral("KEY") }, { QStringLiteral("value"), QStringLiteral("Shape") } }), false);
+    first->addChild(
+        node(QStringLiteral("String"),
+            { { QStringLiteral("key"), QStringLiteral("other") }, { QStringLiteral("value"), QStringLiteral("no") } }),
+        false);
+    first->addChild(
+        node(QStringLiteral("String"),
+            { { QStringLiteral("key"), QStringLiteral("KEY") }, { QStringLiteral("value"), QStringLiteral("Shape") } }),
+        false);
     QCOMPARE(manager.keyValue(first), QStringLiteral("Shape"));
     QCOMPARE(manager.keyValue(second) + manager.keyValue(nullptr), QString());
 }
@@ -430,7 +468,8 @@ void TestManager::addDefinition()
 void TestManager::destroyedNodesLeaveTheIndexes()
 {
     SourceDataManager manager;
-    Node *item = node(QStringLiteral("format"), { { QStringLiteral("id"), QStringLiteral("i") }, { QStringLiteral("target"), QStringLiteral("t") } });
+    Node *item = node(QStringLiteral("format"),
+        { { QStringLiteral("id"), QStringLiteral("i") }, { QStringLiteral("target"), QStringLiteral("t") } });
     manager.addObjChild(manager.allDataRoot(), item);
     manager.onDefinData(QStringLiteral("some key"), item);
     manager.addTarget(item);
@@ -462,7 +501,8 @@ void TestManager::retiredNodesLeaveTheIndexesAndLive()
 void TestManager::treesMayDieFirst()
 {
     const Product product;
-    const QString path = product.add(QStringLiteral("own"), "<P id=\"own\"><ExtPointSet><ExtPoint id=\"p\"><Int/></ExtPoint></ExtPointSet></P>");
+    const QString path = product.add(
+        QStringLiteral("own"), "<P id=\"own\"><ExtPointSet><ExtPoint id=\"p\"><Int/></ExtPoint></ExtPointSet></P>");
     SourceDataManager manager;
     QVERIFY(manager.load(path));
     // What has no row is not the tree's to destroy.

@@ -76,7 +76,8 @@ void TestPointObject::freshNodeIsItsOwnMaster()
     QCOMPARE(item.link(), static_cast<PointObject *>(&item));
     QCOMPARE(item.text(0), QStringLiteral("text"));
     QVERIFY(!item.parent() && item.children().isEmpty() && item.copies().isEmpty() && item.properties().isEmpty());
-    QVERIFY(item.pointId().isEmpty() && item.pluginId().isEmpty() && item.kind().isEmpty() && item.basePath().isEmpty());
+    QVERIFY(
+        item.pointId().isEmpty() && item.pluginId().isEmpty() && item.kind().isEmpty() && item.basePath().isEmpty());
     QVERIFY(!item.hasFormat());
     QVERIFY(!PointTreeWidgetItemTestAccess::isNew(item) && !PointTreeWidgetItemTestAccess::isDroppedCopy(item));
 }
@@ -138,8 +139,8 @@ void TestPointObject::propertyMovesLowerCaseKey_data()
     QTest::addColumn<QVariant>("answer");
     QTest::addColumn<QStringList>("keysAfter");
     const QString text = QStringLiteral("v");
-    QTest::newRow("exact") << PropertyHash { { QStringLiteral("Name"), text } } << QStringLiteral("Name") << QVariant(text)
-                           << QStringList { QStringLiteral("Name") };
+    QTest::newRow("exact") << PropertyHash { { QStringLiteral("Name"), text } } << QStringLiteral("Name")
+                           << QVariant(text) << QStringList { QStringLiteral("Name") };
     QTest::newRow("lower moves, in its place")
         << PropertyHash { { QStringLiteral("name"), text }, { QStringLiteral("z"), text } } << QStringLiteral("Name")
         << QVariant(text) << QStringList { QStringLiteral("Name"), QStringLiteral("z") };
@@ -147,7 +148,8 @@ void TestPointObject::propertyMovesLowerCaseKey_data()
         << PropertyHash { { QStringLiteral("Name"), text } } << QStringLiteral("name") << QVariant()
         << QStringList { QStringLiteral("Name") };
     QTest::newRow("lower wins over exact")
-        << PropertyHash { { QStringLiteral("childType"), QStringLiteral("old") }, { QStringLiteral("childtype"), text } }
+        << PropertyHash { { QStringLiteral("childType"), QStringLiteral("old") },
+               { QStringLiteral("childtype"), text } }
         << QStringLiteral("childType") << QVariant(text) << QStringList { QStringLiteral("childType") };
     QTest::newRow("neither") << PropertyHash {} << QStringLiteral("Name") << QVariant() << QStringList {};
 }

@@ -16,10 +16,7 @@ using Node = PointTreeWidgetItem;
 class Crowd final
 {
 public:
-    explicit Crowd(quint32 seed)
-        : m_random(seed)
-    {
-    }
+    explicit Crowd(quint32 seed) : m_random(seed) { }
     ~Crowd()
     {
         m_indexes.clear();
@@ -169,8 +166,8 @@ private:
 
     void sweep()
     {
-        m_nodes.erase(std::remove_if(m_nodes.begin(), m_nodes.end(), [](const auto &node) { return !node; }),
-            m_nodes.end());
+        m_nodes.erase(
+            std::remove_if(m_nodes.begin(), m_nodes.end(), [](const auto &node) { return !node; }), m_nodes.end());
     }
 
     QRandomGenerator m_random;
@@ -195,7 +192,8 @@ void TestRandomNodes::invariantsHoldAfterEveryStep()
         for (int step = 0; step < 40; ++step) {
             crowd.step();
             const QString broken = crowd.broken();
-            QVERIFY2(broken.isEmpty(), qPrintable(QStringLiteral("seed %1, step %2: %3").arg(seed).arg(step).arg(broken)));
+            QVERIFY2(
+                broken.isEmpty(), qPrintable(QStringLiteral("seed %1, step %2: %3").arg(seed).arg(step).arg(broken)));
         }
     }
 }

@@ -62,14 +62,17 @@ void TestReadWrite::differences_data()
     const auto row = [](const char *name, const char *read, const char *written) {
         QTest::newRow(name) << QByteArray(read) << QByteArray(written);
     };
-    row("foreign elements of the root are dropped", "<ExtPointSet/><Other a=\"1\"><ExtPoint/></Other>", "<ExtPointSet/>");
+    row("foreign elements of the root are dropped", "<ExtPointSet/><Other a=\"1\"><ExtPoint/></Other>",
+        "<ExtPointSet/>");
     row("root's children are compared exactly", "<extpointset/><ExtPointSet/><EXTDATASET/>", "<ExtPointSet/>");
     row("definitions come first", "<ExtDataSet/><ExtPointSet/>", "<ExtPointSet/>\n<ExtDataSet/>");
     row("every set stays", "<ExtPointSet a=\"1\"/><ExtDataSet B=\"tr('x')\"/><ExtPointSet C=\"2\"/><ExtDataSet/>",
         "<ExtPointSet a=\"1\"/>\n<ExtPointSet c=\"2\"/>\n<ExtDataSet B=\"tr('x')\"/>\n<ExtDataSet/>");
-    row("definition names are lowered", "<ExtPointSet><ExtPoint Id=\"a\" childType=\"b|c\" HasFormat=\"true\"/></ExtPointSet>",
+    row("definition names are lowered",
+        "<ExtPointSet><ExtPoint Id=\"a\" childType=\"b|c\" HasFormat=\"true\"/></ExtPointSet>",
         "<ExtPointSet>\n    <ExtPoint id=\"a\" childtype=\"b|c\" hasformat=\"true\"/>\n</ExtPointSet>");
-    row("of two letter cases the lower one wins", "<ExtPointSet><ExtPoint Name=\"A\" name=\"b\" NAME=\"C\"/></ExtPointSet>",
+    row("of two letter cases the lower one wins",
+        "<ExtPointSet><ExtPoint Name=\"A\" name=\"b\" NAME=\"C\"/></ExtPointSet>",
         "<ExtPointSet>\n    <ExtPoint name=\"b\"/>\n</ExtPointSet>");
     row("realization names stay", "<ExtDataSet><ExtData Id=\"a\" toolTip=\"b\"/></ExtDataSet>",
         "<ExtDataSet>\n    <ExtData Id=\"a\" toolTip=\"b\"/>\n</ExtDataSet>");
@@ -78,24 +81,34 @@ void TestReadWrite::differences_data()
         "<ExtPointSet>\n    <ExtPoint>\n        <Int key=\"k\"/>\n        <Int/>\n    </ExtPoint>\n</ExtPointSet>");
     row("realization type goes as written", "<ExtDataSet><ExtData type=\"a\" Type=\"b\"/></ExtDataSet>",
         "<ExtDataSet>\n    <ExtData Type=\"b\"/>\n</ExtDataSet>");
-    row("values are trimmed", "<ExtPointSet><ExtPoint id=\"  a b\t\"/></ExtPointSet><ExtDataSet><X id=\" c \" d=\"  \"/></ExtDataSet>",
-        "<ExtPointSet>\n    <ExtPoint id=\"a b\"/>\n</ExtPointSet>\n<ExtDataSet>\n    <X id=\"c\" d=\"\"/>\n</ExtDataSet>");
+    row("values are trimmed",
+        "<ExtPointSet><ExtPoint id=\"  a b\t\"/></ExtPointSet><ExtDataSet><X id=\" c \" d=\"  \"/></ExtDataSet>",
+        "<ExtPointSet>\n    <ExtPoint id=\"a b\"/>\n</ExtPointSet>\n<ExtDataSet>\n    <X id=\"c\" "
+        "d=\"\"/>\n</ExtDataSet>");
     row("order of the file", "<ExtDataSet><X z=\"1\" b=\"2\" a=\"3\" y=\"4\"/></ExtDataSet>",
         "<ExtDataSet>\n    <X z=\"1\" b=\"2\" a=\"3\" y=\"4\"/>\n</ExtDataSet>");
-    row("marks of translation go", "<ExtDataSet><X a=\"tr('Open')\" b=\"tr('A')tr('B')\" c=\"tr('half\" d=\"')x\" e=\"TR('n')\"/></ExtDataSet>",
+    row("marks of translation go",
+        "<ExtDataSet><X a=\"tr('Open')\" b=\"tr('A')tr('B')\" c=\"tr('half\" d=\"')x\" e=\"TR('n')\"/></ExtDataSet>",
         "<ExtDataSet>\n    <X a=\"Open\" b=\"AB\" c=\"tr('half\" d=\"')x\" e=\"TR('n')\"/>\n</ExtDataSet>");
     row("not on the definition side", "<ExtPointSet><ExtPoint name=\"tr('Open')\"/></ExtPointSet>",
         "<ExtPointSet>\n    <ExtPoint name=\"tr('Open')\"/>\n</ExtPointSet>");
-    row("Meta loses its key", "<ExtDataSet><ExtData id=\"a\"><Meta key=\"k\" type=\"Int\" value=\"1\"/><meta key=\"k\"/></ExtData></ExtDataSet>",
-        "<ExtDataSet>\n    <ExtData id=\"a\">\n        <Meta value=\"1\"/>\n        <meta key=\"k\"/>\n    </ExtData>\n</ExtDataSet>");
-    row("a record's own keys stay without a format", "<ExtDataSet><ExtData index=\"1\" parent=\"p\" key=\"k\"/></ExtDataSet>",
+    row("Meta loses its key",
+        "<ExtDataSet><ExtData id=\"a\"><Meta key=\"k\" type=\"Int\" value=\"1\"/><meta "
+        "key=\"k\"/></ExtData></ExtDataSet>",
+        "<ExtDataSet>\n    <ExtData id=\"a\">\n        <Meta value=\"1\"/>\n        <meta key=\"k\"/>\n    "
+        "</ExtData>\n</ExtDataSet>");
+    row("a record's own keys stay without a format",
+        "<ExtDataSet><ExtData index=\"1\" parent=\"p\" key=\"k\"/></ExtDataSet>",
         "<ExtDataSet>\n    <ExtData index=\"1\" parent=\"p\" key=\"k\"/>\n</ExtDataSet>");
     row("below a format they go, by exact kind",
-        "<ExtDataSet><format target=\"t\"><ExtData index=\"1\" parent=\"p\" key=\"k\" id=\"a\"/><extdata key=\"k\"/><Menu parent=\"p\"/></format></ExtDataSet>",
-        "<ExtDataSet>\n    <format target=\"t\">\n        <ExtData id=\"a\"/>\n        <extdata key=\"k\"/>\n        <Menu parent=\"p\"/>\n    </format>\n</ExtDataSet>");
+        "<ExtDataSet><format target=\"t\"><ExtData index=\"1\" parent=\"p\" key=\"k\" id=\"a\"/><extdata "
+        "key=\"k\"/><Menu parent=\"p\"/></format></ExtDataSet>",
+        "<ExtDataSet>\n    <format target=\"t\">\n        <ExtData id=\"a\"/>\n        <extdata key=\"k\"/>\n        "
+        "<Menu parent=\"p\"/>\n    </format>\n</ExtDataSet>");
     row("unknown elements within a side stay", "<ExtPointSet><Odd x=\"1\"><Deep/></Odd></ExtPointSet>",
         "<ExtPointSet>\n    <Odd x=\"1\">\n        <Deep/>\n    </Odd>\n</ExtPointSet>");
-    row("text and comments go", "<ExtPointSet><!-- c --><ExtPoint>text</ExtPoint></ExtPointSet>", "<ExtPointSet>\n    <ExtPoint/>\n</ExtPointSet>");
+    row("text and comments go", "<ExtPointSet><!-- c --><ExtPoint>text</ExtPoint></ExtPointSet>",
+        "<ExtPointSet>\n    <ExtPoint/>\n</ExtPointSet>");
     row("white space in values survives as references", "<ExtDataSet><X a=\"one&#10;two&#9;three\"/></ExtDataSet>",
         "<ExtDataSet>\n    <X a=\"one&#xa;two&#x9;three\"/>\n</ExtDataSet>");
 }
@@ -112,7 +125,8 @@ void TestReadWrite::differences()
 void TestReadWrite::formattedRecords()
 {
     const Product product;
-    const QString path = product.add(QStringLiteral("own"), "<P id=\"own\"><ExtPointSet><extdata index=\"1\" parent=\"2\" key=\"3\" id=\"4\"/></ExtPointSet></P>");
+    const QString path = product.add(QStringLiteral("own"),
+        "<P id=\"own\"><ExtPointSet><extdata index=\"1\" parent=\"2\" key=\"3\" id=\"4\"/></ExtPointSet></P>");
     SourceDataManager manager;
     QVERIFY(manager.load(path));
     PointTreeWidgetItem *record = manager.definitionRoot()->children().first()->children().first()->item();
@@ -126,20 +140,26 @@ void TestReadWrite::translatableKeys_data()
     QTest::addColumn<QByteArray>("points"); // of the opened plug-in
     QTest::addColumn<QByteArray>("records");
     QTest::addColumn<QByteArrayList>("expected");
-    const QByteArray declared = "<ExtPoint id=\"p\"><String key=\"text\" trans=\"true\"/><String key=\"tip\" trans=\"0\"/>"
-                                "<SubExtPoint key=\"Leaf\"><String key=\"title\" trans=\"1\"/></SubExtPoint></ExtPoint>";
+    const QByteArray declared
+        = "<ExtPoint id=\"p\"><String key=\"text\" trans=\"true\"/><String key=\"tip\" trans=\"0\"/>"
+          "<SubExtPoint key=\"Leaf\"><String key=\"title\" trans=\"1\"/></SubExtPoint></ExtPoint>";
     QTest::newRow("marked keys are wrapped, empty values are not")
-        << declared << QByteArray("<ExtData id=\"p\"><P id=\"r\" text=\"Open\" tip=\"x\"/><P id=\"s\" text=\"\"/></ExtData>")
+        << declared
+        << QByteArray("<ExtData id=\"p\"><P id=\"r\" text=\"Open\" tip=\"x\"/><P id=\"s\" text=\"\"/></ExtData>")
         << QByteArrayList { "text=\"tr('Open')\" tip=\"x\"", "id=\"s\" text=\"\"" };
     QTest::newRow("of a sub point, by lower-cased kind")
-        << declared << QByteArray("<ExtData id=\"p\"><Leaf id=\"r\" title=\"T\"/></ExtData>") << QByteArrayList { "title=\"tr('T')\"" };
+        << declared << QByteArray("<ExtData id=\"p\"><Leaf id=\"r\" title=\"T\"/></ExtData>")
+        << QByteArrayList { "title=\"tr('T')\"" };
     QTest::newRow("point ids match without letter case")
-        << declared << QByteArray("<ExtData id=\"P\"><Leaf id=\"r\" title=\"T\"/></ExtData>") << QByteArrayList { "title=\"tr('T')\"" };
+        << declared << QByteArray("<ExtData id=\"P\"><Leaf id=\"r\" title=\"T\"/></ExtData>")
+        << QByteArrayList { "title=\"tr('T')\"" };
     QTest::newRow("another plug-in's sub point of the same key does not hide the point")
         << QByteArray(declared + "<ExtPoint id=\"q\"><SubExtPoint key=\"p\"/></ExtPoint>")
-        << QByteArray("<ExtData id=\"p\"><P id=\"r\" text=\"Open\"/></ExtData>") << QByteArrayList { "text=\"tr('Open')\"" };
+        << QByteArray("<ExtData id=\"p\"><P id=\"r\" text=\"Open\"/></ExtData>")
+        << QByteArrayList { "text=\"tr('Open')\"" };
     QTest::newRow("an unknown point marks nothing")
-        << declared << QByteArray("<ExtData id=\"other\"><P id=\"r\" text=\"Open\"/></ExtData>") << QByteArrayList { "text=\"Open\"" };
+        << declared << QByteArray("<ExtData id=\"other\"><P id=\"r\" text=\"Open\"/></ExtData>")
+        << QByteArrayList { "text=\"Open\"" };
     QTest::newRow("what was wrapped comes back wrapped")
         << declared << QByteArray("<ExtData id=\"p\"><P id=\"r\" text=\"tr('Open')\" tip=\"tr('Tip')\"/></ExtData>")
         << QByteArrayList { "text=\"tr('Open')\" tip=\"Tip\"" };
@@ -152,7 +172,8 @@ void TestReadWrite::translatableKeys()
     QFETCH(const QByteArrayList, expected);
     const Product product;
     product.add(QStringLiteral("sibling"), "<Plugin id=\"sibling\"><ExtPointSet>" + points + "</ExtPointSet></Plugin>");
-    const QString path = product.add(QStringLiteral("own"), "<Plugin id=\"own\"><ExtDataSet>" + records + "</ExtDataSet></Plugin>");
+    const QString path
+        = product.add(QStringLiteral("own"), "<Plugin id=\"own\"><ExtDataSet>" + records + "</ExtDataSet></Plugin>");
     SourceDataManager manager;
     QVERIFY(manager.load(path));
     manager.startScan(path);
@@ -165,9 +186,12 @@ void TestReadWrite::translatableKeys()
 void TestReadWrite::translatableTableIsNeverCleared()
 {
     const Product product;
-    const QString path = product.add(QStringLiteral("own"), "<P id=\"own\">"
-        "<ExtPointSet><ExtPoint id=\"p\"><String key=\"text\" trans=\"true\"/></ExtPoint><ExtPoint id=\"q\"><String key=\"text\" trans=\"false\"/></ExtPoint></ExtPointSet>"
-        "<ExtDataSet><ExtData id=\"q\"><Q text=\"first\"/></ExtData><ExtData id=\"p\"><P text=\"second\"/></ExtData><ExtData id=\"q\"><Q text=\"third\"/></ExtData></ExtDataSet></P>");
+    const QString path = product.add(QStringLiteral("own"),
+        "<P id=\"own\">"
+        "<ExtPointSet><ExtPoint id=\"p\"><String key=\"text\" trans=\"true\"/></ExtPoint><ExtPoint id=\"q\"><String "
+        "key=\"text\" trans=\"false\"/></ExtPoint></ExtPointSet>"
+        "<ExtDataSet><ExtData id=\"q\"><Q text=\"first\"/></ExtData><ExtData id=\"p\"><P "
+        "text=\"second\"/></ExtData><ExtData id=\"q\"><Q text=\"third\"/></ExtData></ExtDataSet></P>");
     SourceDataManager manager;
     QVERIFY(manager.load(path));
     manager.startScan(path);
@@ -200,13 +224,16 @@ void TestReadWrite::emptyDocument()
 void TestReadWrite::rootAttributes()
 {
     const Product product;
-    const QString path = product.add(QStringLiteral("own"), "<My.Root ID=\" own \" Type=\"t\" b=\"2\" a=\"1\"><ExtPointSet/></My.Root>");
+    const QString path = product.add(
+        QStringLiteral("own"), "<My.Root ID=\" own \" Type=\"t\" b=\"2\" a=\"1\"><ExtPointSet/></My.Root>");
     SourceDataManager manager;
     QVERIFY(manager.load(path));
     QCOMPARE(manager.pluginId(), QStringLiteral("own"));
     QCOMPARE(manager.definitionRoot()->text(0), QString());
     QVERIFY(manager.save());
-    QCOMPARE(Product::read(path), QByteArray("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<My.Root ID=\"own\" b=\"2\" a=\"1\">\n    <ExtPointSet/>\n</My.Root>\n"));
+    QCOMPARE(Product::read(path),
+        QByteArray("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<My.Root ID=\"own\" b=\"2\" a=\"1\">\n    "
+                   "<ExtPointSet/>\n</My.Root>\n"));
 }
 
 void TestReadWrite::secondSaveIsIdentical_data()
@@ -269,7 +296,8 @@ void TestReadWrite::writtenFileReadsTheSameElsewhere()
 {
     const Product product;
     const QString path = product.add(QStringLiteral("own"),
-        "<P id=\"own\"><ExtPointSet><ExtPoint id=\"p\" description=\"a&lt;b &amp; &quot;c&quot; 'd' &gt; \xc3\xa9&#x1F600;&#10;next\">"
+        "<P id=\"own\"><ExtPointSet><ExtPoint id=\"p\" description=\"a&lt;b &amp; &quot;c&quot; 'd' &gt; "
+        "\xc3\xa9&#x1F600;&#10;next\">"
         "<Enum key=\"e\"><Data key=\"1\" text=\"one\"/></Enum><SubExtPoint key=\"s\"/></ExtPoint></ExtPointSet></P>");
     SourceDataManager manager;
     QVERIFY(manager.load(path));
@@ -282,21 +310,30 @@ void TestReadWrite::writtenFileReadsTheSameElsewhere()
 void TestReadWrite::openedNodeFields()
 {
     const Product product;
-    const QString path = product.add(QStringLiteral("own"), "<Root id=\"plug\"><ExtPointSet>"
-        "<EXTPOINT id=\"p\" name=\"Point\"><String key=\"k\" name=\"attr\"><Data/></String><subextpoint key=\"S\" name=\"Sub\"><Int id=\"i\"/></subextpoint><extPoint name=\"inner\"/></EXTPOINT>"
-        "</ExtPointSet><ExtDataSet><EXTDATA id=\"q\"><Item id=\"a\"/><FORMAT target=\"t\"><Menu/></FORMAT></EXTDATA><LAYOUT id=\"l\"/><format target=\"t\"/></ExtDataSet></Root>");
+    const QString path = product.add(QStringLiteral("own"),
+        "<Root id=\"plug\"><ExtPointSet>"
+        "<EXTPOINT id=\"p\" name=\"Point\"><String key=\"k\" name=\"attr\"><Data/></String><subextpoint key=\"S\" "
+        "name=\"Sub\"><Int id=\"i\"/></subextpoint><extPoint name=\"inner\"/></EXTPOINT>"
+        "</ExtPointSet><ExtDataSet><EXTDATA id=\"q\"><Item id=\"a\"/><FORMAT "
+        "target=\"t\"><Menu/></FORMAT></EXTDATA><LAYOUT id=\"l\"/><format target=\"t\"/></ExtDataSet></Root>");
     SourceDataManager manager;
     QVERIFY(manager.load(path));
-    QCOMPARE(ModelTesting::rows(manager.definitionRoot()), (QStringList { QStringLiteral("Point"), QStringLiteral("  Sub"), QStringLiteral("inner") }));
+    QCOMPARE(ModelTesting::rows(manager.definitionRoot()),
+        (QStringList { QStringLiteral("Point"), QStringLiteral("  Sub"), QStringLiteral("inner") }));
     QCOMPARE(ModelTesting::rows(manager.realizationRoot()),
-        (QStringList { QString(), QStringLiteral("  q"), QStringLiteral("    a"), QStringLiteral("    FORMAT"), QStringLiteral("      Menu"), QStringLiteral("  l"), QStringLiteral("  format") }));
-    QCOMPARE(manager.definitionRoot()->kind() + manager.realizationRoot()->text(0) + manager.definitionRoot()->pluginId(), QStringLiteral("Rootplugplug"));
+        (QStringList { QString(), QStringLiteral("  q"), QStringLiteral("    a"), QStringLiteral("    FORMAT"),
+            QStringLiteral("      Menu"), QStringLiteral("  l"), QStringLiteral("  format") }));
+    QCOMPARE(
+        manager.definitionRoot()->kind() + manager.realizationRoot()->text(0) + manager.definitionRoot()->pluginId(),
+        QStringLiteral("Rootplugplug"));
 
     PointTreeWidgetItem *set = manager.definitionRoot()->children().first()->item();
     QVERIFY(!set->QTreeWidgetItem::parent());
     const auto describe = [](PointObject *object) {
         PointTreeWidgetItem *item = object->item();
-        return QStringList { item->kind(), item->pointId(), item->pluginId(), item->text(0), item->hasFormat() ? QStringLiteral("formatted") : QString() }.join(QLatin1Char(','));
+        return QStringList { item->kind(), item->pointId(), item->pluginId(), item->text(0),
+            item->hasFormat() ? QStringLiteral("formatted") : QString() }
+            .join(QLatin1Char(','));
     };
     PointObject *point = set->children().first();
     QCOMPARE(describe(point), QStringLiteral("EXTPOINT,p,plug,Point,"));
@@ -319,8 +356,9 @@ void TestReadWrite::openedNodeFields()
 void TestReadWrite::malformedFileLeavesEverything_data()
 {
     QTest::addColumn<QByteArray>("broken");
-    const QByteArray good = "<P id=\"two\"><ExtPointSet><ExtPoint id=\"x\"><String/><SubExtPoint key=\"s\"/></ExtPoint></ExtPointSet>"
-                            "<ExtDataSet><format target=\"t\"><Menu id=\"m\"/></format><Layout id=\"l\"/></ExtDataSet></P>";
+    const QByteArray good
+        = "<P id=\"two\"><ExtPointSet><ExtPoint id=\"x\"><String/><SubExtPoint key=\"s\"/></ExtPoint></ExtPointSet>"
+          "<ExtDataSet><format target=\"t\"><Menu id=\"m\"/></format><Layout id=\"l\"/></ExtDataSet></P>";
     QTest::newRow("last byte") << good.left(good.size() - 1);
     QTest::newRow("rubbish behind") << QByteArray(good + "<P/>");
     QTest::newRow("duplicate attribute") << QByteArray(QByteArray(good).replace("key=\"s\"", "key=\"s\" key=\"s\""));
@@ -331,7 +369,9 @@ void TestReadWrite::malformedFileLeavesEverything()
 {
     QFETCH(const QByteArray, broken);
     const Product product;
-    const QString path = product.add(QStringLiteral("own"), "<P id=\"one\"><ExtPointSet><ExtPoint id=\"p\"/></ExtPointSet><ExtDataSet><format target=\"t\" id=\"f\"/></ExtDataSet></P>");
+    const QString path = product.add(QStringLiteral("own"),
+        "<P id=\"one\"><ExtPointSet><ExtPoint id=\"p\"/></ExtPointSet><ExtDataSet><format target=\"t\" "
+        "id=\"f\"/></ExtDataSet></P>");
     const QString brokenPath = product.add(QStringLiteral("broken"), broken);
     SourceDataManager manager;
     QVERIFY(manager.load(path));
@@ -362,8 +402,11 @@ void TestReadWrite::saveRefuses()
 void TestReadWrite::secondLoadReplaces()
 {
     const Product product;
-    const QString one = product.add(QStringLiteral("one"), "<P id=\"one\"><ExtPointSet><ExtPoint id=\"p\" name=\"P\"/></ExtPointSet><ExtDataSet><Layout id=\"l\"/></ExtDataSet></P>");
-    const QString two = product.add(QStringLiteral("two"), "<Q id=\"two\"><ExtDataSet><format target=\"t\"/></ExtDataSet></Q>");
+    const QString one = product.add(QStringLiteral("one"),
+        "<P id=\"one\"><ExtPointSet><ExtPoint id=\"p\" name=\"P\"/></ExtPointSet><ExtDataSet><Layout "
+        "id=\"l\"/></ExtDataSet></P>");
+    const QString two
+        = product.add(QStringLiteral("two"), "<Q id=\"two\"><ExtDataSet><format target=\"t\"/></ExtDataSet></Q>");
     SourceDataManager manager;
     QVERIFY(manager.load(one));
     QVERIFY(manager.load(two));
@@ -382,7 +425,8 @@ void TestReadWrite::depth()
     for (int i = 0; i < 1000; ++i)
         body += "</x>";
     const Product product;
-    const QString path = product.add(QStringLiteral("own"), "<P id=\"own\"><ExtPointSet>" + body + "</ExtPointSet><ExtDataSet>" + body + "</ExtDataSet></P>");
+    const QString path = product.add(QStringLiteral("own"),
+        "<P id=\"own\"><ExtPointSet>" + body + "</ExtPointSet><ExtDataSet>" + body + "</ExtDataSet></P>");
     SourceDataManager manager;
     QVERIFY(manager.load(path));
     manager.startScan(path);

@@ -28,8 +28,11 @@ constexpr int siblingCount = 300;
 QByteArray sibling(int number)
 {
     const QByteArray n = QByteArray::number(number);
-    return "<P id=\"plug" + n + "\"><ExtPointSet><ExtPoint id=\"point" + n + "\" name=\"Point " + n + "\"><String key=\"text\" trans=\"true\"/><SubExtPoint key=\"Sub\" name=\"S\"/></ExtPoint></ExtPointSet>"
-        "<ExtDataSet><ExtData id=\"point0\"><Item id=\"item" + n + "\"/></ExtData><Format target=\"t" + QByteArray::number(number % 5) + "\"><Menu id=\"m" + n + "\"/></Format></ExtDataSet></P>";
+    return "<P id=\"plug" + n + "\"><ExtPointSet><ExtPoint id=\"point" + n + "\" name=\"Point " + n
+        + "\"><String key=\"text\" trans=\"true\"/><SubExtPoint key=\"Sub\" name=\"S\"/></ExtPoint></ExtPointSet>"
+          "<ExtDataSet><ExtData id=\"point0\"><Item id=\"item"
+        + n + "\"/></ExtData><Format target=\"t" + QByteArray::number(number % 5) + "\"><Menu id=\"m" + n
+        + "\"/></Format></ExtDataSet></P>";
 }
 
 /// 300 good siblings, and between them what else can lie in such a directory.
@@ -88,7 +91,10 @@ private Q_SLOTS:
     void unreadableForAnUnprivilegedUser();
 };
 
-void TestScan::init() { QThreadPool::globalInstance()->waitForDone(); }
+void TestScan::init()
+{
+    QThreadPool::globalInstance()->waitForDone();
+}
 
 void TestScan::readsEverySibling()
 {
@@ -111,7 +117,8 @@ void TestScan::readsEverySibling()
         QCOMPARE(rows.count(QStringLiteral("plug%1").arg(i)), 1);
         QVERIFY(manager.definition(QStringLiteral("point%1").arg(i)));
     }
-    QCOMPARE(manager.indexes()[NodeIndexes::Points].nodes(QStringLiteral("sub")).size(), siblingCount + (geteuid() == 0 ? 1 : 0));
+    QCOMPARE(manager.indexes()[NodeIndexes::Points].nodes(QStringLiteral("sub")).size(),
+        siblingCount + (geteuid() == 0 ? 1 : 0));
     QCOMPARE(manager.definitionRoot()->childCount(), 1);
     QCOMPARE(manager.indexes()[NodeIndexes::FormatTargets].size(), 5);
 }
@@ -144,8 +151,11 @@ void TestScan::takesResultsInTheOrderOfTheListing()
 void TestScan::ownFileIsNotCountedTwice()
 {
     const Product product;
-    const QString own = product.add(QStringLiteral("own"), "<P id=\"own\"><ExtPointSet><ExtPoint id=\"p\"/></ExtPointSet><ExtDataSet><ExtData id=\"p\"><Item id=\"i\"/></ExtData><Format target=\"t\"><M id=\"i\"/></Format><Layout id=\"l\"/></ExtDataSet></P>");
-    product.add(QStringLiteral("sibling"), "<P id=\"s\"><ExtDataSet><ExtData id=\"p\"><Item id=\"j\"/></ExtData></ExtDataSet></P>");
+    const QString own = product.add(QStringLiteral("own"),
+        "<P id=\"own\"><ExtPointSet><ExtPoint id=\"p\"/></ExtPointSet><ExtDataSet><ExtData id=\"p\"><Item "
+        "id=\"i\"/></ExtData><Format target=\"t\"><M id=\"i\"/></Format><Layout id=\"l\"/></ExtDataSet></P>");
+    product.add(QStringLiteral("sibling"),
+        "<P id=\"s\"><ExtDataSet><ExtData id=\"p\"><Item id=\"j\"/></ExtData></ExtDataSet></P>");
     SourceDataManager manager;
     QVERIFY(manager.load(own));
     manager.startScan(own);
@@ -192,7 +202,8 @@ void TestScan::eventLoopGetsItsTurn()
     QSignalSpy portions(&manager, &SourceDataManager::scanProgressed);
     int ticksWhileTakingIn = 0;
     QTimer ticker;
-    connect(&ticker, &QTimer::timeout, this, [&] { ticksWhileTakingIn += manager.availablePointsRoot()->childCount() > 0 && finished.isEmpty() ? 1 : 0; });
+    connect(&ticker, &QTimer::timeout, this,
+        [&] { ticksWhileTakingIn += manager.availablePointsRoot()->childCount() > 0 && finished.isEmpty() ? 1 : 0; });
     ticker.start(0);
     manager.startScan(product.file(QStringLiteral("large")));
     QVERIFY(finished.wait(60000));
@@ -210,7 +221,8 @@ void TestScan::userMayDeleteWhileAFileIsTakenIn()
     QByteArray records;
     for (int i = 0; i < 20000; ++i)
         records += "<ExtData id=\"r" + QByteArray::number(i) + "\"><A/></ExtData>";
-    product.add(QStringLiteral("large"), "<P id=\"large\"><ExtPointSet>" + items + "</ExtPointSet><ExtDataSet>" + records + "</ExtDataSet></P>");
+    product.add(QStringLiteral("large"),
+        "<P id=\"large\"><ExtPointSet>" + items + "</ExtPointSet><ExtDataSet>" + records + "</ExtDataSet></P>");
     SourceDataManager manager;
     QSignalSpy finished(&manager, &SourceDataManager::scanFinished);
     int deletions = 0;
@@ -232,7 +244,9 @@ void TestScan::saveDuringTheScanKeepsTranslations()
 {
     const Product product;
     fill(product);
-    const QString own = product.add(QStringLiteral("own"), "<P id=\"own\"><ExtDataSet><ExtData id=\"point299\"><Item id=\"i\" text=\"tr('Open')\"/></ExtData></ExtDataSet></P>");
+    const QString own = product.add(QStringLiteral("own"),
+        "<P id=\"own\"><ExtDataSet><ExtData id=\"point299\"><Item id=\"i\" "
+        "text=\"tr('Open')\"/></ExtData></ExtDataSet></P>");
     SourceDataManager manager;
     QVERIFY(manager.load(own));
     manager.startScan(own);
@@ -351,7 +365,8 @@ void TestScan::unreadableForAnUnprivilegedUser()
     const Product product;
     const QString path = product.add(QStringLiteral("unreadable"), sibling(1));
     QFile::setPermissions(path, {});
-    for (QString directory = QFileInfo(path).path(); directory.size() > QDir::tempPath().size(); directory = QFileInfo(directory).path())
+    for (QString directory = QFileInfo(path).path(); directory.size() > QDir::tempPath().size();
+         directory = QFileInfo(directory).path())
         chmod(qPrintable(directory), 0755);
     const pid_t child = fork();
     if (child == 0) {

@@ -19,20 +19,24 @@ public:
         QObject::connect(&task, &TaskRead::definData, &task, [this](const QString &key, PointTreeWidgetItem *item) {
             m_lines.append(QStringLiteral("define %1: %2").arg(key, describe(item)));
         });
-        QObject::connect(&task, &TaskRead::addTopChild, &task, [this](PointTreeWidgetItem *parent, PointTreeWidgetItem *child) {
-            m_lines.append(QStringLiteral("top %1: %2").arg(name(parent), describe(child)));
-            m_nodes.append(child);
-            if (!parent->children().contains(child))
+        QObject::connect(
+            &task, &TaskRead::addTopChild, &task, [this](PointTreeWidgetItem *parent, PointTreeWidgetItem *child) {
+                m_lines.append(QStringLiteral("top %1: %2").arg(name(parent), describe(child)));
+                m_nodes.append(child);
+                if (!parent->children().contains(child))
+                    parent->addChild(child, false);
+            });
+        QObject::connect(
+            &task, &TaskRead::addObjChild, &task, [this](PointTreeWidgetItem *parent, PointTreeWidgetItem *child) {
+                m_lines.append(QStringLiteral("obj %1: %2").arg(name(parent), describe(child)));
+                m_linkedByTask |= child->parent() != nullptr;
+                m_nodes.append(child);
                 parent->addChild(child, false);
-        });
-        QObject::connect(&task, &TaskRead::addObjChild, &task, [this](PointTreeWidgetItem *parent, PointTreeWidgetItem *child) {
-            m_lines.append(QStringLiteral("obj %1: %2").arg(name(parent), describe(child)));
-            m_linkedByTask |= child->parent() != nullptr;
-            m_nodes.append(child);
-            parent->addChild(child, false);
-        });
-        QObject::connect(&task, &TaskRead::layoutRelization, &task, [this](PointTreeWidgetItem *item) { m_lines.append(QStringLiteral("layout: ") + describe(item)); });
-        QObject::connect(&task, &TaskRead::allFormatRoot, &task, [this](PointTreeWidgetItem *item) { m_lines.append(QStringLiteral("format: ") + describe(item)); });
+            });
+        QObject::connect(&task, &TaskRead::layoutRelization, &task,
+            [this](PointTreeWidgetItem *item) { m_lines.append(QStringLiteral("layout: ") + describe(item)); });
+        QObject::connect(&task, &TaskRead::allFormatRoot, &task,
+            [this](PointTreeWidgetItem *item) { m_lines.append(QStringLiteral("format: ") + describe(item)); });
         task.run();
     }
     ~Recorder()
@@ -52,7 +56,10 @@ public:
 private:
     QString name(PointTreeWidgetItem *item) const
     {
-        return item == &m_points ? QStringLiteral("POINTS") : item == &m_data ? QStringLiteral("DATA") : item->kind().isEmpty() ? QStringLiteral("set") : item->kind();
+        return item == &m_points     ? QStringLiteral("POINTS")
+            : item == &m_data        ? QStringLiteral("DATA")
+            : item->kind().isEmpty() ? QStringLiteral("set")
+                                     : item->kind();
     }
     QString describe(PointTreeWidgetItem *item) const
     {
@@ -81,7 +88,9 @@ void TestSiblings::announcements_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QStringList>("expected");
-    const auto row = [](const char *name, const char *file, const QStringList &expected) { QTest::newRow(name) << QByteArray(file) << expected; };
+    const auto row = [](const char *name, const char *file, const QStringList &expected) {
+        QTest::newRow(name) << QByteArray(file) << expected;
+    };
     const auto lines = [](std::initializer_list<const char *> texts) {
         QStringList list;
         for (const char *text : texts)
@@ -89,20 +98,27 @@ void TestSiblings::announcements_data()
         return list;
     };
     row("points and sub points, before what is below them",
-        "<P id=\"g\"><ExtPointSet><ExtPoint id=\"p\" name=\"N\" hasformat=\"true\"><String key=\"k\"/><SubExtPoint key=\"Open\" name=\"S\"><SubExtPoint key=\"Deep\"/></SubExtPoint></ExtPoint></ExtPointSet></P>",
-        lines({ "top POINTS: set/g//g", "define p: ExtPoint/N/p/g", "top set: ExtPoint/N/p/g", "define open: SubExtPoint/S/p/g/formatted",
-            "top ExtPoint: SubExtPoint/S/p/g/formatted", "define deep: SubExtPoint///g", "top SubExtPoint: SubExtPoint///g" }));
+        "<P id=\"g\"><ExtPointSet><ExtPoint id=\"p\" name=\"N\" hasformat=\"true\"><String key=\"k\"/><SubExtPoint "
+        "key=\"Open\" name=\"S\"><SubExtPoint key=\"Deep\"/></SubExtPoint></ExtPoint></ExtPointSet></P>",
+        lines({ "top POINTS: set/g//g", "define p: ExtPoint/N/p/g", "top set: ExtPoint/N/p/g",
+            "define open: SubExtPoint/S/p/g/formatted", "top ExtPoint: SubExtPoint/S/p/g/formatted",
+            "define deep: SubExtPoint///g", "top SubExtPoint: SubExtPoint///g" }));
     row("tags are compared exactly, names stay as written",
-        "<P id=\"g\"><ExtPointSet><extpoint id=\"p\"/><ExtPoint ID=\"q\" hasFormat=\"true\"><SubExtPoint Key=\"k\"/></ExtPoint></ExtPointSet></P>",
-        lines({ "top POINTS: set/g//g", "define : ExtPoint///g", "top set: ExtPoint///g", "define : SubExtPoint///g", "top ExtPoint: SubExtPoint///g" }));
+        "<P id=\"g\"><ExtPointSet><extpoint id=\"p\"/><ExtPoint ID=\"q\" hasFormat=\"true\"><SubExtPoint "
+        "Key=\"k\"/></ExtPoint></ExtPointSet></P>",
+        lines({ "top POINTS: set/g//g", "define : ExtPoint///g", "top set: ExtPoint///g", "define : SubExtPoint///g",
+            "top ExtPoint: SubExtPoint///g" }));
     row("records announce at once, layouts after themselves, formats at the end of their set",
-        "<P id=\"g\"><ExtDataSet><ExtData id=\"p\"><Item id=\"i\"/><format target=\"t\"><Menu/></format></ExtData><LAYOUT id=\"l\"/></ExtDataSet></P>",
-        lines({ "obj DATA: set/g//g", "obj set: ExtData/p//", "obj ExtData: Item/i//", "obj ExtData: format///", "obj format: Menu///", "obj set: LAYOUT/l//",
-            "layout: LAYOUT/l//g", "format: format//p/g" }));
+        "<P id=\"g\"><ExtDataSet><ExtData id=\"p\"><Item id=\"i\"/><format "
+        "target=\"t\"><Menu/></format></ExtData><LAYOUT id=\"l\"/></ExtDataSet></P>",
+        lines({ "obj DATA: set/g//g", "obj set: ExtData/p//", "obj ExtData: Item/i//", "obj ExtData: format///",
+            "obj format: Menu///", "obj set: LAYOUT/l//", "layout: LAYOUT/l//g", "format: format//p/g" }));
     row("a second data set announces the formats of the first again",
         "<P id=\"g\"><ExtDataSet><Format id=\"a\"/></ExtDataSet><ExtDataSet><Format id=\"b\"/></ExtDataSet></P>",
-        lines({ "obj DATA: set/g//g", "obj set: Format/a//", "format: Format/a//g", "obj DATA: set/g//g", "obj set: Format/b//", "format: Format/a//g", "format: Format/b//g" }));
-    row("unknown children of the root", "<P id=\"g\"><extpointset><ExtPoint id=\"p\"/></extpointset><X><ExtDataSet/></X></P>", {});
+        lines({ "obj DATA: set/g//g", "obj set: Format/a//", "format: Format/a//g", "obj DATA: set/g//g",
+            "obj set: Format/b//", "format: Format/a//g", "format: Format/b//g" }));
+    row("unknown children of the root",
+        "<P id=\"g\"><extpointset><ExtPoint id=\"p\"/></extpointset><X><ExtDataSet/></X></P>", {});
     row("a root without id", "<P><ExtPointSet/></P>", lines({ "top POINTS: set///" }));
 }
 
@@ -126,15 +142,21 @@ void TestSiblings::nodeFields()
 {
     const Product product;
     const QString path = product.add(QStringLiteral("sibling"),
-        " <P id=\" g \" filename=\"file\" version=\"1\"><ExtPointSet><ExtPoint id=\" p \" childType=\" a|b \"><String key=\"k\"><Data text=\"tr('x')\"/></String></ExtPoint></ExtPointSet>"
-        "<ExtDataSet><ExtData id=\"p\" Text=\"tr('A')tr('B')\"><Item id=\"i\" type=\"kept\"/><ExtData id=\"q\"/></ExtData><Other id=\"o\"/></ExtDataSet></P>");
+        " <P id=\" g \" filename=\"file\" version=\"1\"><ExtPointSet><ExtPoint id=\" p \" childType=\" a|b \"><String "
+        "key=\"k\"><Data text=\"tr('x')\"/></String></ExtPoint></ExtPointSet>"
+        "<ExtDataSet><ExtData id=\"p\" Text=\"tr('A')tr('B')\"><Item id=\"i\" type=\"kept\"/><ExtData "
+        "id=\"q\"/></ExtData><Other id=\"o\"/></ExtDataSet></P>");
     const Recorder recorder(path);
-    QCOMPARE(ModelTesting::tree(&recorder.m_points), (QStringList { QStringLiteral(" id=g filename=file version=1"),
-        QStringLiteral("  ExtPoint id=p childType=a|b"), QStringLiteral("    String key=k"), QStringLiteral("      Data text=tr('x')") }));
-    QCOMPARE(ModelTesting::tree(&recorder.m_data), (QStringList { QStringLiteral(" id=g filename=file version=1"),
-        QStringLiteral("  ExtData id=p Text=AB"), QStringLiteral("    Item id=i type=kept"), QStringLiteral("    ExtData id=q"), QStringLiteral("  Other id=o") }));
+    QCOMPARE(ModelTesting::tree(&recorder.m_points),
+        (QStringList { QStringLiteral(" id=g filename=file version=1"), QStringLiteral("  ExtPoint id=p childType=a|b"),
+            QStringLiteral("    String key=k"), QStringLiteral("      Data text=tr('x')") }));
+    QCOMPARE(ModelTesting::tree(&recorder.m_data),
+        (QStringList { QStringLiteral(" id=g filename=file version=1"), QStringLiteral("  ExtData id=p Text=AB"),
+            QStringLiteral("    Item id=i type=kept"), QStringLiteral("    ExtData id=q"),
+            QStringLiteral("  Other id=o") }));
 
-    PointTreeWidgetItem *attribute = recorder.m_points.children().first()->children().first()->children().first()->item();
+    PointTreeWidgetItem *attribute
+        = recorder.m_points.children().first()->children().first()->children().first()->item();
     QCOMPARE(attribute->pluginId(), QStringLiteral("g"));
     QVERIFY(attribute->pointId().isEmpty() && attribute->basePath().isEmpty());
     PointObject *set = recorder.m_data.children().first();
@@ -146,14 +168,17 @@ void TestSiblings::nodeFields()
     QVERIFY(set->children().at(1)->item()->pointId().isEmpty());
 
     // Without an id on the root, the plug-in id comes from the "filename" of whatever is above.
-    const Recorder unnamed(product.add(QStringLiteral("unnamed"), "<P filename=\"file\"><ExtDataSet><X/></ExtDataSet></P>"));
+    const Recorder unnamed(
+        product.add(QStringLiteral("unnamed"), "<P filename=\"file\"><ExtDataSet><X/></ExtDataSet></P>"));
     QCOMPARE(unnamed.m_data.children().first()->children().first()->item()->pluginId(), QStringLiteral("file"));
 }
 
 void TestSiblings::nothingIsAnnounced_data()
 {
     QTest::addColumn<QByteArray>("file");
-    QTest::newRow("malformed at the last byte") << QByteArray("<P id=\"g\"><ExtPointSet><ExtPoint id=\"p\"><String/></ExtPoint></ExtPointSet><ExtDataSet><X><format/></X></ExtDataSet></P");
+    QTest::newRow("malformed at the last byte")
+        << QByteArray("<P id=\"g\"><ExtPointSet><ExtPoint "
+                      "id=\"p\"><String/></ExtPoint></ExtPointSet><ExtDataSet><X><format/></X></ExtDataSet></P");
     QTest::newRow("empty") << QByteArray();
     QTest::newRow("bytes that are no text") << QByteArray("<P id=\"\xff\xfe\"/>");
 }
@@ -188,10 +213,13 @@ void TestSiblings::announcementsGrowWithTheFileOnly()
 void TestSiblings::nodesGetTheThreadOfTheTaskMaker()
 {
     const Product product;
-    const QString path = product.add(QStringLiteral("sibling"), "<P id=\"g\"><ExtPointSet><ExtPoint id=\"p\"><String/></ExtPoint></ExtPointSet><ExtDataSet><X/></ExtDataSet></P>");
+    const QString path = product.add(QStringLiteral("sibling"),
+        "<P id=\"g\"><ExtPointSet><ExtPoint "
+        "id=\"p\"><String/></ExtPoint></ExtPointSet><ExtDataSet><X/></ExtDataSet></P>");
     std::unique_ptr<ScannedFile> file;
     QThread *mine = QThread::currentThread();
-    const std::unique_ptr<QThread> worker(QThread::create([&] { file = TaskRead::read(path, nullptr, nullptr, mine); }));
+    const std::unique_ptr<QThread> worker(
+        QThread::create([&] { file = TaskRead::read(path, nullptr, nullptr, mine); }));
     worker->start();
     worker->wait();
     QVERIFY(file);

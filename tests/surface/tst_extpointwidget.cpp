@@ -59,7 +59,10 @@ QStringList tabs(const QTabWidget *widget)
     return lines;
 }
 
-QString s(const char *text) { return QString::fromUtf8(text); }
+QString s(const char *text)
+{
+    return QString::fromUtf8(text);
+}
 
 } // namespace
 
@@ -94,7 +97,9 @@ void TestExtPointWidget::containment_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("container");
-    const auto row = [](const char *name, const char *type, const char *container) { QTest::newRow(name) << s(name) << s(type) << s(container); };
+    const auto row = [](const char *name, const char *type, const char *container) {
+        QTest::newRow(name) << s(name) << s(type) << s(container);
+    };
     row("tabWidget", "QTabWidget", "ExtPointWidget");
     row("splitter_3", "QSplitter", "tab");
     row("layoutWidget", "QWidget", "splitter_3");
@@ -140,7 +145,9 @@ void TestExtPointWidget::texts_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("property");
     QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, const char *property, const char *text) { QTest::newRow(name) << s(name) << QByteArray(property) << s(text); };
+    const auto row = [](const char *name, const char *property, const char *text) {
+        QTest::newRow(name) << s(name) << QByteArray(property) << s(text);
+    };
     row("pushButton_add_extpoint", "text", "&Add");
     row("groupBox_2", "title", "Basic Information");
     row("groupBox_3", "title", "Extension Information");
@@ -195,7 +202,8 @@ void TestExtPointWidget::metaObjects()
     QCOMPARE(meta.methodCount() - meta.methodOffset(), 1);
     QCOMPARE(meta.method(meta.methodOffset()).methodSignature(), QByteArray("modified(bool)"));
     ExtPointWidget widget;
-    for (QObject *builder : { static_cast<QObject *>(widget.defintionPageBuilder()), static_cast<QObject *>(widget.realizationPageBuilder()) }) {
+    for (QObject *builder : { static_cast<QObject *>(widget.defintionPageBuilder()),
+             static_cast<QObject *>(widget.realizationPageBuilder()) }) {
         QVERIFY(!builder->parent());
         QVERIFY(builder->qt_metacast("ExtPointWidgetBuilder"));
     }
@@ -283,7 +291,8 @@ void TestExtPointWidget::definePropagates()
     Q_EMIT page->addDefine(s("plug"), &point, nullptr);
     QCOMPARE(root->childCount(), 1);
     auto *plugin = PointTreeWidgetItem::fromRow(root->child(0));
-    QCOMPARE(plugin->text(0) + plugin->property(s("id")).toString() + plugin->property(s("filename")).toString(), s("plugplugplug"));
+    QCOMPARE(plugin->text(0) + plugin->property(s("id")).toString() + plugin->property(s("filename")).toString(),
+        s("plugplugplug"));
     auto *copy = PointTreeWidgetItem::fromRow(plugin->child(0));
     QCOMPARE(point.link(), static_cast<PointObject *>(copy));
     QCOMPARE(copy->link(), static_cast<PointObject *>(copy));
@@ -316,7 +325,9 @@ void TestExtPointWidget::sheetEditReachesModelAndRow()
     QStringList names;
     for (const PropertyItem &record : sheet->properties())
         names.append(record.name() + QString::number(int(record.type())));
-    QCOMPARE(names, (QStringList { s("id5"), s("name5"), s("displaylabel7"), s("displayicon7"), s("hasformat2"), s("description6") }));
+    QCOMPARE(names,
+        (QStringList {
+            s("id5"), s("name5"), s("displaylabel7"), s("displayicon7"), s("hasformat2"), s("description6") }));
     QCOMPARE(editor.find<QTableWidget>("defintionTable")->rowCount(), 9);
     QVERIFY(editor.find<QGroupBox>("groupBox_3")->isEnabled());
 
@@ -365,7 +376,8 @@ void TestExtPointWidget::keyboardShowsWhatAClickShows()
     QVERIFY(!editor.find<QGroupBox>("groupBox_3")->isEnabled());
     QTest::keyClick(tree, Qt::Key_Down);
     QCOMPARE(tree->currentItem(), tree->topLevelItem(0)->child(0));
-    QCOMPARE(editor.find<GroupPropertyBrowser>("basicInfo")->properties().first().value().toString(), s("saltmere.chart.layers"));
+    QCOMPARE(editor.find<GroupPropertyBrowser>("basicInfo")->properties().first().value().toString(),
+        s("saltmere.chart.layers"));
 }
 
 void TestExtPointWidget::tabsOfTheOpenedFile()
@@ -377,12 +389,14 @@ void TestExtPointWidget::tabsOfTheOpenedFile()
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("<P id=\"own\"><ExtDataSet>"
                "<format target=\"z\" title=\"Last\"/><format target=\"b\" id=\"fb\"/><format/>"
-               "<Layout id=\"l2\" toolTip=\"Tip\"/><Layout id=\"l1\" title=\"Title\" toolTip=\"Tip\"/><Layout target=\"t\"/><Layout/><Layout id=\"l1\" title=\"again\"/>"
+               "<Layout id=\"l2\" toolTip=\"Tip\"/><Layout id=\"l1\" title=\"Title\" toolTip=\"Tip\"/><Layout "
+               "target=\"t\"/><Layout/><Layout id=\"l1\" title=\"again\"/>"
                "</ExtDataSet></P>");
     file.close();
     Editor editor;
     QVERIFY(editor.open(path));
-    QCOMPARE(tabs(editor.find<QTabWidget>("formatTab")), (QStringList { s("l2=Tip"), s("l1=Title"), s("t=t"), s("fb=fb"), s("z=Last") }));
+    QCOMPARE(tabs(editor.find<QTabWidget>("formatTab")),
+        (QStringList { s("l2=Tip"), s("l1=Title"), s("t=t"), s("fb=fb"), s("z=Last") }));
 }
 
 void TestExtPointWidget::tabsOfSiblings()
@@ -396,7 +410,8 @@ void TestExtPointWidget::tabsOfSiblings()
         return item;
     };
     const auto first = node("Layout", { { s("id"), s("l") }, { s("title"), s("Title") } });
-    const auto second = node("Layout", { { s("id"), s("l") }, { s("title"), s("Other") }, { s("toolTip"), s("Replaced") } });
+    const auto second
+        = node("Layout", { { s("id"), s("l") }, { s("title"), s("Other") }, { s("toolTip"), s("Replaced") } });
     const auto third = node("Layout", { { s("id"), s("l") }, { s("toolTip"), s("") } });
     const auto format = node("Format", { { s("target"), s("t") }, { s("id"), s("i") } });
     const auto same = node("Format", { { s("target"), s("l") } });
