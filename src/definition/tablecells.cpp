@@ -16,7 +16,7 @@ void TableCells::reset(QTableWidget *table, const QStringList &headers)
     table->setRowCount(0);
     table->setColumnCount(headers.size());
     table->setHorizontalHeaderLabels(headers);
-    table->resizeColumnsToContents();
+    fit(table);
 }
 
 void TableCells::appendRow(QTableWidget *table, const QStringList &texts)
@@ -33,7 +33,9 @@ void TableCells::appendRow(QTableWidget *table, const QStringList &texts)
 
 void TableCells::fit(QTableWidget *table)
 {
-    table->resizeColumnsToContents();
+    // All but the last one, which is stretched and would lose that.
+    for (int column = 0; column < table->columnCount() - 1; ++column)
+        table->resizeColumnToContents(column);
 }
 
 void TableCells::setText(QTableWidget *table, int row, int column, const QString &text)
@@ -41,7 +43,7 @@ void TableCells::setText(QTableWidget *table, int row, int column, const QString
     if (QTableWidgetItem *cell = table->item(row, column)) {
         cell->setText(text);
         cell->setToolTip(text);
-        table->resizeColumnToContents(column);
+        fit(table);
     }
 }
 
