@@ -13,6 +13,13 @@ bool isTypeKey(const QString &key)
     return key.compare(QLatin1String("type"), Qt::CaseInsensitive) == 0;
 }
 
+/// White space around a value never comes back from the file, so it does not go there either: saving what was just
+/// opened gives the same bytes.
+QString textOf(const QVariant &value)
+{
+    return value.toString().trimmed();
+}
+
 /// What a definition node leaves out, beside its "type".
 bool leftOutOfDefinition(const PointTreeWidgetItem *node, const QString &key)
 {
@@ -35,7 +42,7 @@ void writeAttributes(ExtensionFile::Writer &writer, const PropertyHash &properti
 {
     for (const PropertyHash::Entry &entry : properties) {
         if (!isTypeKey(entry.key))
-            writer.attribute(entry.key, entry.value.toString());
+            writer.attribute(entry.key, textOf(entry.value));
     }
 }
 
@@ -75,7 +82,7 @@ void ModelWriter::writeDefinition(ExtensionFile::Writer &writer, const PointTree
     writer.startElement(node->kind());
     for (const PropertyHash::Entry &entry : node->properties()) {
         if (!isTypeKey(entry.key) && !leftOutOfDefinition(node, entry.key))
-            writer.attribute(entry.key, entry.value.toString());
+            writer.attribute(entry.key, textOf(entry.value));
     }
     for (PointObject *child : node->children())
         writeDefinition(writer, child->item());
@@ -89,7 +96,7 @@ void ModelWriter::writeRealization(ExtensionFile::Writer &writer, const PointTre
     for (const PropertyHash::Entry &entry : node->properties()) {
         if (leftOutOfRealization(node, entry.key))
             continue;
-        const QString value = entry.value.toString();
+        const QString value = textOf(entry.value);
         const bool wrapped = !value.isEmpty() && m_translatable.isTranslatable(entry.key);
         writer.attribute(entry.key, wrapped ? ExtensionFile::withTranslationMarks(value) : value);
     }

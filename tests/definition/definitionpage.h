@@ -111,7 +111,7 @@ public:
                 if (action->text() == choice)
                     menu->setActiveAction(action);
             }
-            QTest::keyClick(menu, choice.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
+            QTest::keyClick(menu, choice.isEmpty() || !offered.contains(choice) ? Qt::Key_Escape : Qt::Key_Return);
         });
         Q_EMIT tree()->customContextMenuRequested(pos);
         QCoreApplication::processEvents();
