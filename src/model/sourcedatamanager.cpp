@@ -321,6 +321,8 @@ void SourceDataManager::receive(bool ownFile, const Announcement &announcement)
         break;
     case Announcement::AddTopChild:
         addTopChild(announcement.parent, announcement.node);
+        if (ownFile && announcement.parent == m_availablePointsRoot)
+            takeOverCreatedPoints(announcement.node);
         break;
     case Announcement::AddObjChild:
         if (!ownFile)
@@ -338,6 +340,24 @@ void SourceDataManager::receive(bool ownFile, const Announcement &announcement)
         if (!ownFile)
             allFormatRoot(announcement.node);
         break;
+    }
+}
+
+void SourceDataManager::takeOverCreatedPoints(PointTreeWidgetItem *set)
+{
+    const QString id = set->property(idKey).toString();
+    const QList<PointObject *> plugins = m_availablePointsRoot->children();
+    for (PointObject *object : plugins) {
+        PointTreeWidgetItem *plugin = object->item();
+        if (plugin == set || !plugin->pluginId().isEmpty() || plugin->property(idKey).toString() != id)
+            continue;
+        const QList<PointObject *> points = plugin->children();
+        for (PointObject *point : points) {
+            plugin->detachChild(point);
+            point->item()->takeRow();
+            addTopChild(set, point->item());
+        }
+        PointTreeWidgetItem::destroySubtree(plugin);
     }
 }
 

@@ -125,6 +125,9 @@ private:
     /// opened file's own, which stands in the model already and may have been changed since.
     void receive(bool ownFile, const Announcement &announcement);
     void dropOwnReading();
+    /// What the user created before the scan came to the opened file stands under a plug-in of its own, which only the page
+    /// made (it has no plug-in id). It moves to @p set, so that the plug-in is shown once.
+    void takeOverCreatedPoints(PointTreeWidgetItem *set);
     void adopt(OpenedFile &file);
     void clearOpenedFile();
     void clearScan();

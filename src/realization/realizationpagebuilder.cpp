@@ -40,6 +40,9 @@ void RealizationPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
     ui->splitter_5->setSizes({ 260, 600, 320 });
     ui->splitter_5->setChildrenCollapsible(false);
     ui->splitter_4->setChildrenCollapsible(false);
+    ui->splitter_4->setStretchFactor(0, 1);
+    ui->splitter_4->setStretchFactor(2, 1);
+    ui->splitter_4->setSizes({ 300, 0, 300 });
 
     ui->realizationTree->setAccessibleName(tr("Extension points of all plug-ins"));
     ui->formatTab->setAccessibleName(tr("Formats"));
@@ -48,6 +51,9 @@ void RealizationPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
     ui->realizTable->setSelectionMode(QAbstractItemView::SingleSelection);
     ui->realizTable->horizontalHeader()->setStretchLastSection(true);
     ui->realizTable->verticalHeader()->hide();
+    const QStringList columns { idKey, QStringLiteral("displayLabel"), QStringLiteral("displayIcon") };
+    ui->realizTable->setColumnCount(columns.size());
+    ui->realizTable->setHorizontalHeaderLabels(columns);
     ui->pushButton_add_format_tree->hide();
 }
 

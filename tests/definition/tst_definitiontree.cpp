@@ -43,6 +43,7 @@ private Q_SLOTS:
     void renamingFollowsIntoTheIndex();
     void addProperty();
     void createdPointsServeTheOtherPage();
+    void createdDuringTheScan();
 };
 
 void TestDefinitionTree::menu_data()
@@ -398,6 +399,30 @@ void TestDefinitionTree::createdPointsServeTheOtherPage()
     QCOMPARE(attributes.keys, QStringList { s("color") });
     QCOMPARE(attributes.defaults.value(s("color")).toString() + attributes.types.value(s("color")), s("redEnum"));
     QCOMPARE(attributes.options.value(s("color")), QStringList { s("blue") });
+}
+
+void TestDefinitionTree::createdDuringTheScan()
+{
+    Page page(twoPoints);
+    page.manager.startScan(page.path());
+    page.press("pushButton_add_extpoint");
+    PointTreeWidgetItem *created = page.row({ 2 });
+    page.manager.completeScan();
+    const auto rows = [&] {
+        QStringList texts;
+        QTreeWidgetItem *root = page.otherTree()->topLevelItem(0);
+        for (int i = 0; i < root->childCount(); ++i) {
+            for (int j = 0; j < root->child(i)->childCount(); ++j)
+                texts.append(root->child(i)->text(0) + QLatin1Char('/') + root->child(i)->child(j)->text(0));
+        }
+        return texts.join(QLatin1Char(' '));
+    };
+    QCOMPARE(rows(), s("own/Piont own/Point own/Other"));
+    Q_EMIT page.basicInfo()->propertyChanged(s("name"), s("New"));
+    page.press("pushButton_add_extpoint");
+    QCOMPARE(rows(), s("own/New own/Point own/Other own/Piont"));
+    page.menu(created, s("Delete Point"));
+    QCOMPARE(rows(), s("own/Point own/Other own/Piont"));
 }
 
 QTEST_MAIN(TestDefinitionTree)
