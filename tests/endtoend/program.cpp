@@ -1,0 +1,119 @@
+#include "program.h"
+
+#include "product.h"
+
+#include <QDir>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr uid_t Nobody = 65534;
+
+} // namespace
+
+Program::Program() : m_environment(QProcessEnvironment::systemEnvironment())
+{
+    if (!m_home.isValid())
+        qFatal("no temporary directory");
+    m_environment.insert(QStringLiteral("HOME"), m_home.path());
+    const QDir home(m_home.path());
+    for (const char *name : { "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR" }) {
+        const QString directory = QString::fromLatin1(name).toLower();
+        if (!home.mkdir(directory))
+            qFatal("%s cannot be created", qPrintable(directory));
+        setMode(home.filePath(directory), 0700);
+        m_environment.insert(QString::fromLatin1(name), home.filePath(directory));
+    }
+    m_environment.insert(QStringLiteral("EXTPOINT_PROBE_SOCKET"), socketName());
+}
+
+Program::~Program()
+{
+    if (isRunning()) {
+        m_process->kill();
+        m_process->waitForFinished(Patience);
+    }
+}
+
+void Program::setVariable(const QString &name, const QString &value)
+{
+    m_environment.insert(name, value);
+}
+
+void Program::laysDownRoot()
+{
+    if (::getuid() != 0)
+        return;
+    const QDir home(m_home.path());
+    QStringList own = home.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    own.append(QStringLiteral("."));
+    for (const QString &directory : qAsConst(own))
+        if (::chown(QFile::encodeName(home.filePath(directory)).constData(), Nobody, Nobody) != 0)
+            qFatal("the owner of %s cannot be changed", qPrintable(directory));
+    m_wrapper = QStringList { QStringLiteral("setpriv"), QStringLiteral("--reuid=65534"),
+        QStringLiteral("--regid=65534"), QStringLiteral("--clear-groups") };
+}
+
+bool Program::start(const QStringList &arguments)
+{
+    m_error.clear();
+    m_process = std::make_unique<QProcess>();
+    m_process->setProcessEnvironment(m_environment);
+    QStringList command = m_wrapper
+        + QStringList { QStringLiteral(EXTPOINT_BINARY_DIR "/bin/extpoint-workbench"),
+              QStringLiteral("--plugin-path=" EXTPOINT_BINARY_DIR "/lib/extpoint/plugins"),
+              QStringLiteral("--plugin-path=" EXTPOINT_BINARY_DIR "/tests/endtoend/plugins") }
+        + arguments;
+    const QString program = command.takeFirst();
+    m_process->start(program, command);
+    return m_process->waitForStarted(Patience);
+}
+
+bool Program::isRunning() const
+{
+    return m_process && m_process->state() != QProcess::NotRunning;
+}
+
+qint64 Program::processId() const
+{
+    return m_process->processId();
+}
+
+Program::Result Program::result()
+{
+    Result result;
+    const bool ended = !isRunning() || m_process->waitForFinished(Patience);
+    result.error = errorOutput();
+    if (ended && m_process->exitStatus() == QProcess::NormalExit)
+        result.code = m_process->exitCode();
+    result.output = m_process->readAllStandardOutput();
+    return result;
+}
+
+Program::Result Program::run(const QStringList &arguments)
+{
+    return start(arguments) ? result() : Result();
+}
+
+QString Program::socketName() const
+{
+    return m_home.filePath(QStringLiteral("probe"));
+}
+
+QByteArray Program::errorOutput()
+{
+    if (!m_process)
+        return m_error;
+    m_process->waitForReadyRead(0);
+    m_error += m_process->readAllStandardError();
+    QByteArray shown;
+    const QList<QByteArray> lines = m_error.split('\n');
+    for (int i = 0; i < lines.size(); ++i)
+        if (!lines.at(i).startsWith("QXcbConnection: XCB error: 3 (BadWindow)"))
+            shown += lines.at(i) + (i + 1 < lines.size() ? "\n" : "");
+    // Said on any seed but 0, and without the end of the line.
+    return shown.replace("QT_HASH_SEED: forced seed value is not 0, cannot guarantee that the hashing functions will "
+                         "produce a stable value.",
+        "");
+}

@@ -1,0 +1,145 @@
+#include "product.h"
+#include "program.h"
+
+#include <QDir>
+#include <QImage>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+/// What the program does without a person: the real program with the real plug-in, on the sample.
+class tst_E2eCli : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void savingIsStable_data();
+    void savingIsStable();
+    void saveBroken();
+    void timings();
+    void pictures();
+};
+
+namespace {
+
+Program::Result runWithSeed(const char *seed, const QStringList &arguments)
+{
+    Program program;
+    program.setVariable(QStringLiteral("QT_HASH_SEED"), QString::fromLatin1(seed));
+    return program.run(arguments);
+}
+
+int coloursIn(const QImage &picture)
+{
+    QSet<QRgb> colours;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            colours.insert(picture.pixel(x, y));
+    return colours.size();
+}
+
+} // namespace
+
+void tst_E2eCli::savingIsStable_data()
+{
+    QTest::addColumn<QString>("plugin");
+    const Product product;
+    const QStringList names = QDir(product.plugins()).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &name : names)
+        if (QFile::exists(product.fileOf(name)))
+            QTest::newRow(qPrintable(name)) << name;
+}
+
+void tst_E2eCli::savingIsStable()
+{
+    QFETCH(QString, plugin);
+    const Product product;
+    const Product other;
+    const QByteArray original = contentOf(product.fileOf(plugin));
+    QByteArray saved[3];
+    const QString files[] = { product.fileOf(plugin), product.fileOf(plugin), other.fileOf(plugin) };
+    const char *seeds[] = { "1", "77", "4242" };
+    for (int i = 0; i < 3; ++i) {
+        const Program::Result result = runWithSeed(seeds[i], { QStringLiteral("--save"), files[i] });
+        QCOMPARE(result.error, QByteArray());
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.code, 0);
+        saved[i] = contentOf(files[i]);
+    }
+    QVERIFY(saved[0] != original);
+    QCOMPARE(saved[1], saved[0]);
+    QCOMPARE(saved[2], saved[0]);
+    // Nothing but the file itself is written.
+    const Product untouched;
+    const QStringList names = QDir(product.plugins()).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &name : names) {
+        QCOMPARE(QDir(product.plugins() + QLatin1Char('/') + name).entryList(QDir::Files | QDir::Hidden),
+            QDir(untouched.plugins() + QLatin1Char('/') + name).entryList(QDir::Files | QDir::Hidden));
+        if (name != plugin && QFile::exists(product.fileOf(name)))
+            QCOMPARE(contentOf(product.fileOf(name)), contentOf(untouched.fileOf(name)));
+    }
+}
+
+void tst_E2eCli::saveBroken()
+{
+    const Product product;
+    const QString file = product.fileOf(QStringLiteral("tides"));
+    const QByteArray content = "<Plugin id=\"a\">\n  <ExtPointSet>\n</Plugin>\n";
+    writeFile(file, content);
+    const Program::Result result = runWithSeed("1", { QStringLiteral("--save"), file });
+    QCOMPARE(result.code, 1);
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(result.error.count('\n'), 1);
+    QVERIFY2(result.error.startsWith("extpoint-workbench: " + QFile::encodeName(file) + ": line 3, column "),
+        result.error.constData());
+    QCOMPARE(contentOf(file), content);
+}
+
+void tst_E2eCli::timings()
+{
+    const Product product;
+    product.addSiblings(40, 40);
+    const Program::Result result
+        = runWithSeed("1", { QStringLiteral("--timings"), product.fileOf(QStringLiteral("chartdesk")) });
+    QCOMPARE(result.error, QByteArray());
+    QCOMPARE(result.code, 0);
+    QCOMPARE(result.output.count('\n'), 1);
+    const QJsonObject figures = QJsonDocument::fromJson(result.output).object();
+    QCOMPARE(figures.keys(),
+        (QStringList { QStringLiteral("longest_stall_ms"), QStringLiteral("open_ms"), QStringLiteral("rss_mb"),
+            QStringLiteral("scan_ms") }));
+    const QStringList keys = figures.keys();
+    for (const QString &key : keys)
+        QVERIFY2(figures.value(key).toDouble() > 0, qPrintable(key));
+}
+
+void tst_E2eCli::pictures()
+{
+    const Product product;
+    QImage pages[2];
+    const char *names[] = { "definition", "realization" };
+    for (int i = 0; i < 2; ++i) {
+        const QString path
+            = product.directory(QStringLiteral("pictures")) + QLatin1Char('/') + QString::fromLatin1(names[i]);
+        const Program::Result result = runWithSeed("1",
+            { QStringLiteral("--page"), QString::fromLatin1(names[i]), QStringLiteral("--screenshot"), path,
+                product.fileOf(QStringLiteral("chartdesk")) });
+        QCOMPARE(result.error, QByteArray());
+        QCOMPARE(result.code, 0);
+        pages[i] = QImage(path, "PNG");
+        QVERIFY(pages[i].width() >= 640 && pages[i].height() >= 480);
+        // Text alone has dozens of shades.
+        QVERIFY2(coloursIn(pages[i]) > 50, names[i]);
+    }
+    QCOMPARE(pages[0].size(), pages[1].size());
+    // What lies outside of the pages is the same; the pages are not.
+    qint64 differing = 0;
+    for (int y = 0; y < pages[0].height(); ++y)
+        for (int x = 0; x < pages[0].width(); ++x)
+            differing += pages[0].pixel(x, y) != pages[1].pixel(x, y);
+    const double share = double(differing) / (double(pages[0].width()) * pages[0].height());
+    QVERIFY2(share > 0.02 && share < 0.9, qPrintable(QString::number(share)));
+}
+
+QTEST_GUILESS_MAIN(tst_E2eCli)
+#include "tst_e2e_cli.moc"
