@@ -63,6 +63,12 @@ Place Place::sheetRow(const QString &sheet, const QString &row)
         { QStringLiteral("row"), row } });
 }
 
+Place Place::listEntry(const QString &text)
+{
+    return Place({ { QStringLiteral("ask"), QStringLiteral("item") }, { QStringLiteral("popup"), true },
+        { QStringLiteral("path"), QJsonArray { text } } });
+}
+
 Place Place::button(const QString &dialog, const QString &text)
 {
     return Place({ { QStringLiteral("ask"), QStringLiteral("dialogs") }, { QStringLiteral("dialog"), dialog },

@@ -14,6 +14,8 @@ public:
     [[nodiscard]] static Place tab(const QString &tabs, const QString &text);
     /// The value in a row of a property sheet.
     [[nodiscard]] static Place sheetRow(const QString &sheet, const QString &row);
+    /// An entry of the list that has dropped down.
+    [[nodiscard]] static Place listEntry(const QString &text);
     /// A button of a dialog; the dialog by its object name.
     [[nodiscard]] static Place button(const QString &dialog, const QString &text);
     /// An entry of the menu bar or of a menu that is open.

@@ -38,6 +38,7 @@ private slots:
     void opens();
     void changeIsSaved_data();
     void changeIsSaved();
+    void choiceIsSaved();
     void escapeChangesNothing();
     void closingAsks_data();
     void closingAsks();
@@ -182,6 +183,23 @@ void tst_E2eEdit::changeIsSaved()
         click(Place::row(QStringLiteral("defintionTree"),
             before.isEmpty() ? path : path.mid(0, path.size() - 1) + QVariantList { after })));
     EVENTUALLY(m_workbench->sheet(QStringLiteral("basicInfo")).contains(row + QLatin1String(" = ") + after), true);
+    STEP(*m_workbench, close());
+}
+
+void tst_E2eEdit::choiceIsSaved()
+{
+    QByteArray expected = savedUnchanged(QStringLiteral("chartdesk"));
+    const QByteArray before = "id=\"saltmere.chart.layers\" name=\"Chart layers\" displaylabel=\"text\"";
+    QCOMPARE(expected.count(before), 1);
+    expected.replace(before, "id=\"saltmere.chart.layers\" name=\"Chart layers\" displaylabel=\"toolTip\"");
+    QVERIFY2(openSample(), qPrintable(m_workbench->problem()));
+    STEP(*m_workbench, click(Place::row(QStringLiteral("defintionTree"), m_firstPoint)));
+    STEP(*m_workbench, click(Place::sheetRow(QStringLiteral("basicInfo"), QStringLiteral("displaylabel"))));
+    STEP(*m_workbench, click(Place::listEntry(QStringLiteral("Tool tip"))));
+    EVENTUALLY(m_workbench->isModified(), true);
+    STEP(*m_workbench, key(QStringLiteral("ctrl+s")));
+    EVENTUALLY(m_workbench->isModified(), false);
+    QCOMPARE(contentOf(m_file), expected);
     STEP(*m_workbench, close());
 }
 

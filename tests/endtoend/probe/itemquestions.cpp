@@ -3,9 +3,19 @@
 #include "probe/questions.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QJsonArray>
 
 namespace {
+
+/// The view that the request names, or the one in the list that has dropped down.
+QAbstractItemView *viewOf(const QJsonObject &request)
+{
+    if (!request.value(QLatin1String("popup")).toBool())
+        return qobject_cast<QAbstractItemView *>(Probe::find(request));
+    const QWidget *popup = QApplication::activePopupWidget();
+    return popup ? popup->findChild<QAbstractItemView *>() : nullptr;
+}
 
 QString lineOf(const QModelIndex &row)
 {
@@ -48,7 +58,7 @@ QModelIndex childAt(const QAbstractItemModel &model, const QModelIndex &parent, 
 
 QJsonObject Probe::tree(const QJsonObject &request)
 {
-    const auto *view = qobject_cast<QAbstractItemView *>(find(request));
+    const auto *view = viewOf(request);
     if (!view)
         return notFound(request);
     QJsonArray lines;
@@ -58,7 +68,7 @@ QJsonObject Probe::tree(const QJsonObject &request)
 
 QJsonObject Probe::rows(const QJsonObject &request)
 {
-    const auto *view = qobject_cast<QAbstractItemView *>(find(request));
+    const auto *view = viewOf(request);
     if (!view)
         return notFound(request);
     return { { QStringLiteral("rows"), view->model()->rowCount(view->model()->index(0, 0)) } };
@@ -66,7 +76,7 @@ QJsonObject Probe::rows(const QJsonObject &request)
 
 QJsonObject Probe::table(const QJsonObject &request)
 {
-    const auto *view = qobject_cast<QAbstractItemView *>(find(request));
+    const auto *view = viewOf(request);
     if (!view)
         return notFound(request);
     const QAbstractItemModel &model = *view->model();
@@ -89,7 +99,7 @@ QJsonObject Probe::table(const QJsonObject &request)
 
 QJsonObject Probe::item(const QJsonObject &request)
 {
-    const auto *view = qobject_cast<QAbstractItemView *>(find(request));
+    const auto *view = viewOf(request);
     if (!view)
         return notFound(request);
     QModelIndex index = view->rootIndex();

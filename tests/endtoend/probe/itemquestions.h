@@ -2,7 +2,8 @@
 
 #include <QJsonObject>
 
-/// Questions about the rows and cells of trees, tables and lists.
+/// Questions about the rows and cells of trees, tables and lists: of the one with the name "widget", or with "popup" of
+/// the list that has dropped down.
 namespace Probe {
 
 /// The whole tree as lines, a level indented by four spaces, the cells of further columns after " | "; and the texts on

@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRegularExpression>
+#include <QTextDocumentFragment>
 #include <QWidget>
 
 QJsonObject Probe::error(const QString &reason)
@@ -55,8 +56,10 @@ QString Probe::valueOf(const QWidget *widget)
         return line->text();
     if (const auto *text = qobject_cast<const QPlainTextEdit *>(widget))
         return text->toPlainText();
+    // A list of check boxes has no current entry; its tool tip names all that are ticked.
     if (const auto *box = qobject_cast<const QComboBox *>(widget))
-        return box->currentText();
+        return box->currentIndex() < 0 ? QTextDocumentFragment::fromHtml(box->toolTip()).toPlainText()
+                                       : box->currentText();
     if (const auto *spin = qobject_cast<const QAbstractSpinBox *>(widget))
         return spin->text();
     if (const auto *label = qobject_cast<const QLabel *>(widget))
