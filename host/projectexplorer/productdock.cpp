@@ -134,8 +134,9 @@ void ProductDock::updateCount()
     else if (shown < all)
         m_count->setText(tr("%1 of %2 directories").arg(shown).arg(all));
     else if (m_model->fileCount() < all)
-        m_count->setText(
-            tr("%1 plug-ins, %2 other directories").arg(m_model->fileCount()).arg(all - m_model->fileCount()));
+        m_count->setText(all - m_model->fileCount() == 1
+                ? tr("%1 plug-ins, 1 other directory").arg(m_model->fileCount())
+                : tr("%1 plug-ins, %2 other directories").arg(m_model->fileCount()).arg(all - m_model->fileCount()));
     else
         m_count->setText(all == 1 ? tr("1 plug-in") : tr("%1 plug-ins").arg(all));
 }

@@ -40,6 +40,10 @@ void DefintionPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
     for (QSplitter *splitter : { ui->splitter_3, ui->splitter_2, ui->splitter })
         splitter->setChildrenCollapsible(false);
 
+    // The group box around the sheet is frame and ground enough.
+    ui->scrollArea->setFrameShape(QFrame::NoFrame);
+    ui->scrollArea->viewport()->setAutoFillBackground(false);
+    ui->scrollAreaWidgetContents->setAutoFillBackground(false);
     ui->defintionTree->setAccessibleName(tr("Extension points of this plug-in"));
     ui->defintionTree->setContextMenuPolicy(Qt::CustomContextMenu);
     ui->basicInfo->setAccessibleName(tr("Basic information"));
