@@ -42,12 +42,19 @@ void DefintionPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
 
     // The group box around the sheet is frame and ground enough.
     ui->scrollArea->setFrameShape(QFrame::NoFrame);
+    ui->scrollArea->setFocusPolicy(Qt::NoFocus);
     ui->scrollArea->viewport()->setAutoFillBackground(false);
     ui->scrollAreaWidgetContents->setAutoFillBackground(false);
     ui->defintionTree->setAccessibleName(tr("Extension points of this plug-in"));
     ui->defintionTree->setContextMenuPolicy(Qt::CustomContextMenu);
     ui->basicInfo->setAccessibleName(tr("Basic information"));
     ui->editInfoWidget->setAccessibleName(tr("Attribute"));
+    // Four buttons say "Add" or "Delete"; who only hears them needs to know of what.
+    ui->pushButton_add_extpoint->setAccessibleName(tr("Add a point"));
+    ui->pushButton_add_attr->setAccessibleName(tr("Add an attribute"));
+    ui->pushButton_del_attr->setAccessibleName(tr("Delete the attribute"));
+    ui->pushButton_add_enum->setAccessibleName(tr("Add an entry"));
+    ui->pushButton_delete_enmu->setAccessibleName(tr("Delete the entry"));
     TableCells::prepare(ui->defintionTable, tr("Attributes of the selected point"));
     TableCells::prepare(ui->enumTable, tr("Entries of the enumeration"));
     AttributeTable::fill(ui->defintionTable, nullptr);
@@ -275,6 +282,7 @@ void DefintionPageBuilder::createAddPropertyButton()
     m_addProperty->setPopupMode(QToolButton::InstantPopup);
     m_addProperty->setMenu(new QMenu(m_addProperty));
     m_ui->verticalLayout_4->addWidget(m_addProperty, 0, Qt::AlignRight);
+    QWidget::setTabOrder(m_ui->basicInfo, m_addProperty);
     connect(m_addProperty->menu(), &QMenu::aboutToShow, this, &DefintionPageBuilder::fillAddPropertyMenu);
 }
 

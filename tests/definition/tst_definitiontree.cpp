@@ -42,6 +42,7 @@ private Q_SLOTS:
     void basicInfoEdits();
     void renamingFollowsIntoTheIndex();
     void addProperty();
+    void tabOrder();
     void createdPointsServeTheOtherPage();
     void createdDuringTheScan();
 };
@@ -375,6 +376,22 @@ void TestDefinitionTree::addProperty()
     QCOMPARE(offered(), s("displaylabel displayicon childtype description"));
     page.row({ 0, 0 })->setProperty(s("childType"), s("a"));
     QCOMPARE(offered(), s("displaylabel displayicon description"));
+}
+
+void TestDefinitionTree::tabOrder()
+{
+    const Page page(twoPoints);
+    QVERIFY(QTest::qWaitForWindowActive(page.widget.get()));
+    page.click(page.row({ 0 }));
+    page.tree()->setFocus();
+    QStringList stops;
+    for (int i = 0; i < 6; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        const QWidget *focus = QApplication::focusWidget();
+        stops.append(page.basicInfo()->isAncestorOf(focus) ? s("sheet") : focus->objectName());
+    }
+    QCOMPARE(stops.join(QLatin1Char(' ')),
+        s("pushButton_add_extpoint sheet sheet addPropertyButton defintionTable pushButton_add_attr"));
 }
 
 void TestDefinitionTree::createdPointsServeTheOtherPage()
