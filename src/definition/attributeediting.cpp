@@ -48,7 +48,7 @@ void DefintionPageBuilder::showAttribute(PointTreeWidgetItem *attribute)
 {
     AttributeSheet::bringIntoLine(attribute, fieldsOf(attribute->kind()));
     m_ui->editInfoWidget->show();
-    m_ui->editInfoWidget->showProperties(AttributeSheet::of(attribute, Controller::instance()->attributeTypes()));
+    m_ui->editInfoWidget->showProperties(AttributeSheet::of(attribute, m_attributeTypes));
     const bool isEnum = attribute->kind() == QLatin1String("Enum");
     if (isEnum) {
         const QSignalBlocker quiet(m_ui->enumTable);

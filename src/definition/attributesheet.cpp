@@ -18,6 +18,8 @@ PropertyItem valueRecord(PointTreeWidgetItem *attribute, const QVariant &value)
     PropertyItem record(editorOf(attribute->kind()), key, key, value);
     if (attribute->kind() == QLatin1String("Enum")) {
         for (PointObject *entry : attribute->children()) {
+            if (entry->item()->kind() != QLatin1String("Data"))
+                continue;
             const QString text = entry->property(QStringLiteral("text")).toString();
             record.addOption({ text, text, QString() });
         }

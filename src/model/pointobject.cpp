@@ -178,15 +178,6 @@ void PointObject::unlink()
         setLink(this);
 }
 
-bool PointObject::isWithin(const PointObject *other) const
-{
-    for (const PointObject *node = this; node; node = node->m_parent) {
-        if (node == other)
-            return true;
-    }
-    return false;
-}
-
 PointObject *PointObject::makeCopy() const
 {
     return new PointObject(*this);

@@ -75,11 +75,8 @@ public:
     /// Nothing happens on a master.
     void unlink();
 
-    /// True when this node is @p other or hangs somewhere under it.
-    [[nodiscard]] bool isWithin(const PointObject *other) const;
-
     /// True when this node is @p sought or a walk through the lists of children comes to it. A node can stand in
-    /// several lists and has just one parent, so this says more than isWithin().
+    /// several lists and has just one parent, so its parents alone do not tell.
     [[nodiscard]] bool reaches(const PointObject *sought) const;
 
     /// True when this node stands in the list of children of @p holder.

@@ -422,7 +422,8 @@ void TestDefinitionTree::createdDuringTheScan()
 {
     Page page(twoPoints);
     page.manager.startScan(page.path());
-    page.press("pushButton_add_extpoint");
+    // Without a turn of the event loop: nothing of the scan has been taken in yet.
+    page.button("pushButton_add_extpoint")->click();
     PointTreeWidgetItem *created = page.row({ 2 });
     page.manager.completeScan();
     const auto rows = [&] {
