@@ -86,6 +86,7 @@ void PointCreation::followRename(PointTreeWidgetItem *node, const QString &key, 
         if (node->master() != node)
             followId(node->master()->item(), old, now);
         Controller::instance()->rekeyDefinition(node, old, now);
+        Controller::instance()->followPointId(old, now);
     } else if (key == QLatin1String("key") && roleOf(node) == Role::SubPoint) {
         Controller::instance()->rekeyDefinition(node, old.toLower(), now.toLower());
     }

@@ -153,6 +153,58 @@ PointTreeWidgetItem *Controller::definition(const QString &key) const
     return ask([&](const SourceDataManager &manager) { return manager.definition(key); });
 }
 
+PointTreeWidgetItem *Controller::ensureDataSet()
+{
+    SourceDataManager *manager = sourceDataManager();
+    return manager ? manager->ensureDataSet() : nullptr;
+}
+
+void Controller::insertRealization(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int index)
+{
+    if (SourceDataManager *manager = sourceDataManager())
+        manager->insertRealization(parent, node, index);
+}
+
+bool Controller::moveRealization(PointTreeWidgetItem *node, PointTreeWidgetItem *parent, int index)
+{
+    SourceDataManager *manager = sourceDataManager();
+    return manager && manager->moveRealization(node, parent, index);
+}
+
+void Controller::setRealizationProperty(PointTreeWidgetItem *node, const QString &key, const QVariant &value)
+{
+    if (SourceDataManager *manager = sourceDataManager())
+        manager->setRealizationProperty(node, key, value);
+}
+
+void Controller::destroyRealization(PointTreeWidgetItem *node)
+{
+    if (SourceDataManager *manager = sourceDataManager())
+        manager->destroyRealization(node);
+}
+
+void Controller::retire(PointTreeWidgetItem *node)
+{
+    if (SourceDataManager *manager = sourceDataManager())
+        manager->retire(node);
+}
+
+void Controller::followPointId(const QString &old, const QString &now)
+{
+    if (SourceDataManager *manager = sourceDataManager())
+        manager->followPointId(old, now);
+}
+
+OwnRealizations Controller::ownRealizations() const
+{
+    return ask([&](const SourceDataManager &manager) { return manager.ownRealizations(); });
+}
+
+int Controller::formatRevision(const QString &name) const
+{
+    return ask([&](const SourceDataManager &manager) { return manager.formatRevision(name); });
+}
+
 QVector<PointTreeWidgetItem *> Controller::data(const QString &id) const
 {
     return ask([&](const SourceDataManager &manager) { return manager.data(id); });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "definitions.h"
+#include "ownrealizations.h"
 
 #include <QList>
 #include <QMap>
@@ -51,6 +52,15 @@ public:
     void addTarget(PointTreeWidgetItem *format);
     void addRealization(PointTreeWidgetItem *node);
     [[nodiscard]] PointTreeWidgetItem *definition(const QString &key) const;
+    PointTreeWidgetItem *ensureDataSet();
+    void insertRealization(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int index = -1);
+    bool moveRealization(PointTreeWidgetItem *node, PointTreeWidgetItem *parent, int index = -1);
+    void setRealizationProperty(PointTreeWidgetItem *node, const QString &key, const QVariant &value);
+    void destroyRealization(PointTreeWidgetItem *node);
+    void retire(PointTreeWidgetItem *node);
+    void followPointId(const QString &old, const QString &now);
+    [[nodiscard]] OwnRealizations ownRealizations() const;
+    [[nodiscard]] int formatRevision(const QString &name) const;
     [[nodiscard]] QVector<PointTreeWidgetItem *> data(const QString &id) const;
     [[nodiscard]] QVector<PointTreeWidgetItem *> realizations() const;
     [[nodiscard]] QVector<PointTreeWidgetItem *> layouts() const;

@@ -97,3 +97,27 @@ QString Definitions::keyValue(const PointTreeWidgetItem *node)
     }
     return {};
 }
+
+QString Definitions::realizedKind(const PointTreeWidgetItem *definition)
+{
+    if (!definition)
+        return {};
+    const QString key = definition->properties().value(QStringLiteral("key")).toString();
+    if (!key.isEmpty())
+        return key;
+    const QString declared = keyValue(definition);
+    if (!declared.isEmpty())
+        return declared;
+    const QString id = definition->properties().value(QStringLiteral("id")).toString();
+    return id.section(QLatin1Char('.'), -1, -1, QString::SectionSkipEmpty);
+}
+
+PropertyHash Definitions::defaults(const PointTreeWidgetItem *definition)
+{
+    PropertyHash defaults;
+    const Nodes declared = declarations(definition);
+    for (PointTreeWidgetItem *declaration : declared)
+        defaults.insert(
+            declaration->property(QStringLiteral("key")).toString(), declaration->property(QStringLiteral("value")));
+    return defaults;
+}

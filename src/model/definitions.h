@@ -1,5 +1,7 @@
 #pragma once
 
+#include "propertyhash.h"
+
 #include <QHash>
 #include <QString>
 #include <QStringList>
@@ -49,6 +51,13 @@ public:
 
     /// The declarations among the model children of @p definition, in order: every child that is no sub point.
     [[nodiscard]] static Nodes declarations(const PointTreeWidgetItem *definition);
+
+    /// The kind of the nodes that realize @p definition: its "key", else the value of its declaration with that key,
+    /// else the last segment of its "id". Empty only when it has none of them.
+    [[nodiscard]] static QString realizedKind(const PointTreeWidgetItem *definition);
+
+    /// What a fresh node for @p definition holds: the defaults of the declarations that belong to it, in order.
+    [[nodiscard]] static PropertyHash defaults(const PointTreeWidgetItem *definition);
 
     /// The "value" of the first model child of @p node whose "key" is "key" in any letter case; empty without one.
     [[nodiscard]] static QString keyValue(const PointTreeWidgetItem *node);

@@ -39,7 +39,7 @@ void NodeIndexes::forget(PointTreeWidgetItem *node)
     const QString key = properties.value(QStringLiteral("key")).toString().toLower();
     const QString target = properties.value(QStringLiteral("target")).toString();
     const std::array<QStringList, NameCount> likely { QStringList { id, key }, { id }, { id }, { target },
-        { id, node->kind() }, { QString() }, { target }, { node->pluginId() } };
+        { id, node->kind() }, { QString() }, { target }, { node->pluginId() }, { target, id } };
     for (int name = 0; name < NameCount; ++name) {
         for (const QString &candidate : likely[size_t(name)]) {
             while (node->m_indexes && remove(Name(name), candidate, node)) { }

@@ -16,8 +16,9 @@ public:
         Targets,      ///< "target" to the opened file's format; one node per target, the last one that came
         Realizations, ///< "id", or the tag name without one, to the opened file's realization nodes
         Layouts,      ///< the opened file's layouts, all under the empty key, in document order
-        FormatTargets, ///< "target" to the scanned format root seen first with it
-        Formats,       ///< plug-in id to scanned format root
+        FormatTargets,  ///< "target" to the scanned format root seen first with it
+        Formats,        ///< plug-in id to scanned format root
+        SiblingFormats, ///< name of the tab to every scanned format root and layout that fills it
         NameCount
     };
 

@@ -2,6 +2,7 @@
 
 #include "attributefields.h"
 #include "controller.h"
+#include "definitionmirror.h"
 #include "extensionfile/reader.h"
 #include "extensionfile/safesave.h"
 #include "modellog.h"
@@ -10,6 +11,7 @@
 #include "pointtreewidgetitem.h"
 #include "scansequence.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -61,12 +63,30 @@ SourceDataManager::~SourceDataManager()
 
 bool SourceDataManager::load(const QString &fileName)
 {
+    return load(fileName, [&](ExtensionFile::Sink &sink) { return ExtensionFile::readFile(fileName, sink, nullptr); });
+}
+
+bool SourceDataManager::load(const QString &fileName, const QByteArray &bytes)
+{
+    return load(fileName, [&](ExtensionFile::Sink &sink) {
+        QBuffer buffer;
+        buffer.setData(bytes);
+        ExtensionFile::ReadError error;
+        if (buffer.open(QIODevice::ReadOnly) && ExtensionFile::read(buffer, sink, &error))
+            return true;
+        error.path = fileName;
+        qCWarning(modelLog, "%s", qUtf8Printable(error.toString()));
+        return false;
+    });
+}
+
+bool SourceDataManager::load(const QString &fileName, const std::function<bool(ExtensionFile::Sink &)> &read)
+{
     m_filePath = fileName;
     m_loadFailed = true;
     OpenedFile file;
     OpenedFileSink sink(QFileInfo(fileName).path() + QLatin1Char('/'), &file);
-    ExtensionFile::ReadError error;
-    if (!ExtensionFile::readFile(fileName, sink, &error))
+    if (!read(sink))
         return false;
     clearOpenedFile();
     adopt(file);
@@ -84,7 +104,7 @@ bool SourceDataManager::save()
         qCWarning(modelLog, "%s: not written, since it could not be read", qUtf8Printable(m_filePath));
         return false;
     }
-    if (m_filePath.isEmpty() || !m_definitionRoot || !m_realizationRoot) {
+    if (!canBeWritten()) {
         qCWarning(modelLog, "Nothing was written: there is no file to write to.");
         return false;
     }
@@ -97,6 +117,20 @@ bool SourceDataManager::save()
     return ExtensionFile::saveFile(m_filePath, bytes, &error);
 }
 
+QByteArray SourceDataManager::serialized() const
+{
+    if (isScanning() || !canBeWritten())
+        return {};
+    TranslatableKeys keys = m_translatableKeys;
+    const Definitions known = definitions();
+    return ModelWriter(keys, known, m_filePath).write(m_definitionRoot, m_realizationRoot);
+}
+
+bool SourceDataManager::canBeWritten() const
+{
+    return !m_loadFailed && !m_filePath.isEmpty() && m_definitionRoot && m_realizationRoot;
+}
+
 void SourceDataManager::startScan(const QString &fileName)
 {
     clearScan();
@@ -107,8 +141,12 @@ void SourceDataManager::startScan(const QString &fileName)
     // "." and ".." stand in the list too: a file beside the plug-in directories or above them is read like a sibling's.
     const QStringList entries = plugins.entryList(QDir::Dirs | QDir::NoSymLinks);
     const QString fileInEntry = QStringLiteral("/extension.xml");
-    const int ownIndex
-        = QLatin1Char('/') + opened.fileName() == fileInEntry ? entries.indexOf(opened.dir().dirName()) : -1;
+    const bool isLoaded = fileName == m_filePath && !m_loadFailed;
+    const int ownIndex = isLoaded && QLatin1Char('/') + opened.fileName() == fileInEntry
+        ? entries.indexOf(opened.dir().dirName())
+        : -1;
+    if (ownIndex < 0)
+        m_placedOwnPlugins = m_ownPlugins.size();
     QStringList paths;
     paths.reserve(entries.size());
     for (const QString &entry : entries)
@@ -116,9 +154,18 @@ void SourceDataManager::startScan(const QString &fileName)
 
     m_scan = std::make_unique<ScanSequence>(paths,
         ScanSequence::Roots { m_availablePointsRoot, m_allDataRoot, m_fourthRoot },
-        [this, ownIndex](int index, const Announcement &announcement) { receive(index == ownIndex, announcement); });
-    connect(m_scan.get(), &ScanSequence::portionDelivered, this, &SourceDataManager::scanProgressed);
+        [this, ownIndex](int index, const Announcement &announcement) {
+            if (std::exchange(m_arrivingFile, index) != index)
+                m_arrivingLayouts.clear();
+            receive(index == ownIndex, announcement);
+        });
+    connect(m_scan.get(), &ScanSequence::portionDelivered, this, [this] {
+        for (const QString &name : qAsConst(m_arrivingLayouts))
+            ++m_formatRevisions[name];
+        Q_EMIT scanProgressed();
+    });
     connect(m_scan.get(), &ScanSequence::finished, this, [this] {
+        m_arrivingLayouts.clear();
         // Not deleted here: the sequence is the sender.
         m_scan.release()->deleteLater();
         dropOwnReading();
@@ -169,22 +216,6 @@ void SourceDataManager::addRealization(PointTreeWidgetItem *node)
 {
     const QString id = node->property(idKey).toString();
     m_indexes.add(NodeIndexes::Realizations, id.isEmpty() ? node->kind() : id, node);
-}
-
-void SourceDataManager::retire(PointTreeWidgetItem *node)
-{
-    if (!node)
-        return;
-    m_retired.append(node);
-    QVector<PointTreeWidgetItem *> open { node };
-    while (!open.isEmpty()) {
-        PointTreeWidgetItem *item = open.takeLast();
-        m_indexes.forget(item);
-        for (PointObject *child : item->children()) {
-            if (child->parent() == item)
-                open.append(child->item());
-        }
-    }
 }
 
 PointTreeWidgetItem *SourceDataManager::definition(const QString &key) const
@@ -271,8 +302,11 @@ void SourceDataManager::onDefinData(QString key, PointTreeWidgetItem *item)
 
 void SourceDataManager::layoutRelization(PointTreeWidgetItem *layout)
 {
-    if (layout)
-        m_controller->addLayout(layout);
+    if (!layout)
+        return;
+    // What stands in it is announced after it.
+    m_arrivingLayouts.append(noteSiblingFormat(layout));
+    m_controller->addLayout(layout);
 }
 
 void SourceDataManager::addTopChild(PointTreeWidgetItem *parent, PointTreeWidgetItem *child)
@@ -303,6 +337,7 @@ void SourceDataManager::allFormatRoot(PointTreeWidgetItem *item)
     if (!item || m_indexes[NodeIndexes::Formats].contains(item->pluginId(), item))
         return;
     m_indexes.add(NodeIndexes::Formats, item->pluginId(), item);
+    noteSiblingFormat(item);
     const QString target = item->property(QStringLiteral("target")).toString();
     if (PointTreeWidgetItem *known = target.isEmpty() ? nullptr : siblingFormatOfTarget(target)) {
         m_formatMerger.merge(known, item);
@@ -313,52 +348,82 @@ void SourceDataManager::allFormatRoot(PointTreeWidgetItem *item)
     m_controller->addFormatRoot(item);
 }
 
+QString SourceDataManager::noteSiblingFormat(PointTreeWidgetItem *root)
+{
+    const QString name = OwnRealizations::tabName(root);
+    if (!name.isEmpty()) {
+        m_indexes.add(NodeIndexes::SiblingFormats, name, root);
+        ++m_formatRevisions[name];
+    }
+    return name;
+}
+
 void SourceDataManager::receive(bool ownFile, const Announcement &announcement)
 {
+    if (ownFile) {
+        if (announcement.parent == m_availablePointsRoot && m_placedOwnPlugins < m_ownPlugins.size())
+            ++m_placedOwnPlugins;
+        if (announcement.parent == m_availablePointsRoot || announcement.parent == m_allDataRoot)
+            m_ownReading.append(announcement.node);
+        else if (announcement.kind == Announcement::AddObjChild)
+            announcement.parent->addChild(announcement.node, false);
+        return;
+    }
     switch (announcement.kind) {
     case Announcement::DefinData:
         onDefinData(announcement.key, announcement.node);
         break;
     case Announcement::AddTopChild:
-        addTopChild(announcement.parent, announcement.node);
-        if (ownFile && announcement.parent == m_availablePointsRoot)
-            takeOverCreatedPoints(announcement.node);
+        if (announcement.parent == m_availablePointsRoot)
+            addPlugin(announcement.node);
+        else
+            addTopChild(announcement.parent, announcement.node);
         break;
     case Announcement::AddObjChild:
-        if (!ownFile)
-            addObjChild(announcement.parent, announcement.node);
-        else if (announcement.parent == m_allDataRoot)
-            m_ownReading.append(announcement.node);
-        else
-            announcement.parent->addChild(announcement.node, false);
+        addObjChild(announcement.parent, announcement.node);
         break;
     case Announcement::LayoutRelization:
-        if (!ownFile)
-            layoutRelization(announcement.node);
+        layoutRelization(announcement.node);
         break;
     case Announcement::AllFormatRoot:
-        if (!ownFile)
-            allFormatRoot(announcement.node);
+        allFormatRoot(announcement.node);
         break;
     }
 }
 
-void SourceDataManager::takeOverCreatedPoints(PointTreeWidgetItem *set)
+void SourceDataManager::offerOwnPoints()
 {
-    const QString id = set->property(idKey).toString();
-    const QList<PointObject *> plugins = m_availablePointsRoot->children();
-    for (PointObject *object : plugins) {
-        PointTreeWidgetItem *plugin = object->item();
-        if (plugin == set || !plugin->pluginId().isEmpty() || plugin->property(idKey).toString() != id)
-            continue;
-        const QList<PointObject *> points = plugin->children();
-        for (PointObject *point : points) {
-            plugin->detachChild(point);
-            point->item()->takeRow();
-            addTopChild(set, point->item());
+    for (PointObject *object : m_definitionRoot->children()) {
+        auto *plugin = new PointTreeWidgetItem(m_definitionRoot->property(idKey).toString());
+        plugin->setProperties(m_definitionRoot->properties());
+        plugin->setPluginId(m_definitionRoot->pluginId());
+        addTopChild(m_availablePointsRoot, plugin);
+        m_ownPlugins.append(plugin);
+        for (PointObject *child : object->children()) {
+            const auto points = DefinitionMirror::points(DefinitionMirror::mirror(plugin, child->item()));
+            for (PointTreeWidgetItem *point : points)
+                registerDefinition(point);
         }
-        PointTreeWidgetItem::destroySubtree(plugin);
     }
+}
+
+void SourceDataManager::takeBackOwnPoints()
+{
+    const auto plugins = std::exchange(m_ownPlugins, {});
+    for (const QPointer<PointTreeWidgetItem> &plugin : plugins)
+        PointTreeWidgetItem::destroySubtree(plugin);
+    m_placedOwnPlugins = 0;
+}
+
+void SourceDataManager::addPlugin(PointTreeWidgetItem *plugin)
+{
+    if (!plugin || !m_availablePointsRoot)
+        return;
+    // The opened file's own stand at the end until the scan comes to them, so that nothing that the user has selected
+    // there ever moves.
+    const int waiting = m_ownPlugins.size() - m_placedOwnPlugins;
+    m_availablePointsRoot->insertChild(m_availablePointsRoot->children().size() - waiting, plugin);
+    m_availablePointsRoot->QTreeWidgetItem::insertChild(m_availablePointsRoot->childCount() - waiting, plugin);
 }
 
 void SourceDataManager::adopt(OpenedFile &file)
@@ -380,10 +445,12 @@ void SourceDataManager::adopt(OpenedFile &file)
         indexRealizations(set);
     }
     file.release();
+    offerOwnPoints();
 }
 
 void SourceDataManager::clearOpenedFile()
 {
+    takeBackOwnPoints();
     for (const NodeIndexes::Name name : { NodeIndexes::Targets, NodeIndexes::Realizations, NodeIndexes::Layouts })
         m_indexes.clear(name);
     // The points' rows hang under the root, not under the sets that go.
@@ -401,13 +468,18 @@ void SourceDataManager::clearScan()
     dropOwnReading();
     m_formatMerger.clear();
     for (const NodeIndexes::Name name : { NodeIndexes::Points, NodeIndexes::DataChildren, NodeIndexes::Data,
-             NodeIndexes::FormatTargets, NodeIndexes::Formats })
+             NodeIndexes::FormatTargets, NodeIndexes::Formats, NodeIndexes::SiblingFormats })
         m_indexes.clear(name);
+    m_arrivingLayouts.clear();
+    m_formatRevisions.clear();
+    takeBackOwnPoints();
     for (PointTreeWidgetItem *root : { m_availablePointsRoot.data(), m_allDataRoot.data() }) {
         const QList<PointObject *> children = root ? root->children() : QList<PointObject *>();
         for (PointObject *child : children)
             PointTreeWidgetItem::destroySubtree(child->item());
     }
+    if (m_definitionRoot)
+        offerOwnPoints();
 }
 
 void SourceDataManager::indexRealizations(PointTreeWidgetItem *node)

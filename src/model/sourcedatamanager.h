@@ -4,9 +4,11 @@
 #include "definitions.h"
 #include "formatmerger.h"
 #include "nodeindexes.h"
+#include "ownrealizations.h"
 #include "pointtreewidgetitem.h"
 #include "translatablekeys.h"
 
+#include <QHash>
 #include <QMap>
 #include <QObject>
 #include <QPointer>
@@ -14,7 +16,12 @@
 #include <QStringList>
 #include <QVector>
 
+#include <functional>
 #include <memory>
+
+namespace ExtensionFile {
+class Sink;
+}
 
 class Controller;
 class OpenedFile;
@@ -36,11 +43,17 @@ public:
     /// Reads @p fileName into the two roots of the opened file, in place of what an earlier load put there. False, with
     /// the model and every index as they were, when the file can't be read or parsed; the reason has been logged.
     [[nodiscard]] bool load(const QString &fileName);
+    /// As above, with @p bytes in place of what the file holds; the file need not exist.
+    [[nodiscard]] bool load(const QString &fileName, const QByteArray &bytes);
 
     /// Completes the scan, since translatable keys are known from scanned points only, and writes the opened file.
     /// False, with the old file intact and the reason logged, when there is no path, when the last load() failed, or
     /// when it can't be written.
     [[nodiscard]] bool save();
+
+    /// What save() would write at this moment; empty while the scan runs and where save() would fail. Learns no
+    /// translatable keys, so that asking makes no later save different.
+    [[nodiscard]] QByteArray serialized() const;
 
     /// Starts the reading of every sibling of the directory that @p fileName lies in, its own directory included. What
     /// an earlier scan has read is destroyed.
@@ -79,6 +92,24 @@ public:
     /// it, out of every index. It is destroyed with the manager. Null is allowed.
     void retire(PointTreeWidgetItem *node);
 
+    // Changes of the opened file's realization side that keep the indexes true.
+
+    /// The first "ExtDataSet"; it is made when there is none. Null only without a model.
+    PointTreeWidgetItem *ensureDataSet();
+    /// Puts @p node, made for the opened file, under @p parent in both trees and registers it; at the end or, with an
+    /// @p index, before the child that stands there.
+    void insertRealization(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int index = -1);
+    /// Moves @p node within the opened file, to the end of @p parent or, with an @p index counted after its removal,
+    /// before the child that stands there. False, and nothing moved, when it would come to stand under itself.
+    bool moveRealization(PointTreeWidgetItem *node, PointTreeWidgetItem *parent, int index = -1);
+    /// Stores @p value in @p node and whatever it mirrors, under @p key; "id" and "target" are registered anew.
+    void setRealizationProperty(PointTreeWidgetItem *node, const QString &key, const QVariant &value);
+    /// Takes @p node out of its parent and of both trees and destroys it with everything under it.
+    void destroyRealization(PointTreeWidgetItem *node);
+    /// The point @p old is called @p now: unless another point has the old name, what the opened file holds for it
+    /// follows.
+    void followPointId(const QString &old, const QString &now);
+
     /// The first definition node stored under @p key; null without one.
     [[nodiscard]] PointTreeWidgetItem *definition(const QString &key) const;
     /// The siblings' realization nodes with this id that are not records of an "ExtData".
@@ -92,6 +123,10 @@ public:
     [[nodiscard]] QVector<PointTreeWidgetItem *> targetFormats() const;
     [[nodiscard]] PointTreeWidgetItem *formatOfTarget(const QString &target) const;
     [[nodiscard]] PointTreeWidgetItem *siblingFormatOfTarget(const QString &target) const;
+
+    [[nodiscard]] OwnRealizations ownRealizations() const;
+    /// Grows whenever siblings bring something for the tab @p name.
+    [[nodiscard]] int formatRevision(const QString &name) const { return m_formatRevisions.value(name); }
 
     [[nodiscard]] bool pointHasFormat(const PointTreeWidgetItem *node) const;
     [[nodiscard]] QStringList attributeTypes() const { return m_attributeTypes; }
@@ -121,13 +156,21 @@ Q_SIGNALS:
     void scanFinished();
 
 private:
-    /// The opened file is read twice. Of the second reading only the points are taken in: its realization side is the
-    /// opened file's own, which stands in the model already and may have been changed since.
+    /// The opened file is read twice. Of the second reading nothing is taken in but its place in the order of the
+    /// plug-ins: what it says stands in the model already and may have been changed since.
     void receive(bool ownFile, const Announcement &announcement);
     void dropOwnReading();
-    /// What the user created before the scan came to the opened file stands under a plug-in of its own, which only the page
-    /// made (it has no plug-in id). It moves to @p set, so that the plug-in is shown once.
-    void takeOverCreatedPoints(PointTreeWidgetItem *set);
+    /// Enters @p root under the name of the tab that it fills; answers the name.
+    QString noteSiblingFormat(PointTreeWidgetItem *root);
+    void unregister(PointTreeWidgetItem *node);
+    /// Enters another format of the opened file in the target map when the one with this target has gone.
+    void restoreTarget(const QString &target);
+    /// Shows the opened file's points among those of all plug-ins, one node for each of its sets.
+    void offerOwnPoints();
+    void takeBackOwnPoints();
+    void addPlugin(PointTreeWidgetItem *plugin);
+    [[nodiscard]] bool load(const QString &fileName, const std::function<bool(ExtensionFile::Sink &)> &read);
+    [[nodiscard]] bool canBeWritten() const;
     void adopt(OpenedFile &file);
     void clearOpenedFile();
     void clearScan();
@@ -149,8 +192,12 @@ private:
     QStringList m_attributeTypes;
     QMap<QString, QStringList> m_attributeFields;
     QVector<QPointer<PointTreeWidgetItem>> m_retired;
-    QVector<QPointer<PointTreeWidgetItem>>
-        m_ownReading; ///< realization sets of the second reading, until the scan ends
+    QVector<QPointer<PointTreeWidgetItem>> m_ownReading; ///< sets of the second reading, until the scan ends
+    QVector<QPointer<PointTreeWidgetItem>> m_ownPlugins; ///< one for each definition set of the opened file
+    int m_placedOwnPlugins = 0;                          ///< how many of them the scan has come to
+    QHash<QString, int> m_formatRevisions;
+    QStringList m_arrivingLayouts; ///< tabs whose layouts the file that is being taken in brings
+    int m_arrivingFile = -1;
     bool m_loadFailed = false;
     std::unique_ptr<ScanSequence> m_scan;
 };

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QString>
+#include <QVector>
+
+class NodeIndexes;
+class PointTreeWidgetItem;
+
+/// What the opened file realizes, and where in the product that is used: a view on the manager's indexes, made where it
+/// is needed. One made without a manager knows nothing. GUI thread.
+///
+/// A record is a child of an "ExtData"; a reference is any other node with the record's "id", in a format as a rule.
+class OwnRealizations final
+{
+public:
+    using Nodes = QVector<PointTreeWidgetItem *>;
+
+    OwnRealizations() = default;
+    OwnRealizations(const NodeIndexes *indexes, PointTreeWidgetItem *root, PointTreeWidgetItem *siblings);
+
+    /// The opened file's nodes with this id, in document order.
+    [[nodiscard]] Nodes withId(const QString &id) const;
+
+    /// The first record with this id; null without one.
+    [[nodiscard]] PointTreeWidgetItem *record(const QString &id) const;
+
+    /// The record with this id, of the opened file or else of a sibling; null without one.
+    [[nodiscard]] PointTreeWidgetItem *anyRecord(const QString &id) const;
+
+    /// The "ExtData" for the point @p pointId, in document order.
+    [[nodiscard]] Nodes holders(const QString &pointId) const;
+
+    /// The records of a point or a sub point, in document order: all that its "ExtData" hold, of a sub point those of
+    /// the kind that it stands for. Empty for any other node.
+    [[nodiscard]] Nodes recordsOf(const PointTreeWidgetItem *definition) const;
+
+    /// How many nodes refer to the record @p id, in the opened file and in its siblings.
+    [[nodiscard]] int references(const QString &id) const;
+
+    /// The opened file's formats and layouts that fill the tab @p name, in document order: those whose "target" is the
+    /// name, else those whose "id" is.
+    [[nodiscard]] Nodes formats(const QString &name) const;
+
+    /// The siblings' format roots and layouts that fill the tab @p name, in the order in which they came.
+    [[nodiscard]] Nodes siblingFormats(const QString &name) const;
+
+    /// True when the node that @p node stands for in the end belongs to another file.
+    [[nodiscard]] bool isForeign(PointTreeWidgetItem *node) const;
+
+    /// True when it belongs to the opened file.
+    [[nodiscard]] bool isOwn(PointTreeWidgetItem *node) const;
+
+    /// "target", else "id": the name of the tab that a format of a sibling fills; a layout goes by its "id" first.
+    [[nodiscard]] static QString tabName(const PointTreeWidgetItem *root);
+
+private:
+    const NodeIndexes *m_indexes = nullptr;
+    PointTreeWidgetItem *m_root = nullptr;
+    PointTreeWidgetItem *m_siblings = nullptr;
+};

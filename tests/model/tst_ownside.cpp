@@ -1,0 +1,361 @@
+// The opened file in the eyes of the realization page: its points on offer, its records, formats and references, and
+// the changes that keep the indexes true.
+
+#include "model/controller.h"
+#include "model/definitionmirror.h"
+#include "model/generatedid.h"
+#include "model/sourcedatamanager.h"
+#include "modeltesting.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+using ModelTesting::Product;
+using Node = PointTreeWidgetItem;
+
+namespace {
+
+QString s(const char *text)
+{
+    return QString::fromUtf8(text);
+}
+
+/// "kind#id" or "kind", "kind@target" where there is no id.
+QStringList names(const QVector<Node *> &nodes)
+{
+    QStringList list;
+    for (Node *node : nodes) {
+        const QString id = node->property(s("id")).toString();
+        const QString target = node->property(s("target")).toString();
+        list.append(node->kind()
+            + (id.isEmpty() ? (target.isEmpty() ? QString() : QLatin1Char('@') + target) : QLatin1Char('#') + id));
+    }
+    return list;
+}
+
+const char ownFile[] = R"(<P id="own"><ExtPointSet>
+<ExtPoint id="own.p" name="Point" displaylabel="text" hasformat="true"><String key="text" value="Hello" trans="true"/>
+<Enum key="mode" value="a"><Data key="1" text="a"/></Enum>
+<SubExtPoint key="Menu" name="Sub" childtype="menu|action"><Int key="n" value="7"/></SubExtPoint></ExtPoint>
+</ExtPointSet><ExtDataSet>
+<ExtData id="own.p"><p id="r1"/><Menu id="m1"/><Format target="t"><action id="r1" parent="x"/><action id="x1"/></Format></ExtData>
+<ExtData id="q"><thing id="r1"/><Layout id="lay"><area id="r1"/></Layout><format id="byid"/></ExtData>
+</ExtDataSet><ExtDataSet><ExtData id="own.p"><p id="r2"/><format target="t"/></ExtData></ExtDataSet></P>)";
+
+class Model final
+{
+public:
+    explicit Model(const char *own, const QVector<QPair<QString, QByteArray>> &siblings = {}, bool scan = true)
+    {
+        for (const auto &sibling : siblings)
+            m_product.add(sibling.first, sibling.second);
+        Controller::instance()->setSourceDataManager(&manager);
+        path = m_product.add(s("own"), own);
+        if (!manager.load(path))
+            qFatal("not loaded");
+        if (scan) {
+            manager.startScan(path);
+            manager.completeScan();
+        }
+    }
+
+    [[nodiscard]] Node *offered(const QString &key) const { return manager.definition(key); }
+    [[nodiscard]] OwnRealizations own() const { return manager.ownRealizations(); }
+    [[nodiscard]] Node *at(std::initializer_list<int> indexes) const
+    {
+        PointObject *node = manager.realizationRoot();
+        for (const int index : indexes)
+            node = node->children().at(index);
+        return node->item();
+    }
+
+    SourceDataManager manager;
+    QString path;
+
+private:
+    Product m_product;
+};
+
+} // namespace
+
+class TestOwnSide : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void pointsAreOfferedBeforeTheScan();
+    void changesReachWhatIsOffered();
+    void ownPluginKeepsItsPlaceInTheListing();
+    void queries_data();
+    void queries();
+    void references();
+    void realizedKind_data();
+    void realizedKind();
+    void defaultsAreThoseOfTheDefinitionItself();
+    void idsFollowInTheIndexes();
+    void destroyedFormatGivesItsTargetBack();
+    void insertionKeepsOrderInListAndRows();
+    void moveRefusesRings();
+    void recordsFollowTheirPoint();
+    void generatedIds();
+};
+
+void TestOwnSide::pointsAreOfferedBeforeTheScan()
+{
+    const Model model(ownFile, {}, false);
+    Node *point = model.offered(s("own.p"));
+    QVERIFY(point);
+    QCOMPARE(ModelTesting::rows(model.manager.availablePointsRoot()),
+        (QStringList { s("own"), s("  Point"), s("    Sub") }));
+    QVERIFY(model.manager.pointHasFormat(point));
+    QCOMPARE(model.manager.childTypes(s("menu"), s("own.p")), (QStringList { s("menu"), s("action") }));
+    // Twice the same, whether or not the scan has come to the file.
+    SourceDataManager &manager = const_cast<SourceDataManager &>(model.manager);
+    manager.startScan(model.path);
+    manager.completeScan();
+    QCOMPARE(manager.indexes()[NodeIndexes::Points].size(), 2);
+    QCOMPARE(ModelTesting::rows(manager.availablePointsRoot()), (QStringList { s("own"), s("  Point"), s("    Sub") }));
+}
+
+void TestOwnSide::changesReachWhatIsOffered()
+{
+    Model model(ownFile);
+    Node *loaded = model.manager.definitionRoot()->children().first()->children().first()->item();
+    Node *offered = model.offered(s("own.p"));
+    QVERIFY(offered && offered != loaded);
+
+    loaded->setText(0, s("Renamed"));
+    QCOMPARE(offered->text(0), s("Renamed"));
+    loaded->setProperty(s("hasformat"), s("false"));
+    QVERIFY(!model.manager.pointHasFormat(offered));
+    // An attribute changed, an entry added to it, an attribute added.
+    loaded->children().at(0)->setProperty(s("value"), s("Bye"));
+    auto *entry = ModelTesting::node(s("Data"), { { s("text"), s("b") } });
+    loaded->children().at(1)->addChild(entry, true);
+    loaded->addChild(ModelTesting::node(s("Int"), { { s("key"), s("size") }, { s("value"), s("3") } }), true);
+    Definitions::Attributes attributes;
+    Node *record = model.at({ 0, 0, 0 });
+    QVERIFY(model.manager.attributeDefinitions(record, &attributes));
+    QCOMPARE(attributes.keys, (QStringList { s("text"), s("mode"), s("size") }));
+    QCOMPARE(attributes.defaults.value(s("text")).toString(), s("Bye"));
+    QCOMPARE(attributes.options.value(s("mode")), (QStringList { s("a"), s("b") }));
+    // Deleted with its counterpart, as the definition page does it.
+    Node *mode = loaded->children().at(1)->item();
+    loaded->detachChild(mode);
+    mode->unlink();
+    Node::destroySubtree(mode);
+    QCOMPARE(offered->children().size(), 3);
+    loaded->unlink();
+    QVERIFY(!model.offered(s("own.p")) && model.manager.definition(s("menu")) == nullptr);
+    QCOMPARE(ModelTesting::rows(model.manager.availablePointsRoot()), QStringList { s("own") });
+}
+
+void TestOwnSide::ownPluginKeepsItsPlaceInTheListing()
+{
+    const QByteArray set = "<ExtPointSet/>";
+    const auto file
+        = [](const char *id, const QByteArray &sets) { return QByteArray("<P id=\"") + id + "\">" + sets + "</P>"; };
+    Model model(file("own", set + set), { { s("aaa"), file("a", set) }, { s("zzz"), file("z", set) } }, false);
+    QCOMPARE(ModelTesting::rows(model.manager.availablePointsRoot()), (QStringList { s("own"), s("own") }));
+    for (int round = 0; round < 2; ++round) {
+        model.manager.startScan(model.path);
+        model.manager.completeScan();
+        QCOMPARE(ModelTesting::rows(model.manager.availablePointsRoot()),
+            (QStringList { s("a"), s("own"), s("own"), s("z") }));
+    }
+    QCOMPARE(model.manager.availablePointsRoot()->children().size(), 4);
+}
+
+void TestOwnSide::queries_data()
+{
+    QTest::addColumn<QString>("question");
+    QTest::addColumn<QString>("of");
+    QTest::addColumn<QStringList>("answer");
+    const auto row = [](const char *name, const char *question, const char *of, const QStringList &answer) {
+        QTest::newRow(name) << s(question) << s(of) << answer;
+    };
+    row("a point's records are all that its holders hold", "records", "own.p", { s("p#r1"), s("Menu#m1"), s("p#r2") });
+    row("a sub point's are those of its kind", "records", "menu", { s("Menu#m1") });
+    row("holders of a point, in document order", "holders", "own.p", { s("ExtData#own.p"), s("ExtData#own.p") });
+    row("a record is no holder", "holders", "r1", {});
+    row("formats of a target, in document order", "formats", "t", { s("Format@t"), s("format@t") });
+    row("a format without target goes by its id", "formats", "byid", { s("format#byid") });
+    row("a layout goes by its id", "formats", "lay", { s("Layout#lay") });
+    row("no name, no format", "formats", "", {});
+    row("nodes of an id, in document order", "withId", "r1",
+        { s("p#r1"), s("action#r1"), s("thing#r1"), s("area#r1") });
+    row("siblings' formats and layouts of a tab", "siblings", "t", { s("Layout#t"), s("Format@t"), s("format@t") });
+}
+
+void TestOwnSide::queries()
+{
+    QFETCH(const QString, question);
+    QFETCH(const QString, of);
+    const Model model(ownFile,
+        { { s("a"), "<P id=\"a\"><ExtDataSet><Format target=\"t\"><x/></Format><Layout id=\"t\"/></ExtDataSet></P>" },
+            { s("b"),
+                "<P id=\"b\"><ExtDataSet><ExtData id=\"z\"><format target=\"t\"/></ExtData></ExtDataSet></P>" } });
+    QVector<Node *> answer;
+    if (question == QLatin1String("records"))
+        answer = model.own().recordsOf(model.offered(of));
+    else if (question == QLatin1String("holders"))
+        answer = model.own().holders(of);
+    else if (question == QLatin1String("formats"))
+        answer = model.own().formats(of);
+    else if (question == QLatin1String("withId"))
+        answer = model.own().withId(of);
+    else
+        answer = model.own().siblingFormats(of);
+    QTEST(names(answer), "answer");
+}
+
+void TestOwnSide::references()
+{
+    Model model(ownFile,
+        { { s("a"),
+            "<P id=\"a\"><ExtDataSet><ExtData id=\"z\"><r id=\"r1\"/><Format target=\"t\"><e id=\"r1\"/>"
+            "</Format></ExtData></ExtDataSet></P>" } });
+    // Two in the own formats, one at the sibling's; the records of both files are none.
+    QCOMPARE(model.own().references(s("r1")), 3);
+    QCOMPARE(model.own().record(s("r1")), model.at({ 0, 0, 0 }));
+    QVERIFY(model.own().isForeign(model.manager.siblingFormatOfTarget(s("t"))));
+    QVERIFY(model.own().isOwn(model.at({ 0, 0, 2 })) && !model.own().isForeign(model.at({ 0, 0, 2 })));
+    Node copy(*model.at({ 0, 0, 2 }));
+    QVERIFY(model.own().isOwn(&copy));
+    Node *deleted = model.at({ 0, 0, 2, 0 });
+    model.manager.destroyRealization(deleted);
+    QCOMPARE(model.own().references(s("r1")), 2);
+    QCOMPARE(OwnRealizations().references(s("r1")), 0);
+    QVERIFY(OwnRealizations().formats(s("t")).isEmpty() && !OwnRealizations().isForeign(&copy));
+}
+
+void TestOwnSide::realizedKind_data()
+{
+    QTest::addColumn<PropertyHash>("properties");
+    QTest::addColumn<QString>("declared");
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("the key") << PropertyHash { { s("key"), s("Menu") }, { s("id"), s("a.b") } } << s("x") << s("Menu");
+    QTest::newRow("the declared key") << PropertyHash { { s("id"), s("a.b") } } << s("x") << s("x");
+    QTest::newRow("the last segment") << PropertyHash { { s("id"), s("a.b.command") } } << QString() << s("command");
+    QTest::newRow("a point at the end") << PropertyHash { { s("id"), s("a.b.") } } << QString() << s("b");
+    QTest::newRow("one segment") << PropertyHash { { s("id"), s("1234") } } << QString() << s("1234");
+}
+
+void TestOwnSide::realizedKind()
+{
+    QFETCH(const PropertyHash, properties);
+    QFETCH(const QString, declared);
+    Node *definition = ModelTesting::node(s("ExtPoint"), properties);
+    if (!declared.isEmpty())
+        definition->addChild(
+            ModelTesting::node(s("String"), { { s("key"), s("Key") }, { s("value"), declared } }), false);
+    QTEST(Definitions::realizedKind(definition), "kind");
+    Node::destroySubtree(definition);
+}
+
+void TestOwnSide::defaultsAreThoseOfTheDefinitionItself()
+{
+    const Model model(ownFile);
+    QCOMPARE(Definitions::defaults(model.offered(s("own.p"))),
+        (PropertyHash { { s("text"), s("Hello") }, { s("mode"), s("a") } }));
+    QCOMPARE(Definitions::defaults(model.offered(s("menu"))), (PropertyHash { { s("n"), s("7") } }));
+}
+
+void TestOwnSide::idsFollowInTheIndexes()
+{
+    Model model(ownFile);
+    Node *record = model.at({ 0, 0, 0 });
+    model.manager.setRealizationProperty(record, s("id"), s("new"));
+    QCOMPARE(names(model.own().withId(s("new"))), QStringList { s("p#new") });
+    QVERIFY(!model.own().withId(s("r1")).contains(record));
+    // Without an id the kind stands for it.
+    model.manager.setRealizationProperty(record, s("id"), QString());
+    QVERIFY(model.own().withId(s("p")).contains(record));
+    model.manager.setRealizationProperty(record, s("id"), s("back"));
+    QVERIFY(model.own().withId(s("p")).isEmpty() && model.own().record(s("back")) == record);
+    // A copy that a page shows takes what it mirrors along.
+    Node copy(*record);
+    model.manager.setRealizationProperty(&copy, s("id"), s("again"));
+    QCOMPARE(model.own().withId(s("again")), QVector<Node *> { record });
+    QVERIFY(model.own().withId(s("back")).isEmpty());
+}
+
+void TestOwnSide::destroyedFormatGivesItsTargetBack()
+{
+    Model model(ownFile);
+    Node *first = model.at({ 0, 0, 2 });
+    Node *last = model.at({ 1, 0, 1 });
+    QCOMPARE(model.manager.formatOfTarget(s("t")), last);
+    model.manager.setRealizationProperty(last, s("target"), s("u"));
+    QCOMPARE(model.manager.formatOfTarget(s("u")), last);
+    QCOMPARE(model.manager.formatOfTarget(s("t")), first);
+    model.manager.setRealizationProperty(last, s("target"), s("t"));
+    QCOMPARE(model.manager.formatOfTarget(s("t")), last);
+    model.manager.destroyRealization(last);
+    QCOMPARE(model.manager.formatOfTarget(s("t")), first);
+    model.manager.destroyRealization(first);
+    QCOMPARE(model.manager.formatOfTarget(s("t")), nullptr);
+}
+
+void TestOwnSide::insertionKeepsOrderInListAndRows()
+{
+    Model model("<P id=\"own\"/>");
+    QVERIFY(model.manager.realizationRoot()->children().isEmpty());
+    Node *set = model.manager.ensureDataSet();
+    QCOMPARE(model.manager.ensureDataSet(), set);
+    const QVector<QPair<QString, int>> places { { s("b"), -1 }, { s("a"), 0 }, { s("d"), 9 }, { s("c"), 2 } };
+    for (const auto &place : places) {
+        auto *node = new Node(place.first);
+        node->setKind(place.first);
+        model.manager.insertRealization(set, node, place.second);
+    }
+    QCOMPARE(ModelTesting::tree(set), (QStringList { s("a"), s("b"), s("c"), s("d") }));
+    QCOMPARE(ModelTesting::rows(set), ModelTesting::tree(set));
+    // The index counts after the removal.
+    QVERIFY(model.manager.moveRealization(set->children().at(0)->item(), set, 2));
+    QCOMPARE(ModelTesting::tree(set), (QStringList { s("b"), s("c"), s("a"), s("d") }));
+    QVERIFY(model.manager.moveRealization(set->children().at(3)->item(), set->children().at(0)->item()));
+    QCOMPARE(ModelTesting::tree(set), (QStringList { s("b"), s("  d"), s("c"), s("a") }));
+    QCOMPARE(ModelTesting::rows(set), ModelTesting::tree(set));
+}
+
+void TestOwnSide::moveRefusesRings()
+{
+    Model model(ownFile);
+    const QStringList before = ModelTesting::tree(model.manager.realizationRoot());
+    QVERIFY(!model.manager.moveRealization(model.at({ 0, 0 }), model.at({ 0, 0, 2 })));
+    QVERIFY(!model.manager.moveRealization(model.at({ 0, 0 }), model.at({ 0, 0 })));
+    QVERIFY(!model.manager.moveRealization(nullptr, model.at({ 0, 0 })));
+    QCOMPARE(ModelTesting::tree(model.manager.realizationRoot()), before);
+}
+
+void TestOwnSide::recordsFollowTheirPoint()
+{
+    Model model(ownFile);
+    Node *loaded = model.manager.definitionRoot()->children().first()->children().first()->item();
+    loaded->setProperty(s("id"), s("own.q"));
+    model.manager.rekeyDefinition(loaded, s("own.p"), s("own.q"));
+    model.manager.followPointId(s("own.p"), s("own.q"));
+    QCOMPARE(names(model.own().holders(s("own.q"))), (QStringList { s("ExtData#own.q"), s("ExtData#own.q") }));
+    QCOMPARE(model.at({ 0, 0, 2, 0 })->pointId(), s("own.q"));
+    QCOMPARE(model.at({ 0, 1 })->pointId(), s("q"));
+    // While somebody else declares a point of the old name, the records stay with that.
+    model.manager.followPointId(s("own.q"), s("other"));
+    QVERIFY(model.own().holders(s("other")).isEmpty());
+}
+
+void TestOwnSide::generatedIds()
+{
+    QString first;
+    QString second;
+    // The second may pass between the two.
+    for (int attempt = 0; attempt < 3 && (first.isEmpty() || first != second); ++attempt) {
+        first = GeneratedId::make(s("own"), s("menu."));
+        second = GeneratedId::make(s("own"), s("menu."));
+    }
+    QCOMPARE(first, second);
+    QVERIFY(QRegularExpression(s("^own\\.menu\\.(0|[1-9][0-9]{0,3})$")).match(first).hasMatch());
+}
+
+QTEST_MAIN(TestOwnSide)
+#include "tst_ownside.moc"
