@@ -1,8 +1,8 @@
 #include "formattabs.h"
 
 #include "model/pointtreewidgetitem.h"
+#include "realizationicons.h"
 
-#include <QFileInfo>
 #include <QIcon>
 
 namespace {
@@ -26,13 +26,15 @@ QString label(PointTreeWidgetItem *root, const QString &name)
     return firstFilled({ text(root, QStringLiteral("title")), text(root, QStringLiteral("toolTip")), name });
 }
 
-/// The file as stored when it exists, else the one in the directory that the root was read from; none without a value.
 QIcon icon(PointTreeWidgetItem *root)
 {
     const QString path = text(root, QStringLiteral("icon"));
-    if (path.isEmpty())
-        return {};
-    return QIcon(QFileInfo(path).isFile() ? path : root->basePath() + path);
+    return path.isEmpty() ? QIcon() : RealizationIcons::icon(path, root->basePath());
+}
+
+QString ownName(PointTreeWidgetItem *root)
+{
+    return firstFilled({ text(root, QStringLiteral("id")), text(root, QStringLiteral("target")) });
 }
 
 } // namespace
@@ -43,7 +45,7 @@ void FormatTabs::addPluginFormats(const QVector<PointTreeWidgetItem *> &roots)
 {
     for (PointTreeWidgetItem *root : roots) {
         const QString id = text(root, QStringLiteral("id"));
-        const QString name = firstFilled({ id, text(root, QStringLiteral("target")) });
+        const QString name = ownName(root);
         if (!id.isEmpty())
             m_pluginFormatIds.append(id);
         if (!name.isEmpty() && indexOf(name) < 0)
@@ -53,7 +55,7 @@ void FormatTabs::addPluginFormats(const QVector<PointTreeWidgetItem *> &roots)
 
 void FormatTabs::addLayout(PointTreeWidgetItem *layout)
 {
-    const QString name = firstFilled({ text(layout, QStringLiteral("id")), text(layout, QStringLiteral("target")) });
+    const QString name = ownName(layout);
     if (!m_tabs || name.isEmpty())
         return;
     const int index = indexOf(name);
@@ -71,6 +73,47 @@ void FormatTabs::addFormatRoot(PointTreeWidgetItem *root)
     const QString name = firstFilled({ text(root, QStringLiteral("target")), text(root, QStringLiteral("id")) });
     if (!name.isEmpty() && indexOf(name) < 0)
         addPage(name, QIcon(), name);
+}
+
+QString FormatTabs::currentName() const
+{
+    const QWidget *page = m_tabs ? m_tabs->currentWidget() : nullptr;
+    return page ? page->objectName() : QString();
+}
+
+void FormatTabs::relabel(PointTreeWidgetItem *root)
+{
+    const QString byId = ownName(root);
+    const QString name = indexOf(byId) < 0 ? text(root, QStringLiteral("target")) : byId;
+    const int index = indexOf(name);
+    if (index < 0)
+        return;
+    m_tabs->setTabText(index, label(root, name));
+    m_tabs->setTabIcon(index, icon(root));
+}
+
+bool FormatTabs::rename(const QString &oldName, const QString &newName)
+{
+    const int index = indexOf(oldName);
+    if (index < 0 || newName.isEmpty() || indexOf(newName) >= 0)
+        return false;
+    m_tabs->widget(index)->setObjectName(newName);
+    m_tabs->setTabToolTip(index, newName);
+    const int known = m_pluginFormatIds.indexOf(oldName);
+    if (known >= 0)
+        m_pluginFormatIds.replace(known, newName);
+    return true;
+}
+
+void FormatTabs::remove(const QString &name)
+{
+    const int index = indexOf(name);
+    if (index < 0)
+        return;
+    QWidget *page = m_tabs->widget(index);
+    m_tabs->removeTab(index);
+    delete page;
+    m_pluginFormatIds.removeAll(name);
 }
 
 int FormatTabs::indexOf(const QString &name) const

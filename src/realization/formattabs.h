@@ -13,10 +13,9 @@ class PointTreeWidgetItem;
 ///
 /// | what brings it                    | name of the page                    | label                                 |
 /// |-----------------------------------|-------------------------------------|---------------------------------------|
-/// | a format or layout of this plug-in | its "id", else its "target"         | "title", else "toolTip", else the name
-/// | | a layout of any plug-in           | its "id", else its "target"         | the same; a "toolTip" replaces the
-/// label of a page that is there | | a format root of a sibling        | its "target", else its "id"         | the name
-/// |
+/// | a format or layout of this plug-in | its "id", else its "target"        | "title", else "toolTip", else the name|
+/// | a layout of any plug-in           | its "id", else its "target"         | the same; its "toolTip" on a known one|
+/// | a format root of a sibling        | its "target", else its "id"         | the name                              |
 ///
 /// Its icon is the file that "icon" names as it stands or, where there is none, the one in the directory that the root
 /// was read from; a path is written relative to that directory as a rule.
@@ -33,6 +32,18 @@ public:
     void addPluginFormats(const QVector<PointTreeWidgetItem *> &roots);
     void addLayout(PointTreeWidgetItem *layout);
     void addFormatRoot(PointTreeWidgetItem *root);
+
+    /// The name of the page that is shown; empty without one.
+    [[nodiscard]] QString currentName() const;
+
+    /// Writes the label and the icon of the tab of @p root anew, when it has one.
+    void relabel(PointTreeWidgetItem *root);
+
+    /// Gives the page @p oldName the name @p newName. False, with nothing changed, when the new name is empty or taken.
+    bool rename(const QString &oldName, const QString &newName);
+
+    /// Removes and destroys the page @p name; whatever must outlive it has been taken out before.
+    void remove(const QString &name);
 
     /// The "id"s of the opened plug-in's formats and layouts that have tabs.
     [[nodiscard]] const QStringList &pluginFormatIds() const { return m_pluginFormatIds; }

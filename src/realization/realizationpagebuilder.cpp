@@ -1,30 +1,40 @@
 #include "realizationpagebuilder.h"
 
+#include "definitionchanges.h"
+#include "formatediting.h"
+#include "formatmenu.h"
 #include "formattabs.h"
+#include "formattree.h"
 #include "model/controller.h"
+#include "model/generatedid.h"
 #include "model/pointtreewidgetitem.h"
+#include "model/sourcedatamanager.h"
+#include "recordtable.h"
 #include "surface/extpointwidgetform.h"
 
-#include <QHeaderView>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QCursor>
+#include <QMenu>
+#include <QShortcut>
 
 namespace {
 
 const QString idKey = QStringLiteral("id");
 
-PointTreeWidgetItem *childWithId(PointTreeWidgetItem *parent, const QString &id)
-{
-    if (id.isEmpty())
-        return nullptr;
-    for (PointObject *child : parent->children()) {
-        if (child->property(idKey).toString() == id)
-            return child->item();
-    }
-    return nullptr;
-}
+// A tab that many siblings fill is filled again this often while they arrive.
+constexpr int refillPauseMs = 120;
 
 } // namespace
 
-RealizationPageBuilder::RealizationPageBuilder(Ui::ExtPointWidget *ui, QObject *parent) : QObject(parent), m_ui(ui) { }
+RealizationPageBuilder::RealizationPageBuilder(Ui::ExtPointWidget *ui, QObject *parent)
+    : QObject(parent), m_ui(ui), m_formatTree(new FormatTree(this)), m_formatMenu(new FormatMenu(this)),
+      m_tableMenu(std::make_unique<QMenu>())
+{
+    m_refillTimer.setSingleShot(true);
+    m_refillTimer.setInterval(refillPauseMs);
+    connect(&m_refillTimer, &QTimer::timeout, this, &RealizationPageBuilder::refillWhenIdle);
+}
 
 RealizationPageBuilder::~RealizationPageBuilder() = default;
 
@@ -32,7 +42,11 @@ void RealizationPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
 {
     m_ui = ui;
     m_formatTabs = new FormatTabs(ui->formatTab, this);
-    connect(ui->tabWidget, &QObject::destroyed, this, [this] { m_ui = nullptr; });
+    m_records = new RecordTable(ui->realizTable, this);
+    connect(ui->tabWidget, &QObject::destroyed, this, [this] {
+        m_ui = nullptr;
+        m_refillTimer.stop();
+    });
 
     ui->splitter_5->setStretchFactor(0, 0);
     ui->splitter_5->setStretchFactor(1, 3);
@@ -46,14 +60,13 @@ void RealizationPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
 
     ui->realizationTree->setAccessibleName(tr("Extension points of all plug-ins"));
     ui->formatTab->setAccessibleName(tr("Formats"));
+    ui->formatTab->setUsesScrollButtons(true);
+    ui->formatTab->setElideMode(Qt::ElideNone);
     ui->realizTable->setAccessibleName(tr("Records of the selected point"));
-    ui->realizTable->setSelectionBehavior(QAbstractItemView::SelectRows);
-    ui->realizTable->setSelectionMode(QAbstractItemView::SingleSelection);
-    ui->realizTable->horizontalHeader()->setStretchLastSection(true);
-    ui->realizTable->verticalHeader()->hide();
-    const QStringList columns { idKey, QStringLiteral("displayLabel"), QStringLiteral("displayIcon") };
-    ui->realizTable->setColumnCount(columns.size());
-    ui->realizTable->setHorizontalHeaderLabels(columns);
+    ui->propertyRealization->setAccessibleName(tr("Properties"));
+    ui->propertyRealization->setEnabled(false);
+    m_formatTree->widget()->setColumnCount(2);
+    m_formatTree->widget()->setHeaderLabels({ idKey, QStringLiteral("displayLabel") });
     ui->pushButton_add_format_tree->hide();
 }
 
@@ -66,7 +79,113 @@ void RealizationPageBuilder::loadTree()
     m_ui->realizationTree->expandAll();
 }
 
-void RealizationPageBuilder::createConnections() { }
+void RealizationPageBuilder::createConnections()
+{
+    if (!m_ui)
+        return;
+    RealizationTreeWidget *formatTree = m_formatTree->widget();
+    connect(m_ui->realizationTree, &QTreeWidget::itemClicked, this, &RealizationPageBuilder::onItemClicked);
+    connect(m_ui->formatTab, &QTabWidget::currentChanged, this, &RealizationPageBuilder::formatTabCurrentChanged);
+    connect(m_ui->realizTable, &QTableWidget::itemClicked, this, &RealizationPageBuilder::onTableItemClicked);
+    connect(formatTree, &QTreeWidget::itemClicked, this, &RealizationPageBuilder::onFormatTreeItemClicked);
+    connect(m_ui->propertyRealization, &TreePropertyBrowser::propertyChanged, this,
+        &RealizationPageBuilder::onPropertyRealization);
+    connect(m_ui->realizTable, &RealizationTableWidget::modified, this, &RealizationPageBuilder::modified);
+    connect(m_ui->realizationTree, &RealizationTreeWidget::modified, this, &RealizationPageBuilder::modified);
+    connect(formatTree, &RealizationTreeWidget::modified, this, &RealizationPageBuilder::modified);
+    connect(formatTree, &RealizationTreeWidget::setTarget, this, &RealizationPageBuilder::setTarget);
+    connect(formatTree, &RealizationTreeWidget::dropPoint, this, &RealizationPageBuilder::dropPoint);
+    connect(m_ui->realizTable, &RealizationTableWidget::addTableRealization, this,
+        &RealizationPageBuilder::onAddTableRealization);
+    createMenus();
+    connect(m_ui->pushButton_add_format_tree, &QPushButton::clicked, this,
+        &RealizationPageBuilder::on_pushButton_add_format_tree_clicked);
+
+    // An entry that was moved can have taken entries of siblings with it, or be used otherwise.
+    connect(formatTree, &RealizationTreeWidget::modified, this, &RealizationPageBuilder::afterFormatsChanged);
+    // The keyboard moves the current row without a click and shows the same.
+    connect(m_ui->realizationTree, &QTreeWidget::currentItemChanged, this,
+        [this](QTreeWidgetItem *current) { onItemClicked(current, 0); });
+    connect(m_ui->realizTable, &QTableWidget::currentItemChanged, this,
+        [this](QTableWidgetItem *current) { onTableItemClicked(current); });
+    connect(formatTree, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *current) {
+        // A drag makes every row that it passes current.
+        if (!isDragging())
+            onFormatTreeItemClicked(current, 0);
+    });
+    // What the definition page has changed meanwhile.
+    connect(m_ui->tabWidget, &QTabWidget::currentChanged, this, &RealizationPageBuilder::showAfresh);
+    connectToManager();
+    createKeys();
+}
+
+void RealizationPageBuilder::createMenus()
+{
+    RealizationTreeWidget *formatTree = m_formatTree->widget();
+    formatTree->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(formatTree, &QWidget::customContextMenuRequested, this, &RealizationPageBuilder::onFormatTreeMenu);
+    connect(m_formatMenu->deleteAction(), &QAction::triggered, this, &RealizationPageBuilder::formatItemDel);
+    m_ui->realizTable->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_ui->realizTable, &QWidget::customContextMenuRequested, this, &RealizationPageBuilder::onTableShowMenu);
+    m_tableMenu->setObjectName(QStringLiteral("tableMenu"));
+    m_deleteRecord = m_tableMenu->addAction(QStringLiteral("Delete"));
+    m_editMeta = m_tableMenu->addAction(QObject::tr("Meta"));
+    connect(m_deleteRecord, &QAction::triggered, this, &RealizationPageBuilder::tableItemDel);
+    connect(m_editMeta, &QAction::triggered, this, &RealizationPageBuilder::addMeta);
+}
+
+void RealizationPageBuilder::connectToManager()
+{
+    SourceDataManager *manager = Controller::instance()->sourceDataManager();
+    if (!manager)
+        return;
+    connect(manager, &SourceDataManager::scanProgressed, this, [this] {
+        if (m_formatTree->isOutdated())
+            requestRefill();
+    });
+    connect(manager, &SourceDataManager::scanFinished, this, [this] {
+        if (!m_ui)
+            return;
+        m_formatTree->relabel();
+        afterFormatsChanged();
+    });
+}
+
+void RealizationPageBuilder::createKeys()
+{
+    const auto onKey = [this](QWidget *widget, const QKeySequence &key, auto action) {
+        connect(new QShortcut(key, widget, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated, this, action);
+    };
+    RealizationTreeWidget *formatTree = m_formatTree->widget();
+    onKey(formatTree, QKeySequence(Qt::Key_Delete), [this, formatTree] {
+        m_contextItem = PointTreeWidgetItem::fromRow(formatTree->currentItem());
+        m_formatMenu->fitTo(m_contextItem);
+        if (m_formatMenu->deleteAction()->isEnabled())
+            formatItemDel();
+    });
+    onKey(formatTree, QKeySequence(Qt::Key_Insert), [this, formatTree] {
+        QTreeWidgetItem *current = formatTree->currentItem();
+        if (!current)
+            return;
+        m_contextItem = PointTreeWidgetItem::fromRow(current);
+        m_formatMenu->fitTo(m_contextItem);
+        const QPoint place = formatTree->visualItemRect(current).bottomLeft();
+        if (m_formatMenu->childTypeMenu()->isEnabled())
+            openFormatMenu(m_formatMenu->childTypeMenu(), formatTree->viewport()->mapToGlobal(place));
+    });
+    onKey(m_ui->realizTable, QKeySequence(Qt::Key_Delete), [this] {
+        m_contextItem = m_records->record(m_ui->realizTable->currentRow());
+        tableItemDel();
+    });
+    for (QWidget *widget : { static_cast<QWidget *>(formatTree), static_cast<QWidget *>(m_ui->realizTable) }) {
+        onKey(widget, QKeySequence(Qt::Key_F2), [this] {
+            for (const QString &key : { QStringLiteral("text"), QStringLiteral("title"), idKey }) {
+                if (m_ui->propertyRealization->isEnabled() && m_ui->propertyRealization->openEditor(key))
+                    return;
+            }
+        });
+    }
+}
 
 void RealizationPageBuilder::addPluginFormats()
 {
@@ -83,52 +202,221 @@ void RealizationPageBuilder::addFormatRoot(PointTreeWidgetItem *item)
 {
     if (item)
         m_formatTabs->addFormatRoot(item);
+    else if (m_ui)
+        formatTabCurrentChanged(m_ui->formatTab->currentIndex());
 }
 
 void RealizationPageBuilder::addDefine(QString plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint)
 {
-    if (!m_realizationRoot)
-        return;
-    bool created = false;
-    PointTreeWidgetItem *owner = pluginNode(plugin, &created);
-    if (!subPoint) {
-        addMaster(owner, point);
-        return;
-    }
-    PointTreeWidgetItem *pointNode
-        = created ? addMaster(owner, point) : childWithId(owner, point->property(idKey).toString());
-    if (!pointNode)
-        pointNode = addMaster(owner, point);
-    addMaster(pointNode, subPoint);
+    if (m_realizationRoot)
+        DefinitionChanges::add(m_realizationRoot, plugin, point, subPoint);
 }
 
 void RealizationPageBuilder::delDefine(PointTreeWidgetItem *item)
 {
-    if (m_realizationRoot)
-        item->unlink();
+    if (!m_realizationRoot)
+        return;
+    const bool nothingClicked = !m_clickedPoint;
+    item->unlink();
+    if (m_ui && !nothingClicked && !m_clickedPoint)
+        m_records->clear();
 }
 
-PointTreeWidgetItem *RealizationPageBuilder::pluginNode(const QString &plugin, bool *created)
+void RealizationPageBuilder::showAfresh()
 {
-    PointTreeWidgetItem *node = childWithId(m_realizationRoot, plugin);
-    *created = !node;
-    if (node)
-        return node;
-    node = new PointTreeWidgetItem(plugin);
-    node->setProperty(idKey, plugin);
-    node->setProperty(QStringLiteral("filename"), plugin);
-    m_realizationRoot->addChild(node, false);
-    m_realizationRoot->QTreeWidgetItem::addChild(node);
-    return node;
+    if (!m_ui || m_ui->tabWidget->currentWidget() != m_ui->tab_2)
+        return;
+    if (m_clickedPoint) {
+        const int row = m_ui->realizTable->currentRow();
+        const QSignalBlocker quiet(m_ui->realizTable);
+        m_formatTree->setShown(Controller::instance()->pointHasFormat(m_clickedPoint));
+        m_records->showRecords(m_clickedPoint);
+        if (row >= 0)
+            m_ui->realizTable->setCurrentCell(row, 0);
+    }
+    if (m_propertyMode == Record && m_currentItem && m_records->row(m_currentItem) >= 0)
+        onTableItemClicked(m_ui->realizTable->item(m_records->row(m_currentItem), 0));
 }
 
-PointTreeWidgetItem *RealizationPageBuilder::addMaster(PointTreeWidgetItem *parent, PointTreeWidgetItem *definition)
+void RealizationPageBuilder::onItemClicked(QTreeWidgetItem *item, int)
 {
-    auto *copy = new PointTreeWidgetItem(*definition);
-    copy->setLink(copy);
-    definition->setLink(copy);
-    parent->QTreeWidgetItem::addChild(copy);
-    parent->addChild(copy, false);
-    Controller::instance()->registerDefinition(copy);
-    return copy;
+    if (!m_ui)
+        return;
+    m_ui->propertyRealization->commitEditor();
+    m_ui->realizTable->show();
+    m_records->clear();
+    clearSheetOfDead();
+    m_clickedPoint = PointTreeWidgetItem::fromRow(item);
+    if (!m_clickedPoint)
+        return;
+    if (m_clickedPoint->parentItem() == m_realizationRoot)
+        m_ui->realizTable->hide();
+    m_formatTree->setShown(Controller::instance()->pointHasFormat(m_clickedPoint));
+    if (!m_clickedPoint->isKind(QLatin1String("ExtPoint")) && !m_clickedPoint->isKind(QLatin1String("SubExtPoint")))
+        return;
+    m_records->showRecords(m_clickedPoint);
+    const OwnRealizations::Nodes known
+        = Controller::instance()->ownRealizations().withId(m_clickedPoint->property(idKey).toString());
+    if (known.isEmpty())
+        disableSheet();
+    else
+        showHolderSheet(known.first());
+}
+
+void RealizationPageBuilder::formatTabCurrentChanged(int)
+{
+    if (!m_ui || !m_formatTabs || !m_ui->formatTab->currentWidget())
+        return;
+    m_ui->propertyRealization->commitEditor();
+    m_formatTree->moveTo(m_ui->formatTab->currentWidget());
+    m_formatTree->show(m_formatTabs->currentName());
+    clearSheetOfDead();
+}
+
+void RealizationPageBuilder::onFormatTreeMenu(const QPoint pos)
+{
+    if (!m_ui)
+        return;
+    m_contextItem = PointTreeWidgetItem::fromRow(m_formatTree->widget()->itemAt(pos));
+    if (!m_contextItem)
+        return;
+    m_formatMenu->fitTo(m_contextItem);
+    openFormatMenu(m_formatMenu->menu(), QCursor::pos());
+}
+
+void RealizationPageBuilder::openFormatMenu(QMenu *menu, const QPoint &globalPos)
+{
+    const QList<QAction *> types = m_formatMenu->childTypeMenu()->actions();
+    for (QAction *type : types)
+        connect(type, &QAction::triggered, this, &RealizationPageBuilder::onCreatType);
+    m_menuOpen = true;
+    menu->exec(globalPos);
+    m_menuOpen = false;
+}
+
+void RealizationPageBuilder::onCreatType()
+{
+    const auto *action = qobject_cast<QAction *>(sender());
+    if (!action || !m_contextItem || !m_ui)
+        return;
+    PointTreeWidgetItem *item = FormatEditing::createChild(m_contextItem, action->text());
+    m_contextItem->QTreeWidgetItem::addChild(item);
+    m_formatTree->enter(item);
+    m_formatTree->widget()->setCurrentItem(item);
+    m_formatTree->widget()->scrollToItem(item);
+    onFormatTreeItemClicked(item, 0);
+    afterFormatsChanged();
+    Q_EMIT modified(true);
+}
+
+void RealizationPageBuilder::on_pushButton_add_format_tree_clicked()
+{
+    if (!m_ui)
+        return;
+    const QString id = GeneratedId::make(Controller::instance()->pluginId(), QStringLiteral("layout."));
+    m_formatTabs->addFormatRoot(FormatEditing::createRoot(id));
+    Q_EMIT modified(true);
+}
+
+void RealizationPageBuilder::formatItemDel()
+{
+    if (!m_ui || !m_contextItem || !m_formatTree->contains(m_contextItem) || !FormatEditing::isDeletable(m_contextItem))
+        return;
+    PointTreeWidgetItem *row = std::exchange(m_contextItem, nullptr);
+    const QString tab = m_formatTree->tabName();
+    const bool isRoot = !row->parentItem();
+    const bool showsOthers = m_formatTree->showsOthersUnder(row);
+    PointTreeWidgetItem *saved = row->master()->item();
+    m_formatTree->destroyRow(row);
+    Controller::instance()->destroyRealization(saved);
+    if (isRoot)
+        followRoots(tab, QString());
+    else if (showsOthers)
+        refill();
+    clearSheetOfDead();
+    afterFormatsChanged();
+    Q_EMIT modified(true);
+}
+
+void RealizationPageBuilder::followRoots(const QString &oldName, const QString &newName)
+{
+    const bool oldGoes = FormatSources::of(oldName).isEmpty();
+    if (oldGoes && m_formatTabs->rename(oldName, newName)) {
+        m_formatTree->renameTab(oldName, newName);
+        refill();
+        return;
+    }
+    if (!newName.isEmpty())
+        m_formatTabs->addPluginFormats(FormatSources::of(newName).own);
+    if (!oldGoes) {
+        if (m_formatTree->tabName() == oldName)
+            refill();
+        return;
+    }
+    if (m_formatTree->tabName() == oldName) {
+        m_formatTree->clear();
+        m_formatTree->moveTo(nullptr);
+    }
+    m_formatTabs->remove(oldName);
+}
+
+void RealizationPageBuilder::onTableShowMenu(QPoint pos)
+{
+    if (!m_ui)
+        return;
+    const QModelIndex index = m_ui->realizTable->indexAt(pos);
+    m_contextItem = index.isValid() ? m_records->record(index.row()) : nullptr;
+    m_deleteRecord->setEnabled(m_contextItem != nullptr);
+    m_menuOpen = true;
+    m_tableMenu->exec(QCursor::pos());
+    m_menuOpen = false;
+}
+
+void RealizationPageBuilder::requestRefill()
+{
+    m_refillWanted = true;
+    if (!m_refillTimer.isActive())
+        m_refillTimer.start();
+}
+
+void RealizationPageBuilder::refillWhenIdle()
+{
+    if (!m_ui || !m_refillWanted)
+        return;
+    if (isBusy()) {
+        m_refillTimer.start();
+        return;
+    }
+    refill();
+}
+
+bool RealizationPageBuilder::isDragging() const
+{
+    return m_formatTree->widget()->isDragging() || m_ui->realizationTree->isDragging()
+        || m_ui->realizTable->isDragging();
+}
+
+bool RealizationPageBuilder::isBusy() const
+{
+    if (m_menuOpen || QApplication::activePopupWidget() || QApplication::activeModalWidget() || isDragging())
+        return true;
+    const QWidget *focus = QApplication::focusWidget();
+    const auto *sheet = m_ui->propertyRealization->findChild<QAbstractItemView *>();
+    return focus && sheet && focus != sheet && sheet->isAncestorOf(focus);
+}
+
+void RealizationPageBuilder::refill()
+{
+    m_refillWanted = false;
+    // The row that the sheet shows is made anew; the sheet stays.
+    const bool showsRow = m_formatTree->contains(m_currentItem) && m_currentItem->link() != m_currentItem;
+    const PointTreeWidgetItem *source = showsRow ? m_currentItem->link()->item() : nullptr;
+    const PointTreeWidgetItem *context
+        = m_formatTree->contains(m_contextItem) ? m_contextItem->link()->item() : nullptr;
+    m_formatTree->refill();
+    if (showsRow)
+        m_currentItem = m_formatTree->rowOf(source);
+    if (context)
+        m_contextItem = m_formatTree->rowOf(context);
+    clearSheetOfDead();
 }

@@ -1,15 +1,30 @@
 #pragma once
 
+#include "propertybrowser/propertyitem.h"
 #include "surface/extpointwidgetbuilder.h"
 
+#include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <QTimer>
+#include <QVariant>
 
+#include <memory>
+
+class FormatMenu;
 class FormatTabs;
+class FormatTree;
 class PointTreeWidgetItem;
+class QAction;
+class QMenu;
+class QTableWidgetItem;
+class QTreeWidgetItem;
+class RecordTable;
 
-/// Drives the realization page: the tree of all points of the product and the tabs of the formats.
+/// Drives the realization page: the tree of all points of the product, the tabs of the formats with their tree, the
+/// table of the records of the point that was clicked last and the sheet of whatever was clicked last. What a sheet, a
+/// tree or a table is made of stands in files of its own; here is what happens when.
 ///
 /// Created by the main widget without a parent and never deleted; it lets go of the form when the form dies. GUI
 /// thread.
@@ -35,17 +50,71 @@ Q_SIGNALS:
     void modified(bool flag);
 
 public Q_SLOTS:
+    void onItemClicked(QTreeWidgetItem *item, int index);
+    void formatTabCurrentChanged(int index);
+    void onTableItemClicked(QTableWidgetItem *item);
+    void onFormatTreeItemClicked(QTreeWidgetItem *item, int index);
+    void onPropertyRealization(const QString &property, const QVariant &variant);
+    void onAddTableRealization(PointTreeWidgetItem *parent, PointTreeWidgetItem *child, bool flag);
+    void onFormatTreeMenu(const QPoint pos);
+    void onTableShowMenu(QPoint pos);
+    void formatItemDel();
+    void tableItemDel();
+    void setTarget(PointTreeWidgetItem *item);
     /// The definition page created @p point in the plug-in with the id @p plugin, or @p subPoint under @p point.
     void addDefine(QString plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint);
     /// The definition page is about to destroy @p item.
     void delDefine(PointTreeWidgetItem *item);
+    /// One of the actions of "Child Type"; the text of the sender is the kind.
+    void onCreatType();
+    void dropPoint(PointTreeWidgetItem *item);
+    // NOLINTNEXTLINE(readability-identifier-naming): the name of the form's button
+    void on_pushButton_add_format_tree_clicked();
+    void addMeta();
 
 private:
-    [[nodiscard]] PointTreeWidgetItem *pluginNode(const QString &plugin, bool *created);
-    PointTreeWidgetItem *addMaster(PointTreeWidgetItem *parent, PointTreeWidgetItem *definition);
+    /// Whom an edit in the sheet is made for; the numbers are part of the page's behaviour.
+    enum PropertyMode { PointClicked = 0, FormatItem = 1, Record = 2 };
+
+    void createKeys();
+    void createMenus();
+    void connectToManager();
+    void openFormatMenu(QMenu *menu, const QPoint &globalPos);
+    void showRecordSheet(PointTreeWidgetItem *record);
+    /// The sheet of an "ExtData", which a click on its point shows.
+    void showHolderSheet(PointTreeWidgetItem *holder);
+    void showSheet(PointTreeWidgetItem *node, const QList<PropertyItem> &records);
+    /// The other page may have changed the points whose records are shown.
+    void showAfresh();
+    void disableSheet();
+    void clearSheetOfDead();
+    void editFormatItem(const QString &key, const QVariant &value);
+    void editRecord(const QString &key, const QVariant &value);
+    /// A root has another name or has gone: its tab goes by the new name, or goes with it.
+    void followRoots(const QString &oldName, const QString &newName);
+    /// Has the tab filled again as soon as nobody is in the middle of something.
+    void requestRefill();
+    void refillWhenIdle();
+    [[nodiscard]] bool isDragging() const;
+    [[nodiscard]] bool isBusy() const;
+    void refill();
+    void afterFormatsChanged();
 
     Ui::ExtPointWidget *m_ui;
     /// The root of the tree: the available points, not the opened file's realization side.
     QPointer<PointTreeWidgetItem> m_realizationRoot;
     FormatTabs *m_formatTabs = nullptr;
+    FormatTree *m_formatTree;
+    FormatMenu *m_formatMenu;
+    RecordTable *m_records = nullptr;
+    std::unique_ptr<QMenu> m_tableMenu;
+    QAction *m_deleteRecord = nullptr;
+    QAction *m_editMeta = nullptr;
+    QPointer<PointTreeWidgetItem> m_clickedPoint;
+    QPointer<PointTreeWidgetItem> m_currentItem; ///< what the sheet shows
+    QPointer<PointTreeWidgetItem> m_contextItem;
+    PropertyMode m_propertyMode = PointClicked;
+    bool m_menuOpen = false;
+    bool m_refillWanted = false;
+    QTimer m_refillTimer;
 };

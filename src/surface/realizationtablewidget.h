@@ -1,8 +1,16 @@
 #pragma once
 
+#include "runningdrag.h"
+
+#include <QPoint>
 #include <QTableWidget>
 
-/// The table of the records of one point, on the realization page. Owned by the form.
+class PointTreeWidgetItem;
+
+/// The table of the records of one point, on the realization page: a point or sub point dropped here gets a record, and
+/// its rows are dragged into the format trees. Owned by the form. GUI thread.
+///
+/// The widget changes the model only (drops/tabledrop.h); the row is made by whoever hears `addTableRealization`.
 class RealizationTableWidget : public QTableWidget
 {
     Q_OBJECT
@@ -10,4 +18,30 @@ class RealizationTableWidget : public QTableWidget
 public:
     explicit RealizationTableWidget(QWidget *parent = nullptr);
     ~RealizationTableWidget() override;
+
+    /// True while a drag that this table has started is running.
+    [[nodiscard]] bool isDragging() const { return m_drag.isRunning(); }
+
+Q_SIGNALS:
+    void modified(bool flag);
+    /// A drop has made the record @p child under @p parent; @p flag is true for a sub point's. A @p parent without a
+    /// parent of its own found no "ExtDataSet": whoever shows the record gives it one.
+    void addTableRealization(PointTreeWidgetItem *parent, PointTreeWidgetItem *child, bool flag);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void startDrag();
+    void setMarked(bool marked);
+
+    QPoint m_dragStartPosition;
+    RunningDrag m_drag;
+    bool m_marked = false; ///< what hovers here would become a record
 };

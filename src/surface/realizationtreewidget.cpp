@@ -1,5 +1,250 @@
 #include "realizationtreewidget.h"
 
-RealizationTreeWidget::RealizationTreeWidget(QWidget *parent) : QTreeWidget(parent) { }
+#include "drops/dropmark.h"
+#include "drops/entrymove.h"
+#include "drops/pointdrop.h"
+#include "drops/recorddrop.h"
+#include "model/pointtreewidgetitem.h"
+#include "realizationtablewidget.h"
+#include "rowtooltip.h"
+#include "treeitemmimedata.h"
+
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QDragLeaveEvent>
+#include <QDragMoveEvent>
+#include <QDropEvent>
+#include <QHelpEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QToolTip>
+
+namespace {
+
+/// Keeps a row and those under it expanded while the row moves, since a row loses that with its place.
+class ExpansionKept final
+{
+public:
+    explicit ExpansionKept(PointTreeWidgetItem *top)
+    {
+        QVector<QTreeWidgetItem *> open { top };
+        while (!open.isEmpty()) {
+            QTreeWidgetItem *row = open.takeLast();
+            if (row->isExpanded())
+                m_expanded.append(PointTreeWidgetItem::fromRow(row));
+            for (int i = 0; i < row->childCount(); ++i)
+                open.append(row->child(i));
+        }
+    }
+    ExpansionKept(const ExpansionKept &) = delete;
+    ExpansionKept &operator=(const ExpansionKept &) = delete;
+    ~ExpansionKept()
+    {
+        for (const QPointer<PointTreeWidgetItem> &row : qAsConst(m_expanded)) {
+            if (row)
+                row->setExpanded(true);
+        }
+    }
+
+private:
+    QVector<QPointer<PointTreeWidgetItem>> m_expanded;
+};
+
+} // namespace
+
+RealizationTreeWidget::RealizationTreeWidget(QWidget *parent)
+    : QTreeWidget(parent), m_edgeScroll(this, [this] { hover(m_hovering, m_hoveringFrom, m_hoverPos); })
+{
+    setAcceptDrops(true);
+    setDragEnabled(true);
+}
 
 RealizationTreeWidget::~RealizationTreeWidget() = default;
+
+void RealizationTreeWidget::setMergedSources(
+    const QMultiHash<const PointTreeWidgetItem *, PointTreeWidgetItem *> &sources)
+{
+    m_site.merged = MergedSources(sources);
+}
+
+void RealizationTreeWidget::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        m_dragStartPosition = event->pos();
+    QTreeView::mousePressEvent(event);
+}
+
+void RealizationTreeWidget::mouseMoveEvent(QMouseEvent *event)
+{
+    if (event->buttons().testFlag(Qt::LeftButton)
+        && (event->pos() - m_dragStartPosition).manhattanLength() > QApplication::startDragDistance())
+        startDrag();
+}
+
+void RealizationTreeWidget::startDrag()
+{
+    QTreeWidgetItem *item = currentItem();
+    if (!item)
+        return;
+    auto *payload = new TreeItemMimeData;
+    payload->setItem(TreeItemMimeData::itemFormat(), item);
+    const QPointer<PointTreeWidgetItem> dragged(payload->node());
+    m_drag.run(this, payload, [this, dragged] {
+        // The way of the pointer over this tree has moved the current row along.
+        if (dragged && dragged->treeWidget() == this)
+            setCurrentItem(dragged);
+    });
+}
+
+RealizationTreeWidget::Source RealizationTreeWidget::sourceOf(const QDropEvent *event)
+{
+    if (qobject_cast<RealizationTreeWidget *>(event->source()))
+        return Source::Tree;
+    return qobject_cast<RealizationTableWidget *>(event->source()) ? Source::Table : Source::Other;
+}
+
+DropSite RealizationTreeWidget::siteAt(const QPoint &pos) const
+{
+    DropSite site = m_site;
+    site.row = PointTreeWidgetItem::fromRow(itemAt(pos));
+    return site;
+}
+
+DropPlan RealizationTreeWidget::planAt(PointTreeWidgetItem *dragged, Source source, const QPoint &pos) const
+{
+    const DropSite site = siteAt(pos);
+    if (!dragged || source == Source::Other)
+        return {};
+    if (source == Source::Table)
+        return RecordDrop::plan(site, dragged);
+    return PointDrop::takes(dragged) ? PointDrop::plan(site, dragged) : EntryMove::plan(site, dragged);
+}
+
+void RealizationTreeWidget::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (sourceOf(event) == Source::Tree)
+        event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void RealizationTreeWidget::dragMoveEvent(QDragMoveEvent *event)
+{
+    const Source source = sourceOf(event);
+    if (source == Source::Other)
+        return;
+    QTreeWidgetItem *target = itemAt(event->pos());
+    const auto *payload = qobject_cast<const TreeItemMimeData *>(event->mimeData());
+    if (source == Source::Tree && target && payload && target == payload->item()) {
+        event->ignore();
+    } else {
+        // Without selecting it, so that the dragged row stays in sight and the mark stands on plain ground.
+        setCurrentItem(target, 0, QItemSelectionModel::NoUpdate);
+        if (source == Source::Tree)
+            event->setDropAction(Qt::CopyAction);
+        event->accept();
+    }
+    hover(TreeItemMimeData::nodeOf(event->mimeData()), source, event->pos());
+}
+
+void RealizationTreeWidget::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    stopHovering();
+    QTreeView::dragLeaveEvent(event);
+}
+
+void RealizationTreeWidget::dropEvent(QDropEvent *event)
+{
+    stopHovering();
+    const Source source = sourceOf(event);
+    PointTreeWidgetItem *dragged = TreeItemMimeData::nodeOf(event->mimeData());
+    const DropSite site = siteAt(event->pos());
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    if (!dragged || source == Source::Other)
+        return;
+    if (source == Source::Table)
+        announce(RecordDrop::perform(site, dragged));
+    else if (PointDrop::takes(dragged))
+        announce(PointDrop::perform(site, dragged, &m_found));
+    else
+        moveEntry(site, dragged);
+}
+
+void RealizationTreeWidget::moveEntry(const DropSite &site, PointTreeWidgetItem *dragged)
+{
+    const DropPlan plan = EntryMove::plan(site, dragged);
+    DropOutcome outcome;
+    {
+        const ExpansionKept kept(dragged);
+        outcome = EntryMove::perform(site, dragged);
+    }
+    if (plan && dragged->treeWidget() == this) {
+        const QPointer<PointTreeWidgetItem> moved(dragged);
+        if (plan.place == DropPlan::Place::Into)
+            site.row->setExpanded(true);
+        setCurrentItem(moved);
+        if (moved)
+            scrollToItem(moved);
+    }
+    announce(outcome);
+}
+
+void RealizationTreeWidget::announce(const DropOutcome &outcome)
+{
+    for (const DropOutcome::Addition &addition : outcome.additions) {
+        if (addition.format)
+            Q_EMIT setTarget(addition.format);
+        if (addition.row)
+            Q_EMIT dropPoint(addition.row);
+    }
+    if (outcome.modified)
+        Q_EMIT modified(true);
+}
+
+void RealizationTreeWidget::hover(PointTreeWidgetItem *dragged, Source source, const QPoint &pos)
+{
+    m_hovering = dragged;
+    m_hoveringFrom = source;
+    m_hoverPos = pos;
+    m_isHovering = true;
+    m_edgeScroll.hold(pos);
+    viewport()->update();
+}
+
+void RealizationTreeWidget::stopHovering()
+{
+    m_isHovering = false;
+    m_hovering = nullptr;
+    m_edgeScroll.stop();
+    viewport()->update();
+}
+
+void RealizationTreeWidget::paintEvent(QPaintEvent *event)
+{
+    QTreeWidget::paintEvent(event);
+    if (!m_isHovering)
+        return;
+    const QTreeWidgetItem *row = itemAt(m_hoverPos);
+    if (!row)
+        return;
+    QRect rect = visualItemRect(row);
+    // Clear of the text.
+    rect.setLeft(qMax(0, rect.left() - 4));
+    rect.setRight(viewport()->width() - 1);
+    QPainter painter(viewport());
+    DropMark::paint(&painter, palette(), rect, planAt(m_hovering, m_hoveringFrom, m_hoverPos).place);
+}
+
+bool RealizationTreeWidget::viewportEvent(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip) {
+        const auto *help = static_cast<QHelpEvent *>(event);
+        QTreeWidgetItem *row = itemAt(help->pos());
+        const QString text = RowToolTip::text(PointTreeWidgetItem::fromRow(row));
+        if (!text.isEmpty()) {
+            QToolTip::showText(help->globalPos(), text, viewport(), visualItemRect(row));
+            return true;
+        }
+    }
+    return QTreeWidget::viewportEvent(event);
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+class PointTreeWidgetItem;
+
+/// The changes of formats that the format tree's menu makes: the model alone. Rows are the copies that the tree shows;
+/// what is saved are the nodes that they mirror. GUI thread.
+namespace FormatEditing {
+
+/// The kinds of entries that may be created under @p row, as they are to be shown: those of its definition and, for a
+/// root tagged "format", the two bars, without the kinds that stand there already.
+[[nodiscard]] QStringList childTypes(PointTreeWidgetItem *row);
+
+/// A new entry of the kind @p type at the end of @p row, in the row's model children and in what the row mirrors. Its
+/// row is not put under the one of @p row.
+[[nodiscard]] PointTreeWidgetItem *createChild(PointTreeWidgetItem *row, const QString &type);
+
+/// A new format root in the opened file for the tab @p name.
+PointTreeWidgetItem *createRoot(const QString &name);
+
+/// The rows that a deletion of @p row may touch: false for a row of a sibling and for null.
+[[nodiscard]] bool isDeletable(PointTreeWidgetItem *row);
+
+} // namespace FormatEditing

@@ -1,0 +1,35 @@
+#include "formatmenu.h"
+
+#include "formatediting.h"
+#include "model/pointtreewidgetitem.h"
+
+#include <QMenu>
+
+FormatMenu::FormatMenu(QObject *parent)
+    : QObject(parent), m_menu(std::make_unique<QMenu>()),
+      m_childTypes(new QMenu(QObject::tr("Child Type"), m_menu.get()))
+{
+    m_menu->setObjectName(QStringLiteral("formatMenu"));
+    m_childTypes->setObjectName(QStringLiteral("childTypeMenu"));
+    m_menu->addMenu(m_childTypes);
+    m_delete = m_menu->addAction(QStringLiteral("Delete"));
+}
+
+FormatMenu::~FormatMenu() = default;
+
+void FormatMenu::fitTo(PointTreeWidgetItem *row)
+{
+    m_childTypes->setEnabled(false);
+    m_childTypes->menuAction()->setEnabled(false);
+    m_childTypes->clear();
+    const QStringList types = FormatEditing::childTypes(row);
+    for (const QString &type : types)
+        m_childTypes->addAction(type);
+    const bool offers = FormatEditing::isDeletable(row) && row->kind() != QLatin1String("Format");
+    if (!types.isEmpty() && offers) {
+        m_childTypes->setEnabled(true);
+        m_childTypes->menuAction()->setEnabled(true);
+    }
+    m_delete->setEnabled(offers);
+    m_menu->setEnabled(offers);
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "propertybrowser/propertyitem.h"
+
+#include <QList>
+
+class PointTreeWidgetItem;
+
+/// The sheet of an entry of a format. Unlike a record's (see RecordSheet) it also shows what the entry does not say
+/// itself, its options stand as they are declared, and it allows a shorter "id". GUI thread.
+namespace FormatSheet {
+
+/// A row for each key of @p item, in its order, "id" first, then one for each declared attribute that it lacks, with
+/// the value of the record that it refers to or else with the default, then what may be created under it. Formats and
+/// bars show their own keys only. Nothing is stored in the item. Empty for null.
+[[nodiscard]] QList<PropertyItem> of(PointTreeWidgetItem *item);
+
+} // namespace FormatSheet

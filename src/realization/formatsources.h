@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+#include <QVector>
+
+class PointTreeWidgetItem;
+
+/// What fills a tab, by the name of its page:
+///
+/// | the opened file has     | siblings have           | the tab shows                                             |
+/// editable |
+/// |-------------------------|-------------------------|-----------------------------------------------------------|----------|
+/// | a format with the "target", else a format or layout with the "id" | nothing | the own root            | yes      |
+/// | the same                | a format or layout      | the own root, what the siblings have in place within it   |
+/// yes      | | nothing                 | a format or layout      | the root that came first, the others in place
+/// within it   | no       | | nothing                 | nothing                 | nothing | no       |
+///
+/// A sibling's format is found by its "target", else by its "id"; its layout by its "id", else by its "target". Of
+/// several own roots the first one is the root that is shown, and the entries of the others stand under it. "Editable"
+/// is said of the tab; a row of a sibling is not, wherever it stands.
+struct FormatSources
+{
+    using Nodes = QVector<PointTreeWidgetItem *>;
+
+    [[nodiscard]] static FormatSources of(const QString &name);
+
+    [[nodiscard]] bool isEditable() const { return !own.isEmpty(); }
+    [[nodiscard]] bool isEmpty() const { return own.isEmpty() && siblings.isEmpty(); }
+
+    /// Every root, the one that is shown first.
+    [[nodiscard]] Nodes all() const { return own + siblings; }
+
+    /// Has the siblings' root of the tab, and those of its entries that have the "id" of an own entry directly under
+    /// the own root, mirror the own ones, since both stand for the same thing in the product.
+    void linkSiblings() const;
+
+    Nodes own;
+    Nodes siblings;
+};

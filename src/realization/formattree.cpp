@@ -1,0 +1,287 @@
+#include "formattree.h"
+
+#include "formatfilling.h"
+#include "model/controller.h"
+#include "model/pointtreewidgetitem.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QScrollBar>
+#include <QSplitter>
+#include <QTreeWidgetItemIterator>
+#include <QVBoxLayout>
+
+namespace {
+
+QString idOf(const PointTreeWidgetItem *row)
+{
+    return row->properties().value(QStringLiteral("id")).toString();
+}
+
+PointTreeWidgetItem *sourceOf(PointTreeWidgetItem *row)
+{
+    return row && row->link() != row ? row->link()->item() : nullptr;
+}
+
+/// What a person has done to the rows, by what they show; the root is the root, whoever's it is.
+class ViewState final
+{
+public:
+    explicit ViewState(QTreeWidget *tree) : m_tree(tree), m_scroll(tree->verticalScrollBar()->value())
+    {
+        for (QTreeWidgetItemIterator it(tree); *it; ++it) {
+            const PointTreeWidgetItem *key = keyOf(*it);
+            if (!(*it)->isExpanded() && (*it)->childCount() > 0)
+                m_collapsed.insert(key);
+            if ((*it)->isSelected())
+                m_selected.insert(key);
+        }
+        m_hasCurrent = tree->currentItem() != nullptr;
+        m_current = m_hasCurrent ? keyOf(tree->currentItem()) : nullptr;
+    }
+
+    void restore() const
+    {
+        m_tree->expandAll();
+        QTreeWidgetItem *current = nullptr;
+        for (QTreeWidgetItemIterator it(m_tree); *it; ++it) {
+            const PointTreeWidgetItem *key = keyOf(*it);
+            if (m_collapsed.contains(key))
+                (*it)->setExpanded(false);
+            if (m_hasCurrent && key == m_current)
+                current = *it;
+        }
+        if (current)
+            m_tree->setCurrentItem(current, 0, QItemSelectionModel::NoUpdate);
+        for (QTreeWidgetItemIterator it(m_tree); *it; ++it) {
+            if (m_selected.contains(keyOf(*it)))
+                (*it)->setSelected(true);
+        }
+        m_tree->verticalScrollBar()->setValue(m_scroll);
+    }
+
+private:
+    static const PointTreeWidgetItem *keyOf(QTreeWidgetItem *row)
+    {
+        return row->parent() ? sourceOf(PointTreeWidgetItem::fromRow(row)) : nullptr;
+    }
+
+    QTreeWidget *m_tree;
+    int m_scroll;
+    bool m_hasCurrent = false;
+    const PointTreeWidgetItem *m_current = nullptr;
+    QSet<const PointTreeWidgetItem *> m_collapsed;
+    QSet<const PointTreeWidgetItem *> m_selected;
+};
+
+} // namespace
+
+FormatTree::FormatTree(QObject *parent)
+    : QObject(parent), m_tree(new RealizationTreeWidget), m_layout(new QVBoxLayout), m_hint(new QLabel),
+      m_attic(new QWidget)
+{
+    m_tree->setObjectName(QStringLiteral("formatTree"));
+    m_tree->setAccessibleName(tr("Format Tree"));
+    m_tree->setHeaderLabel(QObject::tr("Format Tree"));
+    m_tree->setUniformRowHeights(true);
+    m_hint->setObjectName(QStringLiteral("formatHint"));
+    m_hint->setText(tr("Select a point that has formats to see this format."));
+    m_hint->setAlignment(Qt::AlignCenter);
+    m_hint->setWordWrap(true);
+    m_hint->setForegroundRole(QPalette::PlaceholderText);
+    auto *splitter = new QSplitter(Qt::Vertical);
+    splitter->addWidget(m_tree);
+    splitter->setChildrenCollapsible(false);
+    m_layout->setContentsMargins(0, 0, 0, 0);
+    m_layout->addWidget(splitter, 1);
+    m_layout->addWidget(m_hint, 1);
+    m_attic->setLayout(m_layout);
+    setShown(false);
+}
+
+FormatTree::~FormatTree()
+{
+    delete m_attic;
+}
+
+void FormatTree::moveTo(QWidget *page)
+{
+    QWidget *home = page ? page : m_attic.data();
+    if (m_layout && home && m_layout->parentWidget() != home)
+        home->setLayout(m_layout);
+}
+
+void FormatTree::setShown(bool shown)
+{
+    if (!m_tree)
+        return;
+    m_tree->setVisible(shown);
+    m_tree->parentWidget()->setVisible(shown);
+    m_hint->setVisible(!shown);
+    if (shown && !m_fitted && m_tree->topLevelItemCount() > 0) {
+        m_fitted = true;
+        fitColumns();
+    }
+}
+
+void FormatTree::clear()
+{
+    m_rowsById.clear();
+    m_rowBySource.clear();
+    m_tabName.clear();
+    m_editable = false;
+    if (!m_tree)
+        return;
+    m_tree->setMergedSources({});
+    while (m_tree->topLevelItemCount() > 0)
+        PointTreeWidgetItem::destroySubtree(PointTreeWidgetItem::fromRow(m_tree->topLevelItem(0)));
+}
+
+void FormatTree::show(const QString &name)
+{
+    clear();
+    m_tabName = name;
+    fill();
+    if (!m_tree)
+        return;
+    m_tree->expandAll();
+    m_fitted = m_tree->isVisible();
+    fitColumns();
+}
+
+void FormatTree::renameTab(const QString &oldName, const QString &newName)
+{
+    if (m_tabName == oldName)
+        m_tabName = newName;
+}
+
+void FormatTree::refill()
+{
+    if (!m_tree || m_tabName.isEmpty())
+        return;
+    const QSignalBlocker quiet(m_tree);
+    const ViewState state(m_tree);
+    const QString name = m_tabName;
+    m_tree->setUpdatesEnabled(false);
+    clear();
+    m_tabName = name;
+    fill();
+    state.restore();
+    m_tree->setUpdatesEnabled(true);
+}
+
+void FormatTree::fill()
+{
+    if (!m_tree)
+        return;
+    m_revision = Controller::instance()->formatRevision(m_tabName);
+    const FormatSources sources = FormatSources::of(m_tabName);
+    sources.linkSiblings();
+    m_editable = sources.isEditable();
+    FormatFilling filling(sources);
+    PointTreeWidgetItem *root = filling.build();
+    const Nodes &rows = filling.rows();
+    m_rowsById.reserve(rows.size());
+    m_rowBySource.reserve(rows.size());
+    for (PointTreeWidgetItem *row : rows)
+        enter(row);
+    if (root)
+        m_tree->addTopLevelItem(root);
+    m_tree->setMergedSources(filling.merged());
+    m_tree->setTabName(m_tabName);
+    m_tree->setDirectDrop(m_editable);
+}
+
+void FormatTree::fitColumns()
+{
+    // The ids are what tells the rows apart, but the labels need some room as well.
+    m_tree->resizeColumnToContents(0);
+    const int room = m_tree->viewport()->width() * 3 / 5;
+    const int narrowest = m_tree->fontMetrics().averageCharWidth() * 30;
+    m_tree->setColumnWidth(0, qMin(m_tree->columnWidth(0), qMax(room, narrowest)));
+}
+
+bool FormatTree::isOutdated() const
+{
+    return !m_tabName.isEmpty() && m_revision != Controller::instance()->formatRevision(m_tabName);
+}
+
+PointTreeWidgetItem *FormatTree::rowOf(const PointTreeWidgetItem *source) const
+{
+    return m_rowBySource.value(source);
+}
+
+FormatTree::Nodes FormatTree::rowsWithId(const QString &id) const
+{
+    Nodes rows;
+    const auto range = m_rowsById.equal_range(id);
+    for (auto it = range.first; it != range.second; ++it) {
+        if (*it)
+            rows.append(*it);
+    }
+    return rows;
+}
+
+bool FormatTree::contains(const PointTreeWidgetItem *row) const
+{
+    return row && m_tree && row->treeWidget() == m_tree;
+}
+
+void FormatTree::enter(PointTreeWidgetItem *row)
+{
+    m_rowsById.insert(idOf(row), row);
+    if (PointTreeWidgetItem *source = sourceOf(row))
+        m_rowBySource.insert(source, row);
+}
+
+bool FormatTree::showsOthersUnder(PointTreeWidgetItem *row) const
+{
+    for (int i = 0; i < row->childCount(); ++i) {
+        PointTreeWidgetItem *child = PointTreeWidgetItem::fromRow(row->child(i));
+        if (child->master()->parent() != row->master() || showsOthersUnder(child))
+            return true;
+    }
+    return false;
+}
+
+void FormatTree::destroyRow(PointTreeWidgetItem *row)
+{
+    if (!row)
+        return;
+    if (PointTreeWidgetItem *above = row->parentItem())
+        above->detachChild(row);
+    Nodes open { row };
+    while (!open.isEmpty()) {
+        PointTreeWidgetItem *node = open.takeLast();
+        m_rowsById.remove(idOf(node), node);
+        m_rowBySource.remove(sourceOf(node));
+        for (int i = 0; i < node->childCount(); ++i)
+            open.append(PointTreeWidgetItem::fromRow(node->child(i)));
+    }
+    PointTreeWidgetItem::destroySubtree(row);
+}
+
+void FormatTree::rename(PointTreeWidgetItem *row, const QString &oldId)
+{
+    m_rowsById.remove(oldId, row);
+    m_rowsById.insert(idOf(row), row);
+}
+
+void FormatTree::relabel()
+{
+    for (QTreeWidgetItemIterator it(m_tree ? m_tree->invisibleRootItem() : nullptr); *it; ++it) {
+        if ((*it)->parent())
+            FormatFilling::label(PointTreeWidgetItem::fromRow(*it));
+    }
+}
+
+void FormatTree::select(const Nodes &rows)
+{
+    if (!m_tree)
+        return;
+    m_tree->clearSelection();
+    for (PointTreeWidgetItem *row : rows)
+        row->setSelected(true);
+    if (!rows.isEmpty())
+        m_tree->scrollToItem(rows.first());
+}

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "formatsources.h"
+#include "surface/realizationtreewidget.h"
+
+#include <QHash>
+#include <QLabel>
+#include <QMultiHash>
+#include <QObject>
+#include <QPointer>
+#include <QSet>
+#include <QString>
+#include <QVBoxLayout>
+
+class PointTreeWidgetItem;
+
+/// The one format tree of the realization page, which moves from tab to tab, and what it shows: copies of the format's
+/// nodes, each linked to the node that it was made from.
+///
+/// Owned by the page builder. The widget belongs to the tab page that it stands in and dies with it; everything here
+/// answers empty then. GUI thread.
+class FormatTree final : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Nodes = QVector<PointTreeWidgetItem *>;
+
+    explicit FormatTree(QObject *parent = nullptr);
+    ~FormatTree() override;
+
+    /// Null once the tab pages have gone.
+    [[nodiscard]] RealizationTreeWidget *widget() const { return m_tree; }
+
+    /// Moves the tree into @p page, or out of every page with null.
+    void moveTo(QWidget *page);
+
+    /// Shows or hides the tree; a line of text says why it is hidden.
+    void setShown(bool shown);
+
+    /// Shows the tab @p name afresh, everything expanded.
+    void show(const QString &name);
+
+    /// The same for the tab that is shown; expansion, selection, current row and scroll position stay.
+    void refill();
+
+    /// The tab is called @p newName from now on; what it shows stays until it is filled again.
+    void renameTab(const QString &oldName, const QString &newName);
+
+    /// True when siblings have brought something for the tab since it was filled.
+    [[nodiscard]] bool isOutdated() const;
+    void clear();
+
+    [[nodiscard]] const QString &tabName() const { return m_tabName; }
+    [[nodiscard]] bool isEditable() const { return m_editable; }
+
+    /// The row that shows @p source; null without one.
+    [[nodiscard]] PointTreeWidgetItem *rowOf(const PointTreeWidgetItem *source) const;
+
+    /// The rows with this "id".
+    [[nodiscard]] Nodes rowsWithId(const QString &id) const;
+    [[nodiscard]] bool contains(const PointTreeWidgetItem *row) const;
+
+    /// A row has been added under one of the rows.
+    void enter(PointTreeWidgetItem *row);
+
+    /// True when rows under @p row show what does not hang under the node that @p row shows.
+    [[nodiscard]] bool showsOthersUnder(PointTreeWidgetItem *row) const;
+
+    /// Takes @p row with everything under it out of the tree and destroys it. What it was made from stays.
+    void destroyRow(PointTreeWidgetItem *row);
+
+    /// The "id" of @p row was another one until now.
+    void rename(PointTreeWidgetItem *row, const QString &oldId);
+
+    /// Writes texts and icons of every row anew, where they come from records that have arrived or changed.
+    void relabel();
+    void select(const Nodes &rows);
+
+private:
+    void fill();
+    void fitColumns();
+
+    QPointer<RealizationTreeWidget> m_tree;
+    QPointer<QVBoxLayout> m_layout;
+    QPointer<QLabel> m_hint;
+    QPointer<QWidget> m_attic; ///< keeps the tree while no page does
+    QString m_tabName;
+    bool m_editable = false;
+    bool m_fitted = false; ///< to what is shown, while it could be seen
+    int m_revision = 0;
+    QMultiHash<QString, QPointer<PointTreeWidgetItem>> m_rowsById;
+    QHash<const PointTreeWidgetItem *, QPointer<PointTreeWidgetItem>> m_rowBySource;
+};

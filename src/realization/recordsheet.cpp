@@ -1,0 +1,76 @@
+#include "recordsheet.h"
+
+#include "model/controller.h"
+#include "model/pointtreewidgetitem.h"
+#include "realizationicons.h"
+#include "sheetrows.h"
+
+namespace {
+
+constexpr int idLength = 49;
+
+/// The options of a set of flags stand for bits and keep their order; of all others the current one goes first, so
+/// that it is the one shown.
+void addOptions(PropertyItem *row, const QStringList &options)
+{
+    if (row->type() == PropertyType::Flag) {
+        row->setOptionList(options);
+        return;
+    }
+    const QString current = row->value().toString();
+    for (const QString &option : options)
+        row->insertOption(option == current ? 0 : row->options().size(), { option, option, QString() });
+}
+
+PropertyItem rowOf(
+    PointTreeWidgetItem *record, const QString &key, const QVariant &value, const Definitions::Attributes &declared)
+{
+    PropertyItem row = SheetRows::row(key, value, declared);
+    const QStringList options = declared.options.value(key);
+    if (!options.isEmpty()) {
+        addOptions(&row, options);
+        return row;
+    }
+    if (key == QLatin1String("icon"))
+        row.setVal(RealizationIcons::path(value.toString(), record->basePath()));
+    SheetRows::restrict(&row, idLength);
+    return row;
+}
+
+} // namespace
+
+bool RecordSheet::storeDefaults(PointTreeWidgetItem *record)
+{
+    const Definitions::Attributes declared = SheetRows::declared(record);
+    bool stored = false;
+    for (const QString &key : declared.keys) {
+        if (record->property(key).isValid())
+            continue;
+        // A declaration without a default makes an empty value: what has no key has no row to be edited in.
+        const QVariant value = declared.defaults.value(key);
+        Controller::instance()->setRealizationProperty(
+            record, key, value.isValid() ? value : QVariant(QStringLiteral("")));
+        stored = true;
+    }
+    return stored;
+}
+
+QList<PropertyItem> RecordSheet::of(PointTreeWidgetItem *record)
+{
+    QList<PropertyItem> rows = withoutChildTypes(record);
+    if (record)
+        SheetRows::addChildTypes(&rows, record);
+    return rows;
+}
+
+QList<PropertyItem> RecordSheet::withoutChildTypes(PointTreeWidgetItem *record)
+{
+    QList<PropertyItem> rows;
+    if (!record)
+        return rows;
+    const Definitions::Attributes declared = SheetRows::declared(record);
+    const PropertyHash properties = record->properties();
+    for (const PropertyHash::Entry &entry : properties)
+        SheetRows::add(&rows, rowOf(record, entry.key, entry.value, declared));
+    return rows;
+}

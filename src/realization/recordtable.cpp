@@ -1,0 +1,295 @@
+#include "recordtable.h"
+
+#include "model/controller.h"
+#include "model/pointtreewidgetitem.h"
+#include "realizationicons.h"
+#include "recordcells.h"
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QTableWidget>
+
+namespace {
+
+const QString idKey = QStringLiteral("id");
+const QString labelColumn = QStringLiteral("displayLabel");
+const QString iconColumn = QStringLiteral("displayIcon");
+const QString usedKey = QStringLiteral("used");
+const QString formatKey = QStringLiteral("format");
+const QString iconKey = QStringLiteral("icon");
+
+/// For changes of many cells: no signal of the table, and no painting in between.
+class QuietChange final
+{
+public:
+    explicit QuietChange(QTableWidget *table) : m_table(table), m_blocker(table), m_enabled(table->updatesEnabled())
+    {
+        m_table->setUpdatesEnabled(false);
+    }
+    ~QuietChange() { m_table->setUpdatesEnabled(m_enabled); }
+    QuietChange(const QuietChange &) = delete;
+    QuietChange &operator=(const QuietChange &) = delete;
+
+private:
+    QTableWidget *m_table;
+    QSignalBlocker m_blocker;
+    bool m_enabled;
+};
+
+QString valueOf(PointTreeWidgetItem *node, const QString &key)
+{
+    return node->property(key).toString();
+}
+
+QString labelOf(PointTreeWidgetItem *record)
+{
+    const QString text = valueOf(record, QStringLiteral("text"));
+    return text.isEmpty() ? valueOf(record, QStringLiteral("title")) : text;
+}
+
+/// The key shown in each column when the point says nothing of it.
+QStringList fixedKeys(bool withFormats)
+{
+    QStringList keys { idKey, QString(), iconKey };
+    if (withFormats)
+        keys += { usedKey, formatKey };
+    return keys;
+}
+
+QStringList keysOf(PointTreeWidgetItem *point, bool withFormats)
+{
+    QStringList keys = fixedKeys(withFormats);
+    keys[1] = valueOf(point, labelColumn);
+    const QString icon = valueOf(point, iconColumn);
+    if (!icon.isEmpty())
+        keys[2] = icon;
+    return keys;
+}
+
+} // namespace
+
+RecordTable::RecordTable(QTableWidget *table, QObject *parent) : QObject(parent), m_table(table)
+{
+    if (!m_table)
+        return;
+    RecordCells::prepare(m_table);
+    m_table->viewport()->installEventFilter(this);
+    connect(m_table->horizontalHeader(), &QHeaderView::sectionResized, this,
+        [this](int column, int /*oldWidth*/, int width) { noteWidth(column, width); });
+    resetColumns(false);
+}
+
+QStringList RecordTable::columns(bool withFormats)
+{
+    QStringList names { idKey, labelColumn, iconColumn };
+    if (withFormats)
+        names += { usedKey, formatKey };
+    return names;
+}
+
+void RecordTable::showRecords(PointTreeWidgetItem *point)
+{
+    if (!m_table)
+        return;
+    const QuietChange quiet(m_table);
+    const Controller *controller = Controller::instance();
+    const bool withFormats = point && controller->pointHasFormat(point);
+    const int scrolled = point && point == m_point ? m_table->verticalScrollBar()->value() : 0;
+    m_point = point;
+    m_records.clear();
+    resetColumns(withFormats);
+    m_keys = point ? keysOf(point, withFormats) : fixedKeys(withFormats);
+    const OwnRealizations::Nodes records = controller->ownRealizations().recordsOf(point);
+    m_table->setRowCount(records.size());
+    for (PointTreeWidgetItem *record : records) {
+        m_records.append(record);
+        fillRow(m_records.size() - 1, record, m_keys);
+    }
+    m_table->verticalScrollBar()->setValue(scrolled);
+}
+
+void RecordTable::append(PointTreeWidgetItem *record)
+{
+    if (!m_table || !record || row(record) >= 0)
+        return;
+    const QuietChange quiet(m_table);
+    dropDead();
+    const int last = m_records.size();
+    m_table->insertRow(last);
+    m_records.append(record);
+    fillRow(last, record, fixedKeys(m_table->columnCount() > columns(false).size()));
+}
+
+void RecordTable::removeRow(PointTreeWidgetItem *record)
+{
+    if (!m_table)
+        return;
+    const QuietChange quiet(m_table);
+    const int index = record ? row(record) : -1;
+    if (index >= 0) {
+        m_table->removeRow(index);
+        m_records.removeAt(index);
+    }
+    dropDead();
+}
+
+void RecordTable::refreshRow(PointTreeWidgetItem *record)
+{
+    if (!m_table)
+        return;
+    const QuietChange quiet(m_table);
+    dropDead();
+    if (record && row(record) >= 0)
+        fillRow(row(record), record, m_keys);
+}
+
+void RecordTable::refreshUses()
+{
+    if (!m_table)
+        return;
+    const QuietChange quiet(m_table);
+    dropDead();
+    for (int i = 0; i < m_records.size(); ++i)
+        fillUses(i, m_records.at(i), m_keys);
+}
+
+void RecordTable::select(PointTreeWidgetItem *record)
+{
+    if (!m_table)
+        return;
+    const QSignalBlocker blocker(m_table);
+    const int index = record ? row(record) : -1;
+    // The row is scrolled to when it becomes current, as far as the scroll bar knows of rows that have just come.
+    m_table->doItemsLayout();
+    m_table->setCurrentCell(index, 0);
+}
+
+int RecordTable::row(const PointTreeWidgetItem *record) const
+{
+    for (int i = 0; record && i < m_records.size(); ++i) {
+        if (m_records.at(i) == record)
+            return i;
+    }
+    return -1;
+}
+
+PointTreeWidgetItem *RecordTable::record(int row) const
+{
+    return row >= 0 && row < m_records.size() ? m_records.at(row).data() : nullptr;
+}
+
+QList<PointTreeWidgetItem *> RecordTable::records() const
+{
+    QList<PointTreeWidgetItem *> alive;
+    for (const QPointer<PointTreeWidgetItem> &record : m_records) {
+        if (record)
+            alive.append(record);
+    }
+    return alive;
+}
+
+PointTreeWidgetItem *RecordTable::point() const
+{
+    return m_point;
+}
+
+bool RecordTable::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Resize)
+        layOutColumns();
+    return QObject::eventFilter(watched, event);
+}
+
+void RecordTable::resetColumns(bool withFormats)
+{
+    const QStringList names = columns(withFormats);
+    const QScopedValueRollback<bool> layingOut(m_layingOut, true);
+    m_table->clear();
+    m_table->setRowCount(0);
+    m_table->setColumnCount(names.size());
+    m_table->setHorizontalHeaderLabels(names);
+    m_keys = fixedKeys(withFormats);
+    layOutColumns();
+}
+
+void RecordTable::fillRow(int row, PointTreeWidgetItem *record, const QStringList &keys)
+{
+    const QString id = valueOf(record, idKey);
+    for (int column = 0; column < keys.size(); ++column) {
+        const QString &key = keys.at(column);
+        const QString text = key.isEmpty() ? labelOf(record) : valueOf(record, key);
+        const bool isId = column == 0;
+        RecordCells::setText(
+            m_table, row, column, text, isId ? tr("%1\nPlug-in: %2").arg(id, record->pluginId()) : text);
+        if (key == iconKey)
+            RecordCells::setIcon(
+                m_table, row, column, RealizationIcons::icon(text, record->basePath()), tr("Icon of %1").arg(id));
+    }
+    fillUses(row, record, keys);
+}
+
+void RecordTable::fillUses(int row, PointTreeWidgetItem *record, const QStringList &keys)
+{
+    if (!keys.contains(usedKey) && !keys.contains(formatKey))
+        return;
+    const QString id = valueOf(record, idKey);
+    const int uses = Controller::instance()->ownRealizations().references(id);
+    const QString said = tr("Places in formats: %1").arg(uses);
+    for (int column = 0; column < keys.size(); ++column) {
+        if (keys.at(column) == usedKey)
+            RecordCells::setNumber(m_table, row, column, uses, said);
+        else if (keys.at(column) == formatKey)
+            RecordCells::setBox(m_table, row, column, uses > 0, said);
+    }
+}
+
+void RecordTable::dropDead()
+{
+    for (int i = m_records.size() - 1; i >= 0; --i) {
+        if (m_records.at(i))
+            continue;
+        m_table->removeRow(i);
+        m_records.removeAt(i);
+    }
+}
+
+void RecordTable::layOutColumns()
+{
+    // In pixels: enough to tell two ids apart.
+    constexpr int minimumWidth = 64;
+    const QScopedValueRollback<bool> layingOut(m_layingOut, true);
+    QHeaderView *header = m_table->horizontalHeader();
+    const int last = m_table->columnCount() - 1;
+    const auto width = [this](int column, int own) {
+        const int byUser = m_userWidths.value(column, 0);
+        return byUser ? byUser : own;
+    };
+    // The id and the label share what the narrow columns leave over, and the last column takes what those leave: done
+    // here, since the header's own stretching never makes a column smaller that has just come.
+    const int available = m_table->viewport()->width();
+    int left = available;
+    for (int column = 2; column <= last; ++column)
+        left -= width(column, header->sectionSizeHint(column));
+    const int label = width(1, qMax(left * 4 / 10, header->sectionSizeHint(1)));
+    const int id = width(0, qMax(left - label, minimumWidth));
+    left = available;
+    for (int column = 0; column < last; ++column) {
+        const int own = column == 0 ? id : column == 1 ? label : width(column, header->sectionSizeHint(column));
+        header->resizeSection(column, own);
+        left -= own;
+    }
+    header->resizeSection(last, qMax(left, header->sectionSizeHint(last)));
+}
+
+void RecordTable::noteWidth(int column, int width)
+{
+    if (m_layingOut || !m_table || column >= m_table->columnCount() - 1)
+        return;
+    while (m_userWidths.size() <= column)
+        m_userWidths.append(0);
+    m_userWidths[column] = width;
+    layOutColumns();
+}

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+
+class PointTreeWidgetItem;
+class QTableWidget;
+
+/// The records of one point or sub point in the table of the realization page, a row each. Owned by the page builder;
+/// the table is the form's and may die first. GUI thread.
+///
+/// A row that was filled or refreshed shows in "displayLabel" and "displayIcon" the values of the keys that the point
+/// names with its properties of the same names; one that was appended, or whose point names none, shows "text", else
+/// "title", and the picture that "icon" names. A record that is destroyed has no row any more after the next change or
+/// refresh.
+class RecordTable final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Prepares the table: whole rows, one at a time, a menu of the owner's own, the columns of a point without
+    /// formats.
+    explicit RecordTable(QTableWidget *table, QObject *parent = nullptr);
+
+    /// "id", "displayLabel", "displayIcon", and with formats "used", "format"; also the header labels.
+    [[nodiscard]] static QStringList columns(bool withFormats);
+
+    /// Shows the records of @p point afresh; no row is current afterwards. Anything but a point or a sub point, null
+    /// included, has none. Showing the same point again keeps the place that is scrolled to.
+    void showRecords(PointTreeWidgetItem *point);
+    void clear() { showRecords(nullptr); }
+
+    /// Adds a row for @p record at the end, with the columns shown now. Does nothing for null and when it has a row.
+    void append(PointTreeWidgetItem *record);
+    void removeRow(PointTreeWidgetItem *record);
+
+    /// Shows every cell of the record anew, as showRecords() does.
+    void refreshRow(PointTreeWidgetItem *record);
+    /// Counts the references of all records anew.
+    void refreshUses();
+
+    /// Makes the record's row the current one and scrolls to it, without a signal of the table; null and a record
+    /// without a row leave no row current.
+    void select(PointTreeWidgetItem *record);
+
+    /// -1 for a record without a row.
+    [[nodiscard]] int row(const PointTreeWidgetItem *record) const;
+    /// Null for no row and for a record that is gone.
+    [[nodiscard]] PointTreeWidgetItem *record(int row) const;
+    /// By row, without those that are gone.
+    [[nodiscard]] QList<PointTreeWidgetItem *> records() const;
+    /// The point shown; null for none.
+    [[nodiscard]] PointTreeWidgetItem *point() const;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void resetColumns(bool withFormats);
+    /// @p keys has the key shown in each column, empty for the label by the fixed rule.
+    void fillRow(int row, PointTreeWidgetItem *record, const QStringList &keys);
+    void fillUses(int row, PointTreeWidgetItem *record, const QStringList &keys);
+    void dropDead();
+    void layOutColumns();
+    void noteWidth(int column, int width);
+
+    QPointer<QTableWidget> m_table;
+    QPointer<PointTreeWidgetItem> m_point;
+    QList<QPointer<PointTreeWidgetItem>> m_records; ///< by row
+    QStringList m_keys;                             ///< what the point names for each column
+    QList<int> m_userWidths;                        ///< by column, in pixels; 0 where the user has set none
+    bool m_layingOut = false;
+};

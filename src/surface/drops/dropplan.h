@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QPointer>
+#include <QVector>
+
+class PointTreeWidgetItem;
+
+/// What a drop into a format tree would do, decided before anything is touched: the tree paints its mark from it, and
+/// the drop carries it out. Valid until the model changes.
+struct DropPlan
+{
+    enum class Place {
+        Nothing,
+        Into,  ///< as the last child of the row
+        Before ///< directly before the row
+    };
+
+    Place place = Place::Nothing;
+    /// The change is made in the opened file beside the row, with `through` as the "parent", and not in the row's own
+    /// node.
+    bool recorded = false;
+    PointTreeWidgetItem *through = nullptr; ///< the node that takes the kind: the row, or one that it also stands for
+
+    explicit operator bool() const { return place != Place::Nothing; }
+};
+
+/// What a drop has done, in the order in which it is to be announced. The nodes are guarded, since whoever hears of the
+/// first may destroy the others.
+struct DropOutcome
+{
+    struct Addition
+    {
+        QPointer<PointTreeWidgetItem> format; ///< the "Format" that it was recorded in; null for a direct drop
+        QPointer<PointTreeWidgetItem> row;    ///< the displayed node
+    };
+
+    void add(PointTreeWidgetItem *format, PointTreeWidgetItem *row);
+
+    QVector<Addition> additions;
+    bool modified = false;
+};

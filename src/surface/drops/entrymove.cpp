@@ -1,0 +1,172 @@
+#include "entrymove.h"
+
+#include "allowedkinds.h"
+#include "model/controller.h"
+#include "model/pointtreewidgetitem.h"
+#include "ownslots.h"
+
+namespace {
+
+const QString parentKey = QStringLiteral("parent");
+
+bool isMirror(const PointTreeWidgetItem *node)
+{
+    return node->link() && node->link() != node;
+}
+
+PointTreeWidgetItem *savedNode(PointTreeWidgetItem *row)
+{
+    return row->master()->item();
+}
+
+const PointObject *top(const PointObject *node)
+{
+    while (node->parent())
+        node = node->parent();
+    return node;
+}
+
+/// Whether the saved nodes behind the two rows belong to one file, and the first may come to stand under the second.
+bool mayGoUnder(PointTreeWidgetItem *saved, PointTreeWidgetItem *above)
+{
+    return above && top(saved) == top(above) && !saved->reaches(above);
+}
+
+/// The own format of the tab that the entry stands in already, else the first one.
+PointTreeWidgetItem *formatFor(PointTreeWidgetItem *saved, const QString &tabName)
+{
+    const OwnRealizations::Nodes formats = Controller::instance()->ownRealizations().formats(tabName);
+    for (PointTreeWidgetItem *above = saved->parentItem(); above; above = above->parentItem()) {
+        if (tabName.isEmpty() ? above->isKind(QLatin1String("Format")) : formats.contains(above))
+            return above;
+    }
+    return formats.isEmpty() ? nullptr : formats.constFirst();
+}
+
+/// A null @p name takes the "parent" away.
+void setParentName(PointTreeWidgetItem *row, const QVariant &name)
+{
+    // What is saved may be newer than the row.
+    PropertyHash properties = savedNode(row)->properties();
+    if (name.isNull() && !properties.remove(parentKey))
+        return;
+    if (!name.isNull())
+        properties.insert(parentKey, name);
+    row->setProperties(properties);
+}
+
+/// Into both trees of what is displayed; a mirrored parent's master is left alone, it has been seen to.
+void placeRow(PointTreeWidgetItem *row, PointTreeWidgetItem *parent, PointTreeWidgetItem *before)
+{
+    if (PointTreeWidgetItem *above = row->parentItem())
+        above->detachChild(row);
+    row->takeRow();
+    if (!before) {
+        parent->QTreeWidgetItem::addChild(row);
+        parent->addChild(row, false);
+        return;
+    }
+    parent->QTreeWidgetItem::insertChild(parent->indexOfChild(before), row);
+    PointObject *const link = parent->link();
+    parent->setLink(parent);
+    parent->insertChild(parent->children().indexOf(before), row);
+    parent->setLink(link);
+}
+
+void moveSavedInto(const DropSite &site, const DropPlan &plan, PointTreeWidgetItem *dragged)
+{
+    PointTreeWidgetItem *saved = savedNode(dragged);
+    PointTreeWidgetItem *target = plan.recorded ? formatFor(saved, site.tabName) : savedNode(site.row);
+    if (!Controller::instance()->moveRealization(saved, target))
+        return;
+    placeRow(dragged, site.row, nullptr);
+    setParentName(dragged, plan.recorded ? QVariant(OwnSlots::parentName(plan.through)) : QVariant());
+}
+
+void moveSavedBefore(const DropSite &site, PointTreeWidgetItem *dragged)
+{
+    PointTreeWidgetItem *saved = savedNode(dragged);
+    PointTreeWidgetItem *target = savedNode(site.row);
+    PointTreeWidgetItem *above = target->parentItem();
+    int index = above->children().indexOf(target);
+    const int old = above->children().indexOf(saved);
+    if (old >= 0 && old < index)
+        --index;
+    if (!Controller::instance()->moveRealization(saved, above, index))
+        return;
+    placeRow(dragged, site.row->parentItem(), site.row);
+    setParentName(dragged, target->property(parentKey));
+}
+
+void movePlain(const DropSite &site, const DropPlan &plan, PointTreeWidgetItem *dragged)
+{
+    PointTreeWidgetItem *above = dragged->parentItem();
+    dragged->takeRow();
+    if (above)
+        above->removeChild(dragged);
+    if (plan.place == DropPlan::Place::Into) {
+        site.row->QTreeWidgetItem::addChild(dragged);
+        site.row->addChild(dragged, true);
+        return;
+    }
+    PointTreeWidgetItem *parent = site.row->parentItem();
+    const int index = parent->indexOfChild(site.row);
+    parent->QTreeWidgetItem::insertChild(index, dragged);
+    parent->insertChild(index, dragged);
+}
+
+bool canGoInto(const DropSite &site, const DropPlan &plan, PointTreeWidgetItem *dragged)
+{
+    if (!isMirror(dragged))
+        return !plan.recorded && dragged->parentItem();
+    PointTreeWidgetItem *saved = savedNode(dragged);
+    if (plan.recorded) {
+        return Controller::instance()->ownRealizations().isOwn(dragged)
+            && mayGoUnder(saved, formatFor(saved, site.tabName));
+    }
+    return isMirror(site.row) && mayGoUnder(saved, savedNode(site.row));
+}
+
+bool canGoBefore(PointTreeWidgetItem *row, PointTreeWidgetItem *dragged)
+{
+    const PointTreeWidgetItem *above = row->parentItem();
+    if (above->indexOfChild(row) < 0)
+        return false;
+    if (!isMirror(dragged))
+        return !isMirror(above);
+    return isMirror(row) && mayGoUnder(savedNode(dragged), savedNode(row)->parentItem());
+}
+
+} // namespace
+
+DropPlan EntryMove::plan(const DropSite &site, PointTreeWidgetItem *dragged)
+{
+    if (!site.row || !site.direct || !dragged || dragged->reaches(site.row)
+        || Controller::instance()->ownRealizations().isForeign(dragged))
+        return {};
+    const QString kind = dragged->kind().toLower();
+    const auto takes = [&kind](const PointTreeWidgetItem *node) { return AllowedKinds::of(node).contains(kind); };
+    const DropPlan into = site.into(takes);
+    if (into)
+        return canGoInto(site, into, dragged) ? into : DropPlan();
+    const DropPlan above = site.above().into(takes);
+    if (above && canGoBefore(site.row, dragged))
+        return { DropPlan::Place::Before, false, above.through };
+    return {};
+}
+
+DropOutcome EntryMove::perform(const DropSite &site, PointTreeWidgetItem *dragged)
+{
+    DropOutcome outcome;
+    outcome.modified = site.row && site.direct && dragged;
+    const DropPlan what = plan(site, dragged);
+    if (!what)
+        return outcome;
+    if (!isMirror(dragged))
+        movePlain(site, what, dragged);
+    else if (what.place == DropPlan::Place::Into)
+        moveSavedInto(site, what, dragged);
+    else
+        moveSavedBefore(site, dragged);
+    return outcome;
+}

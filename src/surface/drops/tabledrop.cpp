@@ -1,0 +1,58 @@
+#include "tabledrop.h"
+
+#include "model/controller.h"
+#include "model/generatedid.h"
+#include "model/pointtreewidgetitem.h"
+#include "ownslots.h"
+
+namespace {
+
+PointTreeWidgetItem *makeRecord(const PointTreeWidgetItem *point)
+{
+    const QString kind = Definitions::realizedKind(point);
+    const QString id = GeneratedId::make(Controller::instance()->pluginId(), kind);
+    auto *record = new PointTreeWidgetItem(id);
+    record->assignFields(*point);
+    record->setKind(kind);
+    if (record->basePath().isEmpty())
+        record->setBasePath(OwnSlots::basePath());
+    const QString idKey = QStringLiteral("id");
+    PropertyHash properties { { idKey, id } };
+    const PropertyHash defaults = Definitions::defaults(point);
+    for (const PropertyHash::Entry &entry : defaults) {
+        if (entry.key != idKey)
+            properties.insert(entry.key, entry.value);
+    }
+    record->setProperties(properties);
+    return record;
+}
+
+/// A point's new "ExtData" goes into a data set only if there is one.
+PointTreeWidgetItem *dataForPoint(const PointTreeWidgetItem *point)
+{
+    if (PointTreeWidgetItem *known = OwnSlots::data(point))
+        return known;
+    PointTreeWidgetItem *data = OwnSlots::makeData(point);
+    if (PointTreeWidgetItem *set = OwnSlots::firstDataSet())
+        Controller::instance()->insertRealization(set, data);
+    return data;
+}
+
+} // namespace
+
+bool TableDrop::takes(const PointTreeWidgetItem *dragged)
+{
+    return dragged && (dragged->isKind(QLatin1String("ExtPoint")) || dragged->isKind(QLatin1String("SubExtPoint")));
+}
+
+TableDrop::Outcome TableDrop::perform(PointTreeWidgetItem *dragged)
+{
+    Outcome outcome;
+    if (!takes(dragged) || !Controller::instance()->realizationRoot())
+        return outcome;
+    outcome.isSubPoint = dragged->isKind(QLatin1String("SubExtPoint"));
+    outcome.parent = outcome.isSubPoint ? OwnSlots::ensureData(dragged) : dataForPoint(dragged);
+    outcome.record = makeRecord(dragged);
+    Controller::instance()->insertRealization(outcome.parent, outcome.record);
+    return outcome;
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QPointer>
+
+class PointTreeWidgetItem;
+
+/// A point or a sub point is dropped onto the table of records: a record with the declared defaults in the point's
+/// "ExtData". GUI thread.
+///
+/// The "ExtData" is made where there is none. For a sub point an "ExtDataSet" is made too; for a point, the "ExtData"
+/// then stands nowhere, and whoever hears of it gives it a place.
+namespace TableDrop {
+
+struct Outcome
+{
+    QPointer<PointTreeWidgetItem> parent;
+    QPointer<PointTreeWidgetItem> record; ///< null when nothing was made
+    bool isSubPoint = false;
+};
+
+/// True for a point or a sub point. Null is allowed.
+[[nodiscard]] bool takes(const PointTreeWidgetItem *dragged);
+
+/// Makes nothing when takes() is false or there is no model.
+Outcome perform(PointTreeWidgetItem *dragged);
+
+} // namespace TableDrop

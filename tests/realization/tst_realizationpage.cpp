@@ -1,0 +1,525 @@
+#include "realizationpage.h"
+
+#include <QRegularExpression>
+#include <QScrollBar>
+
+using namespace RealizationTesting;
+using Node = PointTreeWidgetItem;
+
+namespace {
+
+/// The plug-in whose point everybody realizes.
+const Sibling host { "host",
+    R"(<ExtPointSet><ExtPoint id="host.cmd" name="Commands" displaylabel="text" displayicon="icon" hasformat="true">
+<String key="text" value="New" trans="true"/><String key="tip" value="Do it"/>
+<SubExtPoint key="format" name="Window" childType="context|menubar"/>
+<SubExtPoint key="menubar" name="Menu bar" childType="menu"/>
+<SubExtPoint key="menu" name="Menu" childType="menu|Action"><String key="text" value="Menu"/></SubExtPoint>
+<SubExtPoint key="action" name="Action"/></ExtPoint>
+<ExtPoint id="host.plain" name="Plain"/></ExtPointSet>)" };
+
+const char ownData[] = R"(<ExtDataSet><ExtData plugin="own" id="host.cmd" extPlugin="host">
+<format target="own.tab" title="Own tab"><menubar><menu id="m1"><action id="a1"/><action id="a2" text="Mine"/></menu></menubar>
+<context><action id="a1"/></context></format>
+<menu id="m1" text="File"/><action id="a1" text="Open" icon="none.png"/><action id="a2" text="Shut"/><action id="a3"/>
+</ExtData></ExtDataSet>)";
+
+QByteArray inHolder(const char *content, const char *point = "host.cmd")
+{
+    return QByteArray("<ExtDataSet><ExtData id=\"") + point + "\">" + content + "</ExtData></ExtDataSet>";
+}
+
+} // namespace
+
+class TestRealizationPage : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tabsShowWhatFillsThem_data();
+    void tabsShowWhatFillsThem();
+    void ownershipIsPerRow();
+    void refillKeepsWhatThePersonDid();
+    void menuOffers_data();
+    void menuOffers();
+    void createsAndDeletesEntries();
+    void deletingARootTakesItsTab();
+    void pointsShowTheirRecords_data();
+    void pointsShowTheirRecords();
+    void editsReachReferences();
+    void editsOfFormatItems();
+    void deletedRecordsLeaveTheirReferences();
+    void layoutRecordsHaveTabs();
+    void definitionChangesShowAtOnce();
+    void keyboardShowsWhatAClickShows();
+    void addFormatTree();
+    void slotsWithNothing();
+};
+
+void TestRealizationPage::tabsShowWhatFillsThem_data()
+{
+    QTest::addColumn<QByteArray>("own");
+    QTest::addColumn<QVector<QByteArray>>("siblings");
+    QTest::addColumn<QString>("tabs");
+    QTest::addColumn<bool>("editable");
+    QTest::addColumn<QStringList>("rows");
+    const auto row = [](const char *name, const QByteArray &own, const QVector<QByteArray> &siblings, const char *tabs,
+                         bool editable, const QStringList &rows) {
+        QTest::newRow(name) << own << siblings << s(tabs) << editable << rows;
+    };
+    row("own format", inHolder("<format target='t' title='T'><a id='1'/><b/></format>"), {}, "t|T", true,
+        { s("format=T"), s("  1"), s("  b") });
+    row("own format with an id", inHolder("<format id='i' target='t' toolTip='Tip'><a/></format>"), {}, "i|Tip", true,
+        { s("i"), s("  a") });
+    row("two own formats of one target stand under the first",
+        inHolder("<Format target='t'><a id='1'/></Format><Format target='t'><b id='2' parent='1'/><c/></Format>"), {},
+        "t|t", true, { s("Format"), s("  1"), s("    2"), s("  c") });
+    row("own layout", inHolder("<Layout id='l' title='L'><area id='x'/></Layout>"), {}, "l|L", true,
+        { s("l=L"), s("  x") });
+    row("sibling's format", "", { "<Format target='t'><a id='1'/></Format>" }, "t|t", false, { s("Format"), s("  1") });
+    row("sibling's layout", "", { "<Layout id='l' title='L'><area id='x'/></Layout>" }, "l|L", false,
+        { s("l=L"), s("  x") });
+    row("siblings merged, what is left under the second is shown", "",
+        { "<Format target='t'><MenuBar><m id='1'/></MenuBar></Format>",
+            "<Format target='t'><MenuBar><m id='2'/></MenuBar><z id='3'/></Format>" },
+        "t|t", false, { s("Format"), s("  MenuBar"), s("    1"), s("    2"), s("  3") });
+    row("own and sibling's, everything in place",
+        inHolder("<Format target='t'><x id='1' parent='m'/><y id='2' parent='menubar'/><z id='3' "
+                 "parent='nowhere'/></Format>"),
+        { "<Format target='t'><menubar><m id='m'/></menubar></Format>" }, "t|t", true,
+        { s("Format"), s("  menubar"), s("    m"), s("      1"), s("    2"), s("  3") });
+    row("own bars take the sibling's entries", inHolder("<format target='t'><menubar><m id='1'/></menubar></format>"),
+        { "<format target='t'><menubar><m id='2'/></menubar><toolbars><n id='3'/></toolbars></format>" }, "t|t", true,
+        { s("format"), s("  menubar"), s("    1"), s("    2"), s("  toolbars"), s("    3") });
+    row("own entries in a sibling's layout",
+        inHolder("<Format target='l'><x id='1' parent='l'/><y id='2' parent='area'/></Format>"),
+        { "<Layout id='l' title='L'><area><q id='q'/></area></Layout>" }, "l|l", true,
+        { s("l=L"), s("  area"), s("    q"), s("    2"), s("  1") });
+    row("an entry of both is one row", inHolder("<format target='t'><menu id='m'><a id='1'/></menu></format>"),
+        { "<format target='t'><menu id='m'><a id='2'/></menu></format>" }, "t|t", true,
+        { s("format"), s("  m"), s("    1"), s("    2") });
+    row("no name, no tab", inHolder("<format title='T'><a/></format>"), { "<Format><a/></Format>" }, "", false, {});
+    row("a ring of parents stays at the top",
+        inHolder("<Format target='t'><x id='1' parent='2'/><y id='2' parent='1'/></Format>"),
+        { "<Format target='t'><z/></Format>" }, "t|t", true, { s("Format"), s("  z"), s("  1"), s("  2") });
+}
+
+void TestRealizationPage::tabsShowWhatFillsThem()
+{
+    QFETCH(QByteArray, own);
+    // A file without anything can't be opened again.
+    own.prepend("<ExtPointSet/>");
+    QFETCH(const QVector<QByteArray>, siblings);
+    QFETCH(const QString, tabs);
+    QFETCH(const bool, editable);
+    QVector<Sibling> files { host };
+    const char *const names[] = { "s1", "s2" };
+    for (int i = 0; i < siblings.size(); ++i)
+        files.append({ names[i], inHolder(siblings.at(i).constData()) });
+    Page page(own, files);
+    page.clickPoint("Commands");
+    QCOMPARE(page.tabNames().join(QLatin1Char(',')), tabs);
+    QFETCH(const QStringList, rows);
+    QTRY_COMPARE(page.formatLines(), rows);
+    if (!tabs.isEmpty())
+        QCOMPARE(page.formats()->directDrop(), editable);
+    // Siblings are never written to, and what was saved shows the same again.
+    page.save();
+    page.reopen();
+    page.clickPoint("Commands");
+    QTRY_COMPARE(page.formatLines(), rows);
+}
+
+void TestRealizationPage::ownershipIsPerRow()
+{
+    Page page(inHolder("<Format target='t'><action id='mine' parent='m'/></Format><action id='mine' text='Mine'/>"),
+        { host,
+            { "s1",
+                inHolder("<format target='t'><menubar><menu id='m'><action id='mine'/></menu></menubar></format>") } });
+    page.clickPoint("Commands");
+    QTRY_COMPARE(page.formatLines(),
+        (QStringList { s("Format"), s("  menubar"), s("    m"), s("      mine=Mine"), s("      mine=Mine") }));
+    const QList<QTreeWidgetItem *> both = page.formats()->findItems(s("mine"), Qt::MatchExactly | Qt::MatchRecursive);
+    // The sibling's came first; that somebody here knows its id makes it nobody's here.
+    const auto offered = [&page](QTreeWidgetItem *item) {
+        page.formats()->setFocus();
+        page.formats()->setCurrentItem(item);
+        return page.menu(page.formats(), page.formats()->visualItemRect(item).center());
+    };
+    QCOMPARE(offered(both.at(0)), (QStringList { s("-Child Type"), s("-Delete") }));
+    QVERIFY(!page.sheet()->isEnabled());
+    page.press(page.formats(), Qt::Key_Delete);
+    QCOMPARE(page.formatLines().size(), 5);
+    QCOMPARE(offered(both.at(1)), (QStringList { s("-Child Type"), s("Delete") }));
+    QVERIFY(page.sheet()->isEnabled());
+    page.edit("text", s("Other"));
+    QVERIFY(page.save().contains("<action id=\"mine\" parent=\"m\" text=\"tr('Other')\"/>"));
+    page.press(page.formats(), Qt::Key_Delete);
+    QCOMPARE(page.formatLines().size(), 4);
+    QVERIFY(!page.save().contains("parent"));
+}
+
+void TestRealizationPage::refillKeepsWhatThePersonDid()
+{
+    QByteArray menus;
+    for (int i = 0; i < 60; ++i)
+        menus += "<menu id='m" + QByteArray::number(i) + "'><action id='x'/></menu>";
+    Page page(inHolder(("<format target='t'><menubar>" + menus + "</menubar></format>").constData()), { host });
+    page.clickPoint("Commands");
+    page.clickEntry("m40");
+    page.entry("m3")->setExpanded(false);
+    page.formats()->verticalScrollBar()->setValue(25);
+    const int scroll = page.formats()->verticalScrollBar()->value();
+    const QStringList sheet = page.sheetKeys();
+    // A sibling arrives late.
+    auto *late = new Node(QString());
+    late->setKind(s("Format"));
+    late->setPluginId(s("late"));
+    late->setProperty(s("target"), s("t"));
+    auto *entry = new Node(QString());
+    entry->setKind(s("context"));
+    late->addChild(entry, false);
+    page.manager->allDataRoot()->addChild(late, false);
+    page.manager->allFormatRoot(late);
+    QWidget *const before = page.entry("m40")->treeWidget();
+    {
+        // Not while somebody types.
+        page.sheet()->openEditor(s("id"));
+        Q_EMIT page.manager->scanProgressed();
+        QTest::qWait(300);
+        QVERIFY(!page.entry("context"));
+        page.sheet()->commitEditor();
+        page.formats()->setFocus();
+    }
+    QTRY_VERIFY(page.entry("context"));
+    QCOMPARE(page.entry("m40")->treeWidget(), before);
+    QVERIFY(!page.entry("m3")->isExpanded() && page.entry("m4")->isExpanded());
+    QCOMPARE(page.formats()->currentItem()->text(0), s("m40"));
+    QVERIFY(page.entry("m40")->isSelected());
+    QCOMPARE(page.formats()->verticalScrollBar()->value(), scroll);
+    QCOMPARE(page.sheetKeys(), sheet);
+    // The sheet still edits what it shows.
+    page.edit("text", s("Forty"));
+    QCOMPARE(page.entry("m40")->QTreeWidgetItem::text(1), s("Forty"));
+    QVERIFY(page.save().contains("<menu id=\"m40\" text=\"tr('Forty')\">"));
+}
+
+void TestRealizationPage::menuOffers_data()
+{
+    QTest::addColumn<QByteArray>("own");
+    QTest::addColumn<QString>("entry");
+    QTest::addColumn<QStringList>("offered");
+    const auto row = [](const char *name, const char *own, const char *entry, const QStringList &offered) {
+        QTest::newRow(name) << inHolder(own) << s(entry) << offered;
+    };
+    const QString types = s("Child Type");
+    row("a root, both bars", "<format target='t'/>", "format",
+        { types, s("Child Type > context"), s("Child Type > menubar"), s("Child Type > menubar"),
+            s("Child Type > toolbars"), s("Delete") });
+    row("a root with a bar", "<format target='t'><MenuBar/></format>", "format",
+        { types, s("Child Type > context"), s("Child Type > toolbars"), s("Delete") });
+    row("a root with everything", "<format target='t'><menubar/><toolbars/><context/></format>", "format",
+        { s("-Child Type"), s("Delete") });
+    row("the kinds as written", "<format target='t'><menu id='m'/></format>", "m",
+        { types, s("Child Type > menu"), s("Child Type > Action"), s("Delete") });
+    row("no definition", "<format target='t'><what id='w'/></format>", "w", { s("-Child Type"), s("Delete") });
+    row("a root tagged so", "<Format target='t'/>", "Format", { s("-Child Type"), s("-Delete") });
+}
+
+void TestRealizationPage::menuOffers()
+{
+    QFETCH(const QByteArray, own);
+    QFETCH(const QString, entry);
+    Page page(own, { host });
+    page.clickPoint("Commands");
+    QTEST(page.menuOf(entry.toUtf8().constData()), "offered");
+    QVERIFY(page.menu(page.formats(), QPoint(5, page.formats()->viewport()->height() - 2)).isEmpty());
+}
+
+void TestRealizationPage::createsAndDeletesEntries()
+{
+    Page page(ownData, { host });
+    page.clickPoint("Commands");
+    page.menuOf("format", s("Child Type > toolbars"));
+    QCOMPARE(page.formats()->currentItem(), static_cast<QTreeWidgetItem *>(page.entry("toolbars")));
+    page.menuOf("m1", s("Child Type > menu"));
+    Node *menu = Node::fromRow(page.formats()->currentItem());
+    const QString id = menu->property(s("id")).toString();
+    QVERIFY2(QRegularExpression(s("^own\\.menu\\.[0-9]{1,4}$")).match(id).hasMatch(), qUtf8Printable(id));
+    QCOMPARE(page.sheetKeys().first(), s("id"));
+    QCOMPARE(page.modified, 2);
+    QByteArray saved = page.save();
+    QVERIFY(saved.contains(
+        "<action id=\"a2\" text=\"tr('Mine')\"/>\n                        <menu id=\"" + id.toUtf8() + "\"/>"));
+    QVERIFY(saved.contains("</context>\n                <toolbars/>"));
+    // Bars have no id: the one that was clicked goes.
+    page.press(page.formats(), Qt::Key_Delete);
+    page.menuOf("menubar", s("Delete"));
+    QCOMPARE(
+        page.formatLines(), (QStringList { s("format=Own tab"), s("  context"), s("    a1=Open"), s("  toolbars") }));
+    saved = page.save();
+    QVERIFY(!saved.contains("menubar") && saved.contains("<context>") && saved.contains("<toolbars/>"));
+    QCOMPARE(page.modified, 4);
+    page.reopen();
+    page.clickPoint("Commands");
+    QCOMPARE(
+        page.formatLines(), (QStringList { s("format=Own tab"), s("  context"), s("    a1=Open"), s("  toolbars") }));
+}
+
+void TestRealizationPage::deletingARootTakesItsTab()
+{
+    Page page(inHolder("<format target='one'/><format target='two'><x/></format><format target='two'><y/></format>"),
+        { host, { "s1", inHolder("<format target='three'><z/></format>") } });
+    page.clickPoint("Commands");
+    QCOMPARE(page.tabNames(), (QStringList { s("one|one"), s("two|two"), s("three|three") }));
+    page.menuOf("format", s("Delete"));
+    QCOMPARE(page.tabNames(), (QStringList { s("two|two"), s("three|three") }));
+    QCOMPARE(page.formatLines(), (QStringList { s("format"), s("  x"), s("  y") }));
+    page.menuOf("format", s("Delete"));
+    QCOMPARE(page.formatLines(), (QStringList { s("format"), s("  y") }));
+    page.showTab("three");
+    QCOMPARE(page.formatLines(), (QStringList { s("format"), s("  z") }));
+    // The name of a tab can be edited.
+    page.showTab("two");
+    page.clickEntry("format");
+    page.edit("target", s("renamed"));
+    QCOMPARE(page.tabNames(), (QStringList { s("renamed|renamed"), s("three|three") }));
+    QVERIFY(page.save().contains("<format target=\"renamed\">"));
+    page.edit("title", s("Label"));
+    QCOMPARE(page.tabNames(), (QStringList { s("renamed|Label"), s("three|three") }));
+    page.menuOf("format", s("Delete"));
+    QCOMPARE(page.tabNames(), QStringList { s("three|three") });
+    QVERIFY(!page.save().contains("format"));
+}
+
+void TestRealizationPage::pointsShowTheirRecords_data()
+{
+    QTest::addColumn<QString>("point");
+    QTest::addColumn<bool>("table");
+    QTest::addColumn<bool>("tree");
+    QTest::addColumn<QStringList>("records");
+    const auto row = [](const char *name, const char *point, bool table, bool tree, const QStringList &records) {
+        QTest::newRow(name) << s(point) << table << tree << records;
+    };
+    row("a plug-in", "host", false, false, {});
+    row("a point with formats", "Commands", true, true,
+        { s("m1|File|()|1|[x]"), s("a1|Open|(icon)|2|[x]"), s("a2|Shut|()|1|[x]"), s("a3||()|0|[ ]") });
+    row("a sub point", "Menu", true, true, { s("m1|File|()|1|[x]") });
+    row("a point without", "Plain", true, false, { s("p1|Title|()") });
+}
+
+void TestRealizationPage::pointsShowTheirRecords()
+{
+    QFETCH(const QString, point);
+    QFETCH(const bool, table);
+    QFETCH(const bool, tree);
+    const Page page(QByteArray(ownData) + inHolder("<plain id='p1' title='Title'/>", "host.plain"), { host });
+    QVERIFY(!page.formats()->isVisible() && page.find<QWidget>("formatHint")->isVisible());
+    page.clickPoint("Commands");
+    page.clickPoint(point.toUtf8().constData());
+    QTEST(page.tableLines(), "records");
+    QCOMPARE(page.table()->isVisible(), table);
+    QCOMPARE(page.formats()->isVisible(), tree);
+    QCOMPARE(page.find<QWidget>("formatHint")->isVisible(), !tree);
+}
+
+void TestRealizationPage::editsReachReferences()
+{
+    Page page(ownData, { host });
+    page.clickPoint("Commands");
+    page.clickRecord(1);
+    QCOMPARE(page.sheetKeys(), (QStringList { s("id"), s("text"), s("icon") }));
+    // What was not set has its default now, in the file too; that is no change of the person's.
+    QCOMPARE(page.modified, 0);
+    QList<QTreeWidgetItem *> uses = page.formats()->findItems(s("a1"), Qt::MatchExactly | Qt::MatchRecursive);
+    QCOMPARE(page.formats()->selectedItems().size(), 2);
+    page.edit("text", s("Load"));
+    for (QTreeWidgetItem *use : qAsConst(uses))
+        QCOMPARE(use->text(1), s("Load"));
+    QCOMPARE(page.tableLines().at(1), s("a1|Load|(icon)|2|[x]"));
+    page.edit("id", s("a9"));
+    QCOMPARE(page.tableLines().at(1), s("a9|Load|(icon)|2|[x]"));
+    QCOMPARE(page.formatLines().filter(s("a9=Load")).size(), 2);
+    page.edit("icon", QString());
+    QCOMPARE(page.tableLines().at(1), s("a9|Load|()|2|[x]"));
+    QVERIFY(uses.first()->icon(0).isNull());
+    // A reference with a label of its own keeps it.
+    page.clickRecord(2);
+    page.edit("text", s("Close"));
+    QVERIFY(page.formatLines().contains(s("      a2=Mine")));
+    QCOMPARE(page.modified, 4);
+    const QByteArray saved = page.save();
+    QCOMPARE(saved.count("<action id=\"a9\"/>"), 2);
+    QVERIFY(saved.contains("<action id=\"a9\" text=\"tr('Load')\" icon=\"\"/>"));
+    QVERIFY(!saved.contains("\"a1\""));
+}
+
+void TestRealizationPage::editsOfFormatItems()
+{
+    Page page(ownData, { host });
+    page.clickPoint("Commands");
+    page.clickEntry("a2");
+    QCOMPARE(page.sheetKeys(), (QStringList { s("id"), s("text") }));
+    page.edit("text", s("Ours"));
+    QCOMPARE(page.entry("a2")->QTreeWidgetItem::text(1), s("Ours"));
+    page.edit("id", s("a3"));
+    QCOMPARE(page.tableLines().mid(2), (QStringList { s("a2|Shut|()|0|[ ]"), s("a3||()|1|[x]") }));
+    page.clickRecord(3);
+    QVERIFY(page.entry("a3")->isSelected());
+    // The record is not the reference.
+    page.edit("text", s("Third"));
+    QCOMPARE(page.entry("a3")->QTreeWidgetItem::text(1), s("Ours"));
+    QVERIFY(page.save().contains("<action id=\"a3\" text=\"tr('Ours')\"/>"));
+}
+
+void TestRealizationPage::deletedRecordsLeaveTheirReferences()
+{
+    Page page(ownData, { host });
+    page.clickPoint("Commands");
+    page.clickRecord(1);
+    page.menuOfRecord(1, s("Delete"));
+    QCOMPARE(page.tableLines().size(), 3);
+    QCOMPARE(page.formatLines().filter(s("a1")), (QStringList { s("      a1"), s("    a1") }));
+    QCOMPARE(page.manager->ownRealizations().references(s("a1")), 2);
+    QCOMPARE(page.modified, 1);
+    page.press(page.table(), Qt::Key_Delete);
+    QCOMPARE(page.tableLines().size(), 2);
+    QCOMPARE(page.menu(page.table(), QPoint(5, page.table()->viewport()->height() - 2)),
+        (QStringList { s("-Delete"), s("Meta") }));
+    QCOMPARE(page.save().count("\"a1\""), 2);
+}
+
+void TestRealizationPage::layoutRecordsHaveTabs()
+{
+    Page page(inHolder("<layout id='l' title='L'/>", "host.plain"), { host });
+    page.clickPoint("Plain");
+    page.clickRecord(0);
+    page.edit("title", s("Label"));
+    page.edit("id", s("k"));
+    QCOMPARE(page.tabNames(), QStringList { s("k|Label") });
+    page.menuOfRecord(0, s("Delete"));
+    QCOMPARE(page.tabNames(), QStringList());
+    QVERIFY(page.formatLines().isEmpty());
+}
+
+void TestRealizationPage::definitionChangesShowAtOnce()
+{
+    Page page("<ExtPointSet><ExtPoint id='own.p' name='P' hasformat='false'><String key='text' "
+              "value='v'/></ExtPoint></ExtPointSet>"
+            + inHolder("<p id='r' text='R'/>", "own.p"),
+        { host });
+    auto *definitions = page.find<QTreeWidget>("defintionTree");
+    auto *pages = page.find<QTabWidget>("tabWidget");
+    // A click on the point shows its holder, which gets the defaults like any record.
+    page.clickPoint("P");
+    QCOMPARE(page.tableLines(), QStringList { s("r|R|()") });
+    page.clickRecord(0);
+
+    // Changed on the other page, seen on coming back.
+    pages->setCurrentIndex(0);
+    Node *loaded = Node::fromRow(definitions->topLevelItem(0)->child(0));
+    definitions->setCurrentItem(loaded);
+    const auto change = [&page](const char *sheet, const char *key, const QVariant &value) {
+        auto *browser = page.find<QWidget>(sheet);
+        QVERIFY(QMetaObject::invokeMethod(browser, "propertyChanged", Q_ARG(QString, s(key)), Q_ARG(QVariant, value)));
+    };
+    change("basicInfo", "name", s("Renamed"));
+    change("basicInfo", "hasformat", true);
+    change("basicInfo", "id", s("own.q"));
+    QTest::mouseClick(page.find<QPushButton>("pushButton_add_attr"), Qt::LeftButton);
+    change("editInfoWidget", "key", s("size"));
+    change("editInfoWidget", "value", s("12"));
+    pages->setCurrentIndex(1);
+    QVERIFY(page.point("Renamed"));
+    QCOMPARE(page.tableLines(), QStringList { s("r|R|()|0|[ ]") });
+    QCOMPARE(page.sheetKeys(), (QStringList { s("id"), s("text"), s("size") }));
+    QVERIFY(
+        page.save().contains("<ExtData id=\"own.q\" text=\"v\">\n            <p id=\"r\" text=\"R\" size=\"12\"/>"));
+
+    pages->setCurrentIndex(0);
+    page.press(definitions, Qt::Key_Insert);
+    pages->setCurrentIndex(1);
+    QCOMPARE(page.pointLines().filter(s("SubPoint")).size(), 1);
+    pages->setCurrentIndex(0);
+    definitions->setCurrentItem(loaded);
+    page.press(definitions, Qt::Key_Delete);
+    pages->setCurrentIndex(1);
+    QVERIFY(!page.point("Renamed"));
+    QVERIFY(page.tableLines().isEmpty());
+}
+
+void TestRealizationPage::keyboardShowsWhatAClickShows()
+{
+    Page page(ownData, { host });
+    page.clickPoint("host");
+    page.press(page.points(), Qt::Key_Down);
+    QCOMPARE(page.tableLines().size(), 4);
+    page.table()->setFocus();
+    page.clickRecord(0);
+    page.press(page.table(), Qt::Key_Down);
+    QCOMPARE(page.sheet()->properties().first().value().toString(), s("a1"));
+    page.clickEntry("m1");
+    page.press(page.formats(), Qt::Key_Up);
+    QVERIFY(!page.sheetKeys().contains(s("id")));
+    // Insert opens the menu of child types.
+    page.clickEntry("m1");
+    QStringList offered;
+    QTimer::singleShot(0, page.widget.get(), [&offered] {
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        QVERIFY(menu);
+        for (QAction *action : menu->actions())
+            offered.append(action->text());
+        menu->setActiveAction(menu->actions().last());
+        QTest::keyClick(menu, Qt::Key_Return);
+    });
+    page.press(page.formats(), Qt::Key_Insert);
+    QCOMPARE(offered, (QStringList { s("menu"), s("Action") }));
+    QVERIFY(page.formats()->currentItem()->text(0).startsWith(s("own.Action.")));
+}
+
+void TestRealizationPage::addFormatTree()
+{
+    Page page("", { host });
+    page.clickPoint("Commands");
+    QVERIFY(page.find<QPushButton>("pushButton_add_format_tree")->isHidden());
+    page.find<QPushButton>("pushButton_add_format_tree")->click();
+    const QString name = page.tabs()->widget(0)->objectName();
+    QVERIFY2(QRegularExpression(s("^own\\.layout\\.[0-9]{1,4}$")).match(name).hasMatch(), qUtf8Printable(name));
+    QCOMPARE(page.formatLines(), QStringList { s("format") });
+    QCOMPARE(page.modified, 1);
+    page.menuOf("format", s("Child Type > menubar"));
+    const QByteArray saved = page.save();
+    QVERIFY(saved.contains("<format target=\"" + name.toUtf8() + "\">\n            <menubar/>"));
+    page.reopen();
+    QCOMPARE(page.tabs()->widget(0)->objectName(), name);
+}
+
+void TestRealizationPage::slotsWithNothing()
+{
+    Page page(ownData, { host });
+    RealizationPageBuilder *builder = page.builder();
+    page.clickPoint("Commands");
+    builder->onItemClicked(nullptr, 0);
+    QVERIFY(page.tableLines().isEmpty());
+    builder->onTableItemClicked(nullptr);
+    builder->onFormatTreeItemClicked(nullptr, 0);
+    builder->formatItemDel();
+    builder->tableItemDel();
+    builder->onCreatType();
+    builder->setTarget(nullptr);
+    builder->dropPoint(nullptr);
+    builder->onAddTableRealization(nullptr, nullptr, true);
+    builder->addFormatRoot(nullptr);
+    QCOMPARE(page.modified, 0);
+    // The builder outlives its widget.
+    page.widget.reset();
+    builder->onItemClicked(nullptr, 0);
+    builder->formatTabCurrentChanged(0);
+    builder->addFormatRoot(nullptr);
+    builder->onPropertyRealization(s("id"), s("x"));
+    Q_EMIT page.manager->scanFinished();
+    Q_EMIT page.manager->scanProgressed();
+}
+
+QTEST_MAIN(TestRealizationPage)
+#include "tst_realizationpage.moc"

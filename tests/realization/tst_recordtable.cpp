@@ -1,0 +1,425 @@
+#include "openedproduct.h"
+#include "realization/realizationicons.h"
+#include "realization/recordtable.h"
+
+#include <QCheckBox>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTableWidget>
+#include <QTextDocument>
+#include <QToolButton>
+#include <QtTest>
+
+using RealizationTesting::OpenedProduct;
+using RealizationTesting::s;
+
+Q_DECLARE_METATYPE(QTableWidgetItem *)
+
+namespace {
+
+QByteArray data(const QByteArray &content)
+{
+    return "<ExtDataSet><ExtData plugin=\"own\" id=\"p\" extPlugin=\"own\">" + content + "</ExtData></ExtDataSet>";
+}
+
+QByteArray point(const QByteArray &attributes, const QByteArray &content = QByteArray())
+{
+    return "<ExtPointSet><ExtPoint id=\"p\" " + attributes + ">" + content + "</ExtPoint></ExtPointSet>";
+}
+
+/// The cells of each row between bars; "(icon)", "(no icon)", "[x]" and "[ ]" stand for widgets.
+QStringList cells(const QTableWidget &table)
+{
+    QStringList lines;
+    for (int row = 0; row < table.rowCount(); ++row) {
+        QStringList texts;
+        for (int column = 0; column < table.columnCount(); ++column) {
+            const QTableWidgetItem *item = table.item(row, column);
+            QString text = item ? item->text() : s("no item");
+            if (item && (item->flags() & Qt::ItemIsEditable))
+                text += s(" editable");
+            QWidget *widget = table.cellWidget(row, column);
+            if (const auto *button = qobject_cast<QToolButton *>(widget))
+                text += button->icon().isNull() ? s("(no icon)") : s("(icon)");
+            else if (const auto *box = qobject_cast<QCheckBox *>(widget))
+                text += (box->isChecked() ? s("[x]") : s("[ ]")) + (box->isEnabled() ? s(" enabled") : QString());
+            texts.append(text);
+        }
+        lines.append(texts.join(QLatin1Char('|')));
+    }
+    return lines;
+}
+
+QStringList headers(const QTableWidget &table)
+{
+    QStringList texts;
+    for (int column = 0; column < table.columnCount(); ++column)
+        texts.append(table.horizontalHeaderItem(column)->text());
+    return texts;
+}
+
+QByteArray manyRecords(int count)
+{
+    QByteArray records;
+    for (int i = 0; i < count; ++i)
+        records += "<k id='r" + QByteArray::number(i) + "' text='T' icon='a.png'/>";
+    return data(records);
+}
+
+} // namespace
+
+class TestRecordTable : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void rows_data();
+    void rows();
+    void appended_data();
+    void appended();
+    void refreshed();
+    void uses();
+    void removedAndDead();
+    void other();
+    void selection();
+    void looks();
+    void widths();
+    void scrolled();
+    void many();
+    void tableGone();
+};
+
+void TestRecordTable::rows_data()
+{
+    QTest::addColumn<QByteArray>("attributes");
+    QTest::addColumn<QByteArray>("shown"); // key of the point shown
+    QTest::addColumn<QStringList>("expected");
+    const QByteArray p("p");
+    QTest::newRow("nothing named") << QByteArray() << p
+                                   << QStringList { s("a|A|a.png(icon)"), s("b|B|(no icon)"), s("c|C|(no icon)") };
+    QTest::newRow("named empty") << QByteArray("displaylabel='' displayicon=''") << p
+                                 << QStringList { s("a|A|a.png(icon)"), s("b|B|(no icon)"), s("c|C|(no icon)") };
+    QTest::newRow("named") << QByteArray("displayLabel='title' displayIcon='icon'") << p
+                           << QStringList { s("a||a.png(icon)"), s("b|B|(no icon)"), s("c|D|(no icon)") };
+    QTest::newRow("other keys") << QByteArray("displayLabel='icon' displayIcon='preview'") << p
+                                << QStringList { s("a|a.png(icon)|"), s("b|(no icon)|"), s("c|(no icon)|c.png") };
+    QTest::newRow("with formats") << QByteArray("hasformat='true' displayLabel='text'") << p
+                                  << QStringList { s("a|A|a.png(icon)|2|[x]"), s("b||(no icon)|0|[ ]"),
+                                         s("c|C|(no icon)|0|[ ]") };
+    QTest::newRow("a sub point") << QByteArray("hasformat='1' displayLabel='title'") << QByteArray("sub")
+                                 << QStringList { s("b|B|(no icon)|0|[ ]"), s("c|C|(no icon)|0|[ ]") };
+}
+
+void TestRecordTable::rows()
+{
+    QFETCH(QByteArray, attributes);
+    QFETCH(QByteArray, shown);
+    QFETCH(QStringList, expected);
+    OpenedProduct product(point(attributes, "<SubExtPoint key='Sub'/>")
+        + data("<k id='a' text='A' icon='a.png'/><Sub id='b' title='B'/><sub id='c' text='C' title='D' "
+               "preview='c.png'/><k text='no id'/><format target='t'><k id='a'/><x><k id='a'/></x></format>"));
+    QTableWidget widget;
+    RecordTable table(&widget);
+    QCOMPARE(headers(widget), RecordTable::columns(false));
+    table.showRecords(product.point(shown.constData()));
+    QCOMPARE(cells(widget), expected);
+    QStringList names { s("id"), s("displayLabel"), s("displayIcon") };
+    if (attributes.contains("hasformat"))
+        names += { s("used"), s("format") };
+    QCOMPARE(headers(widget), names);
+    for (int row = 0; row < widget.rowCount(); ++row)
+        QCOMPARE(table.record(row)->property(s("id")).toString(), widget.item(row, 0)->text());
+}
+
+void TestRecordTable::appended_data()
+{
+    QTest::addColumn<QByteArray>("attributes");
+    QTest::addColumn<QByteArray>("record");
+    QTest::addColumn<QString>("expected");
+    QTest::addColumn<QString>("refreshed");
+    QTest::newRow("text") << QByteArray() << QByteArray("text='T' title='U' icon='a.png'") << s("new|T|a.png(icon)")
+                          << s("new|T|a.png(icon)");
+    QTest::newRow("title, whatever the point names")
+        << QByteArray("displayLabel='icon' displayIcon='text'") << QByteArray("title='U'") << s("new|U|(no icon)")
+        << s("new|(no icon)|");
+    QTest::newRow("with formats") << QByteArray("hasformat='true'") << QByteArray() << s("new||(no icon)|1|[x]")
+                                  << s("new||(no icon)|1|[x]");
+}
+
+void TestRecordTable::appended()
+{
+    QFETCH(QByteArray, attributes);
+    QFETCH(QByteArray, record);
+    QFETCH(QString, expected);
+    OpenedProduct product(point(attributes, "<SubExtPoint key='sub' " + attributes + "/>")
+        + data("<k id='new' " + record + "/><sub id='a'/><format target='t'><k id='new'/></format>"));
+    QTableWidget widget;
+    RecordTable table(&widget);
+    table.showRecords(product.point("sub"));
+    QCOMPARE(widget.rowCount(), 1);
+    table.append(product.record("new"));
+    table.append(product.record("new"));
+    table.append(nullptr);
+    QCOMPARE(cells(widget).mid(1), QStringList { expected });
+    QCOMPARE(table.row(product.record("new")), 1);
+    table.refreshRow(product.record("new"));
+    QTEST(cells(widget).last(), "refreshed");
+}
+
+void TestRecordTable::refreshed()
+{
+    OpenedProduct product(point("displayLabel='title' displayIcon='icon' hasformat='true'")
+        + data("<k id='a' title='A'/><k id='b' title='B' icon='b.png'/>"));
+    QTableWidget widget;
+    RecordTable table(&widget);
+    table.showRecords(product.point("p"));
+    PointTreeWidgetItem *a = product.record("a");
+    PointTreeWidgetItem *b = product.record("b");
+    for (const char *key : { "title", "icon", "id" }) {
+        product.manager.setRealizationProperty(a, s(key), s("new"));
+        product.manager.setRealizationProperty(b, s(key), QString());
+    }
+    table.refreshRow(a);
+    QCOMPARE(cells(widget), QStringList({ s("new|new|new(icon)|0|[ ]"), s("b|B|b.png(icon)|0|[ ]") }));
+    table.refreshRow(b);
+    QCOMPARE(cells(widget).last(), s("||(no icon)|0|[ ]"));
+    table.refreshRow(product.point("p"));
+    table.refreshRow(nullptr);
+    QCOMPARE(widget.rowCount(), 2);
+}
+
+void TestRecordTable::uses()
+{
+    // The references are in a format of this file, in one of a sibling, and not among the records of a sibling.
+    OpenedProduct product(
+        point("hasformat='true'") + data("<k id='a'/><k id='b'/><Format target='t'><k id='a'/></Format>"),
+        "<ExtDataSet><ExtData id='p'><format target='u'><k id='a'/></format><k id='b'/></ExtData></ExtDataSet>");
+    QTableWidget widget;
+    RecordTable table(&widget);
+    table.showRecords(product.point("p"));
+    QCOMPARE(cells(widget), QStringList({ s("a||(no icon)|2|[x]"), s("b||(no icon)|0|[ ]") }));
+    PointTreeWidgetItem *format = product.reference("a")->parentItem();
+    product.manager.destroyRealization(product.reference("a"));
+    product.manager.insertRealization(format, ModelTesting::node(s("k"), { { s("id"), s("b") } }));
+    table.refreshUses();
+    QCOMPARE(cells(widget), QStringList({ s("a||(no icon)|1|[x]"), s("b||(no icon)|1|[x]") }));
+}
+
+void TestRecordTable::removedAndDead()
+{
+    OpenedProduct product(
+        point("hasformat='true'") + data("<k id='a'/><k id='b'/><k id='c'/><k id='d'/><k id='e'/><k id='f'/>"));
+    QTableWidget widget;
+    RecordTable table(&widget);
+    table.showRecords(product.point("p"));
+    const auto ids = [&widget] {
+        QString all;
+        for (int row = 0; row < widget.rowCount(); ++row)
+            all += widget.item(row, 0)->text();
+        return all;
+    };
+    PointTreeWidgetItem *f = product.record("f");
+    table.removeRow(product.record("b"));
+    table.removeRow(nullptr);
+    table.removeRow(product.point("p"));
+    QCOMPARE(ids(), s("acdef"));
+    product.manager.destroyRealization(product.record("a"));
+    QCOMPARE(table.record(0), nullptr);
+    QCOMPARE(table.records().size(), 4);
+    table.refreshUses();
+    QCOMPARE(ids(), s("cdef"));
+    product.manager.destroyRealization(product.record("c"));
+    table.refreshRow(f);
+    QCOMPARE(ids(), s("def"));
+    product.manager.destroyRealization(product.record("d"));
+    table.removeRow(product.record("e"));
+    QCOMPARE(ids(), s("f"));
+    product.manager.destroyRealization(f);
+    table.append(product.record("b"));
+    QCOMPARE(ids(), s("b"));
+    QCOMPARE(table.row(product.record("b")), 0);
+}
+
+void TestRecordTable::other()
+{
+    OpenedProduct product(point("hasformat='true'") + data("<k id='a'/>"));
+    QTableWidget widget;
+    RecordTable table(&widget);
+    PointTreeWidgetItem *point = product.point("p");
+    for (PointTreeWidgetItem *none :
+        { product.record("a"), point->parentItem(), static_cast<PointTreeWidgetItem *>(nullptr) }) {
+        table.showRecords(point);
+        QCOMPARE(table.point(), point);
+        QCOMPARE(widget.rowCount(), 1);
+        table.showRecords(none);
+        QCOMPARE(widget.rowCount(), 0);
+        QVERIFY(table.records().isEmpty());
+    }
+    table.showRecords(point);
+    table.clear();
+    QCOMPARE(table.point(), nullptr);
+    QCOMPARE(headers(widget), RecordTable::columns(false));
+}
+
+void TestRecordTable::selection()
+{
+    OpenedProduct product(point({}) + manyRecords(50));
+    QTableWidget widget;
+    RecordTable table(&widget);
+    widget.resize(300, 200);
+    widget.show();
+    qRegisterMetaType<QTableWidgetItem *>();
+    QSignalSpy current(&widget, &QTableWidget::currentItemChanged);
+    QSignalSpy changed(&widget, &QTableWidget::itemChanged);
+    QSignalSpy clicked(&widget, &QTableWidget::itemClicked);
+    table.showRecords(product.point("p"));
+    QCOMPARE(widget.currentRow(), -1);
+    table.select(product.record("r40"));
+    QCOMPARE(widget.currentRow(), 40);
+    QCOMPARE(widget.selectionModel()->selectedRows().size(), 1);
+    QVERIFY(widget.viewport()->rect().contains(widget.visualItemRect(widget.item(40, 0)).center()));
+    PointTreeWidgetItem *first = product.record("r0");
+    table.removeRow(first);
+    table.append(first);
+    table.select(first);
+    QCOMPARE(widget.currentRow(), 49);
+    QVERIFY(widget.viewport()->rect().contains(widget.visualItemRect(widget.item(49, 0)).center()));
+    table.select(nullptr);
+    QCOMPARE(widget.currentRow(), -1);
+    QVERIFY(widget.selectedItems().isEmpty());
+    QCOMPARE(current.count() + changed.count(), 0);
+    QVERIFY(widget.updatesEnabled() && !widget.signalsBlocked());
+
+    // The picture is part of its row.
+    widget.scrollToTop();
+    const QPoint onIcon = widget.visualItemRect(widget.item(2, 2)).center();
+    QTest::mouseClick(widget.childAt(widget.viewport()->mapTo(&widget, onIcon)), Qt::LeftButton, {}, onIcon);
+    QCOMPARE(clicked.count(), 1);
+    QCOMPARE(widget.currentRow(), 2);
+}
+
+void TestRecordTable::looks()
+{
+    OpenedProduct product(point("hasformat='true'")
+        + data("<k id='a' text='&lt;b>bold' icon='a.png'/><format target='t'><k id='a'/></format>"));
+    QTableWidget widget;
+    RecordTable table(&widget);
+    table.showRecords(product.point("p"));
+    QCOMPARE(widget.selectionBehavior(), QAbstractItemView::SelectRows);
+    QCOMPARE(widget.selectionMode(), QAbstractItemView::SingleSelection);
+    QCOMPARE(widget.contextMenuPolicy(), Qt::CustomContextMenu);
+    const auto *button = qobject_cast<QToolButton *>(widget.cellWidget(0, 2));
+    QVERIFY(button && button->autoRaise());
+    QCOMPARE(button->iconSize(), QSize(16, 16));
+    QVERIFY(widget.rowHeight(0) >= 20);
+    for (const int column : { 2, 4 }) {
+        QCOMPARE(widget.cellWidget(0, column)->focusPolicy(), Qt::NoFocus);
+        QVERIFY(!widget.cellWidget(0, column)->accessibleName().isEmpty());
+    }
+    QTextDocument toolTip;
+    toolTip.setHtml(widget.item(0, 0)->toolTip());
+    QCOMPARE(toolTip.toPlainText(), s("a\nPlug-in: own"));
+    toolTip.setHtml(widget.item(0, 1)->toolTip());
+    QCOMPARE(toolTip.toPlainText(), s("<b>bold"));
+    // The text under the picture is not painted.
+    widget.resize(600, 200);
+    widget.show();
+    widget.item(0, 2)->setForeground(Qt::red);
+    widget.item(0, 1)->setForeground(Qt::red);
+    const QImage picture = widget.viewport()->grab().toImage();
+    const auto hasRed = [&](int column) {
+        const QRect cell = widget.visualItemRect(widget.item(0, column));
+        for (int x = cell.left(); x <= cell.right(); ++x) {
+            for (int y = cell.top(); y <= cell.bottom(); ++y) {
+                const QColor pixel = picture.pixelColor(x, y);
+                if (pixel.red() > 200 && pixel.green() < 100)
+                    return true;
+            }
+        }
+        return false;
+    };
+    QVERIFY(hasRed(1));
+    QVERIFY(!hasRed(2));
+}
+
+void TestRecordTable::widths()
+{
+    OpenedProduct product(point("hasformat='true'", "<SubExtPoint key='sub'/>") + manyRecords(3));
+    QTableWidget widget;
+    RecordTable table(&widget);
+    widget.resize(500, 200);
+    widget.show();
+    table.showRecords(product.point("p"));
+    QHeaderView *header = widget.horizontalHeader();
+    QTRY_COMPARE(header->length(), widget.viewport()->width());
+    widget.resize(700, 200);
+    QTRY_COMPARE(header->length(), widget.viewport()->width());
+    header->resizeSection(1, 77);
+    table.clear();
+    table.showRecords(product.point("p"));
+    QCOMPARE(header->sectionSize(1), 77);
+    widget.resize(800, 200);
+    QCOMPARE(header->sectionSize(1), 77);
+    QVERIFY(header->sectionSize(0) > 300);
+}
+
+void TestRecordTable::scrolled()
+{
+    OpenedProduct product(point({}, "<SubExtPoint key='k'/>") + manyRecords(50));
+    QTableWidget widget;
+    RecordTable table(&widget);
+    widget.resize(300, 200);
+    widget.show();
+    table.showRecords(product.point("p"));
+    QTRY_VERIFY(widget.verticalScrollBar()->maximum() > 20);
+    widget.verticalScrollBar()->setValue(20);
+    table.showRecords(product.point("p"));
+    QCOMPARE(widget.verticalScrollBar()->value(), 20);
+    table.showRecords(product.point("k"));
+    QCOMPARE(widget.rowCount(), 50);
+    QCOMPARE(widget.verticalScrollBar()->value(), 0);
+}
+
+void TestRecordTable::many()
+{
+    OpenedProduct product(point("hasformat='true'") + manyRecords(2000));
+    QImage image(16, 16, QImage::Format_RGB32);
+    image.fill(Qt::green);
+    QVERIFY(image.save(product.directory("own") + s("a.png")));
+    QTableWidget widget;
+    RecordTable table(&widget);
+    widget.resize(500, 400);
+    widget.show();
+    QElapsedTimer timer;
+    timer.start();
+    table.showRecords(product.point("p"));
+    // A fifth of a second as a rule; each row that lays the table out anew would make it minutes.
+    QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(widget.rowCount(), 2000);
+    const auto iconOf
+        = [&widget](int row) { return qobject_cast<QToolButton *>(widget.cellWidget(row, 2))->icon().cacheKey(); };
+    QCOMPARE(iconOf(0), iconOf(1999));
+}
+
+void TestRecordTable::tableGone()
+{
+    OpenedProduct product(point({}) + manyRecords(3));
+    auto widget = std::make_unique<QTableWidget>();
+    RecordTable table(widget.get());
+    table.showRecords(product.point("p"));
+    widget.reset();
+    table.append(product.record("r1"));
+    table.removeRow(product.record("r1"));
+    table.refreshRow(product.record("r1"));
+    table.refreshUses();
+    table.select(product.record("r1"));
+    table.showRecords(product.point("p"));
+    table.clear();
+    RecordTable without(nullptr);
+    without.showRecords(product.point("p"));
+    QCOMPARE(without.row(product.record("r1")), -1);
+}
+
+QTEST_MAIN(TestRecordTable)
+#include "tst_recordtable.moc"
