@@ -88,7 +88,8 @@ FormatTree::FormatTree(QObject *parent)
     m_hint->setText(tr("Select a point that has formats to see this format."));
     m_hint->setAlignment(Qt::AlignCenter);
     m_hint->setWordWrap(true);
-    m_hint->setForegroundRole(QPalette::PlaceholderText);
+    // Greyed like whatever can't be used, in any palette.
+    m_hint->setEnabled(false);
     auto *splitter = new QSplitter(Qt::Vertical);
     splitter->addWidget(m_tree);
     splitter->setChildrenCollapsible(false);
@@ -107,14 +108,18 @@ FormatTree::~FormatTree()
 void FormatTree::moveTo(QWidget *page)
 {
     QWidget *home = page ? page : m_attic.data();
-    if (m_layout && home && m_layout->parentWidget() != home)
-        home->setLayout(m_layout);
+    if (!m_layout || !home || m_layout->parentWidget() == home)
+        return;
+    home->setLayout(m_layout);
+    // What moves to another page is hidden on the way.
+    setShown(m_shown);
 }
 
 void FormatTree::setShown(bool shown)
 {
     if (!m_tree)
         return;
+    m_shown = shown;
     m_tree->setVisible(shown);
     m_tree->parentWidget()->setVisible(shown);
     m_hint->setVisible(!shown);

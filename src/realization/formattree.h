@@ -86,6 +86,7 @@ private:
     QPointer<QLabel> m_hint;
     QPointer<QWidget> m_attic; ///< keeps the tree while no page does
     QString m_tabName;
+    bool m_shown = false;
     bool m_editable = false;
     bool m_fitted = false; ///< to what is shown, while it could be seen
     int m_revision = 0;
