@@ -34,6 +34,7 @@ private Q_SLOTS:
     void moveAmongPlainNodes();
     void moveBesideRecorded_data();
     void moveBesideRecorded();
+    void moveStaysInItsFormat();
     void movesMetWithNothing();
 };
 
@@ -193,10 +194,12 @@ void TestEntryMove::moveAmongPlainNodes()
 
     DropSite site;
     site.row = nodes.value(onto);
+    nodes.value(dragged)->setProperty(s("parent"), s("kept"));
     const DropOutcome outcome = EntryMove::perform(site, nodes.value(dragged));
     QCOMPARE(words(outcome), s("modified"));
     QTEST(ModelTesting::rows(root), "rows");
-    QStringList inModel = ModelTesting::tree(root);
+    QCOMPARE(nodes.value(dragged)->property(s("parent")).toString(), s("kept"));
+    QStringList inModel = ModelTesting::tree(root).replaceInStrings(s(" parent=kept"), QString());
     inModel.replaceInStrings(QRegularExpression(s("[A-Za-z]+ id=")), QString());
     QTEST(inModel, "rows");
 
@@ -255,6 +258,20 @@ void TestEntryMove::moveBesideRecorded()
     QCOMPARE(words(EntryMove::perform(site, shown.row(dragged))), s("modified"));
     QTEST(ModelTesting::tree(realizations.formats(s("bench")).first()), "savedFormat");
     QTEST(shown.rows(), "rows");
+    QCOMPARE(model.complaints(), QStringList());
+}
+
+void TestEntryMove::moveStaysInItsFormat()
+{
+    Model model("<ExtDataSet><ExtData id=\"kit.menus\"><Format target=\"bench\"/><Format target=\"bench\">"
+                "<menu id=\"m1\"><Item id=\"i1\"/></menu></Format></ExtData></ExtDataSet>",
+        kitFormat);
+    const OwnRealizations realizations = Controller::instance()->ownRealizations();
+    const Shown shown(realizations.formats(s("bench")) + realizations.siblingFormats(s("bench")));
+    EntryMove::perform(shown.site(s("t1"), true, s("bench")), shown.row(s("i1")));
+    QCOMPARE(ModelTesting::tree(realizations.holders(s("kit.menus")).first()),
+        (QStringList {
+            s("Format target=bench"), s("Format target=bench"), s("  menu id=m1"), s("  Item id=i1 parent=t1") }));
     QCOMPARE(model.complaints(), QStringList());
 }
 

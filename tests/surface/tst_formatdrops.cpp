@@ -346,6 +346,12 @@ void TestFormatDrops::record()
         QVERIFY(realizations.isOwn(addition.row));
     }
     QVERIFY(!RecordDrop::plan(site, nullptr));
+
+    // Nobody to record it with.
+    PointTreeWidgetItem stray((QString()));
+    stray.setKind(s("menu"));
+    if (!direct)
+        QVERIFY(!RecordDrop::plan(site, &stray));
 }
 
 void TestFormatDrops::editsReachEverySavedReference()
