@@ -43,6 +43,9 @@ PointTreeWidgetItem *PointCreation::createPoint(PointTreeWidgetItem *plugin)
     point->setProperty(nameKey, name);
     point->setPointId(id);
 
+    // The root of a file that declared nothing was told its plug-in's id by its attribute alone.
+    if (plugin->pluginId().isEmpty())
+        plugin->setPluginId(plugin->property(idKey).toString());
     if (plugin->children().isEmpty()) {
         auto *set = new PointTreeWidgetItem(QString());
         set->setKind(QStringLiteral("ExtPointSet"));

@@ -121,16 +121,16 @@ OwnRealizations::Nodes OwnRealizations::formats(const QString &name) const
         return {};
     Nodes all;
     collectFormats(m_root, &all);
-    const auto withValue = [&all, &name](const QString &key) {
-        Nodes found;
-        for (PointTreeWidgetItem *format : qAsConst(all)) {
-            if (valueOf(format, key) == name)
-                found.append(format);
-        }
-        return found;
-    };
-    const Nodes byTarget = withValue(QStringLiteral("target"));
-    return byTarget.isEmpty() ? withValue(idKey) : byTarget;
+    Nodes found;
+    for (PointTreeWidgetItem *format : qAsConst(all)) {
+        if (valueOf(format, QStringLiteral("target")) == name)
+            found.append(format);
+    }
+    for (PointTreeWidgetItem *format : qAsConst(all)) {
+        if (valueOf(format, idKey) == name && !found.contains(format))
+            found.append(format);
+    }
+    return found;
 }
 
 OwnRealizations::Nodes OwnRealizations::siblingFormats(const QString &name) const

@@ -37,8 +37,8 @@ public:
     /// How many nodes refer to the record @p id, in the opened file and in its siblings.
     [[nodiscard]] int references(const QString &id) const;
 
-    /// The opened file's formats and layouts that fill the tab @p name, in document order: those whose "target" is the
-    /// name, else those whose "id" is.
+    /// The opened file's formats and layouts that fill the tab @p name, those whose "target" is the name, then
+    /// those whose "id" is, both in document order.
     [[nodiscard]] Nodes formats(const QString &name) const;
 
     /// The siblings' format roots and layouts that fill the tab @p name, in the order in which they came.

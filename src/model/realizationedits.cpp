@@ -34,6 +34,14 @@ void insertIntoList(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int 
     parent->setLink(link);
 }
 
+template <typename Visitor>
+void forSubtree(PointTreeWidgetItem *node, Visitor visit)
+{
+    visit(node);
+    for (PointObject *child : node->children())
+        forSubtree(child->item(), visit);
+}
+
 } // namespace
 
 OwnRealizations SourceDataManager::ownRealizations() const
@@ -76,6 +84,13 @@ bool SourceDataManager::moveRealization(PointTreeWidgetItem *node, PointTreeWidg
     node->takeRow();
     insertIntoList(parent, node, index);
     insertRow(parent, node, index);
+    // Another point may say what the node is from now on.
+    const QString oldPoint = node->pointId();
+    forSubtree(node, [&](PointTreeWidgetItem *item) {
+        if (item->pointId() == oldPoint)
+            item->setPointId(parent->pointId());
+        item->setHasFormat(parent->hasFormat());
+    });
     return true;
 }
 
@@ -96,6 +111,12 @@ void SourceDataManager::setRealizationProperty(PointTreeWidgetItem *node, const 
     }
     const QString old = node->property(key).toString();
     node->setProperty(key, value);
+    if (key == idKey && node->isKind(QLatin1String("ExtData"))) {
+        forSubtree(node, [&](PointTreeWidgetItem *item) {
+            if (item->pointId() == old)
+                item->setPointId(value.toString());
+        });
+    }
     for (PointTreeWidgetItem *item : qAsConst(byId))
         addRealization(item);
     for (PointTreeWidgetItem *item : qAsConst(byTarget))
@@ -153,13 +174,5 @@ void SourceDataManager::followPointId(const QString &old, const QString &now)
     for (PointTreeWidgetItem *holder : holders) {
         setRealizationProperty(holder, idKey, now);
         holder->setText(0, now);
-        QVector<PointTreeWidgetItem *> open { holder };
-        while (!open.isEmpty()) {
-            PointTreeWidgetItem *node = open.takeLast();
-            if (node->pointId() == old)
-                node->setPointId(now);
-            for (PointObject *child : node->children())
-                open.append(child->item());
-        }
     }
 }

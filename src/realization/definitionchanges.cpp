@@ -55,9 +55,9 @@ void DefinitionChanges::add(
         return;
     }
     PointTreeWidgetItem *copy = copyUnder(owner, point);
-    // A point that has no copy yet brings its sub points with it, the new one included.
     if (!copy)
-        addCopy(owner, point);
-    else
+        copy = addCopy(owner, point);
+    // A point that had no copy has brought the sub points that it has.
+    if (subPoint->link() == subPoint || !subPoint->link()->isHeldBy(copy))
         addCopy(copy, subPoint);
 }

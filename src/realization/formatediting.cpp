@@ -18,6 +18,7 @@ QStringList FormatEditing::childTypes(PointTreeWidgetItem *row)
     QStringList types = Controller::instance()->childTypes(row->kind().toLower(), row->pointId());
     if (row->kind() == QLatin1String("format")) {
         types << menuBar << toolBars;
+        types.removeDuplicates();
         for (PointObject *child : row->children())
             types.removeAll(child->item()->kind().toLower());
     }

@@ -22,6 +22,14 @@ void linkNamesakes(PointObject *node, const QHash<QString, PointObject *> &byId)
     }
 }
 
+/// What an earlier showing linked may stand for something else by now.
+void unlinkSiblings(PointObject *node)
+{
+    node->setLink(node);
+    for (PointObject *child : node->children())
+        unlinkSiblings(child);
+}
+
 } // namespace
 
 FormatSources FormatSources::of(const QString &name)
@@ -35,6 +43,8 @@ FormatSources FormatSources::of(const QString &name)
 
 void FormatSources::linkSiblings() const
 {
+    for (PointTreeWidgetItem *root : siblings)
+        unlinkSiblings(root);
     if (own.isEmpty())
         return;
     QHash<QString, PointObject *> byId;

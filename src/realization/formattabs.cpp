@@ -32,11 +32,6 @@ QIcon icon(PointTreeWidgetItem *root)
     return path.isEmpty() ? QIcon() : RealizationIcons::icon(path, root->basePath());
 }
 
-QString ownName(PointTreeWidgetItem *root)
-{
-    return firstFilled({ text(root, QStringLiteral("id")), text(root, QStringLiteral("target")) });
-}
-
 } // namespace
 
 FormatTabs::FormatTabs(QTabWidget *tabs, QObject *parent) : QObject(parent), m_tabs(tabs) { }
@@ -45,7 +40,7 @@ void FormatTabs::addPluginFormats(const QVector<PointTreeWidgetItem *> &roots)
 {
     for (PointTreeWidgetItem *root : roots) {
         const QString id = text(root, QStringLiteral("id"));
-        const QString name = ownName(root);
+        const QString name = nameOf(root);
         if (!id.isEmpty())
             m_pluginFormatIds.append(id);
         if (!name.isEmpty() && indexOf(name) < 0)
@@ -55,7 +50,7 @@ void FormatTabs::addPluginFormats(const QVector<PointTreeWidgetItem *> &roots)
 
 void FormatTabs::addLayout(PointTreeWidgetItem *layout)
 {
-    const QString name = ownName(layout);
+    const QString name = nameOf(layout);
     if (!m_tabs || name.isEmpty())
         return;
     const int index = indexOf(name);
@@ -66,6 +61,10 @@ void FormatTabs::addLayout(PointTreeWidgetItem *layout)
     const QString toolTip = text(layout, QStringLiteral("toolTip"));
     if (!toolTip.isEmpty())
         m_tabs->setTabText(index, toolTip);
+    else if (m_tabs->tabText(index) == name)
+        m_tabs->setTabText(index, label(layout, name));
+    if (m_tabs->tabIcon(index).isNull())
+        m_tabs->setTabIcon(index, icon(layout));
 }
 
 void FormatTabs::addFormatRoot(PointTreeWidgetItem *root)
@@ -73,6 +72,26 @@ void FormatTabs::addFormatRoot(PointTreeWidgetItem *root)
     const QString name = firstFilled({ text(root, QStringLiteral("target")), text(root, QStringLiteral("id")) });
     if (!name.isEmpty() && indexOf(name) < 0)
         addPage(name, QIcon(), name);
+}
+
+void FormatTabs::show(PointTreeWidgetItem *root)
+{
+    const int index = indexOf(nameOf(root));
+    if (index >= 0)
+        m_tabs->setCurrentIndex(index);
+}
+
+QString FormatTabs::nameOf(PointTreeWidgetItem *root)
+{
+    return namesOf(root).value(0);
+}
+
+QStringList FormatTabs::namesOf(PointTreeWidgetItem *root)
+{
+    QStringList names { text(root, QStringLiteral("id")), text(root, QStringLiteral("target")) };
+    names.removeAll(QString());
+    names.removeDuplicates();
+    return names;
 }
 
 QString FormatTabs::currentName() const
@@ -83,7 +102,7 @@ QString FormatTabs::currentName() const
 
 void FormatTabs::relabel(PointTreeWidgetItem *root)
 {
-    const QString byId = ownName(root);
+    const QString byId = nameOf(root);
     const QString name = indexOf(byId) < 0 ? text(root, QStringLiteral("target")) : byId;
     const int index = indexOf(name);
     if (index < 0)

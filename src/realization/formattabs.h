@@ -20,6 +20,9 @@ class PointTreeWidgetItem;
 /// Its icon is the file that "icon" names as it stands or, where there is none, the one in the directory that the root
 /// was read from; a path is written relative to that directory as a rule.
 ///
+/// A tab that an own contribution without a label brought takes the label and the icon of the layout that it
+/// contributes to.
+///
 /// What has no name gets no tab, and a name never gets a second one.
 class FormatTabs final : public QObject
 {
@@ -33,11 +36,19 @@ public:
     void addLayout(PointTreeWidgetItem *layout);
     void addFormatRoot(PointTreeWidgetItem *root);
 
+    /// Shows the tab of @p root, when it has one.
+    void show(PointTreeWidgetItem *root);
+
     /// The name of the page that is shown; empty without one.
     [[nodiscard]] QString currentName() const;
 
     /// Writes the label and the icon of the tab of @p root anew, when it has one.
     void relabel(PointTreeWidgetItem *root);
+
+    /// The name of the page for a root of the opened file; empty when it has none.
+    [[nodiscard]] static QString nameOf(PointTreeWidgetItem *root);
+    /// Every name of a tab that the root fills, that one first.
+    [[nodiscard]] static QStringList namesOf(PointTreeWidgetItem *root);
 
     /// Gives the page @p oldName the name @p newName. False, with nothing changed, when the new name is empty or taken.
     bool rename(const QString &oldName, const QString &newName);

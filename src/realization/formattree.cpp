@@ -1,5 +1,6 @@
 #include "formattree.h"
 
+#include "entrydelegate.h"
 #include "formatfilling.h"
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
@@ -84,6 +85,7 @@ FormatTree::FormatTree(QObject *parent)
     m_tree->setAccessibleName(tr("Format Tree"));
     m_tree->setHeaderLabel(QObject::tr("Format Tree"));
     m_tree->setUniformRowHeights(true);
+    m_tree->setItemDelegate(new EntryDelegate(m_tree));
     m_hint->setObjectName(QStringLiteral("formatHint"));
     m_hint->setText(tr("Select a point that has formats to see this format."));
     m_hint->setAlignment(Qt::AlignCenter);
@@ -172,6 +174,7 @@ void FormatTree::refill()
     m_tabName = name;
     fill();
     state.restore();
+    growColumns();
     m_tree->setUpdatesEnabled(true);
 }
 
@@ -183,6 +186,7 @@ void FormatTree::fill()
     const FormatSources sources = FormatSources::of(m_tabName);
     sources.linkSiblings();
     m_editable = sources.isEditable();
+    m_merged = sources.all().size() > 1;
     FormatFilling filling(sources);
     PointTreeWidgetItem *root = filling.build();
     const Nodes &rows = filling.rows();
@@ -203,7 +207,20 @@ void FormatTree::fitColumns()
     m_tree->resizeColumnToContents(0);
     const int room = m_tree->viewport()->width() * 3 / 5;
     const int narrowest = m_tree->fontMetrics().averageCharWidth() * 30;
-    m_tree->setColumnWidth(0, qMin(m_tree->columnWidth(0), qMax(room, narrowest)));
+    m_tree->setColumnWidth(0, qBound(qMin(room, narrowest), m_tree->columnWidth(0), qMax(room, narrowest)));
+    m_fittedWidth = m_tree->columnWidth(0);
+}
+
+void FormatTree::growColumns()
+{
+    if (!m_tree || !m_tree->isVisible() || m_tree->columnWidth(0) != m_fittedWidth)
+        return;
+    const int before = m_fittedWidth;
+    fitColumns();
+    if (m_fittedWidth < before) {
+        m_tree->setColumnWidth(0, before);
+        m_fittedWidth = before;
+    }
 }
 
 bool FormatTree::isOutdated() const
@@ -218,6 +235,9 @@ PointTreeWidgetItem *FormatTree::rowOf(const PointTreeWidgetItem *source) const
 
 FormatTree::Nodes FormatTree::rowsWithId(const QString &id) const
 {
+    // Bars and roots have none; that is no name.
+    if (id.isEmpty())
+        return {};
     Nodes rows;
     const auto range = m_rowsById.equal_range(id);
     for (auto it = range.first; it != range.second; ++it) {
@@ -287,6 +307,10 @@ void FormatTree::select(const Nodes &rows)
     m_tree->clearSelection();
     for (PointTreeWidgetItem *row : rows)
         row->setSelected(true);
-    if (!rows.isEmpty())
-        m_tree->scrollToItem(rows.first());
+    if (rows.isEmpty())
+        return;
+    // Keys go to the current row, which is not to be another one than the one in sight.
+    const QSignalBlocker quiet(m_tree);
+    m_tree->setCurrentItem(rows.first(), 0, QItemSelectionModel::NoUpdate);
+    m_tree->scrollToItem(rows.first());
 }

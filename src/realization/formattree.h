@@ -67,6 +67,9 @@ public:
     /// True when rows under @p row show what does not hang under the node that @p row shows.
     [[nodiscard]] bool showsOthersUnder(PointTreeWidgetItem *row) const;
 
+    /// True when more than one root fills the tab.
+    [[nodiscard]] bool isMerged() const { return m_merged; }
+
     /// Takes @p row with everything under it out of the tree and destroys it. What it was made from stays.
     void destroyRow(PointTreeWidgetItem *row);
 
@@ -75,6 +78,9 @@ public:
 
     /// Writes texts and icons of every row anew, where they come from records that have arrived or changed.
     void relabel();
+
+    /// Gives the ids of rows that were added or renamed the room that they need, unless the person has set it.
+    void growColumns();
     void select(const Nodes &rows);
 
 private:
@@ -88,7 +94,9 @@ private:
     QString m_tabName;
     bool m_shown = false;
     bool m_editable = false;
+    bool m_merged = false;
     bool m_fitted = false; ///< to what is shown, while it could be seen
+    int m_fittedWidth = 0; ///< of the column of ids, in pixels
     int m_revision = 0;
     QMultiHash<QString, QPointer<PointTreeWidgetItem>> m_rowsById;
     QHash<const PointTreeWidgetItem *, QPointer<PointTreeWidgetItem>> m_rowBySource;

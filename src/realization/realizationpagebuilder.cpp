@@ -101,15 +101,22 @@ void RealizationPageBuilder::createConnections()
     connect(m_ui->pushButton_add_format_tree, &QPushButton::clicked, this,
         &RealizationPageBuilder::on_pushButton_add_format_tree_clicked);
 
-    // An entry that was moved can have taken entries of siblings with it, or be used otherwise.
-    connect(formatTree, &RealizationTreeWidget::modified, this, &RealizationPageBuilder::afterFormatsChanged);
-    // The keyboard moves the current row without a click and shows the same.
-    connect(m_ui->realizationTree, &QTreeWidget::currentItemChanged, this,
-        [this](QTreeWidgetItem *current) { onItemClicked(current, 0); });
-    connect(m_ui->realizTable, &QTableWidget::currentItemChanged, this,
-        [this](QTableWidgetItem *current) { onTableItemClicked(current); });
+    // An entry that was moved can have taken entries of siblings with it, uncover one, or be used otherwise.
+    connect(formatTree, &RealizationTreeWidget::modified, this, [this] {
+        afterFormatsChanged();
+        requestRefill();
+    });
+    // The keyboard moves the current row without a click and shows the same; a drag makes every row that it passes
+    // current.
+    connect(m_ui->realizationTree, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *current) {
+        if (!isDragging())
+            onItemClicked(current, 0);
+    });
+    connect(m_ui->realizTable, &QTableWidget::currentItemChanged, this, [this](QTableWidgetItem *current) {
+        if (!isDragging())
+            onTableItemClicked(current);
+    });
     connect(formatTree, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *current) {
-        // A drag makes every row that it passes current.
         if (!isDragging())
             onFormatTreeItemClicked(current, 0);
     });
@@ -160,12 +167,12 @@ void RealizationPageBuilder::createKeys()
     onKey(formatTree, QKeySequence(Qt::Key_Delete), [this, formatTree] {
         m_contextItem = PointTreeWidgetItem::fromRow(formatTree->currentItem());
         m_formatMenu->fitTo(m_contextItem);
-        if (m_formatMenu->deleteAction()->isEnabled())
+        if (m_formatMenu->deleteAction()->isEnabled() && m_contextItem->isSelected())
             formatItemDel();
     });
     onKey(formatTree, QKeySequence(Qt::Key_Insert), [this, formatTree] {
         QTreeWidgetItem *current = formatTree->currentItem();
-        if (!current)
+        if (!current || !current->isSelected())
             return;
         m_contextItem = PointTreeWidgetItem::fromRow(current);
         m_formatMenu->fitTo(m_contextItem);
@@ -234,8 +241,14 @@ void RealizationPageBuilder::showAfresh()
         if (row >= 0)
             m_ui->realizTable->setCurrentCell(row, 0);
     }
-    if (m_propertyMode == Record && m_currentItem && m_records->row(m_currentItem) >= 0)
+    if (!m_currentItem || !m_ui->propertyRealization->isEnabled())
+        return;
+    if (m_formatTree->contains(m_currentItem))
+        onFormatTreeItemClicked(m_currentItem, 0);
+    else if (m_records->row(m_currentItem) >= 0)
         onTableItemClicked(m_ui->realizTable->item(m_records->row(m_currentItem), 0));
+    else
+        showHolderSheet(m_currentItem);
 }
 
 void RealizationPageBuilder::onItemClicked(QTreeWidgetItem *item, int)
@@ -252,8 +265,10 @@ void RealizationPageBuilder::onItemClicked(QTreeWidgetItem *item, int)
     if (m_clickedPoint->parentItem() == m_realizationRoot)
         m_ui->realizTable->hide();
     m_formatTree->setShown(Controller::instance()->pointHasFormat(m_clickedPoint));
-    if (!m_clickedPoint->isKind(QLatin1String("ExtPoint")) && !m_clickedPoint->isKind(QLatin1String("SubExtPoint")))
+    if (!m_clickedPoint->isKind(QLatin1String("ExtPoint")) && !m_clickedPoint->isKind(QLatin1String("SubExtPoint"))) {
+        disableSheet();
         return;
+    }
     m_records->showRecords(m_clickedPoint);
     const OwnRealizations::Nodes known
         = Controller::instance()->ownRealizations().withId(m_clickedPoint->property(idKey).toString());
@@ -323,41 +338,42 @@ void RealizationPageBuilder::formatItemDel()
     if (!m_ui || !m_contextItem || !m_formatTree->contains(m_contextItem) || !FormatEditing::isDeletable(m_contextItem))
         return;
     PointTreeWidgetItem *row = std::exchange(m_contextItem, nullptr);
-    const QString tab = m_formatTree->tabName();
     const bool isRoot = !row->parentItem();
-    const bool showsOthers = m_formatTree->showsOthersUnder(row);
+    const bool isMerged = m_formatTree->isMerged() || m_formatTree->showsOthersUnder(row);
     PointTreeWidgetItem *saved = row->master()->item();
+    const QStringList names = FormatTabs::namesOf(saved);
     m_formatTree->destroyRow(row);
     Controller::instance()->destroyRealization(saved);
     if (isRoot)
-        followRoots(tab, QString());
-    else if (showsOthers)
+        followRoot(names, nullptr);
+    else if (isMerged)
         refill();
     clearSheetOfDead();
     afterFormatsChanged();
     Q_EMIT modified(true);
 }
 
-void RealizationPageBuilder::followRoots(const QString &oldName, const QString &newName)
+void RealizationPageBuilder::followRoot(const QStringList &oldNames, PointTreeWidgetItem *root)
 {
-    const bool oldGoes = FormatSources::of(oldName).isEmpty();
-    if (oldGoes && m_formatTabs->rename(oldName, newName)) {
-        m_formatTree->renameTab(oldName, newName);
-        refill();
-        return;
+    if (root && !oldNames.isEmpty() && FormatSources::of(oldNames.first()).isEmpty()) {
+        const QString newName = FormatTabs::nameOf(root);
+        if (m_formatTabs->rename(oldNames.first(), newName))
+            m_formatTree->renameTab(oldNames.first(), newName);
     }
-    if (!newName.isEmpty())
-        m_formatTabs->addPluginFormats(FormatSources::of(newName).own);
-    if (!oldGoes) {
-        if (m_formatTree->tabName() == oldName)
-            refill();
-        return;
+    for (const QString &name : oldNames) {
+        if (!FormatSources::of(name).isEmpty())
+            continue;
+        if (m_formatTree->tabName() == name) {
+            m_formatTree->clear();
+            m_formatTree->moveTo(nullptr);
+        }
+        m_formatTabs->remove(name);
     }
-    if (m_formatTree->tabName() == oldName) {
-        m_formatTree->clear();
-        m_formatTree->moveTo(nullptr);
+    if (root) {
+        m_formatTabs->addPluginFormats({ root });
+        m_formatTabs->relabel(root);
     }
-    m_formatTabs->remove(oldName);
+    refill();
 }
 
 void RealizationPageBuilder::onTableShowMenu(QPoint pos)
@@ -392,6 +408,9 @@ void RealizationPageBuilder::refillWhenIdle()
 
 bool RealizationPageBuilder::isDragging() const
 {
+    // The trees that die with the form have one last current row.
+    if (!m_ui || !m_formatTree->widget())
+        return false;
     return m_formatTree->widget()->isDragging() || m_ui->realizationTree->isDragging()
         || m_ui->realizTable->isDragging();
 }

@@ -90,8 +90,12 @@ private:
     void clearSheetOfDead();
     void editFormatItem(const QString &key, const QVariant &value);
     void editRecord(const QString &key, const QVariant &value);
-    /// A root has another name or has gone: its tab goes by the new name, or goes with it.
-    void followRoots(const QString &oldName, const QString &newName);
+    /// A root that went by @p oldNames has other names by now, or has gone and is null: its tab goes by the new name,
+    /// or goes with it unless something else fills it.
+    void followRoot(const QStringList &oldNames, PointTreeWidgetItem *root);
+    /// Own entries that name an entry as their "parent" keep naming it.
+    void followParents(const QVector<PointTreeWidgetItem *> &renamed, const QString &oldId, const QString &newId);
+    [[nodiscard]] bool wouldLoseItsName(PointTreeWidgetItem *root, const QString &key, const QVariant &value) const;
     /// Has the tab filled again as soon as nobody is in the middle of something.
     void requestRefill();
     void refillWhenIdle();

@@ -21,11 +21,13 @@ const QString usedKey = QStringLiteral("used");
 const QString formatKey = QStringLiteral("format");
 const QString iconKey = QStringLiteral("icon");
 
-/// For changes of many cells: no signal of the table, and no painting in between.
+/// For changes of many cells: no signal of the table, and no painting in between. A page that is just being switched to
+/// has its updates disabled, and the table with it; that is not to be kept.
 class QuietChange final
 {
 public:
-    explicit QuietChange(QTableWidget *table) : m_table(table), m_blocker(table), m_enabled(table->updatesEnabled())
+    explicit QuietChange(QTableWidget *table)
+        : m_table(table), m_blocker(table), m_enabled(!table->testAttribute(Qt::WA_ForceUpdatesDisabled))
     {
         m_table->setUpdatesEnabled(false);
     }

@@ -22,13 +22,6 @@ bool fillsTab(const PointTreeWidgetItem *node)
     return node->isKind(QLatin1String("format")) || node->isKind(QLatin1String("layout"));
 }
 
-/// The name of the tab that an own root fills.
-QString tabOf(PointTreeWidgetItem *root)
-{
-    const QString target = root->property(targetKey).toString();
-    return target.isEmpty() ? root->property(idKey).toString() : target;
-}
-
 } // namespace
 
 void RealizationPageBuilder::onTableItemClicked(QTableWidgetItem *item)
@@ -105,16 +98,21 @@ void RealizationPageBuilder::onPropertyRealization(const QString &property, cons
     // What the tree shows may be made anew when a tab is renamed; what is saved stays.
     const QPointer<PointTreeWidgetItem> saved = m_currentItem->master()->item();
     const bool isRoot = fillsTab(saved);
-    const QString oldTab = isRoot ? tabOf(saved) : QString();
+    const QStringList oldNames = isRoot ? FormatTabs::namesOf(saved) : QStringList();
+    if (isRoot && wouldLoseItsName(saved, property, variant)) {
+        // Nothing would ever show it again.
+        showAfresh();
+        return;
+    }
     if (m_propertyMode == FormatItem)
         editFormatItem(property, variant);
     else
         editRecord(property, variant);
     if (isRoot && saved) {
-        const QString newTab = tabOf(saved);
-        if (newTab != oldTab)
-            followRoots(oldTab, newTab);
-        m_formatTabs->relabel(saved);
+        if (FormatTabs::namesOf(saved) != oldNames)
+            followRoot(oldNames, saved);
+        else
+            m_formatTabs->relabel(saved);
     }
     Q_EMIT modified(true);
 }
@@ -129,6 +127,44 @@ void RealizationPageBuilder::editFormatItem(const QString &key, const QVariant &
         m_formatTree->rename(m_currentItem, oldId);
     FormatFilling::label(m_currentItem);
     afterFormatsChanged();
+    if (key == idKey)
+        followParents({ m_currentItem->master()->item() }, oldId, value.toString());
+    // Where an entry stands among those of other files is a matter of both.
+    if (m_formatTree->isMerged() && (key == idKey || key == QLatin1String("parent")))
+        requestRefill();
+}
+
+void RealizationPageBuilder::followParents(
+    const QVector<PointTreeWidgetItem *> &renamed, const QString &oldId, const QString &newId)
+{
+    if (oldId.isEmpty() || newId.isEmpty())
+        return;
+    const QString parentKey = QStringLiteral("parent");
+    Controller *controller = Controller::instance();
+    for (PointTreeWidgetItem *entry : renamed) {
+        PointTreeWidgetItem *root = entry;
+        while (root->parentItem() && !fillsTab(root))
+            root = root->parentItem();
+        const QStringList names = FormatTabs::namesOf(root);
+        for (const QString &name : names) {
+            const OwnRealizations::Nodes formats = controller->ownRealizations().formats(name);
+            for (const PointTreeWidgetItem *format : formats) {
+                for (PointObject *child : format->children()) {
+                    if (child->property(parentKey).toString().compare(oldId, Qt::CaseInsensitive) == 0)
+                        child->setProperty(parentKey, newId);
+                }
+            }
+        }
+    }
+}
+
+bool RealizationPageBuilder::wouldLoseItsName(
+    PointTreeWidgetItem *root, const QString &key, const QVariant &value) const
+{
+    if (!value.toString().isEmpty() || (key != idKey && key != targetKey))
+        return false;
+    const QStringList names = FormatTabs::namesOf(root);
+    return names.size() == 1 && names.first() == root->property(key).toString();
 }
 
 void RealizationPageBuilder::editRecord(const QString &key, const QVariant &value)
@@ -136,8 +172,11 @@ void RealizationPageBuilder::editRecord(const QString &key, const QVariant &valu
     Controller *controller = Controller::instance();
     const QString oldId = m_currentItem->property(idKey).toString();
     const FormatTree::Nodes rows = m_formatTree->rowsWithId(oldId);
-    const bool isRecord = m_propertyMode == Record;
-    if (key == idKey && isRecord) {
+    const PointTreeWidgetItem *holder = m_currentItem->parentItem();
+    const bool isRecord = holder && holder->isKind(QLatin1String("ExtData"));
+    QVector<PointTreeWidgetItem *> renamed;
+    // An emptied id would leave the references without a way back to their record.
+    if (key == idKey && isRecord && m_propertyMode == Record && !value.toString().isEmpty()) {
         // The references follow; another record that happens to have the same id does not.
         const OwnRealizations realizations = controller->ownRealizations();
         for (PointTreeWidgetItem *row : rows) {
@@ -145,26 +184,38 @@ void RealizationPageBuilder::editRecord(const QString &key, const QVariant &valu
                 continue;
             controller->setRealizationProperty(row, idKey, value);
             m_formatTree->rename(row, oldId);
+            renamed.append(row->master()->item());
         }
         const OwnRealizations::Nodes others = realizations.withId(oldId);
         for (PointTreeWidgetItem *other : others) {
             const PointTreeWidgetItem *above = other->parentItem();
-            if (other != m_currentItem && above && !above->isKind(QLatin1String("ExtData")))
-                controller->setRealizationProperty(other, idKey, value);
+            if (other == m_currentItem || !above || above->isKind(QLatin1String("ExtData")))
+                continue;
+            controller->setRealizationProperty(other, idKey, value);
+            renamed.append(other);
         }
+        followParents(renamed, oldId, value.toString());
+        if (m_formatTree->isMerged())
+            requestRefill();
     }
     controller->setRealizationProperty(m_currentItem, key, value);
     for (PointTreeWidgetItem *row : rows)
         FormatFilling::label(row);
     m_records->refreshRow(m_currentItem);
-    if (key == idKey)
-        m_records->refreshUses();
+    if (key != idKey)
+        return;
+    m_records->refreshUses();
+    // The records of the point are those of another one now.
+    if (!isRecord && m_clickedPoint)
+        m_records->showRecords(m_clickedPoint);
 }
 
 void RealizationPageBuilder::afterFormatsChanged()
 {
-    if (m_ui)
-        m_records->refreshUses();
+    if (!m_ui)
+        return;
+    m_records->refreshUses();
+    m_formatTree->growColumns();
 }
 
 void RealizationPageBuilder::onAddTableRealization(PointTreeWidgetItem *parent, PointTreeWidgetItem *child, bool)
@@ -184,8 +235,10 @@ void RealizationPageBuilder::onAddTableRealization(PointTreeWidgetItem *parent, 
         // The point that was dragged is the current one of its tree.
         onItemClicked(m_ui->realizationTree->currentItem(), 0);
     }
-    if (fillsTab(child))
+    if (fillsTab(child)) {
         m_formatTabs->addPluginFormats({ child });
+        m_formatTabs->show(child);
+    }
     const int row = m_records->row(child);
     if (row < 0)
         return;
@@ -202,15 +255,15 @@ void RealizationPageBuilder::tableItemDel()
     if (m_currentItem == record)
         m_currentItem = nullptr;
     PointTreeWidgetItem *above = record->parentItem();
-    const QString tab = fillsTab(record) ? tabOf(record) : QString();
+    const QStringList tabs = fillsTab(record) ? FormatTabs::namesOf(record) : QStringList();
     if (above) {
         above->detachChild(record);
         record->takeRow();
     }
     Controller::instance()->retire(record);
     m_records->removeRow(record);
-    if (!tab.isEmpty())
-        followRoots(tab, QString());
+    if (!tabs.isEmpty())
+        followRoot(tabs, nullptr);
     clearSheetOfDead();
     onTableItemClicked(m_ui->realizTable->currentItem());
     afterFormatsChanged();
@@ -240,8 +293,19 @@ void RealizationPageBuilder::dropPoint(PointTreeWidgetItem *item)
     if (!m_ui || !item)
         return;
     m_formatTree->enter(item);
+    // A recorded point has a record of its own, which may be one of those shown.
+    const OwnRealizations::Nodes records = Controller::instance()->ownRealizations().recordsOf(m_records->point());
+    if (records.size() > m_records->records().size()) {
+        for (PointTreeWidgetItem *record : records)
+            m_records->append(record);
+    }
     if (m_formatTree->contains(item)) {
+        const QString texts[] = { item->QTreeWidgetItem::text(0), item->QTreeWidgetItem::text(1) };
         FormatFilling::label(item);
+        for (int column = 0; column < 2; ++column) {
+            if (!texts[column].isEmpty())
+                item->QTreeWidgetItem::setText(column, texts[column]);
+        }
         m_formatTree->widget()->setCurrentItem(item);
         m_formatTree->widget()->scrollToItem(item);
         onFormatTreeItemClicked(item, 0);

@@ -46,9 +46,11 @@ Definitions::Attributes SheetRows::declared(PointTreeWidgetItem *node)
     if (!node || !Controller::instance()->attributeDefinitions(node, &declared))
         return {};
     declared.keys.removeAll(QString());
-    // Asking for a value under its declared name gives the key this form.
-    for (const QString &key : qAsConst(declared.keys))
-        (void)node->property(key);
+    // Asking for a value under its declared name gives the key this form, in what is saved as well.
+    for (PointObject *object = node; object; object = object->link() == object ? nullptr : object->link()) {
+        for (const QString &key : qAsConst(declared.keys))
+            (void)object->property(key);
+    }
     return declared;
 }
 

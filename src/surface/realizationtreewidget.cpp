@@ -125,6 +125,7 @@ void RealizationTreeWidget::dragEnterEvent(QDragEnterEvent *event)
     if (sourceOf(event) == Source::Tree)
         event->setDropAction(Qt::CopyAction);
     event->accept();
+    m_currentBefore = PointTreeWidgetItem::fromRow(currentItem());
 }
 
 void RealizationTreeWidget::dragMoveEvent(QDragMoveEvent *event)
@@ -154,10 +155,11 @@ void RealizationTreeWidget::dragLeaveEvent(QDragLeaveEvent *event)
 
 void RealizationTreeWidget::dropEvent(QDropEvent *event)
 {
-    stopHovering();
+    // Asked before the current row goes back to where it was.
+    const DropSite site = siteAt(event->pos());
     const Source source = sourceOf(event);
     PointTreeWidgetItem *dragged = TreeItemMimeData::nodeOf(event->mimeData());
-    const DropSite site = siteAt(event->pos());
+    stopHovering();
     event->setDropAction(Qt::CopyAction);
     event->accept();
     if (!dragged || source == Source::Other)
@@ -213,6 +215,14 @@ void RealizationTreeWidget::hover(PointTreeWidgetItem *dragged, Source source, c
 
 void RealizationTreeWidget::stopHovering()
 {
+    // What passed over the rows has moved the current one along; a drag of this tree's own sees to that at its end.
+    if (m_isHovering && !isDragging()) {
+        const bool scrolls = hasAutoScroll();
+        setAutoScroll(false);
+        setCurrentItem(m_currentBefore && m_currentBefore->treeWidget() == this ? m_currentBefore.data() : nullptr, 0,
+            QItemSelectionModel::NoUpdate);
+        setAutoScroll(scrolls);
+    }
     m_isHovering = false;
     m_hovering = nullptr;
     m_edgeScroll.stop();

@@ -82,6 +82,7 @@ private:
 
     // What hovers over the rows at present.
     EdgeScroll m_edgeScroll;
+    QPointer<PointTreeWidgetItem> m_currentBefore;
     QPointer<PointTreeWidgetItem> m_hovering;
     Source m_hoveringFrom = Source::Other;
     QPoint m_hoverPos;

@@ -95,6 +95,7 @@ private Q_SLOTS:
     void idsFollowInTheIndexes();
     void destroyedFormatGivesItsTargetBack();
     void insertionKeepsOrderInListAndRows();
+    void moveTakesThePointOfTheNewPlace();
     void moveRefusesRings();
     void recordsFollowTheirPoint();
     void generatedIds();
@@ -317,6 +318,16 @@ void TestOwnSide::insertionKeepsOrderInListAndRows()
     QVERIFY(model.manager.moveRealization(set->children().at(3)->item(), set->children().at(0)->item()));
     QCOMPARE(ModelTesting::tree(set), (QStringList { s("b"), s("  d"), s("c"), s("a") }));
     QCOMPARE(ModelTesting::rows(set), ModelTesting::tree(set));
+}
+
+void TestOwnSide::moveTakesThePointOfTheNewPlace()
+{
+    Model model(ownFile);
+    Node *entry = model.at({ 0, 0, 2, 0 });
+    QCOMPARE(entry->pointId(), s("own.p"));
+    QVERIFY(model.manager.moveRealization(entry, model.at({ 0, 1, 2 })));
+    QCOMPARE(entry->pointId(), s("q"));
+    QVERIFY(entry->hasFormat());
 }
 
 void TestOwnSide::moveRefusesRings()

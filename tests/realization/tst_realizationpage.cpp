@@ -93,7 +93,7 @@ void TestRealizationPage::tabsShowWhatFillsThem_data()
         { s("format"), s("  menubar"), s("    1"), s("    2"), s("  toolbars"), s("    3") });
     row("own entries in a sibling's layout",
         inHolder("<Format target='l'><x id='1' parent='l'/><y id='2' parent='area'/></Format>"),
-        { "<Layout id='l' title='L'><area><q id='q'/></area></Layout>" }, "l|l", true,
+        { "<Layout id='l' title='L'><area><q id='q'/></area></Layout>" }, "l|L", true,
         { s("l=L"), s("  area"), s("    q"), s("    2"), s("  1") });
     row("an entry of both is one row", inHolder("<format target='t'><menu id='m'><a id='1'/></menu></format>"),
         { "<format target='t'><menu id='m'><a id='2'/></menu></format>" }, "t|t", true,
@@ -214,8 +214,7 @@ void TestRealizationPage::menuOffers_data()
     };
     const QString types = s("Child Type");
     row("a root, both bars", "<format target='t'/>", "format",
-        { types, s("Child Type > context"), s("Child Type > menubar"), s("Child Type > menubar"),
-            s("Child Type > toolbars"), s("Delete") });
+        { types, s("Child Type > context"), s("Child Type > menubar"), s("Child Type > toolbars"), s("Delete") });
     row("a root with a bar", "<format target='t'><MenuBar/></format>", "format",
         { types, s("Child Type > context"), s("Child Type > toolbars"), s("Delete") });
     row("a root with everything", "<format target='t'><menubar/><toolbars/><context/></format>", "format",

@@ -87,6 +87,7 @@ private slots:
     void widths();
     void scrolled();
     void many();
+    void paintsAgain();
     void tableGone();
 };
 
@@ -400,6 +401,20 @@ void TestRecordTable::many()
     const auto iconOf
         = [&widget](int row) { return qobject_cast<QToolButton *>(widget.cellWidget(row, 2))->icon().cacheKey(); };
     QCOMPARE(iconOf(0), iconOf(1999));
+}
+
+void TestRecordTable::paintsAgain()
+{
+    OpenedProduct product(point({}) + manyRecords(3));
+    QWidget page;
+    auto *widget = new QTableWidget(&page);
+    RecordTable table(widget);
+    // As a page is while it is being switched to, when the focus that comes to it can show other records.
+    page.setUpdatesEnabled(false);
+    table.showRecords(product.point("p"));
+    QVERIFY(!widget->updatesEnabled());
+    page.setUpdatesEnabled(true);
+    QVERIFY(widget->updatesEnabled() && widget->viewport()->updatesEnabled());
 }
 
 void TestRecordTable::tableGone()

@@ -289,15 +289,15 @@ void TestExtPointWidget::definePropagates()
     PointTreeWidgetItem *root = editor.manager.availablePointsRoot();
 
     Q_EMIT page->addDefine(s("plug"), &point, nullptr);
-    QCOMPARE(root->childCount(), 1);
-    auto *plugin = PointTreeWidgetItem::fromRow(root->child(0));
+    QCOMPARE(root->childCount(), 2);
+    auto *plugin = PointTreeWidgetItem::fromRow(root->child(1));
     QCOMPARE(plugin->text(0) + plugin->property(s("id")).toString() + plugin->property(s("filename")).toString(),
         s("plugplugplug"));
     auto *copy = PointTreeWidgetItem::fromRow(plugin->child(0));
     QCOMPARE(point.link(), static_cast<PointObject *>(copy));
     QCOMPARE(copy->link(), static_cast<PointObject *>(copy));
     Q_EMIT page->addDefine(s("plug"), &point, &subPoint);
-    QCOMPARE(root->childCount(), 1);
+    QCOMPARE(root->childCount(), 2);
     QCOMPARE(plugin->childCount(), 1);
     QCOMPARE(subPoint.link(), copy->children().first());
     point.setProperty(s("name"), s("Renamed"));
@@ -310,7 +310,7 @@ void TestExtPointWidget::definePropagates()
     QCOMPARE(subPoint.link(), static_cast<PointObject *>(&subPoint));
     // A sub point of a point that the other page has never seen brings its point.
     Q_EMIT page->addDefine(s("other"), &point, &subPoint);
-    QCOMPARE(root->child(1)->child(0)->childCount(), 1);
+    QCOMPARE(root->child(2)->child(0)->childCount(), 1);
 }
 
 void TestExtPointWidget::sheetEditReachesModelAndRow()

@@ -1,0 +1,226 @@
+// Edits whose effect reaches further than the node that is shown: names of tabs, ids that go and come back, links to
+// siblings, letter case.
+
+#include "realizationpage.h"
+
+#include "surface/drops/pointdrop.h"
+
+using namespace RealizationTesting;
+using Node = PointTreeWidgetItem;
+
+namespace {
+
+const Sibling host { "host", R"(<ExtPointSet><ExtPoint id="host.cmd" name="Commands" hasformat="true">
+<SubExtPoint key="format" childType="menu|action"/><SubExtPoint key="menu" childType="menu|action"/>
+<SubExtPoint key="action" name="Action"><String key="toolTip" value="tip"/></SubExtPoint></ExtPoint>
+<ExtPoint id="host.plain" name="Plain" hasformat="true"/></ExtPointSet>)" };
+
+QByteArray inHolder(const char *content, const char *point = "host.cmd")
+{
+    return QByteArray("<ExtDataSet><ExtData id=\"") + point + "\">" + content + "</ExtData></ExtDataSet>";
+}
+
+} // namespace
+
+class TestPageEdits : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anEmptiedIdTakesNothingAlong();
+    void tabOfSiblingsIsTheirsAgain();
+    void rootWithIdAndTarget_data();
+    void rootWithIdAndTarget();
+    void ownFormatsOfOneName();
+    void rootKeepsItsLastName();
+    void keysActOnWhatIsSelected();
+    void letterCaseOfTheFile();
+    void parentsFollowIds();
+    void namesakesComeAndGo();
+    void recordOfARecordedPointIsShown();
+    void holderIdMovesItsRecords();
+    void sheetGoesWithWhatItShows();
+};
+
+void TestPageEdits::anEmptiedIdTakesNothingAlong()
+{
+    Page page(inHolder("<format target='t'><menubar/><action id='r1'/></format><action id='r1'/>"), { host });
+    page.clickPoint("Commands");
+    page.clickRecord(0);
+    page.edit("id", QString());
+    page.edit("id", s("r2"));
+    const QByteArray saved = page.save();
+    QVERIFY2(saved.contains("<format target=\"t\">") && saved.contains("<menubar/>"), saved.constData());
+    QVERIFY(saved.contains("<action id=\"r1\"/>") && saved.contains("<action id=\"r2\" toolTip=\"tip\"/>"));
+}
+
+void TestPageEdits::tabOfSiblingsIsTheirsAgain()
+{
+    Page page(inHolder("<format target='a'><menu id='m'/></format>"),
+        { host, { "s1", inHolder("<format target='a'><menu id='m'><action id='x'/></menu></format>") } });
+    page.clickPoint("Commands");
+    QTRY_COMPARE(page.formatLines(), (QStringList { s("format"), s("  m"), s("    x") }));
+    page.clickEntry("format");
+    page.edit("target", s("b"));
+    QCOMPARE(page.tabNames(), (QStringList { s("a|a"), s("b|b") }));
+    page.showTab("a");
+    QCOMPARE(page.menuOf("m"), (QStringList { s("-Child Type"), s("-Delete") }));
+    QVERIFY(!page.formats()->directDrop());
+    page.showTab("b");
+    QCOMPARE(page.formatLines(), (QStringList { s("format"), s("  m") }));
+}
+
+void TestPageEdits::rootWithIdAndTarget_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QStringList>("tabs");
+    QTest::newRow("another id") << s("id") << s("y") << QStringList { s("y|y") };
+    QTest::newRow("no id") << s("id") << QString() << QStringList { s("t|t") };
+    QTest::newRow("another target") << s("target") << s("u") << QStringList { s("x|x") };
+    QTest::newRow("no target") << s("target") << QString() << QStringList { s("x|x") };
+}
+
+void TestPageEdits::rootWithIdAndTarget()
+{
+    QFETCH(const QString, key);
+    QFETCH(const QString, value);
+    Page page(inHolder("<format id='x' target='t'><action id='a'/></format>"), { host });
+    page.clickPoint("Commands");
+    QCOMPARE(page.tabNames(), QStringList { s("x|x") });
+    page.clickEntry("x");
+    page.edit(key.toUtf8().constData(), value);
+    QTEST(page.tabNames(), "tabs");
+    QCOMPARE(page.formatLines().mid(1), QStringList { s("  a") });
+    page.save();
+    page.reopen();
+    page.clickPoint("Commands");
+    QTEST(page.tabNames(), "tabs");
+    // Gone as a record, gone as a tab.
+    if (page.table()->rowCount() > 0) {
+        page.menuOfRecord(0, s("Delete"));
+        QCOMPARE(page.tabNames(), QStringList());
+    }
+}
+
+void TestPageEdits::ownFormatsOfOneName()
+{
+    Page page(
+        inHolder("<format id='x' target='t'><action id='a'/></format><Format target='x'><action id='b'/></Format>"),
+        { host });
+    page.clickPoint("Commands");
+    page.showTab("x");
+    QCOMPARE(page.formatLines().mid(1), (QStringList { s("  b"), s("  a") }));
+}
+
+void TestPageEdits::rootKeepsItsLastName()
+{
+    Page page(inHolder("<format target='t'/>"), { host });
+    page.clickPoint("Commands");
+    page.clickEntry("format");
+    page.edit("target", QString());
+    QCOMPARE(page.tabNames(), QStringList { s("t|t") });
+    QCOMPARE(page.modified, 0);
+    QCOMPARE(page.sheet()->properties().first().value().toString(), s("t"));
+}
+
+void TestPageEdits::keysActOnWhatIsSelected()
+{
+    Page page(inHolder("<format target='t'><action id='a'/><action id='b'/></format><action id='a'/><action id='b'/>"
+                       "<action id='c'/>"),
+        { host });
+    page.clickPoint("Commands");
+    page.clickEntry("a");
+    page.clickRecord(1);
+    page.press(page.formats(), Qt::Key_Delete);
+    QCOMPARE(page.formatLines(), (QStringList { s("format"), s("  a") }));
+    // Nothing is highlighted: nothing is deleted.
+    page.clickRecord(2);
+    page.press(page.formats(), Qt::Key_Delete);
+    QCOMPARE(page.formatLines(), (QStringList { s("format"), s("  a") }));
+}
+
+void TestPageEdits::letterCaseOfTheFile()
+{
+    Page page(inHolder("<format target='t'><action id='a' tooltip='old'/></format>"), { host });
+    page.clickPoint("Commands");
+    page.clickEntry("a");
+    page.edit("toolTip", s("new"));
+    QVERIFY2(page.save().contains("<action id=\"a\" toolTip=\"new\"/>"), page.save().constData());
+}
+
+void TestPageEdits::parentsFollowIds()
+{
+    Page page(
+        inHolder("<format target='t'><menu id='m'/></format><Format target='t'><action id='a' parent='m'/></Format>"
+                 "<menu id='m'/>"),
+        { host });
+    const QStringList rows { s("format"), s("  n"), s("    a") };
+    page.clickPoint("Commands");
+    page.clickRecord(0);
+    page.edit("id", s("n"));
+    QTRY_COMPARE(page.formatLines(), rows);
+    page.clickEntry("n");
+    page.edit("id", s("o"));
+    QVERIFY(page.save().contains("<action id=\"a\" parent=\"o\"/>"));
+    page.clickEntry("a");
+    page.edit("parent", s("nobody"));
+    QTRY_COMPARE(page.formatLines(), (QStringList { s("format"), s("  o"), s("  a") }));
+}
+
+void TestPageEdits::namesakesComeAndGo()
+{
+    Page page(inHolder("<format target='t'><action id='x'/><action id='y'/></format>"),
+        { host, { "s1", inHolder("<format target='t'><action id='x'/></format>") } });
+    page.clickPoint("Commands");
+    QTRY_COMPARE(page.formatLines(), (QStringList { s("format"), s("  x"), s("  y") }));
+    page.menuOf("x", s("Delete"));
+    QTRY_COMPARE(page.formatLines(), (QStringList { s("format"), s("  y"), s("  x") }));
+    QCOMPARE(page.menuOf("x"), (QStringList { s("-Child Type"), s("-Delete") }));
+}
+
+void TestPageEdits::recordOfARecordedPointIsShown()
+{
+    Page page("<ExtPointSet/>", { host, { "s1", inHolder("<format target='t'><menu id='m'/></format>") } });
+    page.clickPoint("Action");
+    QCOMPARE(page.tableLines(), QStringList());
+    QTRY_VERIFY(page.entry("m"));
+    OwnSlots::FirstFound found;
+    const DropOutcome outcome = PointDrop::perform(
+        page.formats()->siteAt(page.formats()->visualItemRect(page.entry("m")).center()), page.point("Action"), &found);
+    Q_EMIT page.formats()->setTarget(outcome.additions.first().format);
+    Q_EMIT page.formats()->dropPoint(outcome.additions.first().row);
+    QCOMPARE(page.tableLines().size(), 1);
+    QVERIFY(page.tableLines().first().endsWith(s("|1|[x]")));
+    QTRY_COMPARE(page.formats()->directDrop(), true);
+    QCOMPARE(page.formats()->currentItem()->QTreeWidgetItem::parent()->text(0), s("m"));
+}
+
+void TestPageEdits::holderIdMovesItsRecords()
+{
+    Page page(inHolder("<action id='a'/>"), { host });
+    page.clickPoint("Commands");
+    QCOMPARE(page.tableLines().size(), 1);
+    page.edit("id", s("host.plain"));
+    QCOMPARE(page.tableLines().size(), 0);
+    page.clickPoint("Plain");
+    QCOMPARE(page.tableLines().size(), 1);
+    QCOMPARE(page.manager->ownRealizations().record(s("a"))->pointId(), s("host.plain"));
+}
+
+void TestPageEdits::sheetGoesWithWhatItShows()
+{
+    Page page(inHolder("<action id='a'/>"), { host });
+    page.clickPoint("Commands");
+    page.clickRecord(0);
+    QVERIFY(page.sheet()->isEnabled());
+    page.clickPoint("host");
+    QVERIFY(!page.sheet()->isEnabled());
+    page.clickPoint("Commands");
+    page.clickRecord(0);
+    page.menuOfRecord(0, s("Delete"));
+    QVERIFY(!page.sheet()->isEnabled() && page.sheetKeys().isEmpty());
+}
+
+QTEST_MAIN(TestPageEdits)
+#include "tst_pageedits.moc"
