@@ -4,6 +4,8 @@
 #include "core/editormanager.h"
 #include "core/icore.h"
 #include "core/mainwindow.h"
+#include "core/quitsignals.h"
+#include "core/recoverystore.h"
 #include "core/startupjob.h"
 #include "extensionsystem/pluginmanager.h"
 
@@ -38,6 +40,12 @@ bool CorePlugin::initialize(const QStringList &arguments, QString *errorString)
     m_editors = std::make_unique<EditorManager>();
     m_window = std::make_unique<MainWindow>(*m_editors, *m_settings);
     m_window->setLauncher([this](const QString &path) { return startSecondProcess(path); });
+    // A run that quits by itself is ended by a signal as any tool is: what it writes is written at once or not at all.
+    if (!m_commandLine.isJob()) {
+        m_window->setRecoveryStore(std::make_shared<RecoveryStore>());
+        m_quitSignals = std::make_unique<QuitSignals>();
+        connect(m_quitSignals.get(), &QuitSignals::asked, m_window.get(), &MainWindow::endSession);
+    }
     m_core.reset(new ICore(*m_window, *m_editors, *m_settings));
     // Long before the plug-ins go, whose code the editors need.
     connect(qApp, &QCoreApplication::aboutToQuit, m_editors.get(), &EditorManager::closeAll);
@@ -64,6 +72,7 @@ void CorePlugin::extensionsInitialized()
 CorePlugin::ShutdownFlag CorePlugin::aboutToShutdown()
 {
     m_job.reset();
+    m_quitSignals.reset();
     if (m_editors)
         m_editors->closeAll();
     m_core.reset();

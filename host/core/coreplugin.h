@@ -14,6 +14,7 @@ namespace Core {
 class EditorManager;
 class ICore;
 class MainWindow;
+class QuitSignals;
 class StartupJob;
 
 /// The plug-in "Core": makes the window and what other plug-ins reach through ICore, and carries out the program's
@@ -40,6 +41,7 @@ private:
     std::unique_ptr<EditorManager> m_editors;
     std::unique_ptr<MainWindow> m_window;
     std::unique_ptr<ICore> m_core;
+    std::unique_ptr<QuitSignals> m_quitSignals;
     std::unique_ptr<StartupJob> m_job;
 };
 

@@ -5,6 +5,7 @@
 #include "core/ieditor.h"
 #include "core/ieditorfactory.h"
 #include "core/logcollector.h"
+#include "core/recoverabledocument.h"
 #include "extensionsystem/pluginmanager.h"
 #include "utils/mimedatabase.h"
 
@@ -105,11 +106,16 @@ EditorManager::~EditorManager()
 
 IEditorFactory *EditorManager::factoryFor(const QString &path) const
 {
+    return factoryFor(Utils::MimeDatabase().mimeTypeForFile(path));
+}
+
+IEditorFactory *EditorManager::factoryFor(const Utils::MimeType &type) const
+{
     const auto factories = ExtensionSystem::PluginManager::getObjects<IEditorFactory>();
-    const QStringList types = withAncestors(Utils::MimeDatabase().mimeTypeForFile(path));
-    for (const QString &type : types)
+    const QStringList types = withAncestors(type);
+    for (const QString &name : types)
         for (IEditorFactory *factory : factories)
-            if (factory->mimeTypes().contains(type))
+            if (factory->mimeTypes().contains(name))
                 return factory;
     return nullptr;
 }
@@ -121,18 +127,39 @@ OpenOutcome EditorManager::open(const QString &path)
     const QString obstacle = whyNotReadable(file);
     if (!obstacle.isEmpty())
         return { nullptr, obstacle };
-    IEditorFactory *factory = factoryFor(file);
+    const Utils::MimeType type = Utils::MimeDatabase().mimeTypeForFile(file);
+    IEditorFactory *factory = factoryFor(type);
     if (!factory)
-        return { nullptr,
-            tr("No plug-in edits files of this kind (%1).").arg(Utils::MimeDatabase().mimeTypeForFile(file).name()) };
+        return { nullptr, tr("No plug-in edits files of this kind (%1).").arg(type.name()) };
+    return openWith(
+        *factory, file, [&file](IDocument &document, QString *error) { return document.open(error, file, file); });
+}
 
+OpenOutcome EditorManager::openRecovered(const QString &path, const QByteArray &data)
+{
+    const QString file = QFileInfo(path).absoluteFilePath();
+    const Utils::MimeType type = Utils::MimeDatabase().mimeTypeForFileNameAndData(file, data);
+    IEditorFactory *factory = factoryFor(type);
+    if (!factory)
+        return { nullptr, tr("No plug-in edits files of this kind (%1).").arg(type.name()) };
+    return openWith(*factory, file, [&](IDocument &document, QString *error) {
+        auto *recoverable = dynamic_cast<RecoverableDocument *>(&document);
+        if (!recoverable)
+            return IDocument::OpenResult::CannotHandle;
+        return recoverable->openRecovered(error, file, data) ? IDocument::OpenResult::Success
+                                                             : IDocument::OpenResult::ReadError;
+    });
+}
+
+OpenOutcome EditorManager::openWith(IEditorFactory &factory, const QString &file, const Opener &opener)
+{
     const QScopedValueRollback<bool> working(m_working, true);
     LogCollector log;
-    std::unique_ptr<IEditor> editor(factory->createEditor());
+    std::unique_ptr<IEditor> editor(factory.createEditor());
     if (!editor || !editor->document())
         return { nullptr, tr("The plug-in for this kind of file made no editor.") };
     QString errorString;
-    const IDocument::OpenResult result = editor->document()->open(&errorString, file, file);
+    const IDocument::OpenResult result = opener(*editor->document(), &errorString);
     if (result != IDocument::OpenResult::Success) {
         QString reason = reasonGiven(errorString, log, file);
         if (reason.isEmpty())
@@ -154,7 +181,7 @@ void EditorManager::adopt(std::unique_ptr<IEditor> editor)
     connect(document, &IDocument::changed, this, [this, adopted] { emit documentChanged(adopted); });
     connect(document, &IDocument::filePathChanged, this, [this, adopted] { emit documentChanged(adopted); });
     m_busyMonitor.addDocument(document);
-    m_entries.push_back({ std::move(editor), false });
+    m_entries.push_back({ std::move(editor), false, false });
     emit opened(adopted);
 }
 
@@ -218,7 +245,16 @@ std::vector<IEditor *> EditorManager::editors() const
 bool EditorManager::isModified(IEditor *editor) const
 {
     const auto entry = find(editor);
-    return editor->document()->isModified() || (entry != m_entries.cend() && entry->unwritten);
+    return editor->document()->isModified() || (entry != m_entries.cend() && (entry->unwritten || entry->ahead));
+}
+
+void EditorManager::setAhead(IEditor *editor, bool ahead)
+{
+    const auto entry = find(editor);
+    if (entry == m_entries.cend() || entry->ahead == ahead)
+        return;
+    m_entries[std::size_t(entry - m_entries.cbegin())].ahead = ahead;
+    emit documentChanged(editor);
 }
 
 std::vector<EditorManager::Entry>::const_iterator EditorManager::find(const IEditor *editor) const
@@ -230,8 +266,11 @@ std::vector<EditorManager::Entry>::const_iterator EditorManager::find(const IEdi
 void EditorManager::setUnwritten(const IEditor *editor, bool unwritten)
 {
     const auto entry = find(editor);
-    if (entry != m_entries.cend())
-        m_entries[std::size_t(entry - m_entries.cbegin())].unwritten = unwritten;
+    if (entry == m_entries.cend())
+        return;
+    Entry &changed = m_entries[std::size_t(entry - m_entries.cbegin())];
+    changed.unwritten = unwritten;
+    changed.ahead = changed.ahead && unwritten;
 }
 
 } // namespace Core

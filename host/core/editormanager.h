@@ -2,12 +2,18 @@
 
 #include "core/busymonitor.h"
 #include "core/core_global.h"
+#include "core/idocument.h"
 
 #include <QObject>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <vector>
+
+namespace Utils {
+class MimeType;
+}
 
 namespace Core {
 
@@ -49,6 +55,8 @@ public:
 
     /// Opens the file in a new editor, however many have it open already. \a path is made absolute.
     [[nodiscard]] OpenOutcome open(const QString &path);
+    /// As open(), with \a data, which a document of the file gave as a recovery copy, in place of what the file holds.
+    [[nodiscard]] OpenOutcome openRecovered(const QString &path, const QByteArray &data);
     /// Saves the document of \a editor to its path.
     [[nodiscard]] SaveOutcome save(IEditor *editor);
     /// Deletes \a editor, and its widget if that survives it. Asks nothing.
@@ -56,8 +64,11 @@ public:
     void closeAll();
 
     [[nodiscard]] std::vector<IEditor *> editors() const;
-    /// True when the document says so, or when its last save did not reach the disk.
+    /// True when the document says so, when its last save did not reach the disk, or when it is ahead of the disk.
     [[nodiscard]] bool isModified(IEditor *editor) const;
+    /// Whether the disk holds less than the document, although that was not changed: the file was removed, say. A save
+    /// ends it.
+    void setAhead(IEditor *editor, bool ahead);
     /// True while a document loads or saves, which may run an event loop: nothing may be closed then.
     [[nodiscard]] bool isWorking() const { return m_working; }
 
@@ -71,12 +82,16 @@ signals:
     void documentChanged(Core::IEditor *editor);
 
 private:
+    using Opener = std::function<IDocument::OpenResult(IDocument &document, QString *errorString)>;
+    [[nodiscard]] OpenOutcome openWith(IEditorFactory &factory, const QString &file, const Opener &opener);
+    [[nodiscard]] IEditorFactory *factoryFor(const Utils::MimeType &type) const;
     void adopt(std::unique_ptr<IEditor> editor);
 
     struct Entry
     {
         std::unique_ptr<IEditor> editor;
         bool unwritten = false; ///< The last save did not reach the disk.
+        bool ahead = false;     ///< See setAhead().
     };
     [[nodiscard]] std::vector<Entry>::const_iterator find(const IEditor *editor) const;
     void setUnwritten(const IEditor *editor, bool unwritten);

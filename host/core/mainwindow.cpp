@@ -2,6 +2,8 @@
 
 #include "core/aboutpluginsdialog.h"
 #include "core/busyindicator.h"
+#include "core/diskstate.h"
+#include "core/filecare.h"
 #include "core/idocument.h"
 #include "core/ieditor.h"
 #include "core/welcomepage.h"
@@ -96,7 +98,13 @@ MainWindow::MainWindow(EditorManager &editors, QSettings &settings, QWidget *par
     setAcceptDrops(true);
     m_stack->setObjectName(QStringLiteral("centralStack"));
     m_stack->addWidget(m_welcome);
-    setCentralWidget(m_stack);
+    auto *centre = new QWidget(this);
+    auto *column = new QVBoxLayout(centre);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    m_care = new FileCare(m_editors, *column, this);
+    column->addWidget(m_stack, 1);
+    setCentralWidget(centre);
     createMenus();
     createStatusBar();
 
@@ -104,6 +112,11 @@ MainWindow::MainWindow(EditorManager &editors, QSettings &settings, QWidget *par
     connect(m_welcome, &WelcomePage::fileRequested, this, &MainWindow::openFile);
     connect(&m_editors, &EditorManager::aboutToClose, this, &MainWindow::detach);
     connect(&m_editors, &EditorManager::documentChanged, this, &MainWindow::updateState);
+    connect(m_care, &FileCare::reloadWanted, this, &MainWindow::reload);
+    connect(m_care, &FileCare::restoreWanted, this, &MainWindow::restore);
+    connect(m_care, &FileCare::copyFailed, this, [this](const QString &reason) {
+        statusBar()->showMessage(tr("No recovery copy can be written: %1").arg(reason));
+    });
     m_welcome->setRecentFiles(m_recentFiles.files());
     updateState();
 }
@@ -222,14 +235,16 @@ void MainWindow::openFile(const QString &path)
     const OpenOutcome outcome = openHere(file);
     if (!outcome.editor)
         showMessage(QStringLiteral("errorMessage"), tr("The file could not be opened."), file, outcome.error);
+    m_care->offerCopies(file);
 }
 
 OpenOutcome MainWindow::openHere(const QString &path)
 {
     Q_ASSERT(!m_editor);
+    const DiskState state = DiskState::of(path);
     const OpenOutcome outcome = m_editors.open(path);
     if (outcome.editor)
-        attach(outcome.editor);
+        attach(outcome.editor, state);
     return outcome;
 }
 
@@ -267,7 +282,12 @@ void MainWindow::fillRecentMenu()
     });
 }
 
-void MainWindow::attach(IEditor *editor)
+void MainWindow::setRecoveryStore(std::shared_ptr<const RecoveryStore> store)
+{
+    m_care->setRecoveryStore(std::move(store));
+}
+
+void MainWindow::attach(IEditor *editor, const DiskState &opened)
 {
     auto *holder = new QWidget(m_stack);
     holder->setObjectName(QStringLiteral("editorHolder"));
@@ -285,6 +305,7 @@ void MainWindow::attach(IEditor *editor)
     m_stack->setCurrentWidget(holder);
     holder->setFocus(Qt::OtherFocusReason);
     m_editor = editor;
+    m_care->attach(editor, opened);
     m_recentFiles.add(pathOf(editor));
     updateState();
     emit currentEditorChanged(m_editor);
@@ -294,6 +315,7 @@ void MainWindow::detach(IEditor *editor)
 {
     if (editor != m_editor)
         return;
+    m_care->detach();
     m_editor = nullptr;
     // The editor's widgets are not the window's to delete.
     if (QWidget *toolBar = editor->toolBar())
@@ -320,7 +342,13 @@ void MainWindow::save()
 bool MainWindow::saveAndTell()
 {
     const QString path = pathOf(m_editor);
+    if (!m_care->maySave()) {
+        statusBar()->showMessage(tr("Not saved: %1 was changed by another program").arg(shortPath(path)));
+        return false;
+    }
     const SaveOutcome outcome = m_editors.save(m_editor);
+    if (outcome.written)
+        m_care->saved();
     if (!outcome.written)
         showMessage(QStringLiteral("errorMessage"), tr("The file could not be saved."), path, outcome.error);
     else if (!outcome.warning.isEmpty())
@@ -335,48 +363,43 @@ void MainWindow::revert()
 {
     if (!m_editor || m_editors.isWorking() || m_question)
         return;
-    if (!m_editors.isModified(m_editor)) {
-        replaceByFresh();
-        return;
-    }
-    m_question = new QMessageBox(QMessageBox::Question, windowTitle(),
-        tr("Revert to the file on disk? What was changed since the last save is lost."), QMessageBox::Cancel, this);
-    m_question->setObjectName(QStringLiteral("revertPrompt"));
-    m_question->setAttribute(Qt::WA_DeleteOnClose);
-    m_question->setTextFormat(Qt::PlainText);
-    QPushButton *revertButton = m_question->addButton(tr("&Revert"), QMessageBox::DestructiveRole);
-    m_question->setDefaultButton(QMessageBox::Cancel);
-    connect(revertButton, &QPushButton::clicked, this, &MainWindow::replaceByFresh, Qt::QueuedConnection);
-    m_question->open();
+    const auto proceed = [this] {
+        QString error;
+        if (m_editor && !m_editors.isWorking() && !replaceByFresh(&error))
+            showMessage(
+                QStringLiteral("errorMessage"), tr("The file could not be read again."), pathOf(m_editor), error);
+    };
+    if (m_editors.isModified(m_editor))
+        askThen(QStringLiteral("revertPrompt"),
+            tr("Revert to the file on disk? What was changed since the last save is lost."), tr("&Revert"), proceed);
+    else
+        proceed();
 }
 
-void MainWindow::replaceByFresh()
+void MainWindow::askThen(
+    const QString &objectName, const QString &text, const QString &answer, const std::function<void()> &proceed)
 {
-    if (!m_editor || m_editors.isWorking())
-        return;
-    // The fresh editor first: when the file can't be read any more, the old one with its changes stays. The old one is
-    // gone before the event loop turns, so nothing that it still does in the background reaches the fresh one.
-    const QString path = pathOf(m_editor);
-    const OpenOutcome outcome = m_editors.open(path);
-    if (!outcome.editor) {
-        showMessage(QStringLiteral("errorMessage"), tr("The file could not be read again."), path, outcome.error);
-        return;
-    }
-    m_editors.close(m_editor);
-    attach(outcome.editor);
+    m_question = new QMessageBox(QMessageBox::Question, windowTitle(), text, QMessageBox::Cancel, this);
+    m_question->setObjectName(objectName);
+    m_question->setAttribute(Qt::WA_DeleteOnClose);
+    m_question->setTextFormat(Qt::PlainText);
+    const QPushButton *button = m_question->addButton(answer, QMessageBox::DestructiveRole);
+    m_question->setDefaultButton(QMessageBox::Cancel);
+    connect(button, &QPushButton::clicked, this, proceed, Qt::QueuedConnection);
+    m_question->open();
 }
 
 void MainWindow::closeFile()
 {
-    confirmThen([this] {
-        if (m_editor)
-            m_editors.close(m_editor);
-    });
+    confirmThen([this] { closeEditor(); });
 }
 
-void MainWindow::quit()
+void MainWindow::closeEditor()
 {
-    close();
+    if (!m_editor)
+        return;
+    m_care->dropCopy();
+    m_editors.close(m_editor);
 }
 
 void MainWindow::confirmThen(const std::function<void()> &proceed)
@@ -422,8 +445,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
         return;
     }
     savePlace();
-    if (m_editor)
-        m_editors.close(m_editor);
+    closeEditor();
     event->accept();
 }
 
@@ -459,7 +481,9 @@ void MainWindow::updateState()
     name.replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
     directory.replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
     setWindowTitle(tr("%1[*] — %2 — ExtPoint Workbench").arg(name, directory));
-    setWindowModified(m_editors.isModified(m_editor));
+    const bool modified = m_editors.isModified(m_editor);
+    setWindowModified(modified);
+    m_care->setModified(modified);
 }
 
 void MainWindow::showAbout()

@@ -4,10 +4,12 @@
 #include "core/editormanager.h"
 #include "core/recentfiles.h"
 
+#include <QElapsedTimer>
 #include <QMainWindow>
 #include <QPointer>
 
 #include <functional>
+#include <memory>
 
 class QAction;
 class QDockWidget;
@@ -18,7 +20,11 @@ class QStackedWidget;
 namespace Core {
 
 class BusyIndicator;
+class FileCare;
+class RecoveryStore;
 class WelcomePage;
+struct DiskState;
+struct RecoveryCopy;
 
 /// The window of the workbench: menus, docks, the one editor of this process or the welcome page, and every message to
 /// the user. It never blocks: messages and questions are opened, and what depends on the answer goes on from there.
@@ -37,6 +43,10 @@ public:
     /// What to do with a further file while one is open.
     void setLauncher(Launcher launcher) { m_launcher = std::move(launcher); }
 
+    /// Where the recovery copies are. Without it nothing is kept over a crash and nothing offered after one.
+    void setRecoveryStore(std::shared_ptr<const RecoveryStore> store);
+    [[nodiscard]] FileCare &fileCare() { return *m_care; }
+
     /// Opens the file here, or in a second process when another one is open; the open one is only raised. Tells
     /// failures.
     void openFile(const QString &path);
@@ -48,6 +58,10 @@ public:
     void addDock(Qt::DockWidgetArea area, QDockWidget *dock);
     /// Shows in the status bar that some plug-ins could not be loaded.
     void setPluginProblems(int count);
+
+    /// Ends the program without a question, since the system wants it to: unsaved changes are kept as a recovery copy.
+    /// Waits a moment for a document that can't tell its content yet; a second call doesn't wait.
+    void endSession();
 
     /// The place on the screen of the run before, or a sensible one.
     void restorePlace();
@@ -69,8 +83,17 @@ private:
     void chooseFile();
     void save();
     void revert();
-    void replaceByFresh();
+    /// Puts a fresh editor on the file in place of the present one, and the view to where it stood. False, with the
+    /// reason, when there is none; the present one stays then.
+    [[nodiscard]] bool replaceByFresh(QString *error);
+    void reload();
+    void restore(const QString &path, const RecoveryCopy &copy);
+    void replaceByRecovered(const QString &path, const RecoveryCopy &copy);
+    void askThen(
+        const QString &objectName, const QString &text, const QString &answer, const std::function<void()> &proceed);
     void closeFile();
+    /// Gives up what is not saved.
+    void closeEditor();
     void quit();
     void fillRecentMenu();
     void showAbout();
@@ -81,9 +104,11 @@ private:
     /// True when the file was written and there is nothing to tell about it.
     bool saveAndTell();
     void showMessage(const QString &objectName, const QString &text, const QString &path, const QString &reason);
-    void attach(IEditor *editor);
+    /// \a opened is the state of the file before the editor read it.
+    void attach(IEditor *editor, const DiskState &opened);
     void detach(IEditor *editor);
     void updateState();
+    void quitOnceKept();
     void savePlace();
 
     EditorManager &m_editors;
@@ -93,6 +118,7 @@ private:
     IEditor *m_editor = nullptr;
     QPointer<QMessageBox> m_question;
     QStackedWidget *m_stack = nullptr;
+    FileCare *m_care = nullptr;
     WelcomePage *m_welcome = nullptr;
     BusyIndicator *m_busy = nullptr;
     QMenu *m_recentMenu = nullptr;
@@ -101,6 +127,7 @@ private:
     QAction *m_revertAction = nullptr;
     QAction *m_closeAction = nullptr;
     bool m_closeConfirmed = false;
+    QElapsedTimer m_sinceAskedToEnd;
 };
 
 } // namespace Core

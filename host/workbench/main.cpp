@@ -56,6 +56,25 @@ void useNoDisplayIfPossible(const Core::CommandLine &commandLine)
         qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
+/// Takes out of a list of directories in the environment, in which Qt looks for its own plug-ins, those that are only
+/// meant relative to where the program was started, and the place itself: whoever opens a file that came from somewhere
+/// else must not run the code that came with it.
+void forgetCurrentDirectory(const char *variable)
+{
+    const QStringList given = QFile::decodeName(qgetenv(variable)).split(QDir::listSeparator());
+    const QString current = QDir(QDir::currentPath()).canonicalPath();
+    QStringList kept;
+    for (const QString &directory : given) {
+        const QString place = QDir(directory).canonicalPath();
+        if (QDir::isAbsolutePath(directory) && place != current)
+            kept.append(directory);
+    }
+    if (kept.isEmpty())
+        qunsetenv(variable);
+    else
+        qputenv(variable, QFile::encodeName(kept.join(QDir::listSeparator())));
+}
+
 QStringList pluginPaths(const Core::CommandLine &commandLine)
 {
     if (!commandLine.pluginPaths.isEmpty())
@@ -120,6 +139,8 @@ int main(int argc, char **argv)
     useNoDisplayIfPossible(commandLine);
     Workbench::setUpLogging(commandLine.verbose);
 
+    forgetCurrentDirectory("QT_PLUGIN_PATH");
+    forgetCurrentDirectory("QT_QPA_PLATFORM_PLUGIN_PATH");
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QCoreApplication::setOrganizationName(QStringLiteral("ExtPoint"));

@@ -27,15 +27,48 @@ ExtPointEditorDocument::~ExtPointEditorDocument() = default;
 
 Core::IDocument::OpenResult ExtPointEditorDocument::open(QString *, const QString &fileName, const QString &)
 {
-    setFilePath(Utils::FileName::fromString(fileName));
-    m_fileName = fileName;
+    take(fileName);
     if (!m_manager->load(fileName))
         return OpenResult::ReadError;
+    show();
+    return OpenResult::Success;
+}
+
+bool ExtPointEditorDocument::openRecovered(QString *, const QString &fileName, const QByteArray &data)
+{
+    take(fileName);
+    if (!m_manager->load(fileName, data))
+        return false;
+    show();
+    onModified(true);
+    return true;
+}
+
+QByteArray ExtPointEditorDocument::recoveryData() const
+{
+    return m_manager->serialized();
+}
+
+void ExtPointEditorDocument::whenScanned(QObject *context, const std::function<void()> &action) const
+{
+    if (m_manager->isScanning())
+        connect(m_manager.get(), &SourceDataManager::scanFinished, context, action);
+    else
+        action();
+}
+
+void ExtPointEditorDocument::take(const QString &fileName)
+{
+    setFilePath(Utils::FileName::fromString(fileName));
+    m_fileName = fileName;
+}
+
+void ExtPointEditorDocument::show()
+{
     if (m_widget)
         m_widget->reloadPages();
     setProperty(busyProperty, true);
-    m_manager->startScan(fileName);
-    return OpenResult::Success;
+    m_manager->startScan(m_fileName);
 }
 
 bool ExtPointEditorDocument::save(QString *, const QString &, bool)

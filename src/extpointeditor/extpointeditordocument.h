@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hostinterfaces.h"
 #include "surface/extpointwidget.h"
 
 #include <core/idocument.h>
@@ -7,6 +8,7 @@
 #include <QPointer>
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 class SourceDataManager;
@@ -17,7 +19,7 @@ namespace PointEditor::Internal {
 /// modified state. Owned by its editor; owns the model. GUI thread.
 ///
 /// While sibling plug-ins are read in the background, the object's dynamic property "busy" is true.
-class ExtPointEditorDocument final : public Core::IDocument
+class ExtPointEditorDocument final : public Core::IDocument, public Core::RecoverableDocument
 {
     Q_OBJECT
     Q_PROPERTY(QString plainText READ plainText)
@@ -39,6 +41,13 @@ public:
     bool isSaveAsAllowed() const override;
     bool reload(QString *errorString, ReloadFlag flag, ChangeType type) override;
 
+    /// Empty while the siblings are read: what is translatable is known from them.
+    [[nodiscard]] QByteArray recoveryData() const override;
+    /// Sets no error text, as open().
+    [[nodiscard]] bool openRecovered(QString *errorString, const QString &fileName, const QByteArray &data) override;
+
+    /// Calls \a action once the siblings have been read: at once when they have. Not after \a context has gone.
+    void whenScanned(QObject *context, const std::function<void()> &action) const;
     void setWidget(ExtPointWidget *widget) { m_widget = widget; }
     [[nodiscard]] QString plainText() const { return {}; }
 
@@ -52,6 +61,9 @@ public Q_SLOTS:
     void onModified(bool flag);
 
 private:
+    void take(const QString &fileName);
+    void show();
+
     QString m_fileName;
     std::unique_ptr<SourceDataManager> m_manager;
     bool m_shouldAutoSave = false;

@@ -3,6 +3,7 @@
 #include "extpointeditordocument.h"
 #include "extpointeditorplugin.h"
 #include "surface/extpointwidget.h"
+#include "widgetview.h"
 
 namespace PointEditor::Internal {
 
@@ -27,6 +28,20 @@ Core::IDocument *ExtPointEditorW::document()
 QWidget *ExtPointEditorW::toolBar()
 {
     return nullptr;
+}
+
+QVariantMap ExtPointEditorW::viewState() const
+{
+    return viewOf(*m_widget);
+}
+
+void ExtPointEditorW::setViewState(const QVariantMap &state)
+{
+    auto *restoration = new ViewRestoration(state, m_widget, this);
+    m_document->whenScanned(restoration, [restoration] {
+        restoration->finish();
+        restoration->deleteLater();
+    });
 }
 
 } // namespace PointEditor::Internal

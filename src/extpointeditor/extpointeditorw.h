@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hostinterfaces.h"
+
 #include <core/ieditor.h>
 
 class ExtPointWidget;
@@ -11,7 +13,7 @@ class ExtPointEditorPlugin;
 
 /// The host's editor object for one opened extension file. Owned by the host, as is the widget that it hands over; owns
 /// its document.
-class ExtPointEditorW final : public Core::IEditor
+class ExtPointEditorW final : public Core::IEditor, public Core::ViewKeeper
 {
     Q_OBJECT
 
@@ -22,6 +24,9 @@ public:
     [[nodiscard]] Core::IDocument *document() override;
     /// Null: this editor has none.
     [[nodiscard]] QWidget *toolBar() override;
+
+    [[nodiscard]] QVariantMap viewState() const override;
+    void setViewState(const QVariantMap &state) override;
 
 private:
     ExtPointEditorDocument *m_document;

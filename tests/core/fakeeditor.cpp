@@ -52,6 +52,7 @@ Core::IDocument::OpenResult FakeDocument::open(
     setFilePath(Utils::FileName::fromString(fileName));
     m_path = fileName;
     m_saveMode = attributes.value(QLatin1String("save")).toString();
+    m_content = QByteArray("content of ") + attributes.value(QLatin1String("id")).toString().toUtf8();
     work(attributes.value(QLatin1String("busy")).toInt());
     return OpenResult::Success;
 }
@@ -97,22 +98,51 @@ bool FakeDocument::save(QString *errorString, const QString &fileName, bool auto
     return m_saveMode != QLatin1String("refuse");
 }
 
-void FakeDocument::modify()
+QByteArray FakeDocument::recoveryData() const
 {
+    return property("busy").toBool() ? QByteArray() : m_content;
+}
+
+bool FakeDocument::openRecovered(QString *errorString, const QString &fileName, const QByteArray &data)
+{
+    if (!data.startsWith("content of ")) {
+        *errorString = QStringLiteral("The fake can't take this.");
+        return false;
+    }
+    setFilePath(Utils::FileName::fromString(fileName));
+    m_path = fileName;
+    modify(data);
+    return true;
+}
+
+void FakeDocument::modify(const QByteArray &content)
+{
+    if (!content.isNull())
+        m_content = content;
     m_modified = true;
     emit changed();
 }
 
-FakeEditor::FakeEditor(bool deletesWidget) : m_document(new FakeDocument(this)), m_deletesWidget(deletesWidget)
+FakeEditor::FakeEditor(bool deletesWidget)
+    : m_document(new FakeDocument(this)), m_tabs(new QTabWidget), m_deletesWidget(deletesWidget)
 {
     auto *widget = new QWidget;
     widget->setObjectName(QStringLiteral("fakeWidget"));
-    auto *tabs = new QTabWidget(widget);
-    tabs->setObjectName(QStringLiteral("tabWidget"));
-    tabs->addTab(new QLineEdit, QStringLiteral("First"));
-    tabs->addTab(new QWidget, QStringLiteral("Second"));
-    (new QVBoxLayout(widget))->addWidget(tabs);
+    m_tabs->setObjectName(QStringLiteral("tabWidget"));
+    m_tabs->addTab(new QLineEdit, QStringLiteral("First"));
+    m_tabs->addTab(new QWidget, QStringLiteral("Second"));
+    (new QVBoxLayout(widget))->addWidget(m_tabs);
     setWidget(widget);
+}
+
+QVariantMap FakeEditor::viewState() const
+{
+    return { { QStringLiteral("page"), m_tabs->currentIndex() } };
+}
+
+void FakeEditor::setViewState(const QVariantMap &state)
+{
+    m_tabs->setCurrentIndex(state.value(QStringLiteral("page")).toInt());
 }
 
 FakeEditor::~FakeEditor()

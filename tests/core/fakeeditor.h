@@ -3,8 +3,12 @@
 #include "core/idocument.h"
 #include "core/ieditor.h"
 #include "core/ieditorfactory.h"
+#include "core/recoverabledocument.h"
+#include "core/viewkeeper.h"
 
 #include <QTimer>
+
+class QTabWidget;
 
 /// A document that behaves as its file says: `<fake open="log" save="nothing" busy="300"/>`.
 ///
@@ -13,8 +17,8 @@
 /// save: "replace" (as without the attribute), "inplace" with the same size, "nothing", "log" nothing but a warning,
 /// "text" nothing but an error text, "refuse" writes and reports a failure, "instruction" writes an XML instruction
 /// alone, "truncated" the first half of a document. busy: how many milliseconds it works in the background after
-/// opening.
-class FakeDocument final : public Core::IDocument
+/// opening; it can't be recovered meanwhile.
+class FakeDocument final : public Core::IDocument, public Core::RecoverableDocument
 {
     Q_OBJECT
 
@@ -28,7 +32,11 @@ public:
     bool isSaveAsAllowed() const override { return true; }
     bool reload(QString *, ReloadFlag, ChangeType) override { return true; }
 
-    void modify();
+    QByteArray recoveryData() const override;
+    bool openRecovered(QString *errorString, const QString &fileName, const QByteArray &data) override;
+
+    /// Not part of what a FakeDocument saves; only recovery shows it.
+    void modify(const QByteArray &content = QByteArray());
     void setSaveMode(const QString &mode) { m_saveMode = mode; }
 
     static int alive;
@@ -38,14 +46,15 @@ private:
     bool write(const QByteArray &data);
 
     QString m_path;
+    QByteArray m_content;
     QString m_saveMode;
     QTimer m_work;
     int m_saves = 0;
     bool m_modified = false;
 };
 
-/// An editor whose widget has a tab widget with two pages.
-class FakeEditor final : public Core::IEditor
+/// An editor whose widget has a tab widget with two pages; the page is what its view keeps.
+class FakeEditor final : public Core::IEditor, public Core::ViewKeeper
 {
     Q_OBJECT
 
@@ -55,9 +64,12 @@ public:
 
     FakeDocument *document() override { return m_document; }
     QWidget *toolBar() override { return nullptr; }
+    QVariantMap viewState() const override;
+    void setViewState(const QVariantMap &state) override;
 
 private:
     FakeDocument *m_document;
+    QTabWidget *m_tabs;
     bool m_deletesWidget;
 };
 

@@ -42,19 +42,25 @@ private slots:
     void screenshotFails();
     void timings();
     void settingsStayUntouched();
+    void noPluginFromTheCurrentDirectory_data();
+    void noPluginFromTheCurrentDirectory();
+    void noQtPluginFromTheCurrentDirectory_data();
+    void noQtPluginFromTheCurrentDirectory();
 
 private:
-    /// \a wrapper is a command that runs the one after it.
+    /// \a wrapper is a command that runs the one after it. In the directory m_current, where that is not empty.
     Result run(const QStringList &arguments, const QProcessEnvironment &environment, const QStringList &wrapper = {});
     QStringList withPlugins(const QStringList &arguments) const;
     QString makeFile(const QString &name, const QByteArray &content);
 
     std::unique_ptr<QTemporaryDir> m_dir;
     QProcessEnvironment m_environment;
+    QString m_current;
 };
 
 void tst_Workbench::init()
 {
+    m_current.clear();
     m_dir = std::make_unique<QTemporaryDir>();
     QVERIFY(::chmod(QFile::encodeName(m_dir->path()).constData(), 0755) == 0);
     m_environment = QProcessEnvironment::systemEnvironment();
@@ -73,6 +79,7 @@ Result tst_Workbench::run(
     const QString program = all.takeFirst();
     QProcess process;
     process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(m_current);
     process.start(program, all);
     Result result;
     if (!process.waitForFinished(60'000) || process.exitStatus() != QProcess::NormalExit)
@@ -288,6 +295,106 @@ void tst_Workbench::settingsStayUntouched()
     const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
     QCOMPARE(run(withPlugins({ QStringLiteral("--timings"), path }), m_environment).code, 0);
     QVERIFY(!QDir(m_dir->filePath(QStringLiteral("config/ExtPoint"))).exists());
+}
+
+void tst_Workbench::noPluginFromTheCurrentDirectory_data()
+{
+    QTest::addColumn<QString>("variable");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<bool>("given");
+
+    const QString none;
+    QTest::newRow("by itself") << none << none << false;
+    QTest::newRow("Qt told to look there") << QStringLiteral("QT_PLUGIN_PATH") << QStringLiteral(".") << false;
+    QTest::newRow("the loader told to look there") << QStringLiteral("LD_LIBRARY_PATH") << QStringLiteral(".") << false;
+    QTest::newRow("the program told to look there") << none << none << true;
+}
+
+void tst_Workbench::noPluginFromTheCurrentDirectory()
+{
+    QFETCH(QString, variable);
+    QFETCH(QString, value);
+    QFETCH(bool, given);
+    m_current = m_dir->filePath(QStringLiteral("current"));
+    QVERIFY(QDir().mkdir(m_current));
+    for (const char *place : { "", "plugins", "lib/extpoint/plugins" }) {
+        const QDir directory(m_current + QLatin1Char('/') + QString::fromLatin1(place));
+        QVERIFY(QDir().mkpath(directory.path()));
+        QVERIFY(QFile::copy(QStringLiteral(EXTPOINT_BINARY_DIR "/tests/fakeplugins/libFakePlugin.so"),
+            directory.filePath(QStringLiteral("libFakePlugin.so"))));
+    }
+    if (!variable.isEmpty())
+        m_environment.insert(variable, value);
+    QStringList arguments { QStringLiteral("--plugin-path=" EXTPOINT_BINARY_DIR "/lib/extpoint/plugins") };
+    if (given)
+        arguments.append(QStringLiteral("--plugin-path=."));
+    // The copy has lost the way to what it links.
+    m_environment.insert(QStringLiteral("LD_LIBRARY_PATH"),
+        QStringLiteral(EXTPOINT_BINARY_DIR "/lib/extpoint:" EXTPOINT_BINARY_DIR "/lib/extpoint/plugins:")
+            + m_environment.value(QStringLiteral("LD_LIBRARY_PATH")));
+    const QString file = makeFile(QStringLiteral("current/a.fake"), "<fake/>");
+    const Result result = run(arguments + QStringList { QStringLiteral("--save"), file }, m_environment);
+    QCOMPARE(result.code, given ? 0 : 1);
+    QCOMPARE(result.error.contains(QLatin1String("No plug-in edits files of this kind")), !given);
+}
+
+void tst_Workbench::noQtPluginFromTheCurrentDirectory_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("variable");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<bool>("loaded");
+
+    for (const char *kind : { "styles", "platforms" }) {
+        const QString plugins = QStringLiteral("QT_PLUGIN_PATH");
+        const auto row = [kind](const char *name, const QString &variable, const QString &value, bool loaded) {
+            QTest::addRow("%s: %s", kind, name) << QString::fromLatin1(kind) << variable << value << loaded;
+        };
+        // That one shows that the library is one that Qt would load.
+        row("a given place", plugins, QStringLiteral("%elsewhere"), true);
+        row("unset", QString(), QString(), false);
+        row("empty", plugins, QString(), false);
+        row("an empty part", plugins, QStringLiteral(":/usr"), false);
+        row("a dot", plugins, QStringLiteral("."), false);
+        row("a relative place", plugins, QStringLiteral("../current/."), false);
+        row("by its own name", plugins, QStringLiteral("%current"), false);
+        row("by its own name in a roundabout way", plugins, QStringLiteral("%current/../current/"), false);
+        row("beside a given place", plugins, QStringLiteral("/usr:.:%current"), false);
+    }
+    QTest::newRow("platforms: their own variable")
+        << QStringLiteral("platforms") << QStringLiteral("QT_QPA_PLATFORM_PLUGIN_PATH") << QStringLiteral("platforms")
+        << false;
+    QTest::newRow("platforms: their own variable, a given place")
+        << QStringLiteral("platforms") << QStringLiteral("QT_QPA_PLATFORM_PLUGIN_PATH")
+        << QStringLiteral("%elsewhere/platforms") << true;
+}
+
+void tst_Workbench::noQtPluginFromTheCurrentDirectory()
+{
+    QFETCH(QString, kind);
+    QFETCH(QString, variable);
+    QFETCH(QString, value);
+    QFETCH(bool, loaded);
+    m_current = m_dir->filePath(QStringLiteral("current"));
+    const QString elsewhere = m_dir->filePath(QStringLiteral("elsewhere"));
+    for (const QString &place : { m_current, elsewhere }) {
+        QVERIFY(QDir().mkpath(place + QLatin1Char('/') + kind));
+        QVERIFY(QFile::copy(QStringLiteral(EXTPOINT_BINARY_DIR "/tests/intruders/%1/libIntruder_%1.so").arg(kind),
+            QStringLiteral("%1/%2/libintruder.so").arg(place, kind)));
+    }
+    value.replace(QLatin1String("%current"), m_current).replace(QLatin1String("%elsewhere"), elsewhere);
+    if (!variable.isEmpty())
+        m_environment.insert(variable, value);
+    const QString mark = m_dir->filePath(QStringLiteral("mark"));
+    m_environment.insert(QStringLiteral("INTRUDER_MARK"), mark);
+    if (kind == QLatin1String("styles"))
+        m_environment.insert(QStringLiteral("QT_STYLE_OVERRIDE"), QStringLiteral("intruder"));
+    else
+        m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("intruder;offscreen"));
+    const QString file = makeFile(QStringLiteral("a.fake"), "<fake/>");
+    const Result result = run(withPlugins({ QStringLiteral("--save"), file }), m_environment);
+    QCOMPARE(result.code, 0);
+    QCOMPARE(QFile::exists(mark), loaded);
 }
 
 QTEST_GUILESS_MAIN(tst_Workbench)

@@ -1,5 +1,6 @@
 #include "product.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -12,6 +13,19 @@ Product::Product()
         qFatal("no temporary directory");
     setMode(m_directory.path(), 0755);
     copyDirectory(QStringLiteral(EXTPOINT_SOURCE_DIR "/samples/product/plugins"), plugins());
+}
+
+Product::Product(const Files &files)
+{
+    if (!m_directory.isValid())
+        qFatal("no temporary directory");
+    setMode(m_directory.path(), 0755);
+    for (auto file = files.begin(); file != files.end(); ++file) {
+        const QString path = plugins() + QLatin1Char('/') + file.key();
+        if (!QDir().mkpath(QFileInfo(path).absolutePath()))
+            qFatal("%s cannot be created", qPrintable(path));
+        writeFile(path, file.value());
+    }
 }
 
 Product::~Product()
@@ -55,6 +69,22 @@ void Product::addSiblings(int count, int points) const
             qFatal("%s cannot be created", qPrintable(path));
         writeFile(path, content + "</ExtPointSet>\n</Plugin>\n");
     }
+}
+
+QByteArray Product::fingerprintWithout(const QString &plugin) const
+{
+    QStringList paths;
+    QDirIterator files(plugins(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (files.hasNext())
+        if (!files.next().startsWith(plugins() + QLatin1Char('/') + plugin + QLatin1Char('/')))
+            paths.append(files.filePath());
+    paths.sort();
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (const QString &path : qAsConst(paths)) {
+        hash.addData(path.toUtf8() + '\0');
+        hash.addData(contentOf(path));
+    }
+    return hash.result().toHex();
 }
 
 QByteArray contentOf(const QString &path)

@@ -1,15 +1,20 @@
 #pragma once
 
 #include <QByteArray>
+#include <QMap>
 #include <QString>
 #include <QTemporaryDir>
 
-/// A copy of the sample product in a temporary directory of its own, for one test to work on. Aborts the test program
-/// when the copy can't be made. The directories are readable to every user.
+/// A product in a temporary directory of its own, for one test to work on: a copy of the sample or what the test gives.
+/// Aborts the test program when it can't be made. The directories are readable to every user.
 class Product final
 {
 public:
+    /// The contents of files by their names below the directory of the plug-ins.
+    using Files = QMap<QString, QByteArray>;
+
     Product();
+    explicit Product(const Files &files);
     /// Gives back the rights that a test took from the files, so that everything can be removed.
     ~Product();
     Product(const Product &) = delete;
@@ -23,6 +28,9 @@ public:
 
     /// Adds \a count plug-ins with \a points points each, none of which the sample has.
     void addSiblings(int count, int points) const;
+
+    /// A number for the names and contents of all files but those of \a plugin.
+    [[nodiscard]] QByteArray fingerprintWithout(const QString &plugin) const;
 
 private:
     QTemporaryDir m_directory;

@@ -3,7 +3,9 @@
 #include "product.h"
 
 #include <QDir>
+#include <QFile>
 
+#include <csignal>
 #include <unistd.h>
 
 namespace {
@@ -18,7 +20,8 @@ Program::Program() : m_environment(QProcessEnvironment::systemEnvironment())
         qFatal("no temporary directory");
     m_environment.insert(QStringLiteral("HOME"), m_home.path());
     const QDir home(m_home.path());
-    for (const char *name : { "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR" }) {
+    for (const char *name :
+        { "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR" }) {
         const QString directory = QString::fromLatin1(name).toLower();
         if (!home.mkdir(directory))
             qFatal("%s cannot be created", qPrintable(directory));
@@ -58,6 +61,8 @@ void Program::laysDownRoot()
 bool Program::start(const QStringList &arguments)
 {
     m_error.clear();
+    // A program that was killed has left its own behind.
+    QFile::remove(socketName());
     m_process = std::make_unique<QProcess>();
     m_process->setProcessEnvironment(m_environment);
     QStringList command = m_wrapper
@@ -78,6 +83,16 @@ bool Program::isRunning() const
 qint64 Program::processId() const
 {
     return m_process->processId();
+}
+
+bool Program::signal(int number)
+{
+    return isRunning() && ::kill(pid_t(processId()), number) == 0 && m_process->waitForFinished(Patience);
+}
+
+QString Program::stateDirectory() const
+{
+    return m_environment.value(QStringLiteral("XDG_STATE_HOME"));
 }
 
 Program::Result Program::result()

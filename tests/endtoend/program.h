@@ -34,12 +34,17 @@ public:
     [[nodiscard]] bool start(const QStringList &arguments);
     [[nodiscard]] bool isRunning() const;
     [[nodiscard]] qint64 processId() const;
+    /// Sends a signal and waits for the end that it leads to.
+    [[nodiscard]] bool signal(int number);
     /// Waits for the end.
     [[nodiscard]] Result result();
     /// All of it, from start to end.
     [[nodiscard]] Result run(const QStringList &arguments);
 
+    [[nodiscard]] QString homeDirectory() const { return m_home.path(); }
     [[nodiscard]] QString socketName() const;
+    /// Where the program keeps what is to outlive it, the same from start to start.
+    [[nodiscard]] QString stateDirectory() const;
     /// What was written to the standard error output so far, without the toolkit's remarks that tell nothing about the
     /// program: that a window has gone when the server is asked about it, that the seed of the hashes is a given one.
     [[nodiscard]] QByteArray errorOutput();

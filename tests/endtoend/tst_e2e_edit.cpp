@@ -143,8 +143,8 @@ void tst_E2eEdit::changeIsSaved_data()
                                          << QByteArray("name=\"Line of the legend\"");
     QTest::newRow("id of a point") << QVariantList { plugin, QStringLiteral("Projections") } << QStringLiteral("id")
                                    << QString() << QStringLiteral("saltmere.chart.grid")
-                                   << QByteArray("<ExtPoint id=\"saltmere.chart.projection\"")
-                                   << QByteArray("<ExtPoint id=\"saltmere.chart.grid\"");
+                                   << QByteArray("id=\"saltmere.chart.projection\"")
+                                   << QByteArray("id=\"saltmere.chart.grid\"");
 }
 
 void tst_E2eEdit::changeIsSaved()
@@ -156,7 +156,8 @@ void tst_E2eEdit::changeIsSaved()
     QFETCH(QByteArray, savedBefore);
     QFETCH(QByteArray, savedAfter);
     QByteArray expected = savedUnchanged(QStringLiteral("chartdesk"));
-    QCOMPARE(expected.count(savedBefore), 1);
+    // What the plug-in has for the point follows its id.
+    QCOMPARE(expected.count(savedBefore), row == QLatin1String("id") ? 2 : 1);
     expected.replace(savedBefore, savedAfter);
     const QStringList changed = before.isEmpty() ? m_definition : replaced(m_definition, before, after);
 

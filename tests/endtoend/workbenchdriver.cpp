@@ -9,6 +9,8 @@
 #include <QRegularExpression>
 #include <QThread>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int PollInterval = 15; // milliseconds
@@ -30,9 +32,9 @@ QJsonObject about(const char *ask, const QString &widget = QString())
     return request;
 }
 
-QRect rectOf(const QJsonObject &found)
+QRect rectOf(const QJsonObject &found, const char *key = "rect")
 {
-    const QJsonArray rect = found.value(QLatin1String("rect")).toArray();
+    const QJsonArray rect = found.value(QLatin1String(key)).toArray();
     return { rect.at(0).toInt(), rect.at(1).toInt(), rect.at(2).toInt(), rect.at(3).toInt() };
 }
 
@@ -40,15 +42,26 @@ QRect rectOf(const QJsonObject &found)
 
 // From start to end ---------------------------------------------------------------------------------------------------
 
-bool WorkbenchDriver::open(const QString &file)
+bool WorkbenchDriver::open(const QString &file, const QStringList &options)
+{
+    return openAnd(file, options, true);
+}
+
+bool WorkbenchDriver::openWhileReading(const QString &file, const QStringList &options)
+{
+    return openAnd(file, options, false);
+}
+
+bool WorkbenchDriver::openAnd(const QString &file, const QStringList &options, bool waitForReading)
 {
     QString complaint;
-    const bool opened = launch({ file }) && waitFor(QStringLiteral("the window"), [&] {
+    const bool opened = launch(options + QStringList { file }) && waitFor(QStringLiteral("the window"), [&] {
         complaint = textOfDialog(QStringLiteral("errorMessage"));
         const QJsonObject now = state();
         return !complaint.isEmpty()
             || (now.value(QLatin1String("exposed")).toBool() && now.value(QLatin1String("active")).toBool()
-                && now.value(QLatin1String("editor")).toBool() && !now.value(QLatin1String("busy")).toBool(true));
+                && now.value(QLatin1String("editor")).toBool()
+                && !(waitForReading && now.value(QLatin1String("busy")).toBool(true)));
     });
     return opened && (complaint.isEmpty() || fail(complaint));
 }
@@ -113,9 +126,14 @@ bool WorkbenchDriver::reach(const Place &place, QRect *rect)
     const bool reached = waitFor(place.toString(), [&] {
         found = place.find(ask(place.request()));
         *rect = rectOf(found);
-        const bool outside
-            = found.value(QLatin1String("above")).toBool() || found.value(QLatin1String("below")).toBool();
-        if (outside) {
+        const bool isTab = found.contains(QLatin1String("bar"));
+        const bool outside = isTab
+            ? found.value(QLatin1String("outside")).toBool()
+            : found.value(QLatin1String("above")).toBool() || found.value(QLatin1String("below")).toBool();
+        if (outside && isTab) {
+            // The wheel goes from tab to tab.
+            scrollTowards(found, rectOf(found, "bar"));
+        } else if (outside) {
             const QString view = place.request().value(QLatin1String("widget")).toString();
             scrollTowards(found, rectOf(ask(about("widget", view))));
         }
@@ -153,24 +171,58 @@ bool WorkbenchDriver::drag(const Place &from, const Place &to, QPoint offset)
 {
     QRect source;
     QRect target;
+    QPoint away;
     // The target first: scrolling to it must not move the source away under the button.
-    if (!reach(to, &target) || !reach(from, &source))
-        return false;
-    const QPoint start = source.center();
-    const QPoint away = start + QPoint(25, 8);
-    const QPoint end = target.center() + offset;
-    const auto dragging = [this] { return state().value(QLatin1String("dragging")).toBool(); };
-    if (!InputDevices::press(start) || !InputDevices::moveAlong({ start, away }))
+    return reach(to, &target) && reach(from, &source) && beginDrag(source.center(), &away) && endDrag(away, to, offset);
+}
+
+bool WorkbenchDriver::dragToWhatAppears(const Place &from, const Place &to)
+{
+    QRect source;
+    QPoint away;
+    return reach(from, &source) && beginDrag(source.center(), &away) && endDrag(away, to, QPoint());
+}
+
+bool WorkbenchDriver::isDragging()
+{
+    return state().value(QLatin1String("dragging")).toBool();
+}
+
+bool WorkbenchDriver::beginDrag(QPoint start, QPoint *away)
+{
+    *away = start + QPoint(25, 8);
+    if (!InputDevices::press(start) || !InputDevices::moveAlong({ start, *away }))
         return fail(QStringLiteral("the pointer does not move"));
-    if (!waitFor(QStringLiteral("the drag to begin"), dragging)) {
-        (void)InputDevices::release();
-        return false;
-    }
-    // Around the end once more, for a target that shows what it is only once the pointer has been there.
-    const bool moved = InputDevices::moveAlong({ away, end, end + QPoint(2, 1), end });
-    if (!InputDevices::release() || !moved)
+    if (waitFor(QStringLiteral("the drag to begin"), [this] { return isDragging(); }))
+        return true;
+    (void)InputDevices::release();
+    return false;
+}
+
+bool WorkbenchDriver::endDrag(QPoint away, const Place &to, QPoint offset)
+{
+    // A view scrolls while the pointer is near its edge, step by step, and takes the target along.
+    constexpr int StillPolls = 8;
+    QPoint at = away;
+    int still = 0;
+    bool lost = false;
+    const bool there = waitFor(QStringLiteral("%1 under the pointer").arg(to.toString()), [&] {
+        const QRect target = rectOf(to.find(ask(to.request())));
+        const QPoint end = target.center() + offset;
+        if (target.isEmpty() || at != end)
+            still = 0;
+        if (target.isEmpty() || at == end)
+            return ++still > StillPolls && !target.isEmpty();
+        // Around the end once more, for a target that shows what it is only once the pointer has been there.
+        lost = !InputDevices::moveAlong({ at, end, end + QPoint(2, 1), end });
+        at = end;
+        return lost;
+    });
+    if (!InputDevices::release() || lost)
         return fail(QStringLiteral("the pointer does not move"));
-    return waitFor(QStringLiteral("the drag to end"), [&] { return !dragging(); });
+    if (!there)
+        return false;
+    return waitFor(QStringLiteral("the drag to end"), [this] { return !isDragging(); });
 }
 
 bool WorkbenchDriver::key(const QString &name)
@@ -195,6 +247,14 @@ bool WorkbenchDriver::waitForFocus()
 bool WorkbenchDriver::chooseFromMenu(const QString &menu, const QString &entry)
 {
     return click(Place::menuEntry(menu)) && click(Place::menuEntry(entry));
+}
+
+bool WorkbenchDriver::chooseFromContextMenu(const Place &place, const QStringList &entries)
+{
+    constexpr int RightButton = 3;
+    return click(place, RightButton) && std::all_of(entries.begin(), entries.end(), [this](const QString &entry) {
+        return click(Place::menuEntry(entry));
+    });
 }
 
 bool WorkbenchDriver::typeIntoSheet(
@@ -236,6 +296,16 @@ QJsonObject WorkbenchDriver::state()
 bool WorkbenchDriver::isModified()
 {
     return state().value(QLatin1String("modified")).toBool();
+}
+
+bool WorkbenchDriver::isBusy()
+{
+    return state().value(QLatin1String("busy")).toBool();
+}
+
+QStringList WorkbenchDriver::icons(const char *ask, const QString &view)
+{
+    return strings(this->ask(about(ask, view)).value(QLatin1String("icons")));
 }
 
 QStringList WorkbenchDriver::tree(const QString &name)
@@ -297,5 +367,5 @@ void WorkbenchDriver::leavePicture(const QString &name)
     file.replace(QRegularExpression(QStringLiteral("[^A-Za-z0-9._-]+")), QStringLiteral("-"));
     const QString path = directory + QLatin1Char('/') + file + QLatin1String(".png");
     if (QDir().mkpath(directory) && InputDevices::takePicture(path))
-        qInfo("the screen at the failure: %s", qPrintable(path));
+        qInfo("the screen: %s", qPrintable(path));
 }

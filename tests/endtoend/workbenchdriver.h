@@ -21,7 +21,9 @@ public:
     [[nodiscard]] Program &program() { return m_program; }
 
     /// Starts the program and waits until its window is there, has the focus and no plug-in is being read any more.
-    [[nodiscard]] bool open(const QString &file);
+    [[nodiscard]] bool open(const QString &file, const QStringList &options = {});
+    /// The same, but doesn't wait for the plug-ins that are being read.
+    [[nodiscard]] bool openWhileReading(const QString &file, const QStringList &options = {});
     /// Starts the program and waits for nothing but its first answer.
     [[nodiscard]] bool launch(const QStringList &arguments);
     /// Closes the window with the window manager's key and waits for the end, which must be one without any fault: exit
@@ -35,10 +37,14 @@ public:
     [[nodiscard]] bool drag(const Place &from, const Place &to);
     /// Like drag(), but ends at the given pixel of the target, counted from its middle.
     [[nodiscard]] bool drag(const Place &from, const Place &to, QPoint offset);
+    /// Like drag(), for a target that comes into view only once the source is pressed.
+    [[nodiscard]] bool dragToWhatAppears(const Place &from, const Place &to);
     [[nodiscard]] bool key(const QString &name);
     [[nodiscard]] bool type(const QString &text);
     /// Opens the menu of the menu bar and takes the entry.
     [[nodiscard]] bool chooseFromMenu(const QString &menu, const QString &entry);
+    /// Opens the context menu of the place and takes the entries, one after the other.
+    [[nodiscard]] bool chooseFromContextMenu(const Place &place, const QStringList &entries);
     /// Puts a text into a row of a sheet by clicking and typing, and ends with \a lastKey.
     [[nodiscard]] bool typeIntoSheet(
         const QString &sheet, const QString &row, const QString &text, const QString &lastKey);
@@ -47,7 +53,10 @@ public:
     [[nodiscard]] QJsonObject ask(const QJsonObject &request);
     [[nodiscard]] QJsonObject state();
     [[nodiscard]] bool isModified();
+    [[nodiscard]] bool isBusy();
     [[nodiscard]] QStringList tree(const QString &name);
+    /// What the icons of a tree's lines or of a table's rows show in their middle; empty for none.
+    [[nodiscard]] QStringList icons(const char *ask, const QString &view);
     /// The number of rows under the only row that has no parent.
     [[nodiscard]] int topRows(const QString &tree);
     [[nodiscard]] QStringList tabs(const QString &name);
@@ -61,12 +70,17 @@ public:
     [[nodiscard]] QString textOfDialog(const QString &name);
     [[nodiscard]] bool waitFor(const QString &what, const std::function<bool()> &condition);
 
-    /// Writes a picture of the screen to the build tree; to be called when a test has failed.
+    /// Writes a picture of the screen to the build tree.
     void leavePicture(const QString &name);
 
 private:
     [[nodiscard]] bool fail(const QString &problem);
+    [[nodiscard]] bool openAnd(const QString &file, const QStringList &options, bool waitForReading);
     [[nodiscard]] bool waitForFocus();
+    [[nodiscard]] bool isDragging();
+    /// Presses and moves a little away; \a away is where the pointer is then.
+    [[nodiscard]] bool beginDrag(QPoint start, QPoint *away);
+    [[nodiscard]] bool endDrag(QPoint away, const Place &to, QPoint offset);
     [[nodiscard]] bool reach(const Place &place, QRect *rect);
     void scrollTowards(const QJsonObject &found, const QRect &view);
 

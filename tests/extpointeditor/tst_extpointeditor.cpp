@@ -2,6 +2,8 @@
 #include "core/idocument.h"
 #include "core/ieditor.h"
 #include "core/ieditorfactory.h"
+#include "core/recoverabledocument.h"
+#include "core/viewkeeper.h"
 #include "extensionsystem/iplugin.h"
 #include "extensionsystem/pluginmanager.h"
 #include "utils/mimedatabase.h"
@@ -17,11 +19,15 @@
 #include <QMetaProperty>
 #include <QPluginLoader>
 #include <QPointer>
+#include <QRegularExpression>
+#include <QScrollBar>
 #include <QSignalSpy>
+#include <QSplitter>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThreadPool>
+#include <QTreeView>
 
 #include <memory>
 
@@ -119,6 +125,10 @@ private Q_SLOTS:
     void twoEditorsInOneProcess_data();
     void twoEditorsInOneProcess();
     void closingInMidScan();
+    void recoveryData();
+    void openRecovered_data();
+    void openRecovered();
+    void viewIsCarriedOver();
 
 private:
     ExtensionSystem::PluginManager m_plugins;
@@ -367,6 +377,152 @@ void TestExtPointEditor::closingInMidScan()
         QTest::qWait(round % 4);
     }
     QThreadPool::globalInstance()->waitForDone();
+}
+
+void TestExtPointEditor::recoveryData()
+{
+    const Sample sample;
+    const QString path = sample.path(s("chartdesk"));
+    const QByteArray original = read(path);
+    const OpenedEditor editor(m_factory);
+    const auto *recoverable = dynamic_cast<Core::RecoverableDocument *>(editor.document());
+    QVERIFY(recoverable);
+    QCOMPARE(recoverable->recoveryData(), QByteArray());
+    QCOMPARE(editor.open(path), Core::IDocument::OpenResult::Success);
+    // What is translatable is not known yet.
+    QVERIFY(editor.busy());
+    QCOMPARE(recoverable->recoveryData(), QByteArray());
+    QTRY_VERIFY(!editor.busy());
+    QVERIFY(QMetaObject::invokeMethod(editor.widget(), "modified", Q_ARG(bool, true)));
+    const QByteArray data = recoverable->recoveryData();
+    QCOMPARE(read(path), original);
+    QVERIFY(editor.document()->isModified() && editor.document()->contents().isEmpty());
+    QVERIFY(editor.document()->save(nullptr, QString(), false));
+    QCOMPARE(data, read(path));
+    QVERIFY(data.contains("tr('"));
+}
+
+void TestExtPointEditor::openRecovered_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<bool>("fileExists");
+    QTest::addColumn<bool>("opened");
+    const QByteArray data = "<Plugin id=\"x\"><ExtPointSet><ExtPoint id=\"x.p\" name=\"Kept\"/></ExtPointSet></Plugin>";
+    QTest::newRow("over the file") << data << true << true;
+    QTest::newRow("without the file") << data << false << true;
+    QTest::newRow("no document") << QByteArray("<Plugin id=\"x\"><ExtPointSet>") << true << false;
+    QTest::newRow("nothing") << QByteArray() << true << false;
+}
+
+void TestExtPointEditor::openRecovered()
+{
+    QFETCH(const QByteArray, data);
+    QFETCH(const bool, fileExists);
+    QFETCH(const bool, opened);
+    const Sample sample;
+    const QString path = sample.path(s("units"));
+    if (!fileExists)
+        QVERIFY(QFile::remove(path));
+    const QByteArray original = read(path);
+    const OpenedEditor editor(m_factory);
+    auto *recoverable = dynamic_cast<Core::RecoverableDocument *>(editor.document());
+    if (!opened)
+        QTest::ignoreMessage(
+            QtWarningMsg, QRegularExpression(QLatin1Char('^') + QRegularExpression::escape(path) + s(":.+")));
+    QString error;
+    QCOMPARE(recoverable->openRecovered(&error, path, data), opened);
+    QCOMPARE(error, QString());
+    QCOMPARE(read(path), original);
+    QCOMPARE(editor.document()->isModified(), opened);
+    if (!opened)
+        return;
+    QCOMPARE(editor.document()->filePath().toString(), path);
+    const QAbstractItemModel *points = editor.view("defintionTree")->model();
+    QCOMPARE(points->index(0, 0, points->index(0, 0)).data().toString(), s("Kept"));
+    QTRY_VERIFY(!editor.busy());
+    QVERIFY(editor.document()->save(nullptr, QString(), false));
+    QVERIFY(read(path).contains("name=\"Kept\""));
+    QVERIFY(!editor.document()->isModified());
+}
+
+void TestExtPointEditor::viewIsCarriedOver()
+{
+    const Sample sample;
+    const QString path = sample.path(s("chartdesk"));
+    const auto pathTo = [](const QModelIndex &index) {
+        QStringList texts;
+        for (QModelIndex step = index; step.isValid(); step = step.parent())
+            texts.prepend(step.data().toString());
+        return texts;
+    };
+    const auto rowUnder = [](const QTreeView *tree, int first, int second) {
+        return tree->model()->index(second, 0, tree->model()->index(first, 0, tree->model()->index(0, 0)));
+    };
+    QVariantMap view;
+    QStringList currentPoint;
+    QStringList currentAvailable;
+    QList<int> sizes;
+    int scroll = 0;
+    QString tab;
+    {
+        const OpenedEditor editor(m_factory);
+        editor.widget()->resize(900, 420);
+        editor.widget()->show();
+        QCOMPARE(editor.open(path), Core::IDocument::OpenResult::Success);
+        QTRY_VERIFY(!editor.busy());
+        auto *formats = editor.widget()->findChild<QTabWidget *>(s("formatTab"));
+        formats->setCurrentIndex(2);
+        tab = formats->currentWidget()->objectName();
+        auto *available = qobject_cast<QTreeView *>(editor.view("realizationTree"));
+        available->expandAll();
+        available->collapse(available->model()->index(0, 0, available->model()->index(0, 0)));
+        available->setCurrentIndex(rowUnder(available, 5, 0));
+        currentAvailable = pathTo(available->currentIndex());
+        available->verticalScrollBar()->setValue(available->verticalScrollBar()->maximum() / 2);
+        scroll = available->verticalScrollBar()->value();
+        QVERIFY(scroll > 0);
+        editor.widget()->findChild<QTabWidget *>(s("tabWidget"))->setCurrentIndex(0);
+        auto *points = qobject_cast<QTreeView *>(editor.view("defintionTree"));
+        points->setCurrentIndex(points->model()->index(1, 0, points->model()->index(0, 0)));
+        currentPoint = pathTo(points->currentIndex());
+        points->collapse(points->currentIndex());
+        editor.view("defintionTable")->setCurrentIndex(editor.view("defintionTable")->model()->index(1, 0));
+        auto *splitter = editor.widget()->findChild<QSplitter *>(s("splitter_3"));
+        splitter->setSizes({ 300, 500 });
+        sizes = splitter->sizes();
+        view = dynamic_cast<Core::ViewKeeper *>(editor.operator->())->viewState();
+    }
+    // There is one more row before the current one.
+    QByteArray changed = read(path);
+    changed.replace("<ExtPointSet>", "<ExtPointSet><ExtPoint id=\"new\" name=\"New\"/>");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(changed) == changed.size());
+    file.close();
+
+    const OpenedEditor editor(m_factory);
+    editor.widget()->resize(900, 420);
+    editor.widget()->show();
+    QCOMPARE(editor.open(path), Core::IDocument::OpenResult::Success);
+    dynamic_cast<Core::ViewKeeper *>(editor.operator->())->setViewState(view);
+    // The own page needs no scan.
+    QCOMPARE(editor.widget()->findChild<QTabWidget *>(s("tabWidget"))->currentIndex(), 0);
+    auto *points = qobject_cast<QTreeView *>(editor.view("defintionTree"));
+    QCOMPARE(pathTo(points->currentIndex()), currentPoint);
+    QCOMPARE(points->currentIndex().row(), 2);
+    QVERIFY(points->selectionModel()->isSelected(points->currentIndex()));
+    QVERIFY(!points->isExpanded(points->currentIndex()));
+    QVERIFY(points->isExpanded(points->model()->index(0, 0)));
+    QCOMPARE(editor.view("defintionTable")->currentIndex().row(), 1);
+    QCOMPARE(editor.widget()->findChild<QSplitter *>(s("splitter_3"))->sizes(), sizes);
+    QTRY_VERIFY(!editor.busy());
+    QCOMPARE(editor.widget()->findChild<QTabWidget *>(s("formatTab"))->currentWidget()->objectName(), tab);
+    auto *available = qobject_cast<QTreeView *>(editor.view("realizationTree"));
+    QCOMPARE(pathTo(available->currentIndex()), currentAvailable);
+    QVERIFY(available->isExpanded(available->currentIndex().parent()));
+    QVERIFY(!available->isExpanded(available->model()->index(0, 0, available->model()->index(0, 0))));
+    editor.widget()->findChild<QTabWidget *>(s("tabWidget"))->setCurrentIndex(1);
+    QTRY_COMPARE(available->verticalScrollBar()->value(), scroll);
+    QVERIFY(!editor.document()->isModified());
 }
 
 QTEST_MAIN(TestExtPointEditor)

@@ -2,9 +2,13 @@
 
 #include "probe/questions.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QIcon>
 #include <QJsonArray>
+#include <QScrollBar>
+#include <QTreeView>
 
 namespace {
 
@@ -25,13 +29,43 @@ QString lineOf(const QModelIndex &row)
     return cells.join(QLatin1String(" | "));
 }
 
-void addLines(QJsonArray *lines, const QAbstractItemModel &model, const QModelIndex &parent, int depth)
+/// Empty for no icon.
+QString middleOf(const QIcon &icon)
+{
+    constexpr int side = 16;
+    if (icon.isNull() || !icon.name().isEmpty())
+        return icon.name();
+    const QImage image = icon.pixmap(side).toImage();
+    return image.isNull() ? QStringLiteral("nothing") : image.pixelColor(image.rect().center()).name();
+}
+
+void addLines(
+    QJsonArray *lines, QJsonArray *icons, const QAbstractItemModel &model, const QModelIndex &parent, int depth)
 {
     for (int row = 0; row < model.rowCount(parent); ++row) {
         const QModelIndex index = model.index(row, 0, parent);
         lines->append(QString(depth * 4, QLatin1Char(' ')) + lineOf(index));
-        addLines(lines, model, index, depth + 1);
+        icons->append(middleOf(index.data(Qt::DecorationRole).value<QIcon>()));
+        addLines(lines, icons, model, index, depth + 1);
     }
+}
+
+/// What a cell shows: its widget's state where it has one to be ticked, else its text.
+QString textOf(const QAbstractItemView *view, const QModelIndex &cell)
+{
+    const auto *button = qobject_cast<const QAbstractButton *>(view->indexWidget(cell));
+    return button && button->isCheckable() ? Probe::valueOf(button) : cell.data().toString();
+}
+
+QString iconsInRow(const QAbstractItemView *view, int row)
+{
+    QStringList icons;
+    for (int column = 0; column < view->model()->columnCount(); ++column)
+        if (const auto *button
+            = qobject_cast<const QAbstractButton *>(view->indexWidget(view->model()->index(row, column))))
+            if (!button->isCheckable())
+                icons.append(middleOf(button->icon()));
+    return icons.join(QLatin1Char(' '));
 }
 
 QJsonArray pathOf(QModelIndex index)
@@ -40,6 +74,16 @@ QJsonArray pathOf(QModelIndex index)
     for (; index.isValid(); index = index.parent())
         path.prepend(index.sibling(index.row(), 0).data().toString());
     return path;
+}
+
+void addExpanded(QJsonArray *paths, const QTreeView &view, const QModelIndex &parent)
+{
+    for (int row = 0; row < view.model()->rowCount(parent); ++row) {
+        const QModelIndex index = view.model()->index(row, 0, parent);
+        if (view.isExpanded(index))
+            paths->append(pathOf(index));
+        addExpanded(paths, view, index);
+    }
 }
 
 QModelIndex childAt(const QAbstractItemModel &model, const QModelIndex &parent, const QJsonValue &step)
@@ -62,8 +106,14 @@ QJsonObject Probe::tree(const QJsonObject &request)
     if (!view)
         return notFound(request);
     QJsonArray lines;
-    addLines(&lines, *view->model(), view->rootIndex(), 0);
-    return { { QStringLiteral("lines"), lines }, { QStringLiteral("current"), pathOf(view->currentIndex()) } };
+    QJsonArray icons;
+    QJsonArray expanded;
+    addLines(&lines, &icons, *view->model(), view->rootIndex(), 0);
+    if (const auto *rows = qobject_cast<const QTreeView *>(view))
+        addExpanded(&expanded, *rows, view->rootIndex());
+    return { { QStringLiteral("lines"), lines }, { QStringLiteral("icons"), icons },
+        { QStringLiteral("current"), pathOf(view->currentIndex()) }, { QStringLiteral("expanded"), expanded },
+        { QStringLiteral("scroll"), view->verticalScrollBar()->value() } };
 }
 
 QJsonObject Probe::rows(const QJsonObject &request)
@@ -84,15 +134,18 @@ QJsonObject Probe::table(const QJsonObject &request)
     for (int column = 0; column < model.columnCount(); ++column)
         headers.append(model.headerData(column, Qt::Horizontal).toString());
     QJsonArray rows;
+    QJsonArray icons;
     for (int row = 0; row < model.rowCount(); ++row) {
         QJsonArray cells;
         for (int column = 0; column < model.columnCount(); ++column)
-            cells.append(model.index(row, column).data().toString());
+            cells.append(textOf(view, model.index(row, column)));
         rows.append(cells);
+        icons.append(iconsInRow(view, row));
     }
     return {
         { QStringLiteral("headers"), headers },
         { QStringLiteral("rows"), rows },
+        { QStringLiteral("icons"), icons },
         { QStringLiteral("current"), view->currentIndex().row() },
     };
 }

@@ -46,7 +46,8 @@ QJsonObject Probe::place(const QWidget *widget, const QRect &part)
         { QStringLiteral("rect"),
             QJsonArray { corner.x() * ratio, corner.y() * ratio, seen.width() * ratio, seen.height() * ratio } },
         { QStringLiteral("reachable"),
-            hit && (hit == widget || widget->isAncestorOf(hit)) && widget->isEnabled() && !blocked },
+            hit && (hit == widget || widget->isAncestorOf(hit)) && widget->isEnabled() && widget->updatesEnabled()
+                && !blocked },
     };
 }
 

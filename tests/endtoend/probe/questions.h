@@ -15,7 +15,7 @@ namespace Probe {
 [[nodiscard]] QJsonObject notFound(const QJsonObject &request);
 
 /// A part of a widget on the screen: "rect" as [x, y, width, height] in pixels of the screen, cut to what can be seen
-/// of it, and "reachable": whether a click in its middle arrives there.
+/// of it, and "reachable": whether a click in its middle arrives there, and it is painted at all.
 [[nodiscard]] QJsonObject place(const QWidget *widget, const QRect &part);
 
 /// What an input widget holds: its text, "true" or "false" for something to check.

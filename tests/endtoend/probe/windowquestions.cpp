@@ -169,8 +169,19 @@ QJsonObject Probe::tab(const QJsonObject &request)
         return notFound(request);
     const QString text = request.value(QLatin1String("tab")).toString();
     for (int i = 0; i < found->count(); ++i)
-        if (found->tabText(i) == text)
-            return place(found->tabBar(), found->tabBar()->tabRect(i));
+        if (found->tabText(i) == text) {
+            QJsonObject reply = place(found->tabBar(), found->tabBar()->tabRect(i));
+            const QJsonObject bar = place(found->tabBar(), found->tabBar()->rect());
+            reply.insert(QStringLiteral("bar"), bar.value(QLatin1String("rect")));
+            // The buttons that scroll the bar lie over it.
+            const QPoint middle = found->tabBar()->mapToGlobal(found->tabBar()->tabRect(i).center());
+            const QWidget *hit = QApplication::widgetAt(middle);
+            reply.insert(QStringLiteral("outside"),
+                reply.value(QLatin1String("rect")).toArray().at(2).toInt() == 0
+                    || (hit != found->tabBar() && found->tabBar()->isAncestorOf(hit)));
+            reply.insert(QStringLiteral("above"), i < found->currentIndex());
+            return reply;
+        }
     return error(QStringLiteral("no tab \"%1\"").arg(text));
 }
 

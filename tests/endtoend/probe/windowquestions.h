@@ -14,7 +14,7 @@ namespace Probe {
 [[nodiscard]] QJsonObject menus(const QJsonObject &request);
 /// Place, value and state of the widget.
 [[nodiscard]] QJsonObject widget(const QJsonObject &request);
-/// Place of the tab with the text "tab".
+/// Place of the tab with the text "tab", and of the whole "bar"; "outside" while it has to be scrolled to.
 [[nodiscard]] QJsonObject tab(const QJsonObject &request);
 /// The texts of all tabs, the names of their pages, and which is the current one.
 [[nodiscard]] QJsonObject tabs(const QJsonObject &request);

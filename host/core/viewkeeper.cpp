@@ -1,0 +1,8 @@
+#include "core/viewkeeper.h"
+
+namespace Core {
+
+// Here and nowhere else, as for RecoverableDocument.
+ViewKeeper::~ViewKeeper() = default;
+
+} // namespace Core

@@ -1,0 +1,35 @@
+#pragma once
+
+// What the workbench asks for beyond the interfaces that every host has. Built against another host, which knows
+// nothing of them, the editor has the same functions and nobody calls them.
+
+#if __has_include(<core/recoverabledocument.h>) && __has_include(<core/viewkeeper.h>)
+#include <core/recoverabledocument.h>
+#include <core/viewkeeper.h>
+#else
+
+#include <QByteArray>
+#include <QString>
+#include <QVariantMap>
+
+namespace Core {
+
+class RecoverableDocument
+{
+public:
+    virtual ~RecoverableDocument() = default;
+    [[nodiscard]] virtual QByteArray recoveryData() const = 0;
+    [[nodiscard]] virtual bool openRecovered(QString *errorString, const QString &fileName, const QByteArray &data) = 0;
+};
+
+class ViewKeeper
+{
+public:
+    virtual ~ViewKeeper() = default;
+    [[nodiscard]] virtual QVariantMap viewState() const = 0;
+    virtual void setViewState(const QVariantMap &state) = 0;
+};
+
+} // namespace Core
+
+#endif

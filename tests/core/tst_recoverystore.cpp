@@ -1,0 +1,314 @@
+#include "core/processidentity.h"
+#include "core/recoverystore.h"
+#include "core/unprivileged.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QScopeGuard>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <memory>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+using Core::ProcessIdentity;
+using Core::RecoveryCopy;
+using Core::RecoveryStore;
+
+namespace {
+
+const QByteArray key = RecoveryStore::keyOf(QStringLiteral("/nowhere/extension.xml"));
+
+unsigned modeOf(const QString &path)
+{
+    struct stat data = {};
+    return ::lstat(QFile::encodeName(path).constData(), &data) == 0 ? data.st_mode & 07777u : 0;
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+}
+
+void writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("%s cannot be written", qPrintable(path));
+}
+
+} // namespace
+
+/// The directory of the recovery copies, without a window.
+class tst_RecoveryStore : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void directory_data();
+    void directory();
+    void keys();
+    void rights();
+    void offered_data();
+    void offered();
+    void newestFirst();
+    void replacedAtOnce();
+    void writeFails_data();
+    void writeFails();
+
+private:
+    /// The one copy in the directory.
+    QString file() const;
+    /// Gives the copy to another process.
+    void changeHeader(const QString &name, const QString &value) const;
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+    QString m_path;
+    QString m_error;
+};
+
+void tst_RecoveryStore::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    m_path = m_dir->filePath(QStringLiteral("state/recovery"));
+    m_error.clear();
+}
+
+QString tst_RecoveryStore::file() const
+{
+    const QStringList names = QDir(m_path).entryList(QDir::Files | QDir::Hidden);
+    return names.size() == 1 ? m_path + QLatin1Char('/') + names.first() : QString();
+}
+
+void tst_RecoveryStore::changeHeader(const QString &name, const QString &value) const
+{
+    const QByteArray content = contentOf(file());
+    const int end = content.indexOf('\n');
+    QJsonObject header = QJsonDocument::fromJson(content.left(end)).object();
+    header.insert(name, value);
+    writeFile(file(), QJsonDocument(header).toJson(QJsonDocument::Compact) + content.mid(end));
+}
+
+void tst_RecoveryStore::directory_data()
+{
+    QTest::addColumn<QByteArray>("variable");
+    QTest::addColumn<QString>("expected");
+
+    const QString rest = QStringLiteral("/extpoint-workbench/recovery");
+    const QString fallback = QDir::homePath() + QStringLiteral("/.local/state") + rest;
+    QTest::newRow("given") << QByteArray("/some/state/") << QStringLiteral("/some/state") + rest;
+    QTest::newRow("relative") << QByteArray("state") << fallback;
+    QTest::newRow("empty") << QByteArray("") << fallback;
+}
+
+void tst_RecoveryStore::directory()
+{
+    QFETCH(QByteArray, variable);
+    const QByteArray before = qgetenv("XDG_STATE_HOME");
+    qputenv("XDG_STATE_HOME", variable);
+    const QString found = RecoveryStore::defaultDirectory();
+    qputenv("XDG_STATE_HOME", before);
+    QTEST(found, "expected");
+}
+
+void tst_RecoveryStore::keys()
+{
+    const QString path = m_dir->filePath(QStringLiteral("a.xml"));
+    const QByteArray missing = RecoveryStore::keyOf(path);
+    writeFile(path, "x");
+    const QString link = m_dir->filePath(QStringLiteral("link.xml"));
+    QVERIFY(QFile::link(path, link));
+    QCOMPARE(RecoveryStore::keyOf(path), missing);
+    QCOMPARE(RecoveryStore::keyOf(link), missing);
+    QCOMPARE(RecoveryStore::keyOf(m_dir->filePath(QStringLiteral("./b/../a.xml"))), missing);
+    QVERIFY(RecoveryStore::keyOf(m_dir->filePath(QStringLiteral("b.xml"))) != missing);
+}
+
+void tst_RecoveryStore::rights()
+{
+    const mode_t mask = ::umask(0);
+    const auto restore = qScopeGuard([mask] { ::umask(mask); });
+    QVERIFY(QDir().mkpath(m_path));
+    QVERIFY(::chmod(QFile::encodeName(m_path).constData(), 0777) == 0);
+    QVERIFY(RecoveryStore(m_path).write(key, "hash", "data", &m_error));
+    QCOMPARE(modeOf(m_path), 0700u);
+    QCOMPARE(modeOf(file()), 0600u);
+    RecoveryStore(m_path).drop(key);
+    QCOMPARE(file(), QString());
+}
+
+void tst_RecoveryStore::offered_data()
+{
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<bool>("offered");
+    QTest::addColumn<bool>("damaged");
+
+    const auto row = [](const char *name, const char *field, const QString &value, bool offered, bool damaged = false) {
+        QTest::newRow(name) << QString::fromLatin1(field) << value << offered << damaged;
+    };
+    const ProcessIdentity self = ProcessIdentity::current();
+    QVERIFY(self.start > 0 && !self.boot.isEmpty() && self.isAlive());
+    row("of this process", "pid", QString::number(self.pid), false);
+    row("of a process that is gone", "pid", QStringLiteral("ended"), true);
+    row("of a process that nobody has waited for", "pid", QStringLiteral("zombie"), true);
+    row("of an earlier process of the same number", "start", QString::number(self.start - 1), true);
+    row("of another boot", "boot", QStringLiteral("another"), true);
+    row("of another user's process", "pid", QStringLiteral("1"), false);
+    row("of nobody", "pid", QString(), true);
+    row("of another file", "file", QString::fromLatin1(QByteArray(key).toUpper()), false, true);
+    row("with another check sum", "sha256", QStringLiteral("00"), false, true);
+    row("without a time", "time", QString(), false, true);
+}
+
+void tst_RecoveryStore::offered()
+{
+    QFETCH(QString, field);
+    QFETCH(QString, value);
+    QFETCH(bool, offered);
+    QFETCH(bool, damaged);
+    const RecoveryStore store(m_path);
+    QVERIFY(store.write(key, "hash", QByteArray("da\0ta\n", 6), &m_error));
+
+    QProcess child;
+    pid_t zombie = 0;
+    if (value == QLatin1String("zombie")) {
+        zombie = ::fork();
+        if (zombie == 0)
+            ::_exit(0);
+        siginfo_t info = {};
+        QVERIFY(::waitid(P_PID, id_t(zombie), &info, WEXITED | WNOWAIT) == 0);
+        value = QString::number(zombie);
+    } else if (value == QLatin1String("ended")) {
+        child.start(QStringLiteral("true"), QStringList());
+        QVERIFY(child.waitForStarted());
+        value = QString::number(child.processId());
+        QVERIFY(child.waitForFinished());
+    }
+    // The start belongs to the process; without one the number alone is compared.
+    if (field == QLatin1String("pid") && value != QString::number(ProcessIdentity::current().pid))
+        changeHeader(QStringLiteral("start"), QString());
+    changeHeader(field, value);
+    if (damaged)
+        QTest::ignoreMessage(
+            QtWarningMsg, QRegularExpression(QRegularExpression::escape(file()) + QStringLiteral(".*damaged")));
+
+    const std::vector<RecoveryCopy> copies = store.abandoned(key);
+    if (zombie != 0)
+        ::waitpid(zombie, nullptr, 0);
+    QCOMPARE(!copies.empty(), offered);
+    QVERIFY(store.abandoned(QByteArray("another")).empty());
+    if (offered) {
+        QCOMPARE(copies.front().originalHash, QByteArray("hash"));
+        QCOMPARE(copies.front().data, QByteArray("da\0ta\n", 6));
+        store.remove(copies.front());
+    }
+    QCOMPARE(file().isEmpty(), offered);
+}
+
+void tst_RecoveryStore::newestFirst()
+{
+    const RecoveryStore store(m_path);
+    QStringList names;
+    for (const char *time : { "2020-01-01T00:00:00.000Z", "2022-01-01T00:00:00.000Z", "2021-01-01T00:00:00.000Z" }) {
+        QVERIFY(store.write(key, "hash", time, &m_error));
+        changeHeader(QStringLiteral("time"), QString::fromLatin1(time));
+        changeHeader(QStringLiteral("boot"), QStringLiteral("another"));
+        const QString aside = m_dir->filePath(QString::fromLatin1(time));
+        QVERIFY(QFile::rename(file(), aside));
+        names.append(aside);
+    }
+    for (int i = 0; i < names.size(); ++i)
+        QVERIFY(QFile::rename(names.at(i),
+            m_path + QStringLiteral("/%1-%2.recovery").arg(QString::fromLatin1(key)).arg(1'000'000'000 + i)));
+    QList<QByteArray> found;
+    for (const RecoveryCopy &copy : store.abandoned(key))
+        found.append(copy.data.left(4));
+    QCOMPARE(found, (QList<QByteArray> { "2022", "2021", "2020" }));
+}
+
+void tst_RecoveryStore::replacedAtOnce()
+{
+    const RecoveryStore store(m_path);
+    QVERIFY(store.write(key, "hash", "first", &m_error));
+    QFile open(file());
+    QVERIFY(open.open(QIODevice::ReadOnly));
+    // Left behind by a process of the same number that was killed while it wrote.
+    writeFile(file() + QStringLiteral(".unfinished"), "half");
+    QVERIFY2(store.write(key, "hash", "second", &m_error), qPrintable(m_error));
+    QVERIFY(open.readAll().endsWith("first"));
+    QVERIFY(contentOf(file()).endsWith("\nsecond"));
+
+    // Of a process that nobody will come after, unlike the one that still writes.
+    const QString others
+        = m_path + QLatin1Char('/') + QString::fromLatin1(key) + QStringLiteral("-%1.recovery.unfinished");
+    writeFile(others.arg(2'000'000'000), "half");
+    writeFile(others.arg(1), "half");
+    QVERIFY(store.abandoned(key).empty());
+    QVERIFY(!QFile::exists(others.arg(2'000'000'000)));
+    QVERIFY(QFile::remove(others.arg(1)));
+    QVERIFY(contentOf(file()).endsWith("\nsecond"));
+}
+
+void tst_RecoveryStore::writeFails_data()
+{
+    QTest::addColumn<QByteArray>("reason");
+
+    QTest::newRow("a file in the place of the directory") << QByteArray("Permission denied");
+    QTest::newRow("a link in the place of the directory") << QByteArray("Permission denied");
+    QTest::newRow("a directory that takes no file") << QByteArray("Permission denied");
+    QTest::newRow("beyond the limit of the file size") << QByteArray("File too large");
+}
+
+void tst_RecoveryStore::writeFails()
+{
+    QFETCH(QByteArray, reason);
+    const QByteArray what = QTest::currentDataTag();
+    const RecoveryStore store(m_path);
+    QVERIFY(QDir().mkpath(QFileInfo(m_path).path()));
+    QVERIFY(::chmod(QFile::encodeName(m_dir->path()).constData(), 0777) == 0);
+    rlimit limit = {};
+    QVERIFY(::getrlimit(RLIMIT_FSIZE, &limit) == 0);
+    const auto restore = qScopeGuard([limit] { ::setrlimit(RLIMIT_FSIZE, &limit); });
+    bool written = false;
+    QString kept;
+    if (what.startsWith("a file")) {
+        writeFile(m_path, "mine");
+        written = store.write(key, "hash", "data", &m_error);
+        QCOMPARE(contentOf(m_path), QByteArray("mine"));
+    } else if (what.startsWith("a link")) {
+        const QString elsewhere = m_dir->filePath(QStringLiteral("elsewhere"));
+        QVERIFY(QDir().mkdir(elsewhere) && QFile::link(elsewhere, m_path));
+        written = store.write(key, "hash", "data", &m_error);
+        QVERIFY(QDir(elsewhere).isEmpty());
+    } else if (what.startsWith("a directory")) {
+        QVERIFY(QDir().mkdir(m_path));
+        QVERIFY(::chmod(QFile::encodeName(m_path).constData(), 0555) == 0);
+        const Unprivileged rights;
+        written = store.write(key, "hash", "data", &m_error);
+    } else {
+        std::signal(SIGXFSZ, SIG_IGN);
+        QVERIFY(store.write(key, "hash", "earlier", &m_error));
+        kept = file();
+        const rlimit small = { 2000, limit.rlim_max };
+        QVERIFY(::setrlimit(RLIMIT_FSIZE, &small) == 0);
+        written = store.write(key, "hash", QByteArray(4000, 'x'), &m_error);
+        QVERIFY(contentOf(file()).endsWith("earlier"));
+    }
+    QVERIFY(!written);
+    QVERIFY2(m_error.contains(QString::fromLatin1(reason)), qPrintable(m_error));
+    QVERIFY2(m_error.startsWith(m_path), qPrintable(m_error));
+}
+
+QTEST_GUILESS_MAIN(tst_RecoveryStore)
+#include "tst_recoverystore.moc"
