@@ -18,6 +18,20 @@
 
 using PointCreation::Role;
 
+namespace {
+
+/// With two files open the Controller may lead to the other one's nodes, whose rows stand in its tree. Made current
+/// here, such a row would stay so after it is gone.
+void showInTree(QTreeWidget *tree, PointTreeWidgetItem *item)
+{
+    if (item->treeWidget() != tree)
+        return;
+    tree->setCurrentItem(item);
+    tree->scrollToItem(item);
+}
+
+} // namespace
+
 DefintionPageBuilder::DefintionPageBuilder(Ui::ExtPointWidget *ui, QObject *parent)
     : QObject(parent), m_ui(ui), m_pointPropertyTypes(PointSheet::pointTypes()),
       m_subPointPropertyTypes(PointSheet::subPointTypes()), m_treeMenu(std::make_unique<TreeMenu>())
@@ -192,8 +206,7 @@ void DefintionPageBuilder::createPointIn(PointTreeWidgetItem *plugin)
         return;
     PointTreeWidgetItem *point = PointCreation::createPoint(plugin);
     Q_EMIT addDefine(plugin->property(QStringLiteral("id")).toString(), point, nullptr);
-    m_ui->defintionTree->setCurrentItem(point);
-    m_ui->defintionTree->scrollToItem(point);
+    showInTree(m_ui->defintionTree, point);
     onDefineTreeItemClicked(point, 0);
     Q_EMIT modified(true);
 }
@@ -208,8 +221,7 @@ void DefintionPageBuilder::createSubPointOf(PointTreeWidgetItem *point)
     if (above)
         Q_EMIT addDefine(
             PointTreeWidgetItem::fromRow(above)->property(QStringLiteral("id")).toString(), point, subPoint);
-    m_ui->defintionTree->setCurrentItem(subPoint);
-    m_ui->defintionTree->scrollToItem(subPoint);
+    showInTree(m_ui->defintionTree, subPoint);
     if (above)
         onDefineTreeItemClicked(subPoint, 0);
     Q_EMIT modified(true);

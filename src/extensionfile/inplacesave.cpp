@@ -1,6 +1,10 @@
 #include "extensionfile/inplacesave.h"
 
+#include "extensionfile/backup.h"
+#include "extensionfile/logging.h"
 #include "extensionfile/regularfile.h"
+
+#include <QFile>
 
 #include <cerrno>
 
@@ -18,26 +22,18 @@ bool refuse(QString *reason, const QString &text)
     return false;
 }
 
-/// `written` tells how far it came, on failure too.
-bool writeFromStart(int descriptor, const QByteArray &bytes, qint64 *written)
-{
-    *written = 0;
-    while (*written < bytes.size()) {
-        const ssize_t count
-            = ::pwrite(descriptor, bytes.constData() + *written, size_t(bytes.size() - *written), off_t(*written));
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            return false;
-        *written += count;
-    }
-    return true;
-}
-
 bool replaceContents(int descriptor, const QByteArray &bytes, qint64 *written)
 {
     return writeFromStart(descriptor, bytes, written) && ::ftruncate(descriptor, bytes.size()) == 0
         && syncToDisk(descriptor);
+}
+
+/// What a disk took and what it gives back need not be the same.
+bool contains(int descriptor, const QByteArray &bytes)
+{
+    QByteArray found;
+    return ::lseek(descriptor, 0, SEEK_SET) == 0 && readDescriptor(descriptor, bytes.size(), bytes.size(), &found)
+        && found == bytes;
 }
 
 /// Writes back only what was overwritten: whatever stopped the writing would stop it at the same place again.
@@ -50,10 +46,11 @@ bool putBack(int descriptor, const QByteArray &old, qint64 overwritten)
     // Cutting comes last, after all bytes; if it has taken place, they are all to be written again.
     if (status.st_size < old.size() && !writeFromStart(descriptor, old, &written))
         return false;
-    return (status.st_size <= old.size() || ::ftruncate(descriptor, old.size()) == 0) && syncToDisk(descriptor);
+    return (status.st_size <= old.size() || ::ftruncate(descriptor, old.size()) == 0) && syncToDisk(descriptor)
+        && contains(descriptor, old);
 }
 
-/// posix_fallocate() leaves a part of the growth behind when it fails in the middle.
+/// Leaves a part of the growth behind when it fails in the middle.
 bool takeRoom(int descriptor, qint64 oldSize, qint64 newSize, QString *reason)
 {
     if (newSize <= oldSize)
@@ -62,8 +59,29 @@ bool takeRoom(int descriptor, qint64 oldSize, qint64 newSize, QString *reason)
     if (failure == 0)
         return true;
     *reason = qt_error_string(failure);
-    if (::ftruncate(descriptor, oldSize) != 0)
-        *reason += QStringLiteral(" The file may have been lengthened.");
+    return false;
+}
+
+void reportKept(const QString &path)
+{
+    const QStringList kept = Backup::keptOf(path);
+    for (const QString &backup : kept)
+        qCWarning(fileLog, "%s: an earlier save was interrupted; what was there before it is kept in %s",
+            qUtf8Printable(oneLine(path)), qUtf8Printable(backup));
+}
+
+QString keptIn(const Backup &backup)
+{
+    return QStringLiteral(" The old contents are kept in %1").arg(backup.fileName());
+}
+
+/// Always false, for the sake of its callers.
+bool giveBack(int descriptor, const QByteArray &old, qint64 overwritten, Backup *backup, QString *reason)
+{
+    if (putBack(descriptor, old, overwritten))
+        backup->remove();
+    else
+        *reason += QStringLiteral(" The old contents could not be put back.") + keptIn(*backup);
     return false;
 }
 
@@ -83,16 +101,45 @@ bool writeInPlace(const QByteArray &path, const QByteArray &bytes, QString *reas
         return refuse(reason, QStringLiteral("The file is too large to be kept while it is written."));
     if (!readDescriptor(file.get(), status.st_size, maximumOldSize, &old))
         return refuse(reason, systemReason());
-    if (!takeRoom(file.get(), old.size(), bytes.size(), reason))
+    reportKept(QFile::decodeName(path));
+    Backup backup(path);
+    if (!backup.make(old, reason))
         return false;
+    if (!takeRoom(file.get(), old.size(), bytes.size(), reason)) {
+        // It may have been lengthened all the same.
+        return giveBack(file.get(), old, 0, &backup, reason);
+    }
     qint64 written = 0;
     if (!replaceContents(file.get(), bytes, &written)) {
         *reason = systemReason();
-        if (!putBack(file.get(), old, written))
-            *reason += QStringLiteral(" The old contents could not be put back.");
+        return giveBack(file.get(), old, written, &backup, reason);
+    }
+    if (!contains(file.get(), bytes)) {
+        *reason = QStringLiteral("The file does not hold what was written.");
+        return giveBack(file.get(), old, bytes.size(), &backup, reason);
+    }
+    if (!file.close()) {
+        *reason = systemReason();
+        *reason += keptIn(backup);
         return false;
     }
-    return file.close() || refuse(reason, systemReason());
+    backup.remove();
+    return true;
+}
+
+bool writeFromStart(int descriptor, const QByteArray &bytes, qint64 *written)
+{
+    *written = 0;
+    while (*written < bytes.size()) {
+        const ssize_t count
+            = ::pwrite(descriptor, bytes.constData() + *written, size_t(bytes.size() - *written), off_t(*written));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return false;
+        *written += count;
+    }
+    return true;
 }
 
 bool syncToDisk(int descriptor)

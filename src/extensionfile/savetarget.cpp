@@ -73,6 +73,13 @@ bool isOwnGroup(gid_t group)
     return groups.contains(group);
 }
 
+/// What is to replace a file bears its name and seven characters more for a moment.
+bool leavesRoomInName(const QByteArray &path, const QByteArray &directory)
+{
+    const long longest = ::pathconf(directory.constData(), _PC_NAME_MAX);
+    return longest < 0 || path.size() - path.lastIndexOf('/') - 1 + 7 <= longest;
+}
+
 /// Whether a new file can be given the owner, the group and the rights of the present one. An access list can't be put
 /// on by the mode alone.
 bool canBeReplacedAlike(const QByteArray &path, const struct stat &status)
@@ -102,7 +109,8 @@ bool findSaveTarget(const QString &path, SaveTarget *target, QString *reason)
     // Replacing would need no right to the file itself, but whoever took that right away meant it.
     if (!mayAccess(target->path, W_OK))
         return refuse(reason, systemReason());
-    const bool replaceable = directoryWritable && status.st_nlink == 1 && canBeReplacedAlike(target->path, status);
+    const bool replaceable = directoryWritable && status.st_nlink == 1
+        && leavesRoomInName(target->path, target->directory) && canBeReplacedAlike(target->path, status);
     target->way = replaceable ? SaveTarget::Way::Replace : SaveTarget::Way::InPlace;
     target->mode = status.st_mode & 07777;
     target->owner = status.st_uid;

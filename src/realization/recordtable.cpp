@@ -52,6 +52,9 @@ QString labelOf(PointTreeWidgetItem *record)
     return text.isEmpty() ? valueOf(record, QStringLiteral("title")) : text;
 }
 
+// A button and a box for each of thousands of rows cost seconds, and nobody sees more than a screenful.
+constexpr int rowsDressedAtOnce = 200;
+
 /// The key shown in each column when the point says nothing of it.
 QStringList fixedKeys(bool withFormats)
 {
@@ -81,6 +84,8 @@ RecordTable::RecordTable(QTableWidget *table, QObject *parent) : QObject(parent)
     m_table->viewport()->installEventFilter(this);
     connect(m_table->horizontalHeader(), &QHeaderView::sectionResized, this,
         [this](int column, int /*oldWidth*/, int width) { noteWidth(column, width); });
+    connect(m_table->verticalScrollBar(), &QScrollBar::valueChanged, this, &RecordTable::dressRowsInSight);
+    connect(m_table->verticalScrollBar(), &QScrollBar::rangeChanged, this, &RecordTable::dressRowsInSight);
     resetColumns(false);
 }
 
@@ -102,15 +107,19 @@ void RecordTable::showRecords(PointTreeWidgetItem *point)
     const int scrolled = point && point == m_point ? m_table->verticalScrollBar()->value() : 0;
     m_point = point;
     m_records.clear();
+    m_dressed.clear();
     resetColumns(withFormats);
     m_keys = point ? keysOf(point, withFormats) : fixedKeys(withFormats);
     const OwnRealizations::Nodes records = controller->ownRealizations().recordsOf(point);
     m_table->setRowCount(records.size());
+    m_dressAll = records.size() <= rowsDressedAtOnce;
     for (PointTreeWidgetItem *record : records) {
         m_records.append(record);
+        m_dressed.append(m_dressAll);
         fillRow(m_records.size() - 1, record, m_keys);
     }
     m_table->verticalScrollBar()->setValue(scrolled);
+    dressRowsInSight();
 }
 
 void RecordTable::append(PointTreeWidgetItem *record)
@@ -122,6 +131,7 @@ void RecordTable::append(PointTreeWidgetItem *record)
     const int last = m_records.size();
     m_table->insertRow(last);
     m_records.append(record);
+    m_dressed.append(true);
     fillRow(last, record, fixedKeys(m_table->columnCount() > columns(false).size()));
 }
 
@@ -134,8 +144,10 @@ void RecordTable::removeRow(PointTreeWidgetItem *record)
     if (index >= 0) {
         m_table->removeRow(index);
         m_records.removeAt(index);
+        m_dressed.removeAt(index);
     }
     dropDead();
+    dressRowsInSight();
 }
 
 void RecordTable::refreshRow(PointTreeWidgetItem *record)
@@ -202,6 +214,8 @@ bool RecordTable::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Resize)
         layOutColumns();
+    if (event->type() == QEvent::Resize || event->type() == QEvent::Show)
+        dressRowsInSight();
     return QObject::eventFilter(watched, event);
 }
 
@@ -226,7 +240,7 @@ void RecordTable::fillRow(int row, PointTreeWidgetItem *record, const QStringLis
         const bool isId = column == 0;
         RecordCells::setText(
             m_table, row, column, text, isId ? tr("%1\nPlug-in: %2").arg(id, record->pluginId()) : text);
-        if (key == iconKey)
+        if (key == iconKey && m_dressed.at(row))
             RecordCells::setIcon(
                 m_table, row, column, RealizationIcons::icon(text, record->basePath()), tr("Icon of %1").arg(id));
     }
@@ -243,8 +257,25 @@ void RecordTable::fillUses(int row, PointTreeWidgetItem *record, const QStringLi
     for (int column = 0; column < keys.size(); ++column) {
         if (keys.at(column) == usedKey)
             RecordCells::setNumber(m_table, row, column, uses, said);
-        else if (keys.at(column) == formatKey)
+        else if (keys.at(column) == formatKey && m_dressed.at(row))
             RecordCells::setBox(m_table, row, column, uses > 0, said);
+    }
+}
+
+void RecordTable::dressRowsInSight()
+{
+    // While rows come and go, the table and the lists don't fit.
+    if (!m_table || m_dressAll || m_table->rowCount() != m_records.size() || m_records.size() != m_dressed.size())
+        return;
+    const int first = qMax(0, m_table->rowAt(0));
+    const int below = m_table->rowAt(m_table->viewport()->height());
+    const int last = below < 0 ? m_dressed.size() - 1 : qMin(below, m_dressed.size() - 1);
+    for (int row = first; row <= last; ++row) {
+        if (m_dressed.at(row) || !m_records.at(row))
+            continue;
+        const QuietChange quiet(m_table);
+        m_dressed[row] = true;
+        fillRow(row, m_records.at(row), m_keys);
     }
 }
 
@@ -255,6 +286,7 @@ void RecordTable::dropDead()
             continue;
         m_table->removeRow(i);
         m_records.removeAt(i);
+        m_dressed.removeAt(i);
     }
 }
 

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 class PointTreeWidgetItem;
 class QTableWidget;
@@ -64,13 +65,17 @@ private:
     void fillRow(int row, PointTreeWidgetItem *record, const QStringList &keys);
     void fillUses(int row, PointTreeWidgetItem *record, const QStringList &keys);
     void dropDead();
+    /// Gives the rows that can be seen their buttons and boxes.
+    void dressRowsInSight();
     void layOutColumns();
     void noteWidth(int column, int width);
 
     QPointer<QTableWidget> m_table;
     QPointer<PointTreeWidgetItem> m_point;
     QList<QPointer<PointTreeWidgetItem>> m_records; ///< by row
-    QStringList m_keys;                             ///< what the point names for each column
-    QList<int> m_userWidths;                        ///< by column, in pixels; 0 where the user has set none
+    QVector<bool> m_dressed;                        ///< by row: has its button and its box
+    bool m_dressAll = true;
+    QStringList m_keys;      ///< what the point names for each column
+    QList<int> m_userWidths; ///< by column, in pixels; 0 where the user has set none
     bool m_layingOut = false;
 };

@@ -1,0 +1,72 @@
+#include "inputsender.h"
+
+#include "watchedapplication.h"
+
+#include <QTest>
+#include <QWindow>
+
+#include <chrono>
+#include <utility>
+
+InputSender::InputSender(QWindow *window, std::vector<Stroke> strokes, int interval)
+    : m_window(window), m_origin(window->position()), m_strokes(std::move(strokes)), m_interval(interval)
+{ }
+
+InputSender::~InputSender()
+{
+    finish();
+}
+
+void InputSender::start()
+{
+    m_thread = std::thread(&InputSender::run, this);
+}
+
+void InputSender::finish()
+{
+    if (!m_thread.joinable())
+        return;
+    m_stopping = true;
+    while (!m_finished)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+    m_thread.join();
+}
+
+void InputSender::run()
+{
+    const WatchedApplication *application = WatchedApplication::instance();
+    const qint64 interval = qint64(m_interval) * 1'000'000;
+    const qint64 begin = WatchedApplication::now();
+    qint64 lastHandled = 0;
+    for (int event = 0; !m_stopping; ++event) {
+        qint64 due = begin + event * interval;
+        const bool delayed = lastHandled > due;
+        if (!delayed) {
+            std::this_thread::sleep_for(std::chrono::nanoseconds(due - WatchedApplication::now()));
+            // That this thread woke late is not what is measured.
+            due = WatchedApplication::now();
+        }
+        const Stroke &stroke = m_strokes[std::size_t(event / 2) % m_strokes.size()];
+        const qint64 sent = WatchedApplication::now();
+        // Returns when the GUI thread has handled it.
+        send(stroke, event % 2 == 0, int(sent / 1'000'000));
+        lastHandled = application->inputHandledAt();
+        if (lastHandled < sent) {
+            ++m_lost;
+            continue;
+        }
+        m_latencies.push_back(double(lastHandled - due) / 1e6);
+    }
+    m_finished = true;
+}
+
+void InputSender::send(const Stroke &stroke, bool press, int timestamp) const
+{
+    if (stroke.key) {
+        qt_handleKeyEvent(
+            m_window, press ? QEvent::KeyPress : QEvent::KeyRelease, stroke.key, Qt::NoModifier, stroke.text);
+        return;
+    }
+    qt_handleMouseEvent(m_window, stroke.place, stroke.place + m_origin, press ? Qt::LeftButton : Qt::NoButton,
+        Qt::LeftButton, press ? QEvent::MouseButtonPress : QEvent::MouseButtonRelease, Qt::NoModifier, timestamp);
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <vector>
+
+/// What is said of repeated measurements. Pure functions; any thread.
+namespace Statistics {
+
+/// The middle value, or the mean of the two middle ones; NaN of nothing.
+[[nodiscard]] double median(std::vector<double> values);
+
+/// The smallest value that at least @p percent of all do not exceed, @p percent in 0..100; NaN of nothing.
+[[nodiscard]] double percentile(std::vector<double> values, double percent);
+
+/// The largest value; NaN of nothing.
+[[nodiscard]] double largest(const std::vector<double> &values);
+
+} // namespace Statistics

@@ -1,0 +1,401 @@
+#include "core/unprivileged.h"
+#include "faulttesting.h"
+
+#include "model/pointtreewidgetitem.h"
+#include "model/sourcedatamanager.h"
+
+#include <QDir>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThreadPool>
+#include <QTimer>
+
+#include <atomic>
+#include <memory>
+#include <thread>
+
+#include <unistd.h>
+
+using namespace FaultTesting;
+
+namespace {
+
+constexpr int goodSiblings = 20;
+
+QByteArray sibling(const QByteArray &id, int points = 3, char letter = 'x')
+{
+    QByteArray bytes = "<Plugin id=\"" + id + "\"><ExtPointSet>";
+    for (int i = 0; i < points; ++i)
+        bytes += "<ExtPoint id=\"" + id + '.' + QByteArray::number(i) + "\" name=\"" + QByteArray(100, letter) + "\"/>";
+    return bytes + "</ExtPointSet></Plugin>";
+}
+
+/// Twenty plug-ins and the opened one; "odd" stands in the middle of the listing.
+class Product final
+{
+public:
+    Product()
+    {
+        setMode(m_directory.path(), 0755);
+        makeDirectory(plugins());
+        add("zz-opened");
+        for (int i = 0; i < goodSiblings; ++i)
+            add((i < goodSiblings / 2 ? "a" : "q") + QByteArray::number(100 + i));
+    }
+
+    ~Product()
+    {
+        // Qt can't name it, and so not remove it.
+        ::rmdir((QFile::encodeName(plugins()) + unnameable).constData());
+    }
+    Product(const Product &) = delete;
+    Product &operator=(const Product &) = delete;
+
+    static constexpr char unnameable[] = "/odd\xff";
+
+    [[nodiscard]] QString plugins() const { return m_directory.filePath(QStringLiteral("plugins")); }
+    [[nodiscard]] QString directory(const QByteArray &name) const
+    {
+        return plugins() + QLatin1Char('/') + QFile::decodeName(name);
+    }
+    [[nodiscard]] QString odd() const { return directory("odd"); }
+    [[nodiscard]] QString oddFile() const { return odd() + QLatin1String("/extension.xml"); }
+    [[nodiscard]] QString opened() const { return directory("zz-opened") + QLatin1String("/extension.xml"); }
+
+    void add(const QByteArray &name) const
+    {
+        makeDirectory(directory(name));
+        makeFile(directory(name) + QLatin1String("/extension.xml"), sibling(name));
+    }
+
+private:
+    QTemporaryDir m_directory;
+};
+
+QStringList rows(const SourceDataManager &manager)
+{
+    QStringList texts;
+    for (int i = 0; i < manager.availablePointsRoot()->childCount(); ++i)
+        texts.append(manager.availablePointsRoot()->child(i)->text(0));
+    return texts;
+}
+
+QStringList goodRows()
+{
+    QStringList texts;
+    for (int i = 0; i < goodSiblings; ++i)
+        texts.append((i < goodSiblings / 2 ? QStringLiteral("a%1") : QStringLiteral("q%1")).arg(100 + i));
+    return texts << QStringLiteral("zz-opened");
+}
+
+/// How long the event loop did not come round, in ms, since this was made.
+class StallMeter final
+{
+public:
+    StallMeter()
+    {
+        m_clock.start();
+        QObject::connect(&m_timer, &QTimer::timeout, [this] { look(); });
+        m_timer.start(5);
+    }
+    [[nodiscard]] qint64 longest()
+    {
+        look();
+        return m_longest;
+    }
+
+private:
+    void look() { m_longest = qMax(m_longest, m_clock.restart()); }
+
+    FaultTesting::WorkClock m_clock;
+    QTimer m_timer;
+    qint64 m_longest = 0;
+};
+
+/// Does something to files on a thread of its own, over and over, for as long as it lives.
+class Meddler final
+{
+public:
+    explicit Meddler(std::function<void()> deed)
+        : m_thread([this, deed] {
+              while (!m_stop)
+                  deed();
+          })
+    { }
+    ~Meddler()
+    {
+        m_stop = true;
+        m_thread.join();
+    }
+    Meddler(const Meddler &) = delete;
+    Meddler &operator=(const Meddler &) = delete;
+
+private:
+    std::atomic<bool> m_stop { false };
+    std::thread m_thread;
+};
+
+/// Without ending the test when it fails, since somebody else may just have taken the place away.
+void tryToWrite(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(bytes);
+}
+
+using Setup = std::function<void(const Product &)>;
+
+struct Row
+{
+    Setup setup;
+    /// What is logged about the odd one, in its only line; nothing when it is passed over in silence.
+    QByteArray reason;
+    bool taken = false;
+};
+
+using Deed = std::function<void(const Product &)>;
+
+} // namespace
+
+Q_DECLARE_METATYPE(Row)
+Q_DECLARE_METATYPE(Deed)
+
+class TestFaultSiblings : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void oneOddSibling_data();
+    void oneOddSibling();
+    void changesWhileItIsRead_data();
+    void changesWhileItIsRead();
+    void manySiblings();
+    void closedInMidScan();
+    void directoryGoneInMidScan();
+};
+
+void TestFaultSiblings::oneOddSibling_data()
+{
+    QTest::addColumn<Row>("row");
+    const auto row = [](const char *name, const QByteArray &reason, const Setup &setup, bool taken = false) {
+        QTest::newRow(name) << Row { setup, reason, taken };
+    };
+    const auto inOdd = [](const std::function<void(const QString &)> &make) {
+        return [make](const Product &product) {
+            makeDirectory(product.odd());
+            make(product.oddFile());
+        };
+    };
+    const auto holding
+        = [&inOdd](const QByteArray &bytes) { return inOdd([bytes](const QString &path) { makeFile(path, bytes); }); };
+    const QByteArray irregular = "Not a regular file";
+    row("an ordinary one", "", holding(sibling("odd")), true);
+    row("pipe", irregular, inOdd(makePipe));
+    row("socket", irregular, inOdd(makeSocket));
+    row("directory", irregular, inOdd([](const QString &path) { makeDirectory(path); }));
+    row("endless device", irregular, inOdd([](const QString &path) { makeLink("/dev/zero", path); }));
+    row("dangling link", "", inOdd([](const QString &path) { makeLink("none", path); }));
+    row("link loop", "symbolic links", inOdd([](const QString &path) { makeLink("extension.xml", path); }));
+    row(
+        "link to a file", "",
+        [](const Product &product) {
+            makeDirectory(product.odd());
+            makeFile(product.odd() + QLatin1String("/real"), sibling("odd"));
+            makeLink("real", product.oddFile());
+        },
+        true);
+    row("2 GB, sparse", "more than",
+        inOdd([](const QString &path) { makeSparse(path, qint64(2) * 1024 * 1024 * 1024); }));
+    row("not to be read", "Permission denied", inOdd([](const QString &path) { makeFile(path, sibling("odd"), 0); }));
+    row("directory not to be entered", "Permission denied", [](const Product &product) {
+        product.add("odd");
+        setMode(product.odd(), 0600);
+    });
+    row("empty", "1:1", holding(""));
+    row("cut", ":", holding(sibling("odd").chopped(9)));
+    row("nested 200,000 deep", "nested", holding(QByteArray("<a>").repeated(200'000)));
+    row("200,000 children", "",
+        holding("<Plugin id=\"odd\"><ExtPointSet><ExtPoint id=\"o\"/></ExtPointSet><ExtDataSet>"
+            + QByteArray("<ExtData id=\"d\"/>").repeated(200'000) + "</ExtDataSet></Plugin>"),
+        true);
+    row("200,000 points", "", holding(sibling("odd", 200'000)), true);
+    row("directory without a file", "", [](const Product &product) { makeDirectory(product.odd()); });
+    row("file in the place of the directory", "", [](const Product &product) { makeFile(product.odd(), "x"); });
+    row("link in the place of the directory", "", [](const Product &product) { makeLink("a100", product.odd()); });
+    row("directory that links to itself", "", [](const Product &product) { makeLink("odd", product.odd()); });
+    row(
+        "name of 250 bytes", "",
+        [](const Product &product) {
+            const QString path = product.directory("odd" + QByteArray(247, 'n'));
+            makeDirectory(path);
+            makeFile(path + QLatin1String("/extension.xml"), sibling("odd"));
+        },
+        true);
+    row("name that is no UTF-8", "", [](const Product &product) {
+        const QByteArray path = QFile::encodeName(product.plugins()) + Product::unnameable;
+        QVERIFY(::mkdir(path.constData(), 0755) == 0);
+    });
+}
+
+void TestFaultSiblings::oneOddSibling()
+{
+    QFETCH(Row, row);
+    const Product product;
+    row.setup(product);
+    // Root may read anything.
+    const Unprivileged rights;
+    const Log log;
+    SourceDataManager manager;
+    QVERIFY(manager.load(product.opened()));
+    StallMeter stalls;
+    manager.startScan(product.opened());
+    QTRY_VERIFY_WITH_TIMEOUT(!manager.isScanning(), 60'000);
+    QVERIFY2(stalls.longest() < patienceMs(), qPrintable(QString::number(stalls.longest())));
+    QStringList expected = goodRows();
+    if (row.taken)
+        expected.insert(goodSiblings / 2, QStringLiteral("odd"));
+    QCOMPARE(rows(manager), expected);
+    const QStringList lines = log.lines();
+    QCOMPARE(lines.size(), row.reason.isEmpty() ? 0 : 1);
+    if (!lines.isEmpty()) {
+        QVERIFY2(lines.first().startsWith(product.oddFile() + QLatin1Char(':')), qPrintable(lines.first()));
+        QVERIFY2(lines.first().contains(QString::fromLatin1(row.reason)), qPrintable(lines.first()));
+    }
+}
+
+void TestFaultSiblings::changesWhileItIsRead_data()
+{
+    QTest::addColumn<Deed>("deed");
+    const auto row = [](const char *name, const Deed &deed) { QTest::newRow(name) << deed; };
+    row("vanishes and comes back", [](const Product &product) {
+        QFile::remove(product.oddFile());
+        tryToWrite(product.oddFile(), sibling("odd", 500));
+    });
+    row("is written over", [](const Product &product) {
+        tryToWrite(product.oddFile(), sibling("odd", 500, 'a'));
+        tryToWrite(product.oddFile(), sibling("odd", 500, 'b'));
+    });
+    row("is cut", [](const Product &product) {
+        tryToWrite(product.oddFile(), sibling("odd", 500));
+        QFile::resize(product.oddFile(), 20'000);
+    });
+    row("grows", [](const Product &product) {
+        QFile file(product.oddFile());
+        if (file.open(QIODevice::WriteOnly | QIODevice::Append))
+            file.write(QByteArray(100'000, ' '));
+        if (file.size() > 5'000'000)
+            file.resize(0);
+    });
+    row("is replaced by rename", [](const Product &product) {
+        const QString next = product.odd() + QLatin1String("/next");
+        tryToWrite(next, sibling("odd", 500));
+        ::rename(QFile::encodeName(next).constData(), QFile::encodeName(product.oddFile()).constData());
+    });
+    row("becomes a pipe and a file again", [](const Product &product) {
+        QFile::remove(product.oddFile());
+        ::mkfifo(QFile::encodeName(product.oddFile()).constData(), 0600);
+        QFile::remove(product.oddFile());
+        tryToWrite(product.oddFile(), sibling("odd", 500));
+    });
+    row("goes with its directory", [](const Product &product) {
+        QDir(product.odd()).removeRecursively();
+        QDir().mkpath(product.odd());
+        tryToWrite(product.oddFile(), sibling("odd", 500));
+    });
+}
+
+/// It may be there or not, but it is never there by half, and never at the cost of the others.
+void TestFaultSiblings::changesWhileItIsRead()
+{
+    QFETCH(Deed, deed);
+    const Product product;
+    makeDirectory(product.odd());
+    makeFile(product.oddFile(), sibling("odd", 500));
+    const Log log;
+    {
+        const Meddler meddler([&] { deed(product); });
+        for (int round = 0; round < 40; ++round) {
+            SourceDataManager manager;
+            QVERIFY(manager.load(product.opened()));
+            StallMeter stalls;
+            manager.startScan(product.opened());
+            QTRY_VERIFY_WITH_TIMEOUT(!manager.isScanning(), 60'000);
+            QVERIFY2(stalls.longest() < patienceMs(), qPrintable(QString::number(stalls.longest())));
+            QStringList found = rows(manager);
+            const int odd = found.indexOf(QStringLiteral("odd"));
+            if (odd >= 0) {
+                QCOMPARE(manager.availablePointsRoot()->child(odd)->childCount(), 500);
+                found.removeAt(odd);
+            }
+            QCOMPARE(found, goodRows());
+        }
+    }
+    const QStringList lines = log.lines();
+    for (const QString &line : lines)
+        QVERIFY2(line.startsWith(product.oddFile() + QLatin1Char(':')), qPrintable(line));
+}
+
+void TestFaultSiblings::manySiblings()
+{
+    constexpr int count = 20'000;
+    const Product product;
+    for (int i = 0; i < count; ++i)
+        product.add("m" + QByteArray::number(100'000 + i));
+    SourceDataManager manager;
+    QVERIFY(manager.load(product.opened()));
+    const Log log;
+    StallMeter stalls;
+    manager.startScan(product.opened());
+    QTRY_VERIFY_WITH_TIMEOUT(!manager.isScanning(), 120'000);
+    QVERIFY2(stalls.longest() < patienceMs(), qPrintable(QString::number(stalls.longest())));
+    QCOMPARE(rows(manager).size(), count + goodSiblings + 1);
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void TestFaultSiblings::closedInMidScan()
+{
+    constexpr int count = 2'000;
+    const Product product;
+    for (int i = 0; i < count; ++i)
+        product.add("m" + QByteArray::number(100'000 + i));
+    QRandomGenerator random(3);
+    const Log log;
+    int inMidScan = 0;
+    for (int round = 0; round < 60; ++round) {
+        auto manager = std::make_unique<SourceDataManager>();
+        QVERIFY(manager->load(product.opened()));
+        manager->startScan(product.opened());
+        const int turns = random.bounded(200);
+        for (int i = 0; i < turns && manager->isScanning(); ++i)
+            QCoreApplication::processEvents();
+        inMidScan += manager->isScanning();
+        FaultTesting::WorkClock clock;
+        clock.start();
+        manager.reset();
+        QVERIFY2(clock.elapsed() < patienceMs(), qPrintable(QString::number(clock.elapsed())));
+    }
+    QThreadPool::globalInstance()->waitForDone();
+    QVERIFY2(inMidScan > 10, qPrintable(QString::number(inMidScan)));
+    QCOMPARE(log.lines(), QStringList());
+}
+
+void TestFaultSiblings::directoryGoneInMidScan()
+{
+    const Product product;
+    for (int i = 0; i < 500; ++i)
+        product.add("m" + QByteArray::number(100'000 + i));
+    SourceDataManager manager;
+    QVERIFY(manager.load(product.opened()));
+    const Log log;
+    manager.startScan(product.opened());
+    QVERIFY(QDir(product.plugins()).removeRecursively());
+    QTRY_VERIFY_WITH_TIMEOUT(!manager.isScanning(), 60'000);
+    QCOMPARE(log.lines(), QStringList());
+    QVERIFY(!manager.save());
+    QCOMPARE(log.lines().size(), 1);
+    QVERIFY2(log.lines().first().startsWith(product.opened() + QLatin1Char(':')), qPrintable(log.lines().first()));
+}
+
+QTEST_GUILESS_MAIN(TestFaultSiblings)
+#include "tst_fault_siblings.moc"
