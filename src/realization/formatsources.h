@@ -7,17 +7,19 @@ class PointTreeWidgetItem;
 
 /// What fills a tab, by the name of its page:
 ///
-/// | the opened file has     | siblings have           | the tab shows                                             |
-/// editable |
-/// |-------------------------|-------------------------|-----------------------------------------------------------|----------|
-/// | a format with the "target", else a format or layout with the "id" | nothing | the own root            | yes      |
-/// | the same                | a format or layout      | the own root, what the siblings have in place within it   |
-/// yes      | | nothing                 | a format or layout      | the root that came first, the others in place
-/// within it   | no       | | nothing                 | nothing                 | nothing | no       |
+// clang-format off
+/// | the opened file has       | siblings have      | the tab shows                                  | editable |
+/// |---------------------------|--------------------|------------------------------------------------|----------|
+/// | a format or layout of it  | nothing            | the own root                                   | yes      |
+/// | a format or layout of it  | a format or layout | the own root, with what siblings have in place | yes      |
+/// | nothing                   | a format or layout | the root that came first, the others in place  | no       |
+/// | nothing                   | nothing            | nothing                                        | no       |
+// clang-format on
 ///
-/// A sibling's format is found by its "target", else by its "id"; its layout by its "id", else by its "target". Of
-/// several own roots the first one is the root that is shown, and the entries of the others stand under it. "Editable"
-/// is said of the tab; a row of a sibling is not, wherever it stands.
+/// An own root is found by its "target", else by its "id". A sibling's format is found by its "target", else by its
+/// "id"; its layout by its "id", else by its "target". Of several own roots the first one is the root that is shown,
+/// and the entries of the others stand under it. "Editable" is said of the tab; a row of a sibling is not, wherever it
+/// stands.
 struct FormatSources
 {
     using Nodes = QVector<PointTreeWidgetItem *>;

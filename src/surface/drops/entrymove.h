@@ -10,13 +10,16 @@
 /// beside it. Nothing is added to or removed from a mirror in the mirroring way, which would go by "id" and meet the
 /// wrong node among those that have none. In a tree of plain nodes the row is what moves.
 ///
-/// | dragged           | row                                         | what happens |
-/// |-------------------|---------------------------------------------|--------------------------------------------------|
-/// | any               | itself, or under it                         | nothing | | a sibling's       | any | nothing |
-/// | own               | own, takes the kind                         | goes into it; a "parent" is dropped | | own | a
-/// sibling's, or standing for one that does  | goes to the "Format" of the tab, with a "parent" | | own               |
-/// own, the row above it takes the kind        | goes before it, with its "parent" if any         | | own | a
-/// sibling's, the row above takes the kind   | nothing                                          |
+// clang-format off
+/// | dragged     | row                                        | what happens                                     |
+/// |-------------|--------------------------------------------|--------------------------------------------------|
+/// | any         | itself, or under it                        | nothing                                          |
+/// | a sibling's | any                                        | nothing                                          |
+/// | own         | own, takes the kind                        | goes into it; a "parent" is dropped              |
+/// | own         | a sibling's, or standing for one that does | goes to the "Format" of the tab, with a "parent" |
+/// | own         | own, the row above it takes the kind       | goes before it, with its "parent" if any         |
+/// | own         | a sibling's, the row above takes the kind  | nothing                                          |
+// clang-format on
 ///
 /// A tree that does not drop directly moves nothing.
 namespace EntryMove {
