@@ -36,26 +36,24 @@ void InputSender::run()
 {
     const WatchedApplication *application = WatchedApplication::instance();
     const qint64 interval = qint64(m_interval) * 1'000'000;
-    const qint64 begin = WatchedApplication::now();
-    qint64 lastHandled = 0;
+    qint64 due = WatchedApplication::now();
     for (int event = 0; !m_stopping; ++event) {
-        qint64 due = begin + event * interval;
-        const bool delayed = lastHandled > due;
-        if (!delayed) {
-            std::this_thread::sleep_for(std::chrono::nanoseconds(due - WatchedApplication::now()));
-            // That this thread woke late is not what is measured.
-            due = WatchedApplication::now();
-        }
-        const Stroke &stroke = m_strokes[std::size_t(event / 2) % m_strokes.size()];
+        std::this_thread::sleep_for(std::chrono::nanoseconds(due - WatchedApplication::now()));
+        // That this thread woke late is not what is measured.
         const qint64 sent = WatchedApplication::now();
+        const Stroke &stroke = m_strokes[std::size_t(event / 2) % m_strokes.size()];
         // Returns when the GUI thread has handled it.
         send(stroke, event % 2 == 0, int(sent / 1'000'000));
-        lastHandled = application->inputHandledAt();
-        if (lastHandled < sent) {
+        const qint64 handled = application->inputHandledAt();
+        if (handled < sent) {
             ++m_lost;
-            continue;
+        } else {
+            m_latencies.push_back(double(handled - sent) / 1e6);
+            for (due = sent + interval; due < handled; due += interval)
+                m_latencies.push_back(double(handled - due) / 1e6);
         }
-        m_latencies.push_back(double(lastHandled - due) / 1e6);
+        while (due <= sent)
+            due += interval;
     }
     m_finished = true;
 }

@@ -32,8 +32,9 @@ public:
     /// Sends no more and returns when the last event has been handled.
     void finish();
 
-    /// From the time at which each event was due to the time at which it had been handled, in milliseconds. An event
-    /// that had to wait for the one before it was due all the same.
+    /// From the time at which each event was due to the time at which it had been handled, in milliseconds. Only one is
+    /// on its way at a time; what falls due meanwhile counts as handled along with it, since a window system hands over
+    /// everything that has come, and is not sent.
     [[nodiscard]] const std::vector<double> &latencies() const { return m_latencies; }
     /// Events that came to no window.
     [[nodiscard]] int lost() const { return m_lost; }
