@@ -136,7 +136,6 @@ void FormatTree::clear()
     m_rowsById.clear();
     m_rowBySource.clear();
     m_tabName.clear();
-    m_editable = false;
     if (!m_tree)
         return;
     m_tree->setMergedSources({});
@@ -185,7 +184,6 @@ void FormatTree::fill()
     m_revision = Controller::instance()->formatRevision(m_tabName);
     const FormatSources sources = FormatSources::of(m_tabName);
     sources.linkSiblings();
-    m_editable = sources.isEditable();
     m_merged = sources.all().size() > 1;
     FormatFilling filling(sources);
     PointTreeWidgetItem *root = filling.build();
@@ -198,7 +196,7 @@ void FormatTree::fill()
         m_tree->addTopLevelItem(root);
     m_tree->setMergedSources(filling.merged());
     m_tree->setTabName(m_tabName);
-    m_tree->setDirectDrop(m_editable);
+    m_tree->setDirectDrop(sources.isEditable());
 }
 
 void FormatTree::fitColumns()

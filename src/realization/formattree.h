@@ -52,7 +52,6 @@ public:
     void clear();
 
     [[nodiscard]] const QString &tabName() const { return m_tabName; }
-    [[nodiscard]] bool isEditable() const { return m_editable; }
 
     /// The row that shows @p source; null without one.
     [[nodiscard]] PointTreeWidgetItem *rowOf(const PointTreeWidgetItem *source) const;
@@ -93,7 +92,6 @@ private:
     QPointer<QWidget> m_attic; ///< keeps the tree while no page does
     QString m_tabName;
     bool m_shown = false;
-    bool m_editable = false;
     bool m_merged = false;
     bool m_fitted = false; ///< to what is shown, while it could be seen
     int m_fittedWidth = 0; ///< of the column of ids, in pixels
