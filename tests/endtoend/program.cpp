@@ -58,6 +58,38 @@ void Program::laysDownRoot()
         QStringLiteral("--regid=65534"), QStringLiteral("--clear-groups") };
 }
 
+void Program::holdBack(const QString &file)
+{
+    preloadSlowDisk();
+    writeFile(gate(), QByteArray());
+    setVariable(QStringLiteral("EXTPOINT_HELD_FILE"), file);
+    setVariable(QStringLiteral("EXTPOINT_HELD_WHILE"), gate());
+}
+
+void Program::readOn()
+{
+    QFile::remove(gate());
+}
+
+void Program::slowDown(int milliseconds)
+{
+    preloadSlowDisk();
+    setVariable(QStringLiteral("EXTPOINT_SLOW_FILES"), QString::number(milliseconds));
+}
+
+QString Program::gate() const
+{
+    return m_home.filePath(QStringLiteral("gate"));
+}
+
+void Program::preloadSlowDisk()
+{
+    setVariable(QStringLiteral("LD_PRELOAD"), QStringLiteral(EXTPOINT_BINARY_DIR "/tests/endtoend/libslowdisk.so"));
+    // A sanitizer's library wants to be the first one; "open" is none of the functions that it watches.
+    setVariable(QStringLiteral("ASAN_OPTIONS"),
+        m_environment.value(QStringLiteral("ASAN_OPTIONS")) + QStringLiteral(":verify_asan_link_order=0"));
+}
+
 bool Program::start(const QStringList &arguments)
 {
     m_error.clear();

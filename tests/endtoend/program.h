@@ -31,6 +31,12 @@ public:
     /// Runs the program as the user "nobody" when the tests run as root, for whom no file is read-only.
     void laysDownRoot();
 
+    /// Has the next program wait when it opens \a file for reading, until readOn(), or until this object goes.
+    void holdBack(const QString &file);
+    void readOn();
+    /// Has the next program take \a milliseconds to open any file of a plug-in.
+    void slowDown(int milliseconds);
+
     [[nodiscard]] bool start(const QStringList &arguments);
     [[nodiscard]] bool isRunning() const;
     [[nodiscard]] qint64 processId() const;
@@ -50,6 +56,9 @@ public:
     [[nodiscard]] QByteArray errorOutput();
 
 private:
+    void preloadSlowDisk();
+    [[nodiscard]] QString gate() const;
+
     QTemporaryDir m_home;
     QProcessEnvironment m_environment;
     QStringList m_wrapper;

@@ -112,9 +112,16 @@ void RealizationDesk::addSiblings(int count, int points)
     m_others = m_product.fingerprintWithout(s("own"));
 }
 
-bool RealizationDesk::openWhileReading(const QStringList &options)
+bool RealizationDesk::openWhileReading(const QString &last, const QStringList &options)
 {
+    m_workbench.program().holdBack(m_product.fileOf(last));
     return m_workbench.openWhileReading(file(), options) && realizationPage();
+}
+
+bool RealizationDesk::readOn()
+{
+    m_workbench.program().readOn();
+    return m_workbench.waitFor(s("the end of the reading"), [this] { return !m_workbench.isBusy(); });
 }
 
 bool RealizationDesk::showPage(const QString &page)

@@ -16,12 +16,15 @@ public:
     [[nodiscard]] QString file() const { return m_product.fileOf(QStringLiteral("own")); }
     [[nodiscard]] QString problem() const { return m_workbench.problem(); }
 
-    /// Adds plug-ins that take their time to be read; to be called before open().
+    /// Adds plug-ins; to be called before open().
     void addSiblings(int count, int points);
     /// Opens the file on the realization page. Also after close(), to see what was saved.
     [[nodiscard]] bool open(const QStringList &options = {});
-    /// The same while the plug-ins are still being read.
-    [[nodiscard]] bool openWhileReading(const QStringList &options = {});
+    /// The same while the plug-ins are still being read, of which \a last comes last: the reading waits for readOn()
+    /// before that one.
+    [[nodiscard]] bool openWhileReading(const QString &last, const QStringList &options = {});
+    /// Lets the reading go on, and waits for its end.
+    [[nodiscard]] bool readOn();
     [[nodiscard]] bool close() { return m_workbench.close(); }
     /// Shows a page of the form by the text of its tab.
     [[nodiscard]] bool showPage(const QString &page);
