@@ -3,9 +3,17 @@
 #include "model/pointtreewidgetitem.h"
 #include "realizationicons.h"
 
-#include <QIcon>
+#include <QGuiApplication>
+#include <QStackedWidget>
+#include <QTabBar>
+
+#include <utility>
 
 namespace {
+
+// The share of the time of a batch that may go into laying out the tab bar: one in this many.
+constexpr int shareOfLayout = 20;
+constexpr qint64 shortestPauseNs = 200'000'000;
 
 QString text(PointTreeWidgetItem *node, const QString &key)
 {
@@ -36,6 +44,62 @@ QIcon icon(PointTreeWidgetItem *root)
 
 FormatTabs::FormatTabs(QTabWidget *tabs, QObject *parent) : QObject(parent), m_tabs(tabs) { }
 
+void FormatTabs::setBatching(bool batching)
+{
+    if (batching && !m_batching)
+        m_sinceFlush.start();
+    m_batching = batching;
+    if (!batching)
+        flush();
+}
+
+void FormatTabs::flush()
+{
+    const QVector<WaitingTab> waiting = std::exchange(m_waiting, {});
+    if (!m_tabs || waiting.isEmpty())
+        return;
+    QElapsedTimer clock;
+    clock.start();
+    // The widget lays out everything with each tab that is added to it, so all but the last one are given to its parts.
+    // A bar that does not show puts its layout off, too; it comes back before anything is painted.
+    QTabBar *bar = m_tabs->tabBar();
+    auto *stack = m_tabs->findChild<QStackedWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    const bool hasFocus = bar->hasFocus();
+    const bool hide = waiting.size() > 1 && bar->isVisible();
+    if (hide)
+        bar->hide();
+    for (int i = 0; i < waiting.size(); ++i) {
+        const WaitingTab &tab = waiting.at(i);
+        // Named before it is added: the first page becomes the current one at once.
+        auto *page = new QWidget;
+        page->setObjectName(tab.name);
+        m_pages.insert(tab.name, page);
+        const bool isLast = i + 1 == waiting.size();
+        if (isLast && hide)
+            bar->show();
+        if (isLast || !stack) {
+            m_tabs->addTab(page, tab.icon, tab.label);
+        } else {
+            stack->addWidget(page);
+            bar->addTab(tab.icon, tab.label);
+        }
+        bar->setTabToolTip(bar->count() - 1, tab.name);
+    }
+    if (hasFocus)
+        bar->setFocus();
+    m_flushNs = clock.nsecsElapsed();
+    m_sinceFlush.start();
+}
+
+void FormatTabs::flushWhenDue()
+{
+    // A bar that is hidden for a moment forgets the button that is being held down on it.
+    if (QGuiApplication::mouseButtons() != Qt::NoButton)
+        return;
+    if (m_sinceFlush.isValid() && m_sinceFlush.nsecsElapsed() >= qMax(shortestPauseNs, m_flushNs * shareOfLayout))
+        flush();
+}
+
 void FormatTabs::addPluginFormats(const QVector<PointTreeWidgetItem *> &roots)
 {
     for (PointTreeWidgetItem *root : roots) {
@@ -43,7 +107,7 @@ void FormatTabs::addPluginFormats(const QVector<PointTreeWidgetItem *> &roots)
         const QString name = nameOf(root);
         if (!id.isEmpty())
             m_pluginFormatIds.append(id);
-        if (!name.isEmpty() && indexOf(name) < 0)
+        if (!name.isEmpty() && !has(name))
             addPage(name, icon(root), label(root, name));
     }
 }
@@ -53,11 +117,11 @@ void FormatTabs::addLayout(PointTreeWidgetItem *layout)
     const QString name = nameOf(layout);
     if (!m_tabs || name.isEmpty())
         return;
-    const int index = indexOf(name);
-    if (index < 0) {
+    if (!has(name)) {
         addPage(name, icon(layout), label(layout, name));
         return;
     }
+    const int index = indexOf(name);
     const QString toolTip = text(layout, QStringLiteral("toolTip"));
     if (!toolTip.isEmpty())
         m_tabs->setTabText(index, toolTip);
@@ -70,7 +134,7 @@ void FormatTabs::addLayout(PointTreeWidgetItem *layout)
 void FormatTabs::addFormatRoot(PointTreeWidgetItem *root)
 {
     const QString name = firstFilled({ text(root, QStringLiteral("target")), text(root, QStringLiteral("id")) });
-    if (!name.isEmpty() && indexOf(name) < 0)
+    if (!name.isEmpty() && !has(name))
         addPage(name, QIcon(), name);
 }
 
@@ -103,7 +167,7 @@ QString FormatTabs::currentName() const
 void FormatTabs::relabel(PointTreeWidgetItem *root)
 {
     const QString byId = nameOf(root);
-    const QString name = indexOf(byId) < 0 ? text(root, QStringLiteral("target")) : byId;
+    const QString name = has(byId) ? byId : text(root, QStringLiteral("target"));
     const int index = indexOf(name);
     if (index < 0)
         return;
@@ -114,8 +178,9 @@ void FormatTabs::relabel(PointTreeWidgetItem *root)
 bool FormatTabs::rename(const QString &oldName, const QString &newName)
 {
     const int index = indexOf(oldName);
-    if (index < 0 || newName.isEmpty() || indexOf(newName) >= 0)
+    if (index < 0 || newName.isEmpty() || has(newName))
         return false;
+    m_pages.insert(newName, m_pages.take(oldName));
     m_tabs->widget(index)->setObjectName(newName);
     m_tabs->setTabToolTip(index, newName);
     const int known = m_pluginFormatIds.indexOf(oldName);
@@ -129,28 +194,26 @@ void FormatTabs::remove(const QString &name)
     const int index = indexOf(name);
     if (index < 0)
         return;
-    QWidget *page = m_tabs->widget(index);
+    QWidget *page = m_pages.take(name);
     m_tabs->removeTab(index);
     delete page;
     m_pluginFormatIds.removeAll(name);
 }
 
-int FormatTabs::indexOf(const QString &name) const
+int FormatTabs::indexOf(const QString &name)
 {
-    for (int i = 0; m_tabs && i < m_tabs->count(); ++i) {
-        if (m_tabs->widget(i)->objectName() == name)
-            return i;
-    }
-    return -1;
+    if (!m_tabs || !has(name))
+        return -1;
+    flush();
+    return m_tabs->indexOf(m_pages.value(name));
 }
 
 void FormatTabs::addPage(const QString &name, const QIcon &pageIcon, const QString &pageLabel)
 {
     if (!m_tabs)
         return;
-    // Named before it is added: the first page becomes the current one within addTab().
-    auto *page = new QWidget;
-    page->setObjectName(name);
-    const int index = m_tabs->addTab(page, pageIcon, pageLabel);
-    m_tabs->setTabToolTip(index, name);
+    m_pages.insert(name, nullptr);
+    m_waiting.append({ name, pageIcon, pageLabel });
+    if (!m_batching)
+        flush();
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QElapsedTimer>
+#include <QHash>
+#include <QIcon>
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
@@ -31,6 +34,16 @@ class FormatTabs final : public QObject
 public:
     explicit FormatTabs(QTabWidget *tabs, QObject *parent = nullptr);
 
+    /// While this is set, tabs may be put into the widget a few at a time: a tab bar lays out all of its tabs whenever
+    /// one is added, which for thousands of them would take longer than everything else. What is asked of this class
+    /// never shows the difference; flush() makes the widget show them all, and ends with the batch.
+    void setBatching(bool batching);
+    void flush();
+
+    /// To be called now and then during a batch: puts in what has come, a few times a second and so seldom that the time
+    /// that the tab bar takes for its layout stays a small part of the whole.
+    void flushWhenDue();
+
     /// The formats and layouts of the opened plug-in, in the order of the list.
     void addPluginFormats(const QVector<PointTreeWidgetItem *> &roots);
     void addLayout(PointTreeWidgetItem *layout);
@@ -60,9 +73,23 @@ public:
     [[nodiscard]] const QStringList &pluginFormatIds() const { return m_pluginFormatIds; }
 
 private:
-    [[nodiscard]] int indexOf(const QString &name) const;
+    struct WaitingTab
+    {
+        QString name;
+        QIcon icon;
+        QString label;
+    };
+
+    [[nodiscard]] bool has(const QString &name) const { return m_pages.contains(name); }
+    /// Where the tab stands in the widget, after a flush.
+    [[nodiscard]] int indexOf(const QString &name);
     void addPage(const QString &name, const QIcon &icon, const QString &label);
 
     QPointer<QTabWidget> m_tabs;
+    QHash<QString, QPointer<QWidget>> m_pages; ///< by name; null while it waits
+    QVector<WaitingTab> m_waiting;             ///< named in m_pages, but not in the widget yet
+    QElapsedTimer m_sinceFlush;
+    qint64 m_flushNs = 0; ///< what the last flush took
+    bool m_batching = false;
     QStringList m_pluginFormatIds;
 };

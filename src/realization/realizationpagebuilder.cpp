@@ -147,12 +147,14 @@ void RealizationPageBuilder::connectToManager()
     if (!manager)
         return;
     connect(manager, &SourceDataManager::scanProgressed, this, [this] {
+        m_formatTabs->flushWhenDue();
         if (m_formatTree->isOutdated())
             requestRefill();
     });
     connect(manager, &SourceDataManager::scanFinished, this, [this] {
         if (!m_ui)
             return;
+        m_formatTabs->setBatching(false);
         m_formatTree->relabel();
         afterFormatsChanged();
     });
@@ -202,15 +204,24 @@ void RealizationPageBuilder::addPluginFormats()
 
 void RealizationPageBuilder::addLayout(PointTreeWidgetItem *layout)
 {
+    m_formatTabs->setBatching(isScanning());
     m_formatTabs->addLayout(layout);
 }
 
 void RealizationPageBuilder::addFormatRoot(PointTreeWidgetItem *item)
 {
-    if (item)
+    if (item) {
+        m_formatTabs->setBatching(isScanning());
         m_formatTabs->addFormatRoot(item);
-    else if (m_ui)
+    } else if (m_ui) {
         formatTabCurrentChanged(m_ui->formatTab->currentIndex());
+    }
+}
+
+bool RealizationPageBuilder::isScanning()
+{
+    const SourceDataManager *manager = Controller::instance()->sourceDataManager();
+    return manager && manager->isScanning();
 }
 
 void RealizationPageBuilder::addDefine(QString plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint)

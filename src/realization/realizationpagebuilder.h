@@ -101,6 +101,7 @@ private:
     void refillWhenIdle();
     [[nodiscard]] bool isDragging() const;
     [[nodiscard]] bool isBusy() const;
+    [[nodiscard]] static bool isScanning();
     void refill();
     void afterFormatsChanged();
 

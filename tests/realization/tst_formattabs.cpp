@@ -1,0 +1,157 @@
+#include "realization/formattabs.h"
+
+#include "model/pointtreewidgetitem.h"
+
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTest>
+
+#include <memory>
+#include <vector>
+
+namespace {
+
+QString s(const char *text)
+{
+    return QString::fromUtf8(text);
+}
+
+/// A tab widget on the screen, and roots that bring tabs.
+class Tabs final
+{
+public:
+    explicit Tabs(bool batching) : formats(&widget)
+    {
+        widget.resize(300, 200);
+        widget.show();
+        formats.setBatching(batching);
+    }
+
+    PointTreeWidgetItem *root(const char *target, const char *title = "")
+    {
+        m_roots.push_back(std::make_unique<PointTreeWidgetItem>(QString()));
+        m_roots.back()->setProperty(s("target"), s(target));
+        m_roots.back()->setProperty(s("title"), s(title));
+        return m_roots.back().get();
+    }
+
+    /// What the widget shows, "name: label" for each tab; the name twice where page and bar do not agree.
+    [[nodiscard]] QStringList shown() const
+    {
+        QStringList lines;
+        for (int i = 0; i < widget.count(); ++i) {
+            const QString page = widget.widget(i) ? widget.widget(i)->objectName() : QString();
+            const QString tip = widget.tabToolTip(i);
+            lines.append((page == tip ? page : page + s("/") + tip) + s(": ") + widget.tabText(i));
+        }
+        return lines;
+    }
+
+    QTabWidget widget;
+    FormatTabs formats;
+
+private:
+    std::vector<std::unique_ptr<PointTreeWidgetItem>> m_roots;
+};
+
+} // namespace
+
+/// Tabs that come one by one or, while a product is being read, many at a time.
+class TestFormatTabs : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void sameTabs_data();
+    void sameTabs();
+    void comesInWhenAskedFor();
+    void keepsWhatTheUserIsAt();
+};
+
+void TestFormatTabs::sameTabs_data()
+{
+    QTest::addColumn<bool>("batching");
+    QTest::newRow("one by one") << false;
+    QTest::newRow("in a batch") << true;
+}
+
+void TestFormatTabs::sameTabs()
+{
+    QFETCH(bool, batching);
+    Tabs tabs(batching);
+    QVERIFY(QTest::qWaitForWindowExposed(&tabs.widget));
+    tabs.formats.addFormatRoot(tabs.root("a"));
+    tabs.formats.addFormatRoot(tabs.root("b"));
+    tabs.formats.addFormatRoot(tabs.root("a"));
+    tabs.formats.addLayout(tabs.root("c", "Plan"));
+    tabs.formats.addFormatRoot(tabs.root(""));
+    // It only labels the tab that there is.
+    tabs.formats.addLayout(tabs.root("b", "Board"));
+    tabs.formats.addPluginFormats({ tabs.root("d", "Desk"), tabs.root("c") });
+    for (int i = 0; i < 50; ++i)
+        tabs.formats.addFormatRoot(tabs.root(qPrintable(s("n%1").arg(i, 2))));
+    tabs.formats.setBatching(false);
+    const QStringList shown = tabs.shown();
+    QCOMPARE(shown.mid(0, 4), (QStringList { s("a: a"), s("b: Board"), s("c: Plan"), s("d: Desk") }));
+    QCOMPARE(shown.size(), 54);
+    QCOMPARE(shown.last(), s("n49: n49"));
+    QCOMPARE(tabs.widget.currentIndex(), 0);
+    QCOMPARE(tabs.formats.currentName(), s("a"));
+    QVERIFY(tabs.widget.tabBar()->isVisible());
+    // Laid out, each beside the one before it.
+    for (int i = 1; i < tabs.widget.count(); ++i)
+        QVERIFY(tabs.widget.tabBar()->tabRect(i).left() > tabs.widget.tabBar()->tabRect(i - 1).left());
+    QVERIFY(tabs.widget.currentWidget()->geometry().top() >= 0 && tabs.widget.currentWidget()->isVisible());
+}
+
+void TestFormatTabs::comesInWhenAskedFor()
+{
+    Tabs tabs(true);
+    for (const char *name : { "a", "b", "c" })
+        tabs.formats.addFormatRoot(tabs.root(name));
+    QVERIFY(!tabs.formats.rename(s("a"), s("b")));
+    QVERIFY(tabs.formats.rename(s("b"), s("x")));
+    QCOMPARE(tabs.shown(), (QStringList { s("a: a"), s("x: b"), s("c: c") }));
+    PointTreeWidgetItem *layout = tabs.root("d", "Desk");
+    tabs.formats.addLayout(layout);
+    tabs.formats.addFormatRoot(tabs.root("e"));
+    tabs.formats.addFormatRoot(tabs.root("b"));
+    tabs.formats.show(layout);
+    QCOMPARE(tabs.formats.currentName(), s("d"));
+    tabs.formats.remove(s("c"));
+    tabs.formats.addFormatRoot(tabs.root("c"));
+    tabs.formats.setBatching(false);
+    QCOMPARE(tabs.shown(),
+        (QStringList { s("a: a"), s("x: b"), s("d: Desk"), s("e: e"), s("b: b"), s("c: c") }));
+    QCOMPARE(tabs.formats.currentName(), s("d"));
+}
+
+void TestFormatTabs::keepsWhatTheUserIsAt()
+{
+    Tabs tabs(false);
+    for (int i = 0; i < 40; ++i)
+        tabs.formats.addFormatRoot(tabs.root(qPrintable(s("tab number %1").arg(i))));
+    tabs.widget.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&tabs.widget));
+    tabs.widget.setCurrentIndex(30);
+    QTabBar *bar = tabs.widget.tabBar();
+    bar->setFocus();
+    const QRect place = bar->tabRect(30);
+    tabs.formats.setBatching(true);
+    for (int i = 40; i < 80; ++i)
+        tabs.formats.addFormatRoot(tabs.root(qPrintable(s("tab number %1").arg(i))));
+    QCOMPARE(tabs.widget.count(), 40);
+    QTest::qWait(250);
+    QTest::mousePress(bar, Qt::LeftButton, {}, place.center());
+    tabs.formats.flushWhenDue();
+    QCOMPARE(tabs.widget.count(), 40);
+    QTest::mouseRelease(bar, Qt::LeftButton, {}, place.center());
+    tabs.formats.flushWhenDue();
+    QCOMPARE(tabs.widget.count(), 80);
+    QCOMPARE(tabs.formats.currentName(), s("tab number 30"));
+    QVERIFY(bar->hasFocus());
+    QCOMPARE(bar->tabRect(30), place);
+}
+
+QTEST_MAIN(TestFormatTabs)
+#include "tst_formattabs.moc"
