@@ -96,12 +96,29 @@ int sequenceLength(const uchar *p, const uchar *end)
     return 0;
 }
 
+constexpr int plainBlock = 32;
+
+/// Whether a whole block of ASCII begins at `p`; nearly all of every file is that.
+bool isPlainBlock(const uchar *p, const uchar *end)
+{
+    if (end - p < plainBlock)
+        return false;
+    uchar bits = 0;
+    for (int i = 0; i < plainBlock; ++i)
+        bits |= p[i];
+    return bits < 0x80;
+}
+
 bool checkUtf8(const QByteArray &text, DecodeProblem *problem)
 {
     const auto *const begin = reinterpret_cast<const uchar *>(text.constData());
     const uchar *const end = begin + text.size();
     int length = 0;
     for (const uchar *p = begin; p < end; p += length) {
+        if (isPlainBlock(p, end)) {
+            length = plainBlock;
+            continue;
+        }
         length = sequenceLength(p, end);
         if (length > 0 && !isNoCharacter(p, length))
             continue;

@@ -8,9 +8,11 @@
 #include "extensionfile/textposition.h"
 
 #include <QIODevice>
-#include <QSet>
 #include <QStringList>
 #include <QXmlStreamReader>
+
+#include <array>
+#include <cstring>
 
 namespace ExtensionFile {
 
@@ -25,30 +27,84 @@ bool fail(ReadError *error, ReadError::Kind kind, const QString &reason, const L
     return false;
 }
 
-/// Gives equal names one string, and a null one for what is no name: the parser checks the names of elements, but not
-/// those of attributes. A document has a few dozen different names and hundreds of thousands of uses, which would
-/// otherwise each hold a copy for as long as the tree lives.
+/// Gives equal strings one, nearly always: a document has a few dozen different names, and values like "true", with
+/// hundreds of thousands of uses, which would otherwise each hold a copy for as long as the tree lives. What came last
+/// of each hash is remembered, so that a string that comes only once costs hardly more than without.
+class StringPool final
+{
+public:
+    QString &slot(const QStringRef &text)
+    {
+        if (text.isEmpty())
+            return m_known[0];
+        // What tells short strings apart, at a glance.
+        const uint first = text.at(0).unicode();
+        const uint middle = text.at(text.size() / 2).unicode();
+        const uint last = text.at(text.size() - 1).unicode();
+        return m_known[(first + 7 * middle + 31 * last + 131 * uint(text.size())) % size];
+    }
+
+private:
+    static constexpr uint size = 256;
+    std::array<QString, size> m_known;
+};
+
+/// Answers a null string for what is no name: the parser checks the names of elements, but not those of attributes.
 class NamePool final
 {
 public:
     QString shared(const QStringRef &name)
     {
-        const QString view = QString::fromRawData(name.data(), name.size());
-        const auto known = m_names.constFind(view);
-        if (known != m_names.constEnd())
-            return *known;
-        if (!isName(view))
-            return QString();
+        QString &known = m_pool.slot(name);
+        if (!known.isNull() && known == name)
+            return known;
         const QString copy = name.toString();
-        if (m_names.size() < maximumNames)
-            m_names.insert(copy);
+        if (!isName(copy))
+            return QString();
+        known = copy;
         return copy;
     }
 
 private:
-    static constexpr int maximumNames = 4'096;
-    QSet<QString> m_names;
+    StringPool m_pool;
 };
+
+class ValuePool final
+{
+public:
+    QString shared(const QStringRef &value)
+    {
+        if (value.size() > longestShared)
+            return value.toString();
+        QString &known = m_pool.slot(value);
+        if (known.isNull() || known != value)
+            known = value.toString();
+        return known;
+    }
+
+private:
+    static constexpr int longestShared = 24; // longer ones are texts, which hardly come twice
+    StringPool m_pool;
+};
+
+/// Whether the parser can be given the document as it is: it declares nothing, and no tag can have too many attributes,
+/// since none is long enough. No "<" stands within a tag that the parser takes.
+bool isHarmless(const QByteArray &text, const Limits &limits)
+{
+    constexpr int shortestAttribute = 4; // a=""
+    const qint64 longestTag = qint64(limits.maximumAttributesPerElement) * shortestAttribute;
+    if (text.contains("<!DOCTYPE"))
+        return false;
+    const char *const end = text.constData() + text.size();
+    for (const char *tag = text.constData(); tag < end;) {
+        const auto *const found = static_cast<const char *>(std::memchr(tag, '<', size_t(end - tag)));
+        const char *const next = found ? found + 1 : end;
+        if (next - tag > longestTag)
+            return false;
+        tag = next;
+    }
+    return true;
+}
 
 /// Reads one decoded document. The scanner is kept one start tag ahead of the parser, so that the parser never meets a
 /// tag or a declaration that it would need too long for.
@@ -64,14 +120,10 @@ public:
 
     bool run()
     {
-        if (!scanAhead())
+        if (!m_sink.wantsLocations() && isHarmless(m_document.utf8, m_limits))
+            m_places = Places::None;
+        else if (!beginScan())
             return false;
-        m_exactLocations = !m_scanner.declaresEntities();
-        while (!m_exactLocations && m_ahead == TagScanner::Result::Tag) {
-            // Elements out of entities can't be matched with tags of the file: look through it once, before.
-            if (!scanAhead())
-                return false;
-        }
         // Text handed over as a string is not decoded again by what its declaration says.
         if (m_document.transcoded)
             m_xml.addData(QString::fromUtf8(m_document.utf8));
@@ -90,6 +142,23 @@ public:
     }
 
 private:
+    enum class Places { Exact, OfParser, None };
+
+    bool beginScan()
+    {
+        if (!scanAhead())
+            return false;
+        if (!m_scanner.declaresEntities())
+            return true;
+        // Elements out of entities can't be matched with tags of the file: look through it once, before.
+        m_places = Places::OfParser;
+        while (m_ahead == TagScanner::Result::Tag) {
+            if (!scanAhead())
+                return false;
+        }
+        return true;
+    }
+
     bool takeToken(QXmlStreamReader::TokenType token)
     {
         switch (token) {
@@ -117,38 +186,43 @@ private:
 
     bool takeStartElement()
     {
-        const Location where = m_exactLocations ? m_tag.where : parserLocation();
+        ++m_elements;
         if (++m_depth > m_limits.maximumDepth)
-            return tooMany(QStringLiteral("Elements are nested more than %1 deep."), m_limits.maximumDepth, where);
-        if (++m_elements > m_limits.maximumElements)
-            return tooMany(QStringLiteral("There are more than %1 elements."), m_limits.maximumElements, where);
-        if (!collectAttributes(where))
+            return tooMany(QStringLiteral("Elements are nested more than %1 deep."), m_limits.maximumDepth);
+        if (m_elements > m_limits.maximumElements)
+            return tooMany(QStringLiteral("There are more than %1 elements."), m_limits.maximumElements);
+        if (!collectAttributes())
             return false;
+        const Location where = m_places == Places::None ? Location() : elementLocation();
         m_sink.startElement(m_names.shared(m_xml.qualifiedName()), m_attributes, where);
-        return !m_exactLocations || scanAhead();
+        return m_places != Places::Exact || scanAhead();
     }
 
-    bool collectAttributes(const Location &where)
+    bool collectAttributes()
     {
         const QXmlStreamAttributes found = m_xml.attributes();
         if (found.size() > m_limits.maximumAttributesPerElement)
             return tooMany(
-                QStringLiteral("An element has more than %1 attributes."), m_limits.maximumAttributesPerElement, where);
+                QStringLiteral("An element has more than %1 attributes."), m_limits.maximumAttributesPerElement);
         m_attributeCount += found.size();
         if (m_attributeCount > m_limits.maximumAttributes)
-            return tooMany(QStringLiteral("There are more than %1 attributes."), m_limits.maximumAttributes, where);
-        // A fresh vector: a sink may have kept the last one.
-        m_attributes = Attributes();
+            return tooMany(QStringLiteral("There are more than %1 attributes."), m_limits.maximumAttributes);
+        // A sink may have kept the last ones.
+        if (m_attributes.isDetached())
+            m_attributes.clear();
+        else
+            m_attributes = Attributes();
         m_attributes.reserve(found.size());
         for (const QXmlStreamAttribute &attribute : found) {
             m_attributeText += attribute.qualifiedName().size() + attribute.value().size();
             if (m_attributeText > m_limits.maximumAttributeText)
-                return tooMany(QStringLiteral("The attributes have more than %1 characters."),
-                    m_limits.maximumAttributeText, where);
+                return tooMany(
+                    QStringLiteral("The attributes have more than %1 characters."), m_limits.maximumAttributeText);
             const QString name = m_names.shared(attribute.qualifiedName());
             if (name.isNull())
-                return fail(m_error, ReadError::Kind::Malformed, QStringLiteral("Invalid attribute name."), where);
-            m_attributes.append({ name, attribute.value().toString() });
+                return fail(
+                    m_error, ReadError::Kind::Malformed, QStringLiteral("Invalid attribute name."), elementLocation());
+            m_attributes.append({ name, m_values.shared(attribute.value()) });
         }
         return true;
     }
@@ -161,9 +235,26 @@ private:
         return fail(m_error, m_scanner.problemKind(), m_scanner.problem(), m_scanner.problemLocation());
     }
 
-    bool tooMany(const QString &reason, qint64 maximum, const Location &where)
+    bool tooMany(const QString &reason, qint64 maximum)
     {
-        return fail(m_error, ReadError::Kind::TooLarge, reason.arg(maximum), where);
+        return fail(m_error, ReadError::Kind::TooLarge, reason.arg(maximum), elementLocation());
+    }
+
+    /// The place of the element that the parser has just taken; without the scanner it is counted from the start.
+    Location elementLocation() const
+    {
+        switch (m_places) {
+        case Places::Exact:
+            return m_tag.where;
+        case Places::OfParser:
+            return parserLocation();
+        case Places::None:
+            break;
+        }
+        TagScanner scanner(m_document.utf8, m_limits);
+        TagScanner::Tag tag;
+        for (int i = 0; i < m_elements && scanner.next(&tag) == TagScanner::Result::Tag; ++i) { }
+        return tag.where;
     }
 
     Location parserLocation() const { return { m_xml.lineNumber(), qMax<qint64>(1, m_xml.columnNumber()) }; }
@@ -175,10 +266,11 @@ private:
     TagScanner m_scanner;
     QXmlStreamReader m_xml;
     NamePool m_names;
+    ValuePool m_values;
     Attributes m_attributes;
     TagScanner::Tag m_tag;
     TagScanner::Result m_ahead = TagScanner::Result::End;
-    bool m_exactLocations = true;
+    Places m_places = Places::Exact;
     int m_depth = 0;
     int m_elements = 0;
     qint64 m_attributeCount = 0;

@@ -25,6 +25,7 @@ namespace {
 class NullSink final : public Sink
 {
 public:
+    [[nodiscard]] bool wantsLocations() const override { return false; }
     void startElement(const QString &, const Attributes &, const Location &) override { }
     void endElement() override { }
 };

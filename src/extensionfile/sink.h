@@ -20,6 +20,9 @@ class Sink
 public:
     virtual ~Sink();
 
+    /// Whether the sink looks at `where`. Where it does not, finding the places is left out, and they are 0.
+    [[nodiscard]] virtual bool wantsLocations() const { return true; }
+
     /// `where` is the "<" of the start tag. In a document that declares entities, where an element may come out of one,
     /// it is instead the last character that the parser had taken (the tag's ">", or the ";" of the reference).
     virtual void startElement(const QString &name, const Attributes &attributes, const Location &where) = 0;

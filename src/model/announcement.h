@@ -26,7 +26,7 @@ struct Announcement
 class ScannedFile final
 {
 public:
-    ScannedFile() = default;
+    ScannedFile() { m_announcements.reserve(ordinaryLength); }
     ScannedFile(const ScannedFile &) = delete;
     ScannedFile &operator=(const ScannedFile &) = delete;
     ~ScannedFile();
@@ -46,6 +46,8 @@ public:
 
 private:
     [[nodiscard]] bool isAlive(size_t index) const;
+
+    static constexpr size_t ordinaryLength = 128; // what a file of 10 KB has
 
     std::vector<Announcement> m_announcements;
     size_t m_next = 0;

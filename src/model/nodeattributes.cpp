@@ -2,23 +2,29 @@
 
 namespace {
 
-template <typename Name, typename Value>
-PropertyHash collect(const ExtensionFile::Attributes &attributes, Name name, Value value)
+QString trimmed(const QString &value)
+{
+    if (value.isEmpty() || !(value.at(0).isSpace() || value.at(value.size() - 1).isSpace()))
+        return value;
+    return value.trimmed();
+}
+
+/// The reader has seen to it that no name comes twice, and that none has a blank in it.
+template <typename Value>
+PropertyHash collect(const ExtensionFile::Attributes &attributes, Value value)
 {
     PropertyHash properties;
     properties.reserve(attributes.size());
     for (const ExtensionFile::Attribute &attribute : attributes)
-        properties.insert(name(attribute.name.trimmed()), value(attribute.value.trimmed()));
+        properties.append(attribute.name, value(trimmed(attribute.value)));
     return properties;
 }
-
-const auto unchanged = [](const QString &text) { return text; };
 
 } // namespace
 
 PropertyHash NodeAttributes::asWritten(const ExtensionFile::Attributes &attributes)
 {
-    return collect(attributes, unchanged, unchanged);
+    return collect(attributes, [](const QString &value) { return value; });
 }
 
 PropertyHash NodeAttributes::withLowerNames(const ExtensionFile::Attributes &attributes)
@@ -26,15 +32,14 @@ PropertyHash NodeAttributes::withLowerNames(const ExtensionFile::Attributes &att
     PropertyHash properties;
     properties.reserve(attributes.size());
     for (const ExtensionFile::Attribute &attribute : attributes) {
-        const QString name = attribute.name.trimmed();
-        const QString lowered = name.toLower();
-        if (name == lowered || !properties.contains(lowered))
-            properties.insert(lowered, attribute.value.trimmed());
+        const QString lowered = attribute.name.toLower();
+        if (attribute.name == lowered || !properties.contains(lowered))
+            properties.insert(lowered, trimmed(attribute.value));
     }
     return properties;
 }
 
 PropertyHash NodeAttributes::withoutTranslationMarks(const ExtensionFile::Attributes &attributes)
 {
-    return collect(attributes, unchanged, &ExtensionFile::withoutTranslationMarks);
+    return collect(attributes, &ExtensionFile::withoutTranslationMarks);
 }

@@ -3,7 +3,7 @@
 #include "extensionfile/attributes.h"
 #include "propertyhash.h"
 
-/// How the attributes of an element become the properties of its node. Names and values are trimmed in every case.
+/// How the attributes of an element become the properties of its node. Values are trimmed in every case.
 namespace NodeAttributes {
 
 /// Names and values as they stand in the file.

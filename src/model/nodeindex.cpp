@@ -4,17 +4,33 @@
 
 void NodeIndex::add(const QString &key, PointTreeWidgetItem *node)
 {
-    m_nodes[key].append(node);
+    PointTreeWidgetItem *&first = m_first[key];
+    if (!first)
+        first = node;
+    else
+        m_further[key].append(node);
     ++m_size;
 }
 
 bool NodeIndex::remove(const QString &key, PointTreeWidgetItem *node)
 {
-    const auto found = m_nodes.find(key);
-    if (found == m_nodes.end() || !found->removeOne(node))
+    const auto first = m_first.find(key);
+    if (first == m_first.end())
         return false;
-    if (found->isEmpty())
-        m_nodes.erase(found);
+    const auto further = m_further.find(key);
+    const bool isFirst = *first == node;
+    if (further == m_further.end()) {
+        if (!isFirst)
+            return false;
+        m_first.erase(first);
+    } else {
+        if (isFirst)
+            *first = further->takeFirst();
+        else if (!further->removeOne(node))
+            return false;
+        if (further->isEmpty())
+            m_further.erase(further);
+    }
     --m_size;
     return true;
 }
@@ -22,32 +38,36 @@ bool NodeIndex::remove(const QString &key, PointTreeWidgetItem *node)
 int NodeIndex::removeEverywhere(PointTreeWidgetItem *node)
 {
     int removed = 0;
-    for (auto entry = m_nodes.begin(); entry != m_nodes.end();) {
-        removed += entry->removeAll(node);
-        if (entry->isEmpty())
-            entry = m_nodes.erase(entry);
-        else
-            ++entry;
+    const QStringList keys = m_first.keys();
+    for (const QString &key : keys) {
+        while (remove(key, node))
+            ++removed;
     }
-    m_size -= removed;
     return removed;
+}
+
+NodeIndex::Nodes NodeIndex::nodes(const QString &key) const
+{
+    PointTreeWidgetItem *node = first(key);
+    return node ? Nodes { node } + m_further.value(key) : Nodes();
 }
 
 PointTreeWidgetItem *NodeIndex::first(const QString &key) const
 {
-    const auto found = m_nodes.constFind(key);
-    return found == m_nodes.constEnd() ? nullptr : found->constFirst();
+    return m_first.value(key);
 }
 
 bool NodeIndex::contains(const QString &key, const PointTreeWidgetItem *node) const
 {
-    const auto found = m_nodes.constFind(key);
-    return found != m_nodes.constEnd() && found->contains(const_cast<PointTreeWidgetItem *>(node));
+    if (m_first.value(key) == node)
+        return node != nullptr;
+    const auto further = m_further.constFind(key);
+    return further != m_further.constEnd() && further->contains(const_cast<PointTreeWidgetItem *>(node));
 }
 
 QStringList NodeIndex::sortedKeys() const
 {
-    QStringList keys = m_nodes.keys();
+    QStringList keys = m_first.keys();
     std::sort(keys.begin(), keys.end());
     return keys;
 }
@@ -58,12 +78,13 @@ NodeIndex::Nodes NodeIndex::all() const
     all.reserve(m_size);
     const QStringList keys = sortedKeys();
     for (const QString &key : keys)
-        all += m_nodes.value(key);
+        all += nodes(key);
     return all;
 }
 
 void NodeIndex::clear()
 {
-    m_nodes.clear();
+    m_first.clear();
+    m_further.clear();
     m_size = 0;
 }

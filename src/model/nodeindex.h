@@ -23,7 +23,7 @@ public:
     /// Takes every entry of @p node out, whatever its key, and says how many there were. Looks at every entry.
     int removeEverywhere(PointTreeWidgetItem *node);
 
-    [[nodiscard]] Nodes nodes(const QString &key) const { return m_nodes.value(key); }
+    [[nodiscard]] Nodes nodes(const QString &key) const;
     [[nodiscard]] PointTreeWidgetItem *first(const QString &key) const;
     [[nodiscard]] bool contains(const QString &key, const PointTreeWidgetItem *node) const;
     [[nodiscard]] QStringList sortedKeys() const;
@@ -36,7 +36,9 @@ public:
     template <typename Visitor>
     void forEach(Visitor visit) const
     {
-        for (const Nodes &nodes : m_nodes) {
+        for (PointTreeWidgetItem *node : m_first)
+            visit(node);
+        for (const Nodes &nodes : m_further) {
             for (PointTreeWidgetItem *node : nodes)
                 visit(node);
         }
@@ -44,6 +46,8 @@ public:
     void clear();
 
 private:
-    QHash<QString, Nodes> m_nodes;
+    // Nearly every key has one node, for which a list would be the larger part of the entry.
+    QHash<QString, PointTreeWidgetItem *> m_first;
+    QHash<QString, Nodes> m_further; ///< where there is more than one
     int m_size = 0;
 };

@@ -18,8 +18,7 @@ void NodeIndexes::add(Name name, const QString &key, PointTreeWidgetItem *node)
 
 void NodeIndexes::replace(Name name, const QString &key, PointTreeWidgetItem *node)
 {
-    const NodeIndex::Nodes before = m_indexes[name].nodes(key);
-    for (PointTreeWidgetItem *old : before)
+    while (PointTreeWidgetItem *old = m_indexes[name].first(key))
         remove(name, key, old);
     add(name, key, node);
 }

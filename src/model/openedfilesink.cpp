@@ -79,12 +79,12 @@ PointTreeWidgetItem *OpenedFileSink::startDefinition(
     PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes)
 {
     const PropertyHash properties = NodeAttributes::withLowerNames(attributes);
-    auto *node = new PointTreeWidgetItem(properties.value(QStringLiteral("name")).toString());
+    auto *node = new PointTreeWidgetItem(properties.text(QStringLiteral("name")));
     node->setProperties(properties);
-    const QString id = properties.value(QStringLiteral("id")).toString();
+    const QString id = properties.text(QStringLiteral("id"));
     node->setPointId(id.isEmpty() ? parent->pointId() : id);
     node->setKind(tag);
-    node->setPluginId(m_file->rootProperties.value(QStringLiteral("id")).toString());
+    node->setPluginId(m_file->rootProperties.text(QStringLiteral("id")));
     parent->addChild(node, false);
     node->setBasePath(m_basePath);
     if (node->isKind(QLatin1String("ExtPoint")))
@@ -98,13 +98,13 @@ PointTreeWidgetItem *OpenedFileSink::startRealization(
     PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes)
 {
     const PropertyHash properties = NodeAttributes::withoutTranslationMarks(attributes);
-    const QString id = properties.value(QStringLiteral("id")).toString();
+    const QString id = properties.text(QStringLiteral("id"));
     auto *node = new PointTreeWidgetItem(id.isEmpty() ? tag : id);
     node->setProperties(properties);
     node->setKind(tag);
     parent->addChild(node, false);
     node->setPointId(parent->pointId());
-    node->setPluginId(m_file->rootProperties.value(QStringLiteral("id")).toString());
+    node->setPluginId(m_file->rootProperties.text(QStringLiteral("id")));
     node->setHasFormat(parent->hasFormat());
     node->setBasePath(m_basePath);
     parent->QTreeWidgetItem::addChild(node);

@@ -40,6 +40,7 @@ public:
     /// @p basePath is the directory of the file with a trailing "/".
     OpenedFileSink(const QString &basePath, OpenedFile *file);
 
+    [[nodiscard]] bool wantsLocations() const override { return false; }
     void startElement(const QString &name, const ExtensionFile::Attributes &attributes,
         const ExtensionFile::Location &where) override;
     void endElement() override;

@@ -7,14 +7,21 @@
 
 #include <algorithm>
 
-PointTreeWidgetItem::PointTreeWidgetItem(const QString &text, QObject *parentObject) : QObject(parentObject)
+namespace {
+
+bool isText(int column, int role)
 {
-    if (!text.isEmpty())
-        QTreeWidgetItem::setText(0, text);
+    return column == 0 && (role == Qt::DisplayRole || role == Qt::EditRole);
 }
 
+} // namespace
+
+PointTreeWidgetItem::PointTreeWidgetItem(const QString &text, QObject *parentObject)
+    : QObject(parentObject), m_text(text)
+{ }
+
 PointTreeWidgetItem::PointTreeWidgetItem(const PointTreeWidgetItem &source)
-    : QObject(), PointObject(source), QTreeWidgetItem(source), m_pointId(source.m_pointId),
+    : QObject(), PointObject(source), QTreeWidgetItem(source), m_text(source.m_text), m_pointId(source.m_pointId),
       m_pluginId(source.m_pluginId), m_kind(source.m_kind), m_basePath(source.m_basePath),
       m_hasFormat(source.m_hasFormat), m_isNew(source.m_isNew), m_isDroppedCopy(source.m_isDroppedCopy)
 { }
@@ -40,7 +47,7 @@ void PointTreeWidgetItem::assignFields(const PointTreeWidgetItem &other)
 
 bool PointTreeWidgetItem::isKind(QLatin1String kind) const
 {
-    return m_kind.compare(kind, Qt::CaseInsensitive) == 0;
+    return m_kind.size() == kind.size() && m_kind.compare(kind, Qt::CaseInsensitive) == 0;
 }
 
 PointTreeWidgetItem *PointTreeWidgetItem::parentItem() const
@@ -52,6 +59,26 @@ PointTreeWidgetItem *PointTreeWidgetItem::parentItem() const
 PointTreeWidgetItem *PointTreeWidgetItem::fromRow(QTreeWidgetItem *row)
 {
     return dynamic_cast<PointTreeWidgetItem *>(row);
+}
+
+QVariant PointTreeWidgetItem::data(int column, int role) const
+{
+    if (isText(column, role))
+        return m_text.isNull() ? QVariant() : QVariant(m_text);
+    return QTreeWidgetItem::data(column, role);
+}
+
+void PointTreeWidgetItem::setData(int column, int role, const QVariant &value)
+{
+    if (!isText(column, role)) {
+        QTreeWidgetItem::setData(column, role, value);
+        return;
+    }
+    const QString text = value.toString();
+    if (text == m_text)
+        return;
+    m_text = text;
+    emitDataChanged();
 }
 
 void PointTreeWidgetItem::takeRow()

@@ -68,6 +68,11 @@ public:
     /// The node that a row is part of; null for no row and for a row that is none of ours.
     [[nodiscard]] static PointTreeWidgetItem *fromRow(QTreeWidgetItem *row);
 
+    // The text of the first column is kept here: as a rule it is one of the attributes, so it shares their string, where
+    // the row would make three blocks of memory of it.
+    [[nodiscard]] QVariant data(int column, int role) const override;
+    void setData(int column, int role, const QVariant &value) override;
+
     /// Takes the row out of the row or the tree that it stands in.
     void takeRow();
 
@@ -83,6 +88,7 @@ private:
     friend class NodeIndexes;
     friend struct PointTreeWidgetItemTestAccess;
 
+    QString m_text;
     QString m_pointId;
     QString m_pluginId;
     QString m_kind;

@@ -12,6 +12,12 @@ QVariant PropertyHash::value(const QString &key) const
     return index < 0 ? QVariant() : m_entries.at(index).value;
 }
 
+QString PropertyHash::text(const QString &key) const
+{
+    const int index = indexOf(key);
+    return index < 0 ? QString() : m_entries.at(index).value.toString();
+}
+
 void PropertyHash::insert(const QString &key, const QVariant &value)
 {
     const int index = indexOf(key);
@@ -49,8 +55,9 @@ QStringList PropertyHash::keys() const
 
 int PropertyHash::indexOf(const QString &key) const
 {
+    const Entry *const entries = m_entries.constData();
     for (int i = 0; i < m_entries.size(); ++i) {
-        if (m_entries.at(i).key == key)
+        if (entries[i].key.size() == key.size() && entries[i].key == key)
             return i;
     }
     return -1;

@@ -28,10 +28,15 @@ public:
 
     /// The value stored under @p key; an invalid variant when there is none.
     [[nodiscard]] QVariant value(const QString &key) const;
+    /// The same as a text, empty when there is none.
+    [[nodiscard]] QString text(const QString &key) const;
     [[nodiscard]] bool contains(const QString &key) const { return indexOf(key) >= 0; }
 
     /// Replaces the value of a known key in its place; a new key goes last.
     void insert(const QString &key, const QVariant &value);
+
+    /// As insert(), for a key that is known to be new.
+    void append(const QString &key, const QString &value) { m_entries.append(Entry { key, QVariant(value) }); }
 
     /// True when there was such a key.
     bool remove(const QString &key);

@@ -76,7 +76,7 @@ std::unique_ptr<ScannedFile> SiblingSink::take(QThread *thread)
 
 PointTreeWidgetItem *SiblingSink::startSet(Side side)
 {
-    const QString id = m_rootProperties.value(QStringLiteral("id")).toString();
+    const QString id = m_rootProperties.text(QStringLiteral("id"));
     PointTreeWidgetItem *set = newNode(id, m_rootProperties);
     set->setPluginId(id);
     if (side == DefinitionSide)
@@ -90,19 +90,19 @@ PointTreeWidgetItem *SiblingSink::startDefinition(
     PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes)
 {
     const PropertyHash properties = NodeAttributes::asWritten(attributes);
-    PointTreeWidgetItem *node = newNode(properties.value(QStringLiteral("name")).toString(), properties);
+    PointTreeWidgetItem *node = newNode(properties.text(QStringLiteral("name")), properties);
     node->setKind(tag);
     parent->addChild(node, false);
     node->setPluginId(inheritedPluginId(parent));
     if (tag == QLatin1String("ExtPoint")) {
-        const QString id = properties.value(QStringLiteral("id")).toString();
+        const QString id = properties.text(QStringLiteral("id"));
         node->setPointId(id);
         announce(Announcement::DefinData, nullptr, node, id);
         announce(Announcement::AddTopChild, parent, node, QString());
     } else if (tag == QLatin1String("SubExtPoint")) {
         node->setHasFormat(parent->property(QStringLiteral("hasformat")).toBool());
         node->setPointId(parent->property(QStringLiteral("id")).toString());
-        announce(Announcement::DefinData, nullptr, node, properties.value(QStringLiteral("key")).toString().toLower());
+        announce(Announcement::DefinData, nullptr, node, properties.text(QStringLiteral("key")).toLower());
         announce(Announcement::AddTopChild, parent, node, QString());
     }
     return node;
@@ -112,7 +112,7 @@ PointTreeWidgetItem *SiblingSink::startRealization(
     PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes)
 {
     const PropertyHash properties = NodeAttributes::withoutTranslationMarks(attributes);
-    const QString id = properties.value(QStringLiteral("id")).toString();
+    const QString id = properties.text(QStringLiteral("id"));
     PointTreeWidgetItem *node = newNode(id, properties);
     node->setKind(tag);
     announce(Announcement::AddObjChild, parent, node, QString());

@@ -27,6 +27,7 @@ public:
         EarlierFormats earlierFormats);
     ~SiblingSink() override;
 
+    [[nodiscard]] bool wantsLocations() const override { return false; }
     void startElement(const QString &name, const ExtensionFile::Attributes &attributes,
         const ExtensionFile::Location &where) override;
     void endElement() override;

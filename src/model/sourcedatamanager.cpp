@@ -22,6 +22,9 @@ namespace {
 
 const QString idKey = QStringLiteral("id");
 
+// Often enough for the eye, and seldom enough for the painting to be a small part of a scan.
+constexpr int pauseBetweenRowsMs = 200;
+
 QString rootText(const char *text)
 {
     return QCoreApplication::translate("SourceDataManager", text);
@@ -162,10 +165,13 @@ void SourceDataManager::startScan(const QString &fileName)
     connect(m_scan.get(), &ScanSequence::portionDelivered, this, [this] {
         for (const QString &name : qAsConst(m_arrivingLayouts))
             ++m_formatRevisions[name];
+        if (!m_sincePluginsShown.isValid() || m_sincePluginsShown.hasExpired(pauseBetweenRowsMs))
+            showArrivedPlugins();
         Q_EMIT scanProgressed();
     });
     connect(m_scan.get(), &ScanSequence::finished, this, [this] {
         m_arrivingLayouts.clear();
+        showArrivedPlugins();
         // Not deleted here: the sequence is the sender.
         m_scan.release()->deleteLater();
         dropOwnReading();
@@ -322,7 +328,7 @@ void SourceDataManager::addObjChild(PointTreeWidgetItem *parent, PointTreeWidget
     if (!parent || !child)
         return;
     parent->addChild(child, false);
-    const QString id = child->property(idKey).toString();
+    const QString id = child->properties().text(idKey);
     if (id.isEmpty())
         return;
     if (parent->isKind(QLatin1String("ExtData")))
@@ -361,8 +367,10 @@ QString SourceDataManager::noteSiblingFormat(PointTreeWidgetItem *root)
 void SourceDataManager::receive(bool ownFile, const Announcement &announcement)
 {
     if (ownFile) {
-        if (announcement.parent == m_availablePointsRoot && m_placedOwnPlugins < m_ownPlugins.size())
+        if (announcement.parent == m_availablePointsRoot && m_placedOwnPlugins < m_ownPlugins.size()) {
+            showArrivedPlugins();
             ++m_placedOwnPlugins;
+        }
         if (announcement.parent == m_availablePointsRoot || announcement.parent == m_allDataRoot)
             m_ownReading.append(announcement.node);
         else if (announcement.kind == Announcement::AddObjChild)
@@ -423,7 +431,22 @@ void SourceDataManager::addPlugin(PointTreeWidgetItem *plugin)
     // there ever moves.
     const int waiting = m_ownPlugins.size() - m_placedOwnPlugins;
     m_availablePointsRoot->insertChild(m_availablePointsRoot->children().size() - waiting, plugin);
-    m_availablePointsRoot->QTreeWidgetItem::insertChild(m_availablePointsRoot->childCount() - waiting, plugin);
+    m_arrivedPlugins.append(plugin);
+}
+
+void SourceDataManager::showArrivedPlugins()
+{
+    const auto arrived = std::exchange(m_arrivedPlugins, {});
+    m_sincePluginsShown.start();
+    QList<QTreeWidgetItem *> rows;
+    for (const QPointer<PointTreeWidgetItem> &plugin : arrived) {
+        if (plugin)
+            rows.append(plugin);
+    }
+    if (rows.isEmpty() || !m_availablePointsRoot)
+        return;
+    const int waiting = m_ownPlugins.size() - m_placedOwnPlugins;
+    m_availablePointsRoot->insertChildren(m_availablePointsRoot->childCount() - waiting, rows);
 }
 
 void SourceDataManager::adopt(OpenedFile &file)
@@ -466,6 +489,8 @@ void SourceDataManager::clearScan()
 {
     m_scan.reset();
     dropOwnReading();
+    m_arrivedPlugins.clear();
+    m_sincePluginsShown.invalidate();
     m_formatMerger.clear();
     for (const NodeIndexes::Name name : { NodeIndexes::Points, NodeIndexes::DataChildren, NodeIndexes::Data,
              NodeIndexes::FormatTargets, NodeIndexes::Formats, NodeIndexes::SiblingFormats })

@@ -8,6 +8,7 @@
 #include "pointtreewidgetitem.h"
 #include "translatablekeys.h"
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QMap>
 #include <QObject>
@@ -169,6 +170,9 @@ private:
     void offerOwnPoints();
     void takeBackOwnPoints();
     void addPlugin(PointTreeWidgetItem *plugin);
+    /// Puts the rows of the plug-ins that have arrived into the tree. Each time that rows come, a tree lays itself out
+    /// and paints, which costs as much as taking in many plug-ins; so they come a few times a second.
+    void showArrivedPlugins();
     [[nodiscard]] bool load(const QString &fileName, const std::function<bool(ExtensionFile::Sink &)> &read);
     [[nodiscard]] bool canBeWritten() const;
     void adopt(OpenedFile &file);
@@ -194,6 +198,8 @@ private:
     QVector<QPointer<PointTreeWidgetItem>> m_retired;
     QVector<QPointer<PointTreeWidgetItem>> m_ownReading; ///< sets of the second reading, until the scan ends
     QVector<QPointer<PointTreeWidgetItem>> m_ownPlugins; ///< one for each definition set of the opened file
+    QVector<QPointer<PointTreeWidgetItem>> m_arrivedPlugins; ///< in the model, but not in the tree yet
+    QElapsedTimer m_sincePluginsShown;
     int m_placedOwnPlugins = 0;                          ///< how many of them the scan has come to
     QHash<QString, int> m_formatRevisions;
     QStringList m_arrivingLayouts; ///< tabs whose layouts the file that is being taken in brings

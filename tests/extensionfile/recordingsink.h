@@ -10,6 +10,8 @@ class RecordingSink final : public ExtensionFile::Sink
 public:
     explicit RecordingSink(bool withLocations = false) : m_withLocations(withLocations) { }
 
+    [[nodiscard]] bool wantsLocations() const override { return m_withLocations; }
+
     void startElement(
         const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Location &where) override
     {

@@ -279,15 +279,18 @@ void TestReader::malformed()
     QFETCH(QByteArray, bytes);
     QFETCH(qint64, line);
     QFETCH(qint64, column);
-    RecordingSink sink;
-    ReadError error;
-    QVERIFY2(!readBytes(bytes, sink, &error), qPrintable(sink.lines.join(QLatin1Char('\n'))));
-    QCOMPARE(int(error.kind), int(ReadError::Kind::Malformed));
-    QVERIFY(!error.reason.isEmpty());
-    QVERIFY(error.line > 0 && error.column > 0);
-    if (line > 0) {
-        QCOMPARE(error.line, line);
-        QCOMPARE(error.column, column);
+    // The place is known whether or not the sink asks for the places of elements.
+    for (const bool withLocations : { true, false }) {
+        RecordingSink sink(withLocations);
+        ReadError error;
+        QVERIFY2(!readBytes(bytes, sink, &error), qPrintable(sink.lines.join(QLatin1Char('\n'))));
+        QCOMPARE(int(error.kind), int(ReadError::Kind::Malformed));
+        QVERIFY(!error.reason.isEmpty());
+        QVERIFY(error.line > 0 && error.column > 0);
+        if (line > 0) {
+            QCOMPARE(error.line, line);
+            QCOMPARE(error.column, column);
+        }
     }
 }
 
@@ -337,11 +340,16 @@ void TestReader::limits()
     QFETCH(QByteArray, bytes);
     QFETCH(Limits, limits);
     QFETCH(bool, accepted);
-    RecordingSink sink;
+    RecordingSink sink(true);
     ReadError error;
     QVERIFY2(readBytes(bytes, sink, &error, limits) == accepted, qPrintable(error.toString()));
     QCOMPARE(sink.isBalanced() && !sink.lines.isEmpty(), accepted);
     QCOMPARE(error.reason.isEmpty(), accepted);
+    // Just the same where the places of elements are not looked for.
+    RecordingSink plain;
+    ReadError plainError;
+    QCOMPARE(readBytes(bytes, plain, &plainError, limits), accepted);
+    QCOMPARE(plainError.toString(), error.toString());
 }
 
 void TestReader::hostile_data()
