@@ -11,6 +11,7 @@
 #include <QJsonArray>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <limits>
 #include <unistd.h>
@@ -199,16 +200,28 @@ void Suite::measureFile(Report *report)
     report->addInformation(
         QStringLiteral("open_wall"), QStringLiteral("open a large file until painted"), milliseconds, median(open));
 
-    say(QStringLiteral("saving"));
-    const QJsonObject saved = m_processes.sample(QStringLiteral("save"),
-        { { QStringLiteral("file"), m_largeFile }, { QStringLiteral("rounds"), m_scale.rounds } });
-    if (Samples::failed(saved)) {
-        report->addFailure(QStringLiteral("save_that_file"), saved.value(QLatin1String("error")).toString());
-        return;
+    Values ours, domSave;
+    for (int round = 1; round <= m_scale.rounds; ++round) {
+        say(QStringLiteral("saving, round %1 of %2").arg(round).arg(m_scale.rounds));
+        double bytes[2] = { 0, 0 };
+        for (const bool asDom : { false, true }) {
+            const QJsonObject saved = m_processes.sample(QStringLiteral("save"),
+                { { QStringLiteral("file"), m_largeFile }, { QStringLiteral("dom"), asDom } });
+            if (Samples::failed(saved)) {
+                report->addFailure(QStringLiteral("save_that_file"), saved.value(QLatin1String("error")).toString());
+                return;
+            }
+            (asDom ? domSave : ours).push_back(saved.value(QLatin1String("wall")).toDouble(nothing));
+            bytes[asDom] = saved.value(QLatin1String("bytes")).toDouble();
+        }
+        // Escapes and the marks of translatable texts are all that may differ.
+        if (std::abs(bytes[0] - bytes[1]) > bytes[0] / 10) {
+            report->addFailure(QStringLiteral("save_that_file"), QStringLiteral("the files differ in length"));
+            return;
+        }
     }
-    const double ours = median(list(saved.value(QLatin1String("ours"))));
-    report->add(QStringLiteral("save_that_file"), ours / median(list(saved.value(QLatin1String("dom")))));
-    report->addInformation(QStringLiteral("save_wall"), QStringLiteral("save that file"), milliseconds, ours);
+    report->add(QStringLiteral("save_that_file"), median(ours) / median(domSave));
+    report->addInformation(QStringLiteral("save_wall"), QStringLiteral("save that file"), milliseconds, median(ours));
 }
 
 void Suite::measureViews(Report *report)

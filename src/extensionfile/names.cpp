@@ -75,6 +75,11 @@ bool isLegal(QChar c)
 
 bool isName(const QString &name)
 {
+    const auto isAscii = [](QChar c) { return c.unicode() < 0x80; };
+    if (std::all_of(name.cbegin(), name.cend(), isAscii)) {
+        return !name.isEmpty() && isNameStart(name.at(0).unicode())
+            && std::all_of(name.cbegin(), name.cend(), [](QChar c) { return isNameCharacter(c.unicode()); });
+    }
     const QVector<uint> characters = name.toUcs4();
     return !characters.isEmpty() && isNameStart(characters.first())
         && std::all_of(characters.cbegin(), characters.cend(), isNameCharacter);

@@ -7,7 +7,7 @@
 #include "extensionfile/tagscanner.h"
 #include "extensionfile/textposition.h"
 
-#include <QIODevice>
+#include <QBuffer>
 #include <QStringList>
 #include <QXmlStreamReader>
 
@@ -114,6 +114,15 @@ public:
     DocumentReader(const DecodedDocument &document, Sink &sink, const Limits &limits, ReadError *error)
         : m_document(document), m_sink(sink), m_limits(limits), m_error(error), m_scanner(document.utf8, limits)
     {
+        // Text handed over as a string is not decoded again by what its declaration says.
+        if (document.transcoded) {
+            m_xml.addData(QString::fromUtf8(document.utf8));
+        } else {
+            m_device.setData(document.utf8);
+            (void)m_device.open(QIODevice::ReadOnly);
+            m_xml.setDevice(&m_device);
+        }
+        // A new device takes every other setting back.
         m_xml.setNamespaceProcessing(false);
         m_xml.setEntityExpansionLimit(limits.maximumEntityLength);
     }
@@ -124,11 +133,6 @@ public:
             m_places = Places::None;
         else if (!beginScan())
             return false;
-        // Text handed over as a string is not decoded again by what its declaration says.
-        if (m_document.transcoded)
-            m_xml.addData(QString::fromUtf8(m_document.utf8));
-        else
-            m_xml.addData(m_document.utf8);
         while (!m_xml.atEnd()) {
             if (!takeToken(m_xml.readNext()))
                 return false;
@@ -264,6 +268,8 @@ private:
     const Limits &m_limits;
     ReadError *const m_error;
     TagScanner m_scanner;
+    // The parser takes a device block by block, and would make two more copies of a document that it gets whole.
+    QBuffer m_device;
     QXmlStreamReader m_xml;
     NamePool m_names;
     ValuePool m_values;

@@ -12,6 +12,7 @@
 #include <QSaveFile>
 
 #include <cerrno>
+#include <future>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -30,18 +31,18 @@ public:
     void endElement() override { }
 };
 
-bool canBeReadBack(const QByteArray &bytes, QString *reason)
+/// Why the reader would not take these bytes; empty when it does.
+QString whyNotReadable(const QByteArray &bytes)
 {
     if (bytes == Writer::instructionAlone())
-        return true;
+        return QString();
     QBuffer buffer;
     buffer.setData(bytes);
     NullSink sink;
     ReadError error;
     if (buffer.open(QIODevice::ReadOnly) && read(buffer, sink, &error))
-        return true;
-    *reason = QStringLiteral("The new contents could not be read again: %1").arg(error.toString());
-    return false;
+        return QString();
+    return QStringLiteral("The new contents could not be read again: %1").arg(error.toString());
 }
 
 /// Gives the new file the owner, group and mode of the one that it is to replace; in this order, since a change of
@@ -68,6 +69,10 @@ void syncDirectory(const QByteArray &directory)
 
 bool replaceFile(const SaveTarget &target, const QByteArray &bytes, QString *reason)
 {
+    // Read back on another thread while the bytes go to the disk: for a large document both take long. Where there is no
+    // thread to be had, it happens when the answer is asked for.
+    std::future<QString> fault
+        = std::async(std::launch::async | std::launch::deferred, [bytes] { return whyNotReadable(bytes); });
     QSaveFile file(QFile::decodeName(target.path));
     const auto failByFile = [&] {
         *reason = file.errorString();
@@ -91,6 +96,11 @@ bool replaceFile(const SaveTarget &target, const QByteArray &bytes, QString *rea
     }
     if (!syncToDisk(file.handle()))
         return failBySystem();
+    *reason = fault.get();
+    if (!reason->isEmpty()) {
+        file.cancelWriting();
+        return false;
+    }
     if (!file.commit())
         return failByFile();
     syncDirectory(target.directory);
@@ -100,10 +110,12 @@ bool replaceFile(const SaveTarget &target, const QByteArray &bytes, QString *rea
 bool save(const QString &path, const QByteArray &bytes, QString *reason)
 {
     SaveTarget target;
-    if (!canBeReadBack(bytes, reason) || !findSaveTarget(path, &target, reason))
+    if (!findSaveTarget(path, &target, reason))
         return false;
-    return target.way == SaveTarget::Way::Replace ? replaceFile(target, bytes, reason)
-                                                  : writeInPlace(target.path, bytes, reason);
+    if (target.way == SaveTarget::Way::Replace)
+        return replaceFile(target, bytes, reason);
+    *reason = whyNotReadable(bytes);
+    return reason->isEmpty() && writeInPlace(target.path, bytes, reason);
 }
 
 } // namespace

@@ -8,9 +8,39 @@ namespace ExtensionFile {
 namespace {
 const int indentation = 4;
 const int maximumLogLines = 20;
+
+/// What is written for the byte at `at` in an attribute's value; null when it stands as it is.
+const char *referenceFor(const QByteArray &text, int at)
+{
+    switch (text.at(at)) {
+    case '&':
+        return "&amp;";
+    case '<':
+        return "&lt;";
+    case '"':
+        return "&quot;";
+    case '>':
+        return at >= 2 && text.at(at - 1) == ']' && text.at(at - 2) == ']' ? "&gt;" : nullptr;
+    // Written as they are, the reader would make blanks of them.
+    case '\t':
+        return "&#x9;";
+    case '\n':
+        return "&#xa;";
+    case '\r':
+        return "&#xd;";
+    default:
+        return nullptr;
+    }
+}
+
 } // namespace
 
 Writer::Writer(const QString &path, const Limits &limits) : m_path(path), m_limits(limits) { }
+
+void Writer::reserve(qint64 bytes)
+{
+    m_bytes.reserve(int(qBound<qint64>(m_bytes.size(), bytes, m_limits.maximumFileSize)));
+}
 
 void Writer::startElement(const QString &name)
 {
@@ -134,42 +164,18 @@ void Writer::closeStartTag()
 
 void Writer::appendEscaped(const QString &value)
 {
-    // A reference for each white-space character but the blank: written as they are, the reader would make blanks of
-    // them.
-    QString escaped;
-    escaped.reserve(value.size() + 16);
-    for (int i = 0; i < value.size(); ++i) {
-        const QChar c = value.at(i);
-        switch (c.unicode()) {
-        case '&':
-            escaped += QLatin1String("&amp;");
-            break;
-        case '<':
-            escaped += QLatin1String("&lt;");
-            break;
-        case '"':
-            escaped += QLatin1String("&quot;");
-            break;
-        case '>':
-            if (escaped.endsWith(QLatin1String("]]")))
-                escaped += QLatin1String("&gt;");
-            else
-                escaped += c;
-            break;
-        case '\t':
-            escaped += QLatin1String("&#x9;");
-            break;
-        case '\n':
-            escaped += QLatin1String("&#xa;");
-            break;
-        case '\r':
-            escaped += QLatin1String("&#xd;");
-            break;
-        default:
-            escaped += c;
-        }
+    // Every character that is written otherwise is one byte, and no part of another.
+    const QByteArray text = value.toUtf8();
+    int written = 0;
+    for (int i = 0; i < text.size(); ++i) {
+        const char *reference = referenceFor(text, i);
+        if (!reference)
+            continue;
+        m_bytes.append(text.constData() + written, i - written);
+        m_bytes.append(reference);
+        written = i + 1;
     }
-    m_bytes += escaped.toUtf8();
+    m_bytes.append(text.constData() + written, text.size() - written);
 }
 
 void Writer::indent()

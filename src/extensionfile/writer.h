@@ -26,6 +26,9 @@ public:
     /// `path` is only named in the log. `limits` must not be wider than those of the reading to come.
     explicit Writer(const QString &path = QString(), const Limits &limits = Limits());
 
+    /// Makes room for a document of about this many bytes, so that it need not be moved while it grows.
+    void reserve(qint64 bytes);
+
     void startElement(const QString &name);
 
     /// Adds to the element started last, which must have no child yet.

@@ -6,6 +6,8 @@
 #include "pointtreewidgetitem.h"
 #include "translatablekeys.h"
 
+#include <QFileInfo>
+
 namespace {
 
 bool isTypeKey(const QString &key)
@@ -55,6 +57,9 @@ ModelWriter::ModelWriter(TranslatableKeys &translatable, const Definitions &defi
 QByteArray ModelWriter::write(const PointTreeWidgetItem *definitionRoot, const PointTreeWidgetItem *realizationRoot)
 {
     ExtensionFile::Writer writer(m_path);
+    // As long as the file is now, and as much again as a user may add at a time.
+    const qint64 before = QFileInfo(m_path).size();
+    writer.reserve(before + before / 4);
     if (!definitionRoot->children().isEmpty() || !realizationRoot->children().isEmpty()) {
         writer.startElement(definitionRoot->kind());
         writeAttributes(writer, definitionRoot->properties());

@@ -1,6 +1,7 @@
 #include "openedfilesink.h"
 
 #include "nodeattributes.h"
+#include "nodememory.h"
 #include "pointtreewidgetitem.h"
 
 OpenedFile::~OpenedFile()
@@ -40,7 +41,7 @@ void OpenedFileSink::startElement(
             ++m_ignoredDepth;
             break;
         }
-        auto *set = new PointTreeWidgetItem(QString());
+        PointTreeWidgetItem *set = newNode(QString());
         set->setKind(name);
         set->setProperties(
             definition ? NodeAttributes::withLowerNames(attributes) : NodeAttributes::asWritten(attributes));
@@ -79,7 +80,7 @@ PointTreeWidgetItem *OpenedFileSink::startDefinition(
     PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes)
 {
     const PropertyHash properties = NodeAttributes::withLowerNames(attributes);
-    auto *node = new PointTreeWidgetItem(properties.text(QStringLiteral("name")));
+    PointTreeWidgetItem *node = newNode(properties.text(QStringLiteral("name")));
     node->setProperties(properties);
     const QString id = properties.text(QStringLiteral("id"));
     node->setPointId(id.isEmpty() ? parent->pointId() : id);
@@ -99,7 +100,7 @@ PointTreeWidgetItem *OpenedFileSink::startRealization(
 {
     const PropertyHash properties = NodeAttributes::withoutTranslationMarks(attributes);
     const QString id = properties.text(QStringLiteral("id"));
-    auto *node = new PointTreeWidgetItem(id.isEmpty() ? tag : id);
+    PointTreeWidgetItem *node = newNode(id.isEmpty() ? tag : id);
     node->setProperties(properties);
     node->setKind(tag);
     parent->addChild(node, false);
@@ -113,4 +114,11 @@ PointTreeWidgetItem *OpenedFileSink::startRealization(
     if (node->isKind(QLatin1String("format")))
         node->setHasFormat(true);
     return node;
+}
+
+PointTreeWidgetItem *OpenedFileSink::newNode(const QString &text)
+{
+    if (m_nodeCount++ % NodeMemory::nodesPerRoom == 0)
+        NodeMemory::makeRoom();
+    return new PointTreeWidgetItem(text);
 }

@@ -59,9 +59,11 @@ private:
         PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes);
     PointTreeWidgetItem *startRealization(
         PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes);
+    PointTreeWidgetItem *newNode(const QString &text);
 
     QString m_basePath;
     OpenedFile *m_file;
     QVector<Level> m_levels;
     int m_ignoredDepth = 0;
+    int m_nodeCount = 0;
 };

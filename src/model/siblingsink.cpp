@@ -1,6 +1,7 @@
 #include "siblingsink.h"
 
 #include "nodeattributes.h"
+#include "nodememory.h"
 #include "pointtreewidgetitem.h"
 
 namespace {
@@ -131,6 +132,8 @@ PointTreeWidgetItem *SiblingSink::startRealization(
 
 PointTreeWidgetItem *SiblingSink::newNode(const QString &text, const PropertyHash &properties)
 {
+    if (m_nodes.size() % NodeMemory::nodesPerRoom == 0)
+        NodeMemory::makeRoom();
     auto *node = new PointTreeWidgetItem(text);
     node->setProperties(properties);
     m_nodes.append(node);

@@ -136,7 +136,8 @@ bool SourceDataManager::canBeWritten() const
 
 void SourceDataManager::startScan(const QString &fileName)
 {
-    clearScan();
+    if (holdsScannedNodes())
+        clearScan();
     const QFileInfo opened(QDir::cleanPath(QFileInfo(fileName).absoluteFilePath()));
     QDir plugins = opened.dir();
     plugins.cdUp();
@@ -220,7 +221,7 @@ void SourceDataManager::addTarget(PointTreeWidgetItem *format)
 
 void SourceDataManager::addRealization(PointTreeWidgetItem *node)
 {
-    const QString id = node->property(idKey).toString();
+    const QString id = node->properties().text(idKey);
     m_indexes.add(NodeIndexes::Realizations, id.isEmpty() ? node->kind() : id, node);
 }
 
@@ -483,6 +484,15 @@ void SourceDataManager::clearOpenedFile()
         for (PointObject *child : children)
             PointTreeWidgetItem::destroySubtree(child->item());
     }
+}
+
+bool SourceDataManager::holdsScannedNodes() const
+{
+    const auto isFilled = [this](NodeIndexes::Name name) { return m_indexes[name].size() > 0; };
+    const int foreign = m_availablePointsRoot ? m_availablePointsRoot->children().size() - m_ownPlugins.size() : 0;
+    return m_scan || foreign > 0 || m_placedOwnPlugins > 0 || (m_allDataRoot && !m_allDataRoot->children().isEmpty())
+        || isFilled(NodeIndexes::DataChildren) || isFilled(NodeIndexes::Data) || isFilled(NodeIndexes::Formats)
+        || isFilled(NodeIndexes::SiblingFormats);
 }
 
 void SourceDataManager::clearScan()

@@ -177,6 +177,9 @@ private:
     [[nodiscard]] bool canBeWritten() const;
     void adopt(OpenedFile &file);
     void clearOpenedFile();
+    /// Whether there is anything of an earlier scan to clear: right after loading, there is not, and the opened file's
+    /// own points need not be made anew.
+    [[nodiscard]] bool holdsScannedNodes() const;
     void clearScan();
     void indexRealizations(PointTreeWidgetItem *node);
     [[nodiscard]] Definitions definitions() const { return Definitions(m_indexes[NodeIndexes::Points]); }

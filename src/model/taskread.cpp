@@ -9,39 +9,13 @@
 #include <QFileInfo>
 #include <QThread>
 
-#include <cstdint>
-#include <cstdlib>
 #include <utility>
-
-#include <sys/mman.h>
-#include <unistd.h>
 
 namespace {
 
 // A file beyond this may be taken in in more than one portion. Guarding its nodes takes as long as such a portion, so
 // it is done here, before anybody waits.
 constexpr size_t announcementsTakenInAtOnce = 1000;
-
-// What the nodes of an ordinary file take: its 10 KB become ten times as many. It has to stay below the 128 KiB from
-// which the allocator would map memory apart (M_MMAP_THRESHOLD) or give it back at once (M_TRIM_THRESHOLD).
-constexpr size_t roomForOneFile = 96 * 1024;
-
-/// The heap of a thread other than the main one grows by just what is asked for, which for nodes means one call of the
-/// system for each page: a tenth of the time of a scan. A block that was free before makes it one call for each file.
-void makeRoom()
-{
-    void *room = std::malloc(roomForOneFile);
-    if (!room)
-        return;
-#ifdef MADV_POPULATE_WRITE
-    // Likewise the pages: one by one, each costs an interruption. A kernel that doesn't know this says so, and no more.
-    const auto pageSize = std::uintptr_t(::sysconf(_SC_PAGESIZE));
-    const auto begin = (reinterpret_cast<std::uintptr_t>(room) + pageSize - 1) / pageSize * pageSize;
-    const auto end = (reinterpret_cast<std::uintptr_t>(room) + roomForOneFile) / pageSize * pageSize;
-    ::madvise(reinterpret_cast<void *>(begin), end - begin, MADV_POPULATE_WRITE);
-#endif
-    std::free(room);
-}
 
 QString directoryOf(const QString &path)
 {
@@ -97,7 +71,6 @@ std::unique_ptr<ScannedFile> TaskRead::build(const QString &path, SiblingSink &s
 {
     if (path.isEmpty())
         return nullptr;
-    makeRoom();
     ExtensionFile::ReadError error;
     if (!ExtensionFile::readFile(path, sink, &error))
         return nullptr;
