@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <algorithm>
+
 class PointTreeWidgetItem;
 
 /// A multi-map from a key to nodes. Nodes of one key are answered in the order in which they were added, which for
@@ -25,6 +27,20 @@ public:
 
     [[nodiscard]] Nodes nodes(const QString &key) const;
     [[nodiscard]] PointTreeWidgetItem *first(const QString &key) const;
+
+    /// The first node under @p key for which @p holds is true; null without one.
+    template <typename Predicate>
+    [[nodiscard]] PointTreeWidgetItem *find(const QString &key, Predicate holds) const
+    {
+        PointTreeWidgetItem *node = first(key);
+        if (!node || holds(node))
+            return node;
+        const auto further = m_further.constFind(key);
+        if (further == m_further.constEnd())
+            return nullptr;
+        const auto found = std::find_if(further->cbegin(), further->cend(), holds);
+        return found == further->cend() ? nullptr : *found;
+    }
     [[nodiscard]] bool contains(const QString &key, const PointTreeWidgetItem *node) const;
     [[nodiscard]] QStringList sortedKeys() const;
 

@@ -58,9 +58,7 @@ OwnRealizations::Nodes OwnRealizations::withId(const QString &id) const
 
 PointTreeWidgetItem *OwnRealizations::record(const QString &id) const
 {
-    const Nodes nodes = withId(id);
-    const auto found = std::find_if(nodes.cbegin(), nodes.cend(), isRecord);
-    return found == nodes.cend() ? nullptr : *found;
+    return m_indexes && !id.isEmpty() ? (*m_indexes)[NodeIndexes::Realizations].find(id, isRecord) : nullptr;
 }
 
 PointTreeWidgetItem *OwnRealizations::anyRecord(const QString &id) const

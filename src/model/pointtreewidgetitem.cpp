@@ -7,21 +7,12 @@
 
 #include <algorithm>
 
-namespace {
-
-bool isText(int column, int role)
-{
-    return column == 0 && (role == Qt::DisplayRole || role == Qt::EditRole);
-}
-
-} // namespace
-
 PointTreeWidgetItem::PointTreeWidgetItem(const QString &text, QObject *parentObject)
-    : QObject(parentObject), m_text(text)
+    : QObject(parentObject), m_texts { text, QString() }
 { }
 
 PointTreeWidgetItem::PointTreeWidgetItem(const PointTreeWidgetItem &source)
-    : QObject(), PointObject(source), QTreeWidgetItem(source), m_text(source.m_text), m_pointId(source.m_pointId),
+    : QObject(), PointObject(source), QTreeWidgetItem(source), m_texts(source.m_texts), m_pointId(source.m_pointId),
       m_pluginId(source.m_pluginId), m_kind(source.m_kind), m_basePath(source.m_basePath),
       m_hasFormat(source.m_hasFormat), m_isNew(source.m_isNew), m_isDroppedCopy(source.m_isDroppedCopy)
 { }
@@ -61,23 +52,30 @@ PointTreeWidgetItem *PointTreeWidgetItem::fromRow(QTreeWidgetItem *row)
     return dynamic_cast<PointTreeWidgetItem *>(row);
 }
 
+bool PointTreeWidgetItem::isKeptText(int column, int role)
+{
+    return column >= 0 && column < keptTexts && (role == Qt::DisplayRole || role == Qt::EditRole);
+}
+
 QVariant PointTreeWidgetItem::data(int column, int role) const
 {
-    if (isText(column, role))
-        return m_text.isNull() ? QVariant() : QVariant(m_text);
+    if (isKeptText(column, role)) {
+        const QString &text = m_texts[size_t(column)];
+        return text.isNull() ? QVariant() : QVariant(text);
+    }
     return QTreeWidgetItem::data(column, role);
 }
 
 void PointTreeWidgetItem::setData(int column, int role, const QVariant &value)
 {
-    if (!isText(column, role)) {
+    if (!isKeptText(column, role)) {
         QTreeWidgetItem::setData(column, role, value);
         return;
     }
     const QString text = value.toString();
-    if (text == m_text)
+    if (text == m_texts[size_t(column)])
         return;
-    m_text = text;
+    m_texts[size_t(column)] = text;
     emitDataChanged();
 }
 

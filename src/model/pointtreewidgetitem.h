@@ -6,6 +6,8 @@
 #include <QString>
 #include <QTreeWidgetItem>
 
+#include <array>
+
 class NodeIndexes;
 
 /// The one node type of every tree: model object and tree row at once.
@@ -68,8 +70,8 @@ public:
     /// The node that a row is part of; null for no row and for a row that is none of ours.
     [[nodiscard]] static PointTreeWidgetItem *fromRow(QTreeWidgetItem *row);
 
-    // The text of the first column is kept here: as a rule it is one of the attributes, so it shares their string, where
-    // the row would make three blocks of memory of it.
+    // The texts of the first two columns are kept here: as a rule they are attributes and share their strings, where the
+    // row would make three blocks of memory of the first one alone.
     [[nodiscard]] QVariant data(int column, int role) const override;
     void setData(int column, int role, const QVariant &value) override;
 
@@ -88,7 +90,10 @@ private:
     friend class NodeIndexes;
     friend struct PointTreeWidgetItemTestAccess;
 
-    QString m_text;
+    static constexpr int keptTexts = 2;
+    [[nodiscard]] static bool isKeptText(int column, int role);
+
+    std::array<QString, keptTexts> m_texts;
     QString m_pointId;
     QString m_pluginId;
     QString m_kind;

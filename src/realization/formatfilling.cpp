@@ -13,14 +13,14 @@ const QString iconKey = QStringLiteral("icon");
 
 QString value(const PointTreeWidgetItem *node, const QString &key)
 {
-    return node->properties().value(key).toString();
+    return node->properties().text(key);
 }
 
 /// "text" when the node has it, else "title"; null when it has neither.
-QVariant labelOf(PointTreeWidgetItem *node)
+QVariant labelOf(const PointTreeWidgetItem *node)
 {
-    const QVariant text = node->property(QStringLiteral("text"));
-    return text.isNull() ? node->property(QStringLiteral("title")) : text;
+    const QVariant text = node->properties().value(QStringLiteral("text"));
+    return text.isNull() ? node->properties().value(QStringLiteral("title")) : text;
 }
 
 bool isBar(const PointTreeWidgetItem *node)
@@ -47,10 +47,11 @@ FormatFilling::FormatFilling(const FormatSources &sources) : m_sources(sources) 
 PointTreeWidgetItem *FormatFilling::build()
 {
     const FormatSources::Nodes roots = m_sources.all();
+    m_merges = roots.size() > 1;
     if (roots.isEmpty())
         return nullptr;
     m_root = copyOf(roots.first());
-    if (roots.size() == 1) {
+    if (!m_merges) {
         addChildren(m_root, roots.first());
         return m_root;
     }
@@ -95,7 +96,7 @@ void FormatFilling::label(PointTreeWidgetItem *row)
         if (PointTreeWidgetItem *record = Controller::instance()->ownRealizations().anyRecord(id)) {
             if (text.isNull())
                 text = labelOf(record);
-            if (iconPath.isEmpty() && row->property(iconKey).isNull()) {
+            if (iconPath.isEmpty() && row->properties().value(iconKey).isNull()) {
                 iconPath = value(record, iconKey);
                 iconOwner = record;
             }
@@ -110,11 +111,12 @@ void FormatFilling::label(PointTreeWidgetItem *row)
 PointTreeWidgetItem *FormatFilling::copyOf(PointTreeWidgetItem *source)
 {
     auto *row = new PointTreeWidgetItem(*source);
-    m_rows.append(row);
-    m_rowOf.insert(source, row);
     label(row);
-    if (m_root)
-        remember(source, row);
+    if (m_merges) {
+        m_rowOf.insert(source, row);
+        if (m_root)
+            remember(source, row);
+    }
     return row;
 }
 

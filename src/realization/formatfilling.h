@@ -31,9 +31,6 @@ public:
         return m_merged;
     }
 
-    /// Every row, the root included, in the order of its making.
-    [[nodiscard]] const QVector<PointTreeWidgetItem *> &rows() const { return m_rows; }
-
     /// Texts and icon of a row: its "id", else its kind; its label, else its record's; its icon, else its record's.
     static void label(PointTreeWidgetItem *row);
 
@@ -48,8 +45,8 @@ private:
 
     FormatSources m_sources;
     PointTreeWidgetItem *m_root = nullptr;
+    bool m_merges = false;
     QVector<PointTreeWidgetItem *> m_waiting; ///< entries with a "parent", in order
-    QVector<PointTreeWidgetItem *> m_rows;
     QHash<QString, PointTreeWidgetItem *> m_named; ///< by "id" or kind in lower case, the first row of each
     QHash<PointTreeWidgetItem *, PointTreeWidgetItem *> m_rowOf;
     QMultiHash<const PointTreeWidgetItem *, PointTreeWidgetItem *> m_merged;

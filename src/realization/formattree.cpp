@@ -14,6 +14,9 @@
 
 namespace {
 
+// How many rows beside those in sight decide on the width of a column: they are laid out for it one by one.
+constexpr int rowsMeasured = 50;
+
 QString idOf(const PointTreeWidgetItem *row)
 {
     return row->properties().value(QStringLiteral("id")).toString();
@@ -85,6 +88,7 @@ FormatTree::FormatTree(QObject *parent)
     m_tree->setAccessibleName(tr("Format Tree"));
     m_tree->setHeaderLabel(QObject::tr("Format Tree"));
     m_tree->setUniformRowHeights(true);
+    m_tree->header()->setResizeContentsPrecision(rowsMeasured);
     m_tree->setItemDelegate(new EntryDelegate(m_tree));
     m_hint->setObjectName(QStringLiteral("formatHint"));
     m_hint->setText(tr("Select a point that has formats to see this format."));
@@ -133,6 +137,7 @@ void FormatTree::setShown(bool shown)
 
 void FormatTree::clear()
 {
+    m_indexed = false;
     m_rowsById.clear();
     m_rowBySource.clear();
     m_tabName.clear();
@@ -187,11 +192,6 @@ void FormatTree::fill()
     m_merged = sources.all().size() > 1;
     FormatFilling filling(sources);
     PointTreeWidgetItem *root = filling.build();
-    const Nodes &rows = filling.rows();
-    m_rowsById.reserve(rows.size());
-    m_rowBySource.reserve(rows.size());
-    for (PointTreeWidgetItem *row : rows)
-        enter(row);
     if (root)
         m_tree->addTopLevelItem(root);
     m_tree->setMergedSources(filling.merged());
@@ -228,6 +228,7 @@ bool FormatTree::isOutdated() const
 
 PointTreeWidgetItem *FormatTree::rowOf(const PointTreeWidgetItem *source) const
 {
+    index();
     return m_rowBySource.value(source);
 }
 
@@ -236,6 +237,7 @@ FormatTree::Nodes FormatTree::rowsWithId(const QString &id) const
     // Bars and roots have none; that is no name.
     if (id.isEmpty())
         return {};
+    index();
     Nodes rows;
     const auto range = m_rowsById.equal_range(id);
     for (auto it = range.first; it != range.second; ++it) {
@@ -250,7 +252,22 @@ bool FormatTree::contains(const PointTreeWidgetItem *row) const
     return row && m_tree && row->treeWidget() == m_tree;
 }
 
+void FormatTree::index() const
+{
+    if (m_indexed || !m_tree)
+        return;
+    m_indexed = true;
+    for (QTreeWidgetItemIterator it(m_tree); *it; ++it)
+        addToIndex(PointTreeWidgetItem::fromRow(*it));
+}
+
 void FormatTree::enter(PointTreeWidgetItem *row)
+{
+    if (m_indexed)
+        addToIndex(row);
+}
+
+void FormatTree::addToIndex(PointTreeWidgetItem *row) const
 {
     m_rowsById.insert(idOf(row), row);
     if (PointTreeWidgetItem *source = sourceOf(row))
@@ -286,7 +303,10 @@ void FormatTree::destroyRow(PointTreeWidgetItem *row)
 
 void FormatTree::rename(PointTreeWidgetItem *row, const QString &oldId)
 {
+    if (!m_indexed)
+        return;
     m_rowsById.remove(oldId, row);
+    m_rowsById.remove(idOf(row), row);
     m_rowsById.insert(idOf(row), row);
 }
 

@@ -85,6 +85,9 @@ public:
 private:
     void fill();
     void fitColumns();
+    /// Finds its rows by id and by source from now on. Most tabs are shown and left again without anybody asking.
+    void index() const;
+    void addToIndex(PointTreeWidgetItem *row) const;
 
     QPointer<RealizationTreeWidget> m_tree;
     QPointer<QVBoxLayout> m_layout;
@@ -96,6 +99,7 @@ private:
     bool m_fitted = false; ///< to what is shown, while it could be seen
     int m_fittedWidth = 0; ///< of the column of ids, in pixels
     int m_revision = 0;
-    QMultiHash<QString, QPointer<PointTreeWidgetItem>> m_rowsById;
-    QHash<const PointTreeWidgetItem *, QPointer<PointTreeWidgetItem>> m_rowBySource;
+    mutable bool m_indexed = false;
+    mutable QMultiHash<QString, QPointer<PointTreeWidgetItem>> m_rowsById;
+    mutable QHash<const PointTreeWidgetItem *, QPointer<PointTreeWidgetItem>> m_rowBySource;
 };
