@@ -1,33 +1,14 @@
 #include "definitions.h"
 
-#include "nodeindex.h"
+#include "nodeindexes.h"
 #include "pointtreewidgetitem.h"
 
-namespace {
-
-bool sameId(const QString &left, const QString &right)
-{
-    return left.compare(right, Qt::CaseInsensitive) == 0;
-}
-
-Definitions::Nodes belongingTo(const QString &pointId, const Definitions::Nodes &nodes)
-{
-    Definitions::Nodes matching;
-    for (PointTreeWidgetItem *node : nodes) {
-        if (sameId(node->pointId(), pointId))
-            matching.append(node);
-    }
-    return matching;
-}
-
-} // namespace
-
-Definitions::Definitions(const NodeIndex &points) : m_points(points) { }
+Definitions::Definitions(const NodeIndexes &indexes) : m_indexes(indexes) { }
 
 Definitions::Nodes Definitions::of(const QString &key, const QString &pointId) const
 {
-    const Nodes stored = belongingTo(pointId, m_points.nodes(key));
-    return stored.isEmpty() ? belongingTo(pointId, m_points.nodes(pointId)) : stored;
+    const Nodes stored = m_indexes.definitions(key, pointId);
+    return stored.isEmpty() ? m_indexes.definitions(pointId, pointId) : stored;
 }
 
 bool Definitions::attributes(const QString &kind, const QString &pointId, Attributes *attributes) const
@@ -53,7 +34,7 @@ bool Definitions::attributes(const QString &kind, const QString &pointId, Attrib
 
 QStringList Definitions::childTypes(const QString &key, const QString &pointId) const
 {
-    const Nodes definitions = belongingTo(pointId, m_points.nodes(key));
+    const Nodes definitions = m_indexes.definitions(key, pointId);
     if (definitions.isEmpty())
         return {};
     return definitions.constFirst()->property(QStringLiteral("childType")).toString().split(QLatin1Char('|'));
@@ -61,7 +42,7 @@ QStringList Definitions::childTypes(const QString &key, const QString &pointId) 
 
 QString Definitions::childTypes(const QString &key, const QString &pointId, bool *exists) const
 {
-    const Nodes definitions = belongingTo(pointId, m_points.nodes(key));
+    const Nodes definitions = m_indexes.definitions(key, pointId);
     if (definitions.isEmpty())
         return {};
     const QVariant childType = definitions.constFirst()->property(QStringLiteral("childType"));
@@ -71,7 +52,7 @@ QString Definitions::childTypes(const QString &key, const QString &pointId, bool
 
 bool Definitions::hasFormat(const QString &pointId) const
 {
-    PointTreeWidgetItem *point = m_points.first(pointId);
+    PointTreeWidgetItem *point = m_indexes[NodeIndexes::Points].first(pointId);
     return point && point->property(QStringLiteral("hasformat")).toBool();
 }
 

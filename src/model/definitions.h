@@ -8,10 +8,10 @@
 #include <QVariant>
 #include <QVector>
 
-class NodeIndex;
+class NodeIndexes;
 class PointTreeWidgetItem;
 
-/// What the points of the product say about the nodes that realize them: a view on the point index, made where it is
+/// What the points of the product say about the nodes that realize them: a view on the indexes, made where it is
 /// needed. GUI thread.
 class Definitions final
 {
@@ -27,7 +27,7 @@ public:
         QStringList keys;                    ///< in the order of the declarations
     };
 
-    explicit Definitions(const NodeIndex &points);
+    explicit Definitions(const NodeIndexes &indexes);
 
     /// The definitions stored under @p key that belong to the point @p pointId (compared without letter case). Another
     /// plug-in may use the same key for a sub point of its own, so where none under the key belongs to the point, the
@@ -63,5 +63,5 @@ public:
     [[nodiscard]] static QString keyValue(const PointTreeWidgetItem *node);
 
 private:
-    const NodeIndex &m_points;
+    const NodeIndexes &m_indexes;
 };

@@ -14,6 +14,8 @@ void NodeIndexes::add(Name name, const QString &key, PointTreeWidgetItem *node)
     node->m_indexes = this;
     ++node->m_indexEntries;
     m_indexes[name].add(key, node);
+    if (name == Points)
+        m_definitionParts.added(key, node);
 }
 
 void NodeIndexes::replace(Name name, const QString &key, PointTreeWidgetItem *node)
@@ -27,6 +29,8 @@ bool NodeIndexes::remove(Name name, const QString &key, PointTreeWidgetItem *nod
 {
     if (!m_indexes[name].remove(key, node))
         return false;
+    if (name == Points)
+        m_definitionParts.removed(key, node);
     signOff(node);
     return true;
 }
@@ -48,6 +52,7 @@ void NodeIndexes::forget(PointTreeWidgetItem *node)
         return;
     for (NodeIndex &index : m_indexes)
         index.removeEverywhere(node);
+    m_definitionParts.reset();
     node->m_indexEntries = 0;
     node->m_indexes = nullptr;
 }
@@ -62,6 +67,8 @@ void NodeIndexes::clear(Name name)
 {
     m_indexes[name].forEach([this](PointTreeWidgetItem *node) { signOff(node); });
     m_indexes[name].clear();
+    if (name == Points)
+        m_definitionParts.reset();
 }
 
 void NodeIndexes::signOff(PointTreeWidgetItem *node)

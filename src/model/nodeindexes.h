@@ -1,5 +1,6 @@
 #pragma once
 
+#include "definitionparts.h"
 #include "nodeindex.h"
 
 #include <array>
@@ -37,6 +38,18 @@ public:
     /// the indexes are searched, so nothing is left in any case.
     void forget(PointTreeWidgetItem *node);
 
+    /// The definitions under @p key that belong to the point @p pointId, compared without letter case.
+    [[nodiscard]] NodeIndex::Nodes definitions(const QString &key, const QString &pointId) const
+    {
+        return m_definitionParts.find(m_indexes[Points], key, pointId);
+    }
+
+    /// The point id of the indexed @p node was @p oldPointId until now.
+    void pointIdHasChanged(PointTreeWidgetItem *node, const QString &oldPointId)
+    {
+        m_definitionParts.moved(node, oldPointId);
+    }
+
     [[nodiscard]] const NodeIndex &operator[](Name name) const { return m_indexes[name]; }
 
     /// Empties everything at once, before the nodes of a whole model are destroyed.
@@ -47,4 +60,5 @@ private:
     void signOff(PointTreeWidgetItem *node);
 
     std::array<NodeIndex, NameCount> m_indexes;
+    DefinitionParts m_definitionParts;
 };

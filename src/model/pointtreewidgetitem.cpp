@@ -6,6 +6,7 @@
 #include <QVector>
 
 #include <algorithm>
+#include <utility>
 
 PointTreeWidgetItem::PointTreeWidgetItem(const QString &text, QObject *parentObject)
     : QObject(parentObject), m_texts { text, QString() }
@@ -28,12 +29,19 @@ PointTreeWidgetItem::~PointTreeWidgetItem()
 
 void PointTreeWidgetItem::assignFields(const PointTreeWidgetItem &other)
 {
-    m_pointId = other.m_pointId;
+    setPointId(other.m_pointId);
     m_pluginId = other.m_pluginId;
     m_kind = other.m_kind;
     m_basePath = other.m_basePath;
     m_hasFormat = other.m_hasFormat;
     m_isNew = other.m_isNew;
+}
+
+void PointTreeWidgetItem::setPointId(const QString &pointId)
+{
+    const QString oldPointId = std::exchange(m_pointId, pointId);
+    if (m_indexes && m_pointId != oldPointId)
+        m_indexes->pointIdHasChanged(this, oldPointId);
 }
 
 bool PointTreeWidgetItem::isKind(QLatin1String kind) const

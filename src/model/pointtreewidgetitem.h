@@ -47,7 +47,7 @@ public:
     void assignFields(const PointTreeWidgetItem &other);
 
     [[nodiscard]] const QString &pointId() const { return m_pointId; }
-    void setPointId(const QString &pointId) { m_pointId = pointId; }
+    void setPointId(const QString &pointId);
     [[nodiscard]] const QString &pluginId() const { return m_pluginId; }
     void setPluginId(const QString &pluginId) { m_pluginId = pluginId; }
     /// The element's name.

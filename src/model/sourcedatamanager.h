@@ -182,7 +182,7 @@ private:
     [[nodiscard]] bool holdsScannedNodes() const;
     void clearScan();
     void indexRealizations(PointTreeWidgetItem *node);
-    [[nodiscard]] Definitions definitions() const { return Definitions(m_indexes[NodeIndexes::Points]); }
+    [[nodiscard]] Definitions definitions() const { return Definitions(m_indexes); }
 
     Controller *m_controller;
     QString m_filePath;
