@@ -90,7 +90,10 @@ int main(int argc, char **argv)
         QStringLiteral("merged"), QStringLiteral("Products in which no plug-in fills a tab of its own."));
     const QCommandLineOption rounds(QStringLiteral("rounds"),
         QStringLiteral("Measure <count> times; fewer than five times is a sketch."), QStringLiteral("count"));
-    parser.addOptions({ quick, json, place, seed, product, merged, rounds });
+    const QCommandLineOption only(QStringLiteral("only"),
+        QStringLiteral("Measure nothing but <parts>, of scan,growth,file,views,edit,start,threads,merged."),
+        QStringLiteral("parts"));
+    parser.addOptions({ quick, json, place, seed, product, merged, rounds, only });
     parser.process(application);
     const std::uint32_t number = parser.isSet(seed) ? parser.value(seed).toUInt() : defaultSeed;
 
@@ -112,6 +115,7 @@ int main(int argc, char **argv)
     if (parser.isSet(rounds))
         scale.rounds = qMax(1, parser.value(rounds).toInt());
     scale.formats = formats;
+    scale.parts = parser.value(only).split(QLatin1Char(','), Qt::SkipEmptyParts);
     Suite suite(scale, directory.path(), number);
     Report report;
     if (!suite.run(&report))

@@ -79,14 +79,14 @@ bool Suite::run(Report *report)
         return false;
     // What the disk is still busy with would be in the way of the first measurements.
     ::sync();
-    measureScan(report);
-    measureGrowth(report);
-    measureFile(report);
-    measureViews(report);
-    measureEditing(report);
-    measureStart(report);
-    measureThreadsAndCache(report);
-    measureTabs(report);
+    const std::pair<const char *, void (Suite::*)(Report *)> parts[] = { { "scan", &Suite::measureScan },
+        { "growth", &Suite::measureGrowth }, { "file", &Suite::measureFile }, { "views", &Suite::measureViews },
+        { "edit", &Suite::measureEditing }, { "start", &Suite::measureStart },
+        { "threads", &Suite::measureThreadsAndCache }, { "merged", &Suite::measureTabs } };
+    for (const auto &part : parts) {
+        if (m_scale.parts.isEmpty() || m_scale.parts.contains(QLatin1String(part.first)))
+            (this->*part.second)(report);
+    }
     return true;
 }
 

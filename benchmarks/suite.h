@@ -27,6 +27,7 @@ public:
         int edits = 40; ///< rounds of editing
         bool emptyWholeCache = true;
         Products::Formats formats = Products::Formats::MostlyOwn;
+        QStringList parts; ///< names of what is measured; everything when empty
 
         /// Enough to see that everything works.
         [[nodiscard]] static Scale quick();

@@ -43,7 +43,7 @@ QString printed(const SourceDataManager &manager)
 QByteArray written(const SourceDataManager &manager)
 {
     TranslatableKeys translatable;
-    const Definitions definitions(manager.indexes()[NodeIndexes::Points]);
+    const Definitions definitions(manager.indexes());
     return ModelWriter(translatable, definitions, QString()).write(manager.definitionRoot(), manager.realizationRoot());
 }
 

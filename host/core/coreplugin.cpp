@@ -57,15 +57,19 @@ void CorePlugin::extensionsInitialized()
     m_job = std::make_unique<StartupJob>(m_commandLine, *m_window, *m_editors);
     m_window->restorePlace();
     const bool invisible = m_commandLine.save && m_commandLine.screenshot.isEmpty();
-    if (!invisible)
+    // A window that is to show a file comes up with it: there would be nothing to see before, and its layout is half of
+    // the work.
+    if (!invisible && m_commandLine.file.isEmpty())
         m_window->show();
-    QTimer::singleShot(0, m_job.get(), [this] {
+    QTimer::singleShot(0, m_job.get(), [this, invisible] {
         int problems = 0;
         const auto plugins = ExtensionSystem::PluginManager::instance()->plugins();
         for (const ExtensionSystem::PluginInfo &plugin : plugins)
             problems += plugin.hasError() ? 1 : 0;
         m_window->setPluginProblems(problems);
         m_job->start();
+        if (!invisible)
+            m_window->show();
     });
 }
 

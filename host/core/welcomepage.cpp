@@ -19,7 +19,19 @@ WelcomePage::WelcomePage(QWidget *parent) : QWidget(parent)
 {
     setObjectName(QStringLiteral("welcomePage"));
     setAccessibleName(tr("Welcome"));
+}
 
+void WelcomePage::showEvent(QShowEvent *event)
+{
+    if (!m_recent) {
+        build();
+        fill();
+    }
+    QWidget::showEvent(event);
+}
+
+void WelcomePage::build()
+{
     auto *column = new QWidget(this);
     column->setFixedWidth(PageWidth);
     auto *title = new QLabel(tr("ExtPoint Workbench"), column);
@@ -65,16 +77,24 @@ WelcomePage::WelcomePage(QWidget *parent) : QWidget(parent)
 
 void WelcomePage::setRecentFiles(const QStringList &files)
 {
+    m_files = files;
+    if (m_recent)
+        fill();
+}
+
+void WelcomePage::fill()
+{
     while (QLayoutItem *item = m_recent->takeAt(0)) {
         // A click on one of these links may be what brought us here.
         if (item->widget())
             item->widget()->deleteLater();
         delete item;
     }
-    if (files.isEmpty())
+    if (m_files.isEmpty())
         return;
     m_recent->addWidget(new QLabel(tr("Opened last:"), this));
-    for (const QString &path : files.mid(0, ShownFiles)) {
+    const QStringList shown = m_files.mid(0, ShownFiles);
+    for (const QString &path : shown) {
         const QString directory = QDir::toNativeSeparators(QFileInfo(path).absolutePath());
         auto *link = new QCommandLinkButton(QFileInfo(QFileInfo(path).absolutePath()).fileName(), this);
         link->setDescription(fontMetrics().elidedText(directory, Qt::ElideMiddle, PageWidth - 60));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QStringList>
 #include <QWidget>
 
 class QVBoxLayout;
@@ -16,12 +17,19 @@ public:
 
     void setRecentFiles(const QStringList &files);
 
+protected:
+    void showEvent(QShowEvent *event) override;
+
 signals:
     void openRequested();
     void fileRequested(const QString &path);
 
 private:
-    QVBoxLayout *m_recent = nullptr;
+    void build();
+    void fill();
+
+    QVBoxLayout *m_recent = nullptr; ///< null until the page is seen for the first time, which it seldom is
+    QStringList m_files;
 };
 
 } // namespace Core

@@ -15,6 +15,9 @@ namespace {
 // A quarter of a frame at 60 Hz: the rest stays for painting and input.
 constexpr qint64 portionBudgetNs = 4 * 1000 * 1000;
 
+// The first portion comes a frame late, so that the window that has just opened is painted first.
+constexpr int firstTurnMs = 16;
+
 // Looking at the clock costs as much as a small announcement.
 constexpr int announcementsPerLookAtClock = 16;
 
@@ -25,7 +28,7 @@ ScanSequence::ScanSequence(const QStringList &paths, const Roots &roots, Receive
       m_handover(std::make_shared<ScanHandover>(paths.size(), this))
 {
     m_nextTurn.setSingleShot(true);
-    m_nextTurn.setInterval(0);
+    m_nextTurn.setInterval(firstTurnMs);
     connect(&m_nextTurn, &QTimer::timeout, this, &ScanSequence::deliverPortion);
 }
 
@@ -62,13 +65,15 @@ void ScanSequence::complete()
 
 void ScanSequence::wake()
 {
-    m_nextTurn.start();
+    if (!m_nextTurn.isActive())
+        m_nextTurn.start();
 }
 
 void ScanSequence::deliverPortion()
 {
     if (m_finished)
         return;
+    m_nextTurn.setInterval(0);
     const QPointer<ScanSequence> alive(this);
     const Progress progress = deliver(true);
     if (alive)

@@ -5,6 +5,7 @@
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
 
+#include <QEvent>
 #include <QHeaderView>
 #include <QLabel>
 #include <QScrollBar>
@@ -90,6 +91,7 @@ FormatTree::FormatTree(QObject *parent)
     m_tree->setUniformRowHeights(true);
     m_tree->header()->setResizeContentsPrecision(rowsMeasured);
     m_tree->setItemDelegate(new EntryDelegate(m_tree));
+    m_tree->installEventFilter(this);
     m_hint->setObjectName(QStringLiteral("formatHint"));
     m_hint->setText(tr("Select a point that has formats to see this format."));
     m_hint->setAlignment(Qt::AlignCenter);
@@ -129,10 +131,6 @@ void FormatTree::setShown(bool shown)
     m_tree->setVisible(shown);
     m_tree->parentWidget()->setVisible(shown);
     m_hint->setVisible(!shown);
-    if (shown && !m_fitted && m_tree->topLevelItemCount() > 0) {
-        m_fitted = true;
-        fitColumns();
-    }
 }
 
 void FormatTree::clear()
@@ -157,6 +155,22 @@ void FormatTree::show(const QString &name)
         return;
     m_tree->expandAll();
     m_fitted = m_tree->isVisible();
+    if (m_fitted)
+        fitColumns();
+}
+
+bool FormatTree::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_tree && event->type() == QEvent::Show)
+        fitWhenFirstSeen();
+    return QObject::eventFilter(watched, event);
+}
+
+void FormatTree::fitWhenFirstSeen()
+{
+    if (m_fitted || m_tree->topLevelItemCount() == 0)
+        return;
+    m_fitted = true;
     fitColumns();
 }
 

@@ -82,9 +82,14 @@ public:
     void growColumns();
     void select(const Nodes &rows);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void fill();
     void fitColumns();
+    /// The room that the columns need is known once the tree has its size, and measuring rows reads their icons.
+    void fitWhenFirstSeen();
     /// Finds its rows by id and by source from now on. Most tabs are shown and left again without anybody asking.
     void index() const;
     void addToIndex(PointTreeWidgetItem *row) const;

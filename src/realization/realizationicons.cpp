@@ -52,7 +52,40 @@ public:
     [[nodiscard]] QString iconName() const override { return RealizationIcons::placeholderName(); }
 };
 
-/// The icons read so far. Emptied before the application object goes, since pixmaps don't outlive it.
+/// A picture file that is read when it is first painted or asked for: a product names thousands of icons, most of which
+/// nobody ever looks at.
+class FileEngine final : public QIconEngine
+{
+public:
+    explicit FileEngine(const QString &path) : m_path(path) { }
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
+    {
+        picture().paint(painter, rect, Qt::AlignCenter, mode, state);
+    }
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return picture().pixmap(size, mode, state);
+    }
+    QSize actualSize(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return picture().actualSize(size, mode, state);
+    }
+    [[nodiscard]] QList<QSize> availableSizes(QIcon::Mode mode, QIcon::State state) const override
+    {
+        return picture().availableSizes(mode, state);
+    }
+    [[nodiscard]] QIconEngine *clone() const override { return new FileEngine(*this); }
+    [[nodiscard]] QString iconName() const override { return picture().name(); }
+
+private:
+    [[nodiscard]] const QIcon &picture() const;
+
+    QString m_path;
+    mutable QIcon m_picture; ///< null until it was read
+};
+
+/// The icons in use so far. Emptied before the application object goes, since pixmaps don't outlive it.
 class Cache final
 {
 public:
@@ -72,18 +105,16 @@ public:
         const Entry *known = m_entries.object(path);
         if (known && known->time == time && known->size == file.size())
             return known->icon;
-        auto *entry = new Entry { QIcon(), time, file.size() };
-        const QVector<QImage> images = BoundedImage::read(path);
-        int kilobytes = 1;
-        for (const QImage &image : images) {
-            entry->icon.addPixmap(QPixmap::fromImage(image));
-            kilobytes += int(image.sizeInBytes() / 1024);
-        }
-        if (images.isEmpty())
-            entry->icon = QIcon(new Placeholder);
-        const QIcon icon = entry->icon;
-        m_entries.insert(path, entry, kilobytes);
+        const QIcon icon(new FileEngine(path));
+        m_entries.insert(path, new Entry { icon, time, file.size() });
         return icon;
+    }
+
+    /// The picture of @p path takes this much memory from now on.
+    void charge(const QString &path, int kilobytes)
+    {
+        if (Entry *entry = m_entries.take(path))
+            m_entries.insert(path, entry, kilobytes);
     }
 
 private:
@@ -100,6 +131,23 @@ private:
 
     QCache<QString, Entry> m_entries;
 };
+
+const QIcon &FileEngine::picture() const
+{
+    if (!m_picture.isNull())
+        return m_picture;
+    const QVector<QImage> images = BoundedImage::read(m_path);
+    int kilobytes = 1;
+    for (const QImage &image : images) {
+        m_picture.addPixmap(QPixmap::fromImage(image));
+        kilobytes += int(image.sizeInBytes() / 1024);
+    }
+    if (images.isEmpty())
+        m_picture = QIcon(new Placeholder);
+    // What follows may end the cache's hold on this icon, but not that of whoever asks.
+    Cache::instance().charge(m_path, kilobytes);
+    return m_picture;
+}
 
 /// Made absolute by hand: ":/" and the prefixes of search paths mean something else to Qt's file classes.
 QString plainName(const QString &path)

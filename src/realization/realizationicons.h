@@ -8,7 +8,7 @@ class PointTreeWidgetItem;
 /// The icons that extension files name. GUI thread.
 ///
 /// A value is a plain file name and nothing else: what looks like a URL or like a resource is the name of a file below
-/// the directory of the extension file. Files are read once and kept while their size and time stay the same. A file
+/// the directory of the extension file. Files are read when they are first painted, once, and kept while their size and time stay the same. A file
 /// that can't be shown gives a neutral placeholder, drawn in the colours of the palette, whose name() is
 /// placeholderName(); so a null icon always means that none is named.
 namespace RealizationIcons {
