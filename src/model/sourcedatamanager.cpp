@@ -51,7 +51,12 @@ SourceDataManager::SourceDataManager(const QString &filePath, QObject *parent)
       m_allDataRoot(new PointTreeWidgetItem(QString())), m_fourthRoot(new PointTreeWidgetItem(QString())),
       m_realizationRoot(new PointTreeWidgetItem(QString())), m_attributeTypes(AttributeFields::typeNames()),
       m_attributeFields(AttributeFields::table())
-{ }
+{
+    m_pluginsTimer.setSingleShot(true);
+    // The first ones show at once.
+    m_pluginsTimer.setInterval(0);
+    connect(&m_pluginsTimer, &QTimer::timeout, this, &SourceDataManager::showArrivedPlugins);
+}
 
 SourceDataManager::~SourceDataManager()
 {
@@ -166,8 +171,6 @@ void SourceDataManager::startScan(const QString &fileName)
     connect(m_scan.get(), &ScanSequence::portionDelivered, this, [this] {
         for (const QString &name : qAsConst(m_arrivingLayouts))
             ++m_formatRevisions[name];
-        if (!m_sincePluginsShown.isValid() || m_sincePluginsShown.hasExpired(pauseBetweenRowsMs))
-            showArrivedPlugins();
         Q_EMIT scanProgressed();
     });
     connect(m_scan.get(), &ScanSequence::finished, this, [this] {
@@ -433,12 +436,15 @@ void SourceDataManager::addPlugin(PointTreeWidgetItem *plugin)
     const int waiting = m_ownPlugins.size() - m_placedOwnPlugins;
     m_availablePointsRoot->insertChild(m_availablePointsRoot->children().size() - waiting, plugin);
     m_arrivedPlugins.append(plugin);
+    if (!m_pluginsTimer.isActive())
+        m_pluginsTimer.start();
 }
 
 void SourceDataManager::showArrivedPlugins()
 {
     const auto arrived = std::exchange(m_arrivedPlugins, {});
-    m_sincePluginsShown.start();
+    m_pluginsTimer.stop();
+    m_pluginsTimer.setInterval(pauseBetweenRowsMs);
     QList<QTreeWidgetItem *> rows;
     for (const QPointer<PointTreeWidgetItem> &plugin : arrived) {
         if (plugin)
@@ -500,7 +506,8 @@ void SourceDataManager::clearScan()
     m_scan.reset();
     dropOwnReading();
     m_arrivedPlugins.clear();
-    m_sincePluginsShown.invalidate();
+    m_pluginsTimer.stop();
+    m_pluginsTimer.setInterval(0);
     m_formatMerger.clear();
     for (const NodeIndexes::Name name : { NodeIndexes::Points, NodeIndexes::DataChildren, NodeIndexes::Data,
              NodeIndexes::FormatTargets, NodeIndexes::Formats, NodeIndexes::SiblingFormats })

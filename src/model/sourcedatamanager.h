@@ -8,13 +8,13 @@
 #include "pointtreewidgetitem.h"
 #include "translatablekeys.h"
 
-#include <QElapsedTimer>
 #include <QHash>
 #include <QMap>
 #include <QObject>
 #include <QPointer>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 #include <QVector>
 
 #include <functional>
@@ -202,7 +202,7 @@ private:
     QVector<QPointer<PointTreeWidgetItem>> m_ownReading; ///< sets of the second reading, until the scan ends
     QVector<QPointer<PointTreeWidgetItem>> m_ownPlugins; ///< one for each definition set of the opened file
     QVector<QPointer<PointTreeWidgetItem>> m_arrivedPlugins; ///< in the model, but not in the tree yet
-    QElapsedTimer m_sincePluginsShown;
+    QTimer m_pluginsTimer;
     int m_placedOwnPlugins = 0;                          ///< how many of them the scan has come to
     QHash<QString, int> m_formatRevisions;
     QStringList m_arrivingLayouts; ///< tabs whose layouts the file that is being taken in brings

@@ -3,6 +3,7 @@
 #include "model/pointtreewidgetitem.h"
 #include "realizationicons.h"
 
+#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QStackedWidget>
 #include <QTabBar>
@@ -11,9 +12,10 @@
 
 namespace {
 
-// The share of the time of a batch that may go into laying out the tab bar: one in this many.
-constexpr int shareOfLayout = 20;
-constexpr qint64 shortestPauseNs = 200'000'000;
+// Between two layouts of the tab bar in a batch: soon enough for the eye, and so much longer than the last one took
+// that they stay a small part of the whole.
+constexpr int shortestPauseMs = 200;
+constexpr int layoutsInPause = 20;
 
 QString text(PointTreeWidgetItem *node, const QString &key)
 {
@@ -42,12 +44,15 @@ QIcon icon(PointTreeWidgetItem *root)
 
 } // namespace
 
-FormatTabs::FormatTabs(QTabWidget *tabs, QObject *parent) : QObject(parent), m_tabs(tabs) { }
+FormatTabs::FormatTabs(QTabWidget *tabs, QObject *parent) : QObject(parent), m_tabs(tabs)
+{
+    m_flushTimer.setSingleShot(true);
+    m_flushTimer.setInterval(shortestPauseMs);
+    connect(&m_flushTimer, &QTimer::timeout, this, &FormatTabs::flushUnlessPressed);
+}
 
 void FormatTabs::setBatching(bool batching)
 {
-    if (batching && !m_batching)
-        m_sinceFlush.start();
     m_batching = batching;
     if (!batching)
         flush();
@@ -55,6 +60,7 @@ void FormatTabs::setBatching(bool batching)
 
 void FormatTabs::flush()
 {
+    m_flushTimer.stop();
     const QVector<WaitingTab> waiting = std::exchange(m_waiting, {});
     if (!m_tabs || waiting.isEmpty())
         return;
@@ -87,17 +93,16 @@ void FormatTabs::flush()
     }
     if (hasFocus)
         bar->setFocus();
-    m_flushNs = clock.nsecsElapsed();
-    m_sinceFlush.start();
+    m_flushTimer.setInterval(qMax(shortestPauseMs, int(clock.elapsed()) * layoutsInPause));
 }
 
-void FormatTabs::flushWhenDue()
+void FormatTabs::flushUnlessPressed()
 {
     // A bar that is hidden for a moment forgets the button that is being held down on it.
-    if (QGuiApplication::mouseButtons() != Qt::NoButton)
-        return;
-    if (m_sinceFlush.isValid() && m_sinceFlush.nsecsElapsed() >= qMax(shortestPauseNs, m_flushNs * shareOfLayout))
+    if (QGuiApplication::mouseButtons() == Qt::NoButton)
         flush();
+    else
+        m_flushTimer.start();
 }
 
 void FormatTabs::addPluginFormats(const QVector<PointTreeWidgetItem *> &roots)
@@ -216,4 +221,6 @@ void FormatTabs::addPage(const QString &name, const QIcon &pageIcon, const QStri
     m_waiting.append({ name, pageIcon, pageLabel });
     if (!m_batching)
         flush();
+    else if (!m_flushTimer.isActive())
+        m_flushTimer.start();
 }

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QHash>
 #include <QIcon>
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
 #include <QTabWidget>
+#include <QTimer>
 
 class PointTreeWidgetItem;
 
@@ -34,15 +34,10 @@ class FormatTabs final : public QObject
 public:
     explicit FormatTabs(QTabWidget *tabs, QObject *parent = nullptr);
 
-    /// While this is set, tabs may be put into the widget a few at a time: a tab bar lays out all of its tabs whenever
-    /// one is added, which for thousands of them would take longer than everything else. What is asked of this class
-    /// never shows the difference; flush() makes the widget show them all, and ends with the batch.
+    /// While this is set, tabs are put into the widget many at a time, a few times a second: a tab bar lays out all of its
+    /// tabs whenever one is added, which for thousands of them would take longer than everything else. What is asked of
+    /// this class never shows the difference. The end of the batch brings in what still waits.
     void setBatching(bool batching);
-    void flush();
-
-    /// To be called now and then during a batch: puts in what has come, a few times a second and so seldom that the time
-    /// that the tab bar takes for its layout stays a small part of the whole.
-    void flushWhenDue();
 
     /// The formats and layouts of the opened plug-in, in the order of the list.
     void addPluginFormats(const QVector<PointTreeWidgetItem *> &roots);
@@ -84,12 +79,13 @@ private:
     /// Where the tab stands in the widget, after a flush.
     [[nodiscard]] int indexOf(const QString &name);
     void addPage(const QString &name, const QIcon &icon, const QString &label);
+    void flush();
+    void flushUnlessPressed();
 
     QPointer<QTabWidget> m_tabs;
     QHash<QString, QPointer<QWidget>> m_pages; ///< by name; null while it waits
     QVector<WaitingTab> m_waiting;             ///< named in m_pages, but not in the widget yet
-    QElapsedTimer m_sinceFlush;
-    qint64 m_flushNs = 0; ///< what the last flush took
+    QTimer m_flushTimer;
     bool m_batching = false;
     QStringList m_pluginFormatIds;
 };

@@ -147,7 +147,6 @@ void RealizationPageBuilder::connectToManager()
     if (!manager)
         return;
     connect(manager, &SourceDataManager::scanProgressed, this, [this] {
-        m_formatTabs->flushWhenDue();
         if (m_formatTree->isOutdated())
             requestRefill();
     });

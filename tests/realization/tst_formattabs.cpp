@@ -141,13 +141,12 @@ void TestFormatTabs::keepsWhatTheUserIsAt()
     for (int i = 40; i < 80; ++i)
         tabs.formats.addFormatRoot(tabs.root(qPrintable(s("tab number %1").arg(i))));
     QCOMPARE(tabs.widget.count(), 40);
-    QTest::qWait(250);
     QTest::mousePress(bar, Qt::LeftButton, {}, place.center());
-    tabs.formats.flushWhenDue();
+    QTest::qWait(500);
     QCOMPARE(tabs.widget.count(), 40);
     QTest::mouseRelease(bar, Qt::LeftButton, {}, place.center());
-    tabs.formats.flushWhenDue();
-    QCOMPARE(tabs.widget.count(), 80);
+    // Although nothing more comes.
+    QTRY_COMPARE(tabs.widget.count(), 80);
     QCOMPARE(tabs.formats.currentName(), s("tab number 30"));
     QVERIFY(bar->hasFocus());
     QCOMPARE(bar->tabRect(30), place);
