@@ -23,7 +23,7 @@ namespace {
 const QString idKey = QStringLiteral("id");
 
 // Often enough for the eye, and seldom enough for the painting to be a small part of a scan.
-constexpr int pauseBetweenRowsMs = 200;
+constexpr int pauseBetweenRowsMs = 120;
 
 QString rootText(const char *text)
 {

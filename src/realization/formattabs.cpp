@@ -14,7 +14,7 @@ namespace {
 
 // Between two layouts of the tab bar in a batch: soon enough for the eye, and so much longer than the last one took
 // that they stay a small part of the whole.
-constexpr int shortestPauseMs = 200;
+constexpr int shortestPauseMs = 120;
 constexpr int layoutsInPause = 20;
 
 QString text(PointTreeWidgetItem *node, const QString &key)
@@ -77,7 +77,9 @@ void FormatTabs::flush()
     for (int i = 0; i < waiting.size(); ++i) {
         const WaitingTab &tab = waiting.at(i);
         // Named before it is added: the first page becomes the current one at once.
-        auto *page = new QWidget;
+        // Hidden as the stack wants it: else it would be shown first, by an event of its own.
+        auto *page = new QWidget(stack);
+        page->hide();
         page->setObjectName(tab.name);
         m_pages.insert(tab.name, page);
         const bool isLast = i + 1 == waiting.size();

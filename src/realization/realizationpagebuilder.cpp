@@ -61,7 +61,6 @@ void RealizationPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
     ui->realizationTree->setAccessibleName(tr("Extension points of all plug-ins"));
     ui->formatTab->setAccessibleName(tr("Formats"));
     ui->formatTab->setUsesScrollButtons(true);
-    ui->formatTab->setElideMode(Qt::ElideNone);
     ui->realizTable->setAccessibleName(tr("Records of the selected point"));
     ui->propertyRealization->setAccessibleName(tr("Properties"));
     ui->propertyRealization->setEnabled(false);

@@ -1,9 +1,9 @@
 #include "realization/formattabs.h"
 
 #include "model/pointtreewidgetitem.h"
+#include "surface/formattabwidget.h"
 
 #include <QTabBar>
-#include <QTabWidget>
 #include <QTest>
 
 #include <memory>
@@ -47,7 +47,7 @@ public:
         return lines;
     }
 
-    QTabWidget widget;
+    FormatTabWidget widget;
     FormatTabs formats;
 
 private:
@@ -66,6 +66,9 @@ private slots:
     void sameTabs();
     void comesInWhenAskedFor();
     void keepsWhatTheUserIsAt();
+    void measuresAnew();
+    void looksLikeAPlainOne_data();
+    void looksLikeAPlainOne();
 };
 
 void TestFormatTabs::sameTabs_data()
@@ -150,6 +153,65 @@ void TestFormatTabs::keepsWhatTheUserIsAt()
     QCOMPARE(tabs.formats.currentName(), s("tab number 30"));
     QVERIFY(bar->hasFocus());
     QCOMPARE(bar->tabRect(30), place);
+}
+
+void TestFormatTabs::measuresAnew()
+{
+    Tabs tabs(false);
+    QTabBar *bar = tabs.widget.tabBar();
+    tabs.formats.addFormatRoot(tabs.root("a"));
+    tabs.formats.addFormatRoot(tabs.root("b"));
+    const int narrow = bar->tabRect(0).width();
+    QCOMPARE(bar->tabRect(1).width(), narrow);
+    tabs.widget.setTabText(1, s("a rather long label"));
+    const int wide = bar->tabRect(1).width();
+    QVERIFY(wide > 2 * narrow);
+    QCOMPARE(bar->tabRect(0).width(), narrow);
+    QPixmap picture(16, 16);
+    picture.fill(Qt::red);
+    tabs.widget.setTabIcon(0, picture);
+    QVERIFY(bar->tabRect(0).width() >= narrow + 16);
+    QFont font = bar->font();
+    font.setPointSize(font.pointSize() * 2);
+    bar->setFont(font);
+    QVERIFY(bar->tabRect(1).width() > wide * 3 / 2);
+}
+
+void TestFormatTabs::looksLikeAPlainOne_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("current");
+    QTest::newRow("all in sight") << 3 << 1;
+    QTest::newRow("the first of many") << 60 << 0;
+    QTest::newRow("in the middle") << 60 << 30;
+    QTest::newRow("the last") << 60 << 59;
+    QTest::newRow("none") << 0 << -1;
+}
+
+void TestFormatTabs::looksLikeAPlainOne()
+{
+    QFETCH(int, count);
+    QFETCH(int, current);
+    QTabWidget plain;
+    plain.setElideMode(Qt::ElideNone);
+    FormatTabWidget ours;
+    QPixmap picture(16, 16);
+    picture.fill(Qt::red);
+    for (QTabWidget *widget : { &plain, static_cast<QTabWidget *>(&ours) }) {
+        widget->setUsesScrollButtons(true);
+        widget->resize(400, 120);
+        for (int i = 0; i < count; ++i)
+            widget->addTab(new QWidget, i % 3 == 0 ? QIcon(picture) : QIcon(), s("Tab %1 & so on").arg(i));
+        widget->show();
+        QVERIFY(QTest::qWaitForWindowExposed(widget));
+        widget->setCurrentIndex(current);
+    }
+    ours.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&ours));
+    const QImage expected = plain.grab().toImage();
+    plain.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&plain));
+    QCOMPARE(ours.grab().toImage(), expected);
 }
 
 QTEST_MAIN(TestFormatTabs)

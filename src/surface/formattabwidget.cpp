@@ -1,0 +1,84 @@
+#include "formattabwidget.h"
+
+#include <QEvent>
+#include <QIcon>
+#include <QStyleOption>
+#include <QStylePainter>
+#include <QToolButton>
+
+FormatTabWidget::FormatTabWidget(QWidget *parent) : QTabWidget(parent)
+{
+    auto *bar = new FormatTabBar(this);
+    // The frame around the page is the base.
+    bar->setDrawBase(false);
+    setTabBar(bar);
+    setElideMode(Qt::ElideNone);
+}
+
+QSize FormatTabBar::tabSizeHint(int index) const
+{
+    const Look look(tabText(index), !tabIcon(index).isNull());
+    const auto known = m_sizes.constFind(look);
+    if (known != m_sizes.constEnd())
+        return *known;
+    const QSize size = QTabBar::tabSizeHint(index);
+    m_sizes.insert(look, size);
+    return size;
+}
+
+void FormatTabBar::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        m_sizes.clear();
+    QTabBar::changeEvent(event);
+}
+
+void FormatTabBar::paintEvent(QPaintEvent *)
+{
+    QStylePainter painter(this);
+    // The buttons that scroll cover the end.
+    int right = width();
+    const auto buttons = findChildren<QToolButton *>(QString(), Qt::FindDirectChildrenOnly);
+    for (const QToolButton *button : buttons) {
+        if (button->isVisible())
+            right = qMin(right, button->x());
+    }
+    int cutLeft = -1;
+    int cutRight = -1;
+    for (int index = 0; index < count(); ++index) {
+        const QRect rect = tabRect(index);
+        if (rect.right() < 0)
+            continue;
+        if (rect.left() >= width())
+            break;
+        if (rect.left() < 0)
+            cutLeft = index;
+        if (rect.right() > right && rect.left() < right)
+            cutRight = index;
+        if (index != currentIndex())
+            paintTab(painter, index);
+    }
+    if (currentIndex() >= 0)
+        paintTab(painter, currentIndex());
+    if (cutLeft >= 0)
+        paintTear(painter, cutLeft, true);
+    if (cutRight >= 0)
+        paintTear(painter, cutRight, false);
+}
+
+void FormatTabBar::paintTab(QStylePainter &painter, int index)
+{
+    QStyleOptionTab option;
+    initStyleOption(&option, index);
+    painter.drawControl(QStyle::CE_TabBarTab, option);
+}
+
+void FormatTabBar::paintTear(QStylePainter &painter, int index, bool left)
+{
+    QStyleOptionTab option;
+    initStyleOption(&option, index);
+    option.rect = rect();
+    option.rect = style()->subElementRect(
+        left ? QStyle::SE_TabBarTearIndicatorLeft : QStyle::SE_TabBarTearIndicatorRight, &option, this);
+    painter.drawPrimitive(left ? QStyle::PE_IndicatorTabTearLeft : QStyle::PE_IndicatorTabTearRight, option);
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QHash>
+#include <QPair>
+#include <QSize>
+#include <QTabBar>
+#include <QTabWidget>
+
+class QStylePainter;
+
+/// The tab bar of FormatTabWidget. A plain one measures the text of every tab whenever it lays itself out, which it does
+/// for each tab that comes or goes, and whenever it paints; this one measures a text once and paints what is in sight. It
+/// looks just the same. Tabs stand in a row and can't be moved. GUI thread.
+class FormatTabBar final : public QTabBar
+{
+    Q_OBJECT
+
+public:
+    using QTabBar::QTabBar;
+
+protected:
+    [[nodiscard]] QSize tabSizeHint(int index) const override;
+    /// Labels are shown whole, so this is the same.
+    [[nodiscard]] QSize minimumTabSizeHint(int index) const override { return tabSizeHint(index); }
+    void changeEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void paintTab(QStylePainter &painter, int index);
+    void paintTear(QStylePainter &painter, int index, bool left);
+
+    using Look = QPair<QString, bool>; ///< the label, and whether it has an icon beside it
+
+    mutable QHash<Look, QSize> m_sizes; ///< until the font or the style changes
+};
+
+/// A tab widget for the thousands of formats of a large product.
+class FormatTabWidget final : public QTabWidget
+{
+    Q_OBJECT
+
+public:
+    explicit FormatTabWidget(QWidget *parent = nullptr);
+};
