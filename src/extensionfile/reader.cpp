@@ -117,6 +117,8 @@ public:
         // Text handed over as a string is not decoded again by what its declaration says.
         if (document.transcoded) {
             m_xml.addData(QString::fromUtf8(document.utf8));
+        } else if (document.utf8.size() <= takenWhole) {
+            m_xml.addData(document.utf8);
         } else {
             m_device.setData(document.utf8);
             (void)m_device.open(QIODevice::ReadOnly);
@@ -268,7 +270,9 @@ private:
     const Limits &m_limits;
     ReadError *const m_error;
     TagScanner m_scanner;
-    // The parser takes a device block by block, and would make two more copies of a document that it gets whole.
+    // The parser takes a device block by block, and makes two more copies of a document that it gets whole. That is worth
+    // a device for a large one only.
+    static constexpr int takenWhole = 64 * 1024;
     QBuffer m_device;
     QXmlStreamReader m_xml;
     NamePool m_names;

@@ -12,6 +12,20 @@ void NodeIndex::add(const QString &key, PointTreeWidgetItem *node)
     ++m_size;
 }
 
+NodeIndex::Nodes NodeIndex::replace(const QString &key, PointTreeWidgetItem *node)
+{
+    PointTreeWidgetItem *&first = m_first[key];
+    if (!first) {
+        first = node;
+        ++m_size;
+        return {};
+    }
+    const Nodes before = Nodes { first } + m_further.take(key);
+    first = node;
+    m_size -= before.size() - 1;
+    return before;
+}
+
 bool NodeIndex::remove(const QString &key, PointTreeWidgetItem *node)
 {
     const auto first = m_first.find(key);

@@ -19,6 +19,9 @@ public:
 
     void add(const QString &key, PointTreeWidgetItem *node);
 
+    /// Makes @p node the only one under @p key, and answers those that stood there.
+    [[nodiscard]] Nodes replace(const QString &key, PointTreeWidgetItem *node);
+
     /// Takes one entry out; false when @p node does not stand under @p key.
     bool remove(const QString &key, PointTreeWidgetItem *node);
 

@@ -9,10 +9,7 @@ NodeIndexes::~NodeIndexes()
 
 void NodeIndexes::add(Name name, const QString &key, PointTreeWidgetItem *node)
 {
-    if (node->m_indexes && node->m_indexes != this)
-        node->m_indexes->forget(node);
-    node->m_indexes = this;
-    ++node->m_indexEntries;
+    signOn(node);
     m_indexes[name].add(key, node);
     if (name == Points)
         m_definitionParts.added(key, node);
@@ -20,9 +17,12 @@ void NodeIndexes::add(Name name, const QString &key, PointTreeWidgetItem *node)
 
 void NodeIndexes::replace(Name name, const QString &key, PointTreeWidgetItem *node)
 {
-    while (PointTreeWidgetItem *old = m_indexes[name].first(key))
-        remove(name, key, old);
-    add(name, key, node);
+    signOn(node);
+    const NodeIndex::Nodes before = m_indexes[name].replace(key, node);
+    for (PointTreeWidgetItem *old : before)
+        signOff(old);
+    if (name == Points)
+        m_definitionParts.reset();
 }
 
 bool NodeIndexes::remove(Name name, const QString &key, PointTreeWidgetItem *node)
@@ -69,6 +69,14 @@ void NodeIndexes::clear(Name name)
     m_indexes[name].clear();
     if (name == Points)
         m_definitionParts.reset();
+}
+
+void NodeIndexes::signOn(PointTreeWidgetItem *node)
+{
+    if (node->m_indexes && node->m_indexes != this)
+        node->m_indexes->forget(node);
+    node->m_indexes = this;
+    ++node->m_indexEntries;
 }
 
 void NodeIndexes::signOff(PointTreeWidgetItem *node)

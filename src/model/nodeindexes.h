@@ -57,6 +57,7 @@ public:
     void clear(Name name);
 
 private:
+    void signOn(PointTreeWidgetItem *node);
     void signOff(PointTreeWidgetItem *node);
 
     std::array<NodeIndex, NameCount> m_indexes;

@@ -55,8 +55,11 @@ PointTreeWidgetItem *FormatFilling::build()
         addChildren(m_root, roots.first());
         return m_root;
     }
-    for (PointTreeWidgetItem *source : roots)
+    for (PointTreeWidgetItem *source : roots) {
         remember(source, m_root);
+        if (source != roots.first())
+            m_furtherRoots.insert(source);
+    }
     for (PointTreeWidgetItem *source : roots) {
         if (source != roots.first())
             m_merged.insert(m_root, source);
@@ -129,6 +132,8 @@ void FormatFilling::addUnder(PointTreeWidgetItem *row, PointTreeWidgetItem *sour
     PointTreeWidgetItem *copy = copyOf(source);
     row->addChild(copy, false);
     row->QTreeWidgetItem::addChild(copy);
+    if (row == m_root && isBar(copy) && !m_bars.contains(copy->kind().toLower()))
+        m_bars.insert(copy->kind().toLower(), copy);
     addChildren(copy, source);
 }
 
@@ -153,15 +158,8 @@ PointTreeWidgetItem *FormatFilling::rowFor(PointTreeWidgetItem *source) const
         if (PointTreeWidgetItem *row = m_rowOf.value(source->link()->item()))
             return row;
     }
-    PointTreeWidgetItem *above = source->parentItem();
-    if (!isBar(source) || !m_sources.all().contains(above) || above == m_sources.all().first())
-        return nullptr;
-    for (int i = 0; i < m_root->childCount(); ++i) {
-        PointTreeWidgetItem *candidate = PointTreeWidgetItem::fromRow(m_root->child(i));
-        if (candidate->kind().compare(source->kind(), Qt::CaseInsensitive) == 0)
-            return candidate;
-    }
-    return nullptr;
+    return isBar(source) && m_furtherRoots.contains(source->parentItem()) ? m_bars.value(source->kind().toLower())
+                                                                          : nullptr;
 }
 
 void FormatFilling::remember(const PointTreeWidgetItem *source, PointTreeWidgetItem *row)

@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QMultiHash>
+#include <QSet>
 
 class PointTreeWidgetItem;
 
@@ -46,6 +47,8 @@ private:
     FormatSources m_sources;
     PointTreeWidgetItem *m_root = nullptr;
     bool m_merges = false;
+    QSet<const PointTreeWidgetItem *> m_furtherRoots;
+    QHash<QString, PointTreeWidgetItem *> m_bars; ///< the first one of each kind under the root, by kind in lower case
     QVector<PointTreeWidgetItem *> m_waiting; ///< entries with a "parent", in order
     QHash<QString, PointTreeWidgetItem *> m_named; ///< by "id" or kind in lower case, the first row of each
     QHash<PointTreeWidgetItem *, PointTreeWidgetItem *> m_rowOf;

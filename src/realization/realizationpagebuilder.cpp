@@ -15,6 +15,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCursor>
+#include <QElapsedTimer>
 #include <QMenu>
 #include <QShortcut>
 
@@ -22,8 +23,9 @@ namespace {
 
 const QString idKey = QStringLiteral("id");
 
-// A tab that many siblings fill is filled again this often while they arrive.
+// A tab that many siblings fill is filled again this often while they arrive, or less often when that takes long.
 constexpr int refillPauseMs = 120;
+constexpr int refillsInPause = 10;
 
 } // namespace
 
@@ -436,6 +438,8 @@ bool RealizationPageBuilder::isBusy() const
 void RealizationPageBuilder::refill()
 {
     m_refillWanted = false;
+    QElapsedTimer clock;
+    clock.start();
     // The row that the sheet shows is made anew; the sheet stays.
     const bool showsRow = m_formatTree->contains(m_currentItem) && m_currentItem->link() != m_currentItem;
     const PointTreeWidgetItem *source = showsRow ? m_currentItem->link()->item() : nullptr;
@@ -447,4 +451,5 @@ void RealizationPageBuilder::refill()
     if (context)
         m_contextItem = m_formatTree->rowOf(context);
     clearSheetOfDead();
+    m_refillTimer.setInterval(qMax(refillPauseMs, int(clock.elapsed()) * refillsInPause));
 }
