@@ -3,6 +3,7 @@
 #include "definitionchanges.h"
 #include "formatediting.h"
 #include "formatmenu.h"
+#include "formattabbar.h"
 #include "formattabs.h"
 #include "formattree.h"
 #include "model/controller.h"
@@ -43,6 +44,7 @@ RealizationPageBuilder::~RealizationPageBuilder() = default;
 void RealizationPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
 {
     m_ui = ui;
+    FormatTabBar::putInto(ui->formatTab);
     m_formatTabs = new FormatTabs(ui->formatTab, this);
     m_records = new RecordTable(ui->realizTable, this);
     connect(ui->tabWidget, &QObject::destroyed, this, [this] {

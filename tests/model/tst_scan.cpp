@@ -203,12 +203,12 @@ void TestScan::eventLoopGetsItsTurn()
     int ticksWhileTakingIn = 0;
     QTimer ticker;
     connect(&ticker, &QTimer::timeout, this,
-        [&] { ticksWhileTakingIn += manager.availablePointsRoot()->childCount() > 0 && finished.isEmpty() ? 1 : 0; });
+        [&] { ticksWhileTakingIn += !manager.availablePointsRoot()->children().isEmpty() && finished.isEmpty() ? 1 : 0; });
     ticker.start(0);
     manager.startScan(product.file(QStringLiteral("large")));
     QVERIFY(finished.wait(60000));
     QVERIFY2(portions.count() > 3, "one file was taken in without a pause");
-    QVERIFY(ticksWhileTakingIn > 3);
+    QVERIFY(ticksWhileTakingIn >= 3);
     QCOMPARE(manager.availablePointsRoot()->child(0)->childCount(), 60000);
 }
 

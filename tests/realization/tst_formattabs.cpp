@@ -1,9 +1,10 @@
+#include "realization/formattabbar.h"
 #include "realization/formattabs.h"
 
 #include "model/pointtreewidgetitem.h"
-#include "surface/formattabwidget.h"
 
 #include <QTabBar>
+#include <QTabWidget>
 #include <QTest>
 
 #include <memory>
@@ -22,6 +23,7 @@ class Tabs final
 public:
     explicit Tabs(bool batching) : formats(&widget)
     {
+        FormatTabBar::putInto(&widget);
         widget.resize(300, 200);
         widget.show();
         formats.setBatching(batching);
@@ -47,7 +49,7 @@ public:
         return lines;
     }
 
-    FormatTabWidget widget;
+    QTabWidget widget;
     FormatTabs formats;
 
 private:
@@ -194,7 +196,8 @@ void TestFormatTabs::looksLikeAPlainOne()
     QFETCH(int, current);
     QTabWidget plain;
     plain.setElideMode(Qt::ElideNone);
-    FormatTabWidget ours;
+    QTabWidget ours;
+    FormatTabBar::putInto(&ours);
     QPixmap picture(16, 16);
     picture.fill(Qt::red);
     for (QTabWidget *widget : { &plain, static_cast<QTabWidget *>(&ours) }) {

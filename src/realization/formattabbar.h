@@ -4,11 +4,11 @@
 #include <QPair>
 #include <QSize>
 #include <QTabBar>
-#include <QTabWidget>
 
 class QStylePainter;
+class QTabWidget;
 
-/// The tab bar of FormatTabWidget. A plain one measures the text of every tab whenever it lays itself out, which it does
+/// A tab bar for the thousands of formats of a large product. A plain one measures the text of every tab whenever it lays itself out, which it does
 /// for each tab that comes or goes, and whenever it paints; this one measures a text once and paints what is in sight. It
 /// looks just the same. Tabs stand in a row and can't be moved. GUI thread.
 class FormatTabBar final : public QTabBar
@@ -16,7 +16,8 @@ class FormatTabBar final : public QTabBar
     Q_OBJECT
 
 public:
-    using QTabBar::QTabBar;
+    /// Puts one into @p tabs, which own it and have no page yet.
+    static void putInto(QTabWidget *tabs);
 
 protected:
     [[nodiscard]] QSize tabSizeHint(int index) const override;
@@ -26,19 +27,12 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    using QTabBar::QTabBar;
+
     void paintTab(QStylePainter &painter, int index);
     void paintTear(QStylePainter &painter, int index, bool left);
 
     using Look = QPair<QString, bool>; ///< the label, and whether it has an icon beside it
 
     mutable QHash<Look, QSize> m_sizes; ///< until the font or the style changes
-};
-
-/// A tab widget for the thousands of formats of a large product.
-class FormatTabWidget final : public QTabWidget
-{
-    Q_OBJECT
-
-public:
-    explicit FormatTabWidget(QWidget *parent = nullptr);
 };

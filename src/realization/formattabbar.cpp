@@ -1,18 +1,30 @@
-#include "formattabwidget.h"
+#include "formattabbar.h"
 
 #include <QEvent>
 #include <QIcon>
 #include <QStyleOption>
 #include <QStylePainter>
+#include <QTabWidget>
 #include <QToolButton>
 
-FormatTabWidget::FormatTabWidget(QWidget *parent) : QTabWidget(parent)
+namespace {
+
+/// Only a derived class may exchange the bar.
+struct Opened : QTabWidget
 {
-    auto *bar = new FormatTabBar(this);
+    using QTabWidget::setTabBar;
+};
+
+} // namespace
+
+void FormatTabBar::putInto(QTabWidget *tabs)
+{
+    auto *bar = new FormatTabBar(tabs);
+    bar->setObjectName(tabs->tabBar()->objectName());
     // The frame around the page is the base.
     bar->setDrawBase(false);
-    setTabBar(bar);
-    setElideMode(Qt::ElideNone);
+    (tabs->*&Opened::setTabBar)(bar);
+    tabs->setElideMode(Qt::ElideNone);
 }
 
 QSize FormatTabBar::tabSizeHint(int index) const
