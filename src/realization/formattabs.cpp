@@ -76,8 +76,8 @@ void FormatTabs::flush()
         bar->hide();
     for (int i = 0; i < waiting.size(); ++i) {
         const WaitingTab &tab = waiting.at(i);
-        // Named before it is added: the first page becomes the current one at once.
-        // Hidden as the stack wants it: else it would be shown first, by an event of its own.
+        // Named before it is added, since the first page becomes the current one at once; and hidden, as the stack wants
+        // it, else it would first be shown by an event of its own.
         auto *page = new QWidget(stack);
         page->hide();
         page->setObjectName(tab.name);

@@ -342,6 +342,8 @@ void RealizationPageBuilder::on_pushButton_add_format_tree_clicked()
     if (!m_ui)
         return;
     const QString id = GeneratedId::make(Controller::instance()->pluginId(), QStringLiteral("layout."));
+    // What somebody asks for comes at once, also while a product is read.
+    m_formatTabs->setBatching(false);
     m_formatTabs->addFormatRoot(FormatEditing::createRoot(id));
     Q_EMIT modified(true);
 }
