@@ -194,7 +194,7 @@ void TestScan::eventLoopGetsItsTurn()
 {
     const Product product;
     QByteArray points;
-    for (int i = 0; i < 60000; ++i)
+    for (int i = 0; i < 150'000; ++i)
         points += "<ExtPoint id=\"p" + QByteArray::number(i) + "\" name=\"n\"/>";
     product.add(QStringLiteral("large"), "<P id=\"large\"><ExtPointSet>" + points + "</ExtPointSet></P>");
     SourceDataManager manager;
@@ -209,7 +209,7 @@ void TestScan::eventLoopGetsItsTurn()
     QVERIFY(finished.wait(60000));
     QVERIFY2(portions.count() > 3, "one file was taken in without a pause");
     QVERIFY(ticksWhileTakingIn >= 3);
-    QCOMPARE(manager.availablePointsRoot()->child(0)->childCount(), 60000);
+    QCOMPARE(manager.availablePointsRoot()->child(0)->childCount(), 150'000);
 }
 
 void TestScan::userMayDeleteWhileAFileIsTakenIn()
