@@ -161,7 +161,8 @@ void FormatTree::show(const QString &name)
 
 bool FormatTree::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_tree && event->type() == QEvent::Show)
+    // In this order: a tree that dies still has events, but is no such tree any more.
+    if (event->type() == QEvent::Show && watched == m_tree)
         fitWhenFirstSeen();
     return QObject::eventFilter(watched, event);
 }
