@@ -14,7 +14,7 @@ namespace {
 
 // Between two layouts of the tab bar in a batch: soon enough for the eye, and so much longer than the last one took
 // that they stay a small part of the whole.
-constexpr int shortestPauseMs = 120;
+constexpr int shortestPauseMs = 50;
 constexpr int layoutsInPause = 20;
 
 QString text(PointTreeWidgetItem *node, const QString &key)
