@@ -34,7 +34,7 @@ class FormatTabs final : public QObject
 public:
     explicit FormatTabs(QTabWidget *tabs, QObject *parent = nullptr);
 
-    /// While this is set, tabs are put into the widget many at a time, a few times a second: a tab bar lays out all of its
+    /// While this is set, tabs are put into the widget many at a time, many times a second: a tab bar lays out all of its
     /// tabs whenever one is added, which for thousands of them would take longer than everything else. What is asked of
     /// this class never shows the difference. The end of the batch brings in what still waits.
     void setBatching(bool batching);
