@@ -11,27 +11,47 @@ using namespace ExtensionFile;
 
 namespace {
 
-/// Writes what it is given and keeps the events to be compared.
-class RewritingSink final : public Sink
+/// Keeps the events to be compared.
+class KeepingSink final : public Sink
 {
 public:
-    void startElement(const QString &name, const Attributes &attributes, const Location &where) override
+    [[nodiscard]] bool wantsLocations() const override { return false; }
+    void restart() override { events.clear(); }
+
+    void startElement(const QString &name, const Attributes &attributes, const Location &) override
     {
-        if (where.line < 1 || where.column < 1)
-            std::abort();
         events.append(name);
-        m_writer.startElement(name);
         for (const Attribute &attribute : attributes) {
             events.append(attribute.name);
             events.append(attribute.value);
-            m_writer.attribute(attribute.name, attribute.value);
         }
         events.append(QStringLiteral(">"));
     }
 
+    void endElement() override { events.append(QStringLiteral("/")); }
+
+    QVector<QString> events;
+};
+
+/// Writes what it is given, besides.
+class RewritingSink final : public Sink
+{
+public:
+    void restart() override { std::abort(); }
+
+    void startElement(const QString &name, const Attributes &attributes, const Location &where) override
+    {
+        if (where.line < 1 || where.column < 1)
+            std::abort();
+        m_kept.startElement(name, attributes, where);
+        m_writer.startElement(name);
+        for (const Attribute &attribute : attributes)
+            m_writer.attribute(attribute.name, attribute.value);
+    }
+
     void endElement() override
     {
-        events.append(QStringLiteral("/"));
+        m_kept.endElement();
         m_writer.endElement();
     }
 
@@ -41,9 +61,10 @@ public:
         return m_writer.omissions() == 0 ? bytes : QByteArray();
     }
 
-    QVector<QString> events;
+    [[nodiscard]] const QVector<QString> &events() const { return m_kept.events; }
 
 private:
+    KeepingSink m_kept;
     Writer m_writer;
 };
 
@@ -64,15 +85,21 @@ void demand(bool holds, const char *what, const ReadError &error)
 
 } // namespace
 
-/// What is accepted must be written back whole, be accepted again with the same events, and be written the same once
-/// more.
+/// Whether places are asked for must make no other difference. What is accepted must be written back whole, be accepted
+/// again with the same events, and be written the same once more.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     QLoggingCategory::setFilterRules(QStringLiteral("extpoint.*=false"));
     const QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char *>(data), int(size));
     RewritingSink first;
     ReadError error;
-    if (!readBytes(bytes, first, &error)) {
+    const bool accepted = readBytes(bytes, first, &error);
+    KeepingSink plain;
+    ReadError plainError;
+    demand(readBytes(bytes, plain, &plainError) == accepted && plainError.toString() == error.toString(),
+        "another verdict without places", accepted ? plainError : error);
+    demand(!accepted || plain.events == first.events(), "read differently without places", error);
+    if (!accepted) {
         demand(!error.reason.isEmpty() && error.line > 0 && error.column > 0, "refused without a reason or a place",
             error);
         return 0;
@@ -81,7 +108,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     demand(!written.isNull(), "could not be written whole", error);
     RewritingSink second;
     demand(readBytes(written, second, &error), "not accepted again", error);
-    demand(second.events == first.events, "read differently", error);
+    demand(second.events() == first.events(), "read differently", error);
     demand(second.finish() == written, "written differently", error);
     return 0;
 }

@@ -23,6 +23,9 @@ public:
     /// Whether the sink looks at `where`. Where it does not, finding the places is left out, and they are 0.
     [[nodiscard]] virtual bool wantsLocations() const { return true; }
 
+    /// What came so far is to be forgotten: the document begins anew. Never called where locations are wanted.
+    virtual void restart() = 0;
+
     /// `where` is the "<" of the start tag. In a document that declares entities, where an element may come out of one,
     /// it is instead the last character that the parser had taken (the tag's ">", or the ";" of the reference).
     virtual void startElement(const QString &name, const Attributes &attributes, const Location &where) = 0;

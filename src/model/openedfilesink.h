@@ -27,6 +27,9 @@ public:
     /// Rows of the points, in document order; they go directly under the definition root.
     QList<QTreeWidgetItem *> pointRows;
 
+    /// Destroys the nodes and forgets the rest.
+    void clear();
+
     /// The nodes belong to the caller from here on.
     void release();
 };
@@ -41,6 +44,7 @@ public:
     OpenedFileSink(const QString &basePath, OpenedFile *file);
 
     [[nodiscard]] bool wantsLocations() const override { return false; }
+    void restart() override;
     void startElement(const QString &name, const ExtensionFile::Attributes &attributes,
         const ExtensionFile::Location &where) override;
     void endElement() override;

@@ -21,6 +21,16 @@ SiblingSink::SiblingSink(const QString &basePath, PointTreeWidgetItem *pointsRoo
 
 SiblingSink::~SiblingSink() = default;
 
+void SiblingSink::restart()
+{
+    m_file = std::make_unique<ScannedFile>();
+    m_rootProperties = PropertyHash();
+    m_levels.clear();
+    m_nodes.clear();
+    m_formats.clear();
+    m_ignoredDepth = 0;
+}
+
 void SiblingSink::startElement(
     const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Location &)
 {

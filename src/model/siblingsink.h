@@ -28,6 +28,7 @@ public:
     ~SiblingSink() override;
 
     [[nodiscard]] bool wantsLocations() const override { return false; }
+    void restart() override;
     void startElement(const QString &name, const ExtensionFile::Attributes &attributes,
         const ExtensionFile::Location &where) override;
     void endElement() override;

@@ -20,6 +20,7 @@ namespace {
 class CountingSink final : public ExtensionFile::Sink
 {
 public:
+    void restart() override { *this = CountingSink(); }
     void startElement(
         const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Location &) override
     {

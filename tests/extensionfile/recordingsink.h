@@ -8,9 +8,18 @@
 class RecordingSink final : public ExtensionFile::Sink
 {
 public:
-    explicit RecordingSink(bool withLocations = false) : m_withLocations(withLocations) { }
+    explicit RecordingSink(bool withLocations = false) : printsLocations(withLocations), m_withLocations(withLocations)
+    { }
 
     [[nodiscard]] bool wantsLocations() const override { return m_withLocations; }
+
+    void restart() override
+    {
+        lines.clear();
+        deepest = 0;
+        m_depth = 0;
+        ++restarts;
+    }
 
     void startElement(
         const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Location &where) override
@@ -19,7 +28,7 @@ public:
         line += name;
         for (const ExtensionFile::Attribute &attribute : attributes)
             line += QStringLiteral(" %1=[%2]").arg(attribute.name, attribute.value);
-        if (m_withLocations)
+        if (printsLocations)
             line += QStringLiteral(" @%1:%2").arg(where.line).arg(where.column);
         lines.append(line);
         ++m_depth;
@@ -30,8 +39,10 @@ public:
 
     [[nodiscard]] bool isBalanced() const { return m_depth == 0; }
 
+    bool printsLocations;
     QStringList lines;
     int deepest = 0;
+    int restarts = 0;
 
 private:
     const bool m_withLocations;
