@@ -27,14 +27,15 @@ if(EXTPOINT_SANITIZE)
 endif()
 
 # Where the loader finds the shared libraries of the tree, relative to the file that needs them, so that the build tree
-# and the installed tree work alike.
+# and the installed tree work alike. No more than the directories that matter: the loader looks into each of them, and
+# into a dozen below, for every library there is, Qt's included, at every start.
 set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
 
 function(extpoint_place target)
   set_target_properties(${target} PROPERTIES
     RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin
     LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/${EXTPOINT_LIBRARY_DIR}
-    INSTALL_RPATH "$ORIGIN;$ORIGIN/plugins;$ORIGIN/..;$ORIGIN/../${EXTPOINT_LIBRARY_DIR};$ORIGIN/../${EXTPOINT_PLUGIN_DIR}")
+    INSTALL_RPATH "$ORIGIN/../${EXTPOINT_LIBRARY_DIR};$ORIGIN/../${EXTPOINT_PLUGIN_DIR}")
 endfunction()
 
 # extpoint_library(name STATIC|SHARED SOURCES file... [LIBRARIES target...])
@@ -44,6 +45,7 @@ function(extpoint_library name kind)
   add_library(${name} ${kind} ${arg_SOURCES})
   target_link_libraries(${name} PUBLIC ${arg_LIBRARIES})
   extpoint_place(${name})
+  set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN")
   if(kind STREQUAL SHARED)
     install(TARGETS ${name} LIBRARY DESTINATION ${EXTPOINT_LIBRARY_DIR})
   endif()
@@ -56,7 +58,9 @@ function(extpoint_plugin name)
   add_library(${name} SHARED ${arg_SOURCES})
   target_link_libraries(${name} PUBLIC ${arg_LIBRARIES})
   extpoint_place(${name})
-  set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/${EXTPOINT_PLUGIN_DIR})
+  set_target_properties(${name} PROPERTIES
+    LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/${EXTPOINT_PLUGIN_DIR}
+    INSTALL_RPATH "$ORIGIN/..;$ORIGIN")
   install(TARGETS ${name} LIBRARY DESTINATION ${EXTPOINT_PLUGIN_DIR})
 endfunction()
 

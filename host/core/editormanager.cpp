@@ -22,20 +22,6 @@ namespace Core {
 
 namespace {
 
-/// \a type, then its parents, theirs and so on, the nearest first.
-QStringList withAncestors(const Utils::MimeType &type)
-{
-    const Utils::MimeDatabase database;
-    QStringList names { type.name() };
-    for (int i = 0; i < names.size(); ++i) {
-        const QStringList parents = database.mimeTypeForName(names.at(i)).parentMimeTypes();
-        for (const QString &parent : parents)
-            if (!names.contains(parent))
-                names.append(parent);
-    }
-    return names;
-}
-
 /// A logged line "path:line:column: text" without the path, which is shown beside it anyway.
 QString withoutPath(const QString &line, const QString &path)
 {
@@ -112,11 +98,18 @@ IEditorFactory *EditorManager::factoryFor(const QString &path) const
 IEditorFactory *EditorManager::factoryFor(const Utils::MimeType &type) const
 {
     const auto factories = ExtensionSystem::PluginManager::getObjects<IEditorFactory>();
-    const QStringList types = withAncestors(type);
-    for (const QString &name : types)
+    // The type itself, then its parents, theirs and so on, the nearest first. The system's types, which are nearly
+    // always among these, are not asked for until nothing nearer has done: that takes longer than opening a file.
+    QStringList names { type.name() };
+    for (int i = 0; i < names.size(); ++i) {
         for (IEditorFactory *factory : factories)
-            if (factory->mimeTypes().contains(name))
+            if (factory->mimeTypes().contains(names.at(i)))
                 return factory;
+        const QStringList parents = Utils::MimeDatabase().mimeTypeForName(names.at(i)).parentMimeTypes();
+        for (const QString &parent : parents)
+            if (!names.contains(parent))
+                names.append(parent);
+    }
     return nullptr;
 }
 

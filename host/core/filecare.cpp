@@ -56,7 +56,7 @@ FileCare::FileCare(EditorManager &editors, QBoxLayout &place, QObject *parent)
     // For file systems that tell nothing of changes made on other machines.
     connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive && m_watch)
-            m_watch->look();
+            m_watch->lookSoon();
     });
 }
 

@@ -15,13 +15,12 @@ FileWatch::FileWatch(const QString &path, const DiskState &known, QObject *paren
 {
     m_settle.setSingleShot(true);
     m_settle.setInterval(SettleTime);
-    const auto settle = [this] { m_settle.start(); };
-    connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, settle);
-    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, settle);
+    connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &FileWatch::lookSoon);
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &FileWatch::lookSoon);
     connect(&m_settle, &QTimer::timeout, this, &FileWatch::look);
     watch();
     // What was written between the taking in and the watching gave no signal.
-    m_settle.start();
+    lookSoon();
 }
 
 void FileWatch::setKnown(const DiskState &state)
@@ -47,6 +46,11 @@ void FileWatch::watch()
     for (const QString &path : qAsConst(paths))
         if (!watched.contains(path) && QFileInfo::exists(path))
             m_watcher.addPath(path);
+}
+
+void FileWatch::lookSoon()
+{
+    m_settle.start();
 }
 
 void FileWatch::look()

@@ -29,6 +29,8 @@ public:
 
     /// Looks at once, without waiting for news from the system.
     void look();
+    /// The same a moment later, when nothing has come meanwhile.
+    void lookSoon();
 
 signals:
     /// The disk is in another state than it was seen in last; it may be back in the known one.

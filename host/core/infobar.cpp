@@ -27,8 +27,6 @@ InfoBar::InfoBar(const QString &objectName, QWidget *parent)
 {
     setObjectName(objectName);
     hide();
-    const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
-    m_icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(size));
     m_text->setObjectName(objectName + QLatin1String("Text"));
     m_text->setTextFormat(Qt::PlainText);
     m_text->setWordWrap(true);
@@ -46,6 +44,10 @@ InfoBar::InfoBar(const QString &objectName, QWidget *parent)
 void InfoBar::tell(const QString &text)
 {
     const bool news = isHidden() || text != m_text->text();
+    if (m_icon->pixmap(Qt::ReturnByValue).isNull()) {
+        const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
+        m_icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(size));
+    }
     m_text->setText(text);
     setAccessibleName(text);
     show();

@@ -92,7 +92,7 @@ QIcon themeIcon(const QString &name)
 
 MainWindow::MainWindow(EditorManager &editors, QSettings &settings, QWidget *parent)
     : QMainWindow(parent), m_editors(editors), m_settings(settings), m_recentFiles(settings),
-      m_stack(new QStackedWidget(this)), m_welcome(new WelcomePage(m_stack))
+      m_stack(new QStackedWidget(this)), m_welcome(new WelcomePage(m_recentFiles, m_stack))
 {
     setObjectName(QStringLiteral("mainWindow"));
     setAcceptDrops(true);
@@ -117,7 +117,6 @@ MainWindow::MainWindow(EditorManager &editors, QSettings &settings, QWidget *par
     connect(m_care, &FileCare::copyFailed, this, [this](const QString &reason) {
         statusBar()->showMessage(tr("No recovery copy can be written: %1").arg(reason));
     });
-    m_welcome->setRecentFiles(m_recentFiles.files());
     updateState();
 }
 
@@ -288,7 +287,7 @@ void MainWindow::fillRecentMenu()
     clear->setEnabled(!files.isEmpty());
     connect(clear, &QAction::triggered, this, [this] {
         m_recentFiles.clear();
-        m_welcome->setRecentFiles({});
+        m_welcome->refresh();
     });
 }
 
@@ -336,7 +335,6 @@ void MainWindow::detach(IEditor *editor)
     m_stack->setCurrentWidget(m_welcome);
     m_stack->removeWidget(holder);
     delete holder;
-    m_welcome->setRecentFiles(m_recentFiles.files());
     updateState();
     emit currentEditorChanged(nullptr);
 }

@@ -10,6 +10,8 @@ namespace Core {
 
 namespace {
 
+constexpr int WriteDelay = 500; // milliseconds
+
 QString key()
 {
     return QStringLiteral("RecentFiles");
@@ -17,12 +19,24 @@ QString key()
 
 } // namespace
 
-RecentFiles::RecentFiles(QSettings &settings) : m_settings(settings) { }
+RecentFiles::RecentFiles(QSettings &settings) : m_settings(settings)
+{
+    m_later.setSingleShot(true);
+    m_later.setInterval(WriteDelay);
+    QObject::connect(&m_later, &QTimer::timeout, &m_later, [this] { write(); });
+}
+
+RecentFiles::~RecentFiles()
+{
+    if (!m_added.isEmpty())
+        write();
+}
 
 QStringList RecentFiles::files() const
 {
     m_settings.sync();
-    QStringList files = m_settings.value(key()).toStringList();
+    QStringList files = m_added + m_settings.value(key()).toStringList();
+    files.removeDuplicates();
     files.erase(
         std::remove_if(files.begin(), files.end(), [](const QString &path) { return !QFileInfo(path).isFile(); }),
         files.end());
@@ -31,16 +45,23 @@ QStringList RecentFiles::files() const
 
 void RecentFiles::add(const QString &path)
 {
-    QStringList all = files();
-    all.removeAll(path);
-    all.prepend(path);
-    m_settings.setValue(key(), QStringList(all.mid(0, Limit)));
-    m_settings.sync();
+    m_added.removeAll(path);
+    m_added.prepend(path);
+    m_later.start();
 }
 
 void RecentFiles::clear()
 {
+    m_added.clear();
+    m_later.stop();
     m_settings.remove(key());
+}
+
+void RecentFiles::write()
+{
+    m_settings.setValue(key(), files());
+    m_settings.sync();
+    m_added.clear();
 }
 
 } // namespace Core

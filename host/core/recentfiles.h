@@ -3,6 +3,7 @@
 #include "core/core_global.h"
 
 #include <QStringList>
+#include <QTimer>
 
 class QSettings;
 
@@ -15,14 +16,24 @@ public:
     static constexpr int Limit = 10;
 
     explicit RecentFiles(QSettings &settings);
+    RecentFiles(const RecentFiles &) = delete;
+    RecentFiles &operator=(const RecentFiles &) = delete;
+    ~RecentFiles();
 
     /// Those that still exist, at most Limit. What other processes added is seen.
     [[nodiscard]] QStringList files() const;
+
+    /// Is known here at once, and to others a moment later: the file that was opened is shown before the disk is asked
+    /// to remember it.
     void add(const QString &path);
     void clear();
 
 private:
+    void write();
+
     QSettings &m_settings;
+    QStringList m_added; ///< the newest first, not written yet
+    QTimer m_later;
 };
 
 } // namespace Core

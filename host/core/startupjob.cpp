@@ -22,7 +22,7 @@ namespace {
 constexpr int PollInterval = 5; // milliseconds
 // Looks at which nothing may be going on before the work counts as done: what a finished thread has sent is then taken
 // in, and the window has been painted with it.
-constexpr int QuietTurnsNeeded = 4;
+constexpr int QuietTurnsNeeded = 6;
 constexpr qint64 LongestWaitForWindow = 5'000'000'000; // nanoseconds
 
 double milliseconds(qint64 nanoseconds)

@@ -1,5 +1,7 @@
 #include "core/welcomepage.h"
 
+#include "core/recentfiles.h"
+
 #include <QCommandLinkButton>
 #include <QDir>
 #include <QFileInfo>
@@ -15,23 +17,22 @@ constexpr int ShownFiles = 5;
 constexpr int PageWidth = 560;
 } // namespace
 
-WelcomePage::WelcomePage(QWidget *parent) : QWidget(parent)
+WelcomePage::WelcomePage(const RecentFiles &recentFiles, QWidget *parent) : QWidget(parent), m_recentFiles(recentFiles)
 {
     setObjectName(QStringLiteral("welcomePage"));
-    setAccessibleName(tr("Welcome"));
 }
 
 void WelcomePage::showEvent(QShowEvent *event)
 {
-    if (!m_recent) {
+    if (!m_recent)
         build();
-        fill();
-    }
+    refresh();
     QWidget::showEvent(event);
 }
 
 void WelcomePage::build()
 {
+    setAccessibleName(tr("Welcome"));
     auto *column = new QWidget(this);
     column->setFixedWidth(PageWidth);
     auto *title = new QLabel(tr("ExtPoint Workbench"), column);
@@ -75,25 +76,20 @@ void WelcomePage::build()
     layout->addStretch(2);
 }
 
-void WelcomePage::setRecentFiles(const QStringList &files)
+void WelcomePage::refresh()
 {
-    m_files = files;
-    if (m_recent)
-        fill();
-}
-
-void WelcomePage::fill()
-{
+    if (!m_recent)
+        return;
     while (QLayoutItem *item = m_recent->takeAt(0)) {
         // A click on one of these links may be what brought us here.
         if (item->widget())
             item->widget()->deleteLater();
         delete item;
     }
-    if (m_files.isEmpty())
+    const QStringList shown = m_recentFiles.files().mid(0, ShownFiles);
+    if (shown.isEmpty())
         return;
     m_recent->addWidget(new QLabel(tr("Opened last:"), this));
-    const QStringList shown = m_files.mid(0, ShownFiles);
     for (const QString &path : shown) {
         const QString directory = QDir::toNativeSeparators(QFileInfo(path).absolutePath());
         auto *link = new QCommandLinkButton(QFileInfo(QFileInfo(path).absolutePath()).fileName(), this);

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QStringList>
 #include <QWidget>
 
 class QVBoxLayout;
 
 namespace Core {
+
+class RecentFiles;
 
 /// What the window shows while no file is open: what to do, and the files opened last.
 class WelcomePage final : public QWidget
@@ -13,9 +14,11 @@ class WelcomePage final : public QWidget
     Q_OBJECT
 
 public:
-    explicit WelcomePage(QWidget *parent = nullptr);
+    /// @p recentFiles must outlive the page, or at least its being shown.
+    explicit WelcomePage(const RecentFiles &recentFiles, QWidget *parent = nullptr);
 
-    void setRecentFiles(const QStringList &files);
+    /// Lists the files anew; coming into sight does so, too.
+    void refresh();
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -26,10 +29,9 @@ signals:
 
 private:
     void build();
-    void fill();
 
+    const RecentFiles &m_recentFiles;
     QVBoxLayout *m_recent = nullptr; ///< null until the page is seen for the first time, which it seldom is
-    QStringList m_files;
 };
 
 } // namespace Core

@@ -28,10 +28,14 @@ public:
     {
         if (!m_file.open(QIODevice::ReadOnly))
             return damaged(tr("the file can't be read: %1").arg(m_file.errorString()));
-        if (m_file.size() == 0)
+        m_size = static_cast<quint64>(m_file.size());
+        if (m_size == 0)
             return damaged(tr("the file is empty"));
-        const QByteArray magic = m_file.peek(SELFMAG);
-        if (magic != QByteArray(ELFMAG, SELFMAG))
+        // A hundred small pieces are wanted, from all over the file.
+        m_bytes = m_file.map(0, m_file.size());
+        if (!m_bytes)
+            return damaged(tr("the file can't be read: %1").arg(m_file.errorString()));
+        if (m_size < SELFMAG || std::memcmp(m_bytes, ELFMAG, SELFMAG) != 0)
             return {};
         FileHeader header;
         if (!readAt(0, &header, sizeof header))
@@ -48,19 +52,17 @@ public:
 private:
     static SharedObjectFile damaged(const QString &reason) { return { SharedObjectFile::Damaged, reason }; }
 
-    bool fits(quint64 offset, quint64 size) const
+    bool fits(quint64 offset, quint64 size) const { return offset <= m_size && size <= m_size - offset; }
+
+    bool readAt(quint64 offset, void *target, quint64 size) const
     {
-        const auto whole = static_cast<quint64>(m_file.size());
-        return offset <= whole && size <= whole - offset;
+        if (!fits(offset, size))
+            return false;
+        std::memcpy(target, m_bytes + offset, size);
+        return true;
     }
 
-    bool readAt(quint64 offset, void *target, quint64 size)
-    {
-        return fits(offset, size) && m_file.seek(static_cast<qint64>(offset))
-            && m_file.read(static_cast<char *>(target), static_cast<qint64>(size)) == static_cast<qint64>(size);
-    }
-
-    SharedObjectFile inspectSections(const FileHeader &header)
+    SharedObjectFile inspectSections(const FileHeader &header) const
     {
         if (header.e_shentsize != sizeof(SectionHeader) || header.e_shstrndx >= header.e_shnum)
             return damaged(tr("the section headers are damaged"));
@@ -82,7 +84,7 @@ private:
         return {};
     }
 
-    bool isMetaData(const SectionHeader &nameTable, const SectionHeader &section)
+    bool isMetaData(const SectionHeader &nameTable, const SectionHeader &section) const
     {
         static constexpr char wanted[] = ".qtmetadata";
         char name[sizeof wanted];
@@ -92,6 +94,8 @@ private:
     }
 
     QFile m_file;
+    const uchar *m_bytes = nullptr; ///< the whole file, mapped
+    quint64 m_size = 0;             ///< bytes
 };
 
 } // namespace

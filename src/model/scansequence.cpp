@@ -39,7 +39,14 @@ ScanSequence::~ScanSequence()
 
 void ScanSequence::start()
 {
-    for (int i = 0; i < m_paths.size(); ++i) {
+    // Once the event loop has nothing else to do: what opened the file may go on with building the window, which is to
+    // be seen before the processors are busy.
+    QTimer::singleShot(0, this, &ScanSequence::startTasks);
+}
+
+void ScanSequence::startTasks()
+{
+    for (int i = m_next; i < m_paths.size() && !m_finished; ++i) {
         auto *task = new TaskRead(m_paths.at(i), m_roots.points, m_roots.data, m_roots.third);
         task->setHandover(m_handover, i);
         QThreadPool::globalInstance()->start(task);

@@ -36,7 +36,7 @@ public:
     ScanSequence(const QStringList &paths, const Roots &roots, Receiver receiver, QObject *parent = nullptr);
     ~ScanSequence() override;
 
-    /// Starts one task per path on the global pool. Call once.
+    /// Starts one task per path on the global pool when the event loop has nothing else to do. Call once.
     void start();
 
     /// Reads what no task has begun, waits for the others and takes everything in before it returns. No user input is
@@ -56,6 +56,8 @@ Q_SIGNALS:
 
 private:
     enum class Progress { Waiting, Interrupted, Done };
+
+    void startTasks();
 
     /// Takes in what has arrived, up to the time that a portion may take.
     void deliverPortion();

@@ -67,7 +67,6 @@ PropertyTree::PropertyTree(QWidget *parent) : QTreeWidget(parent)
     setSelectionMode(SingleSelection);
     setTextElideMode(Qt::ElideRight);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setVerticalScrollMode(ScrollPerPixel);
     header()->setSectionsMovable(false);
     header()->setMinimumSectionSize(fontMetrics().averageCharWidth() * 6);
     connect(this, &QTreeWidget::itemClicked, this, &PropertyTree::onClicked);
@@ -290,6 +289,13 @@ bool PropertyTree::focusNextPrevChild(bool next)
         setFocus(Qt::OtherFocusReason);
     }
     return QTreeWidget::focusNextPrevChild(next);
+}
+
+void PropertyTree::showEvent(QShowEvent *event)
+{
+    // It lays the view out, which half of all trees never need.
+    setVerticalScrollMode(ScrollPerPixel);
+    QTreeWidget::showEvent(event);
 }
 
 void PropertyTree::resizeEvent(QResizeEvent *event)
