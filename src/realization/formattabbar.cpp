@@ -30,18 +30,25 @@ void FormatTabBar::putInto(QTabWidget *tabs)
 QSize FormatTabBar::tabSizeHint(int index) const
 {
     const Look look(tabText(index), !tabIcon(index).isNull());
+    if (index >= m_measured.size())
+        m_measured.resize(count());
+    Measured &measured = m_measured[index];
+    // Nearly always the very same string; another one when tabs have come or gone before it.
+    if (measured.size.isValid() && measured.hasIcon == look.second && measured.label == look.first)
+        return measured.size;
     const auto known = m_sizes.constFind(look);
-    if (known != m_sizes.constEnd())
-        return *known;
-    const QSize size = QTabBar::tabSizeHint(index);
+    const QSize size = known != m_sizes.constEnd() ? *known : QTabBar::tabSizeHint(index);
     m_sizes.insert(look, size);
+    measured = { look.first, look.second, size };
     return size;
 }
 
 void FormatTabBar::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         m_sizes.clear();
+        m_measured.clear();
+    }
     QTabBar::changeEvent(event);
 }
 

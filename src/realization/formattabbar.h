@@ -4,13 +4,14 @@
 #include <QPair>
 #include <QSize>
 #include <QTabBar>
+#include <QVector>
 
 class QStylePainter;
 class QTabWidget;
 
-/// A tab bar for the thousands of formats of a large product. A plain one measures the text of every tab whenever it lays itself out, which it does
-/// for each tab that comes or goes, and whenever it paints; this one measures a text once and paints what is in sight. It
-/// looks just the same. Tabs stand in a row and can't be moved. GUI thread.
+/// A tab bar for the thousands of formats of a large product. A plain one measures the text of every tab whenever it
+/// lays itself out, which it does for each tab that comes or goes, and whenever it paints; this one measures a text
+/// once and paints what is in sight. It looks just the same. Tabs stand in a row and can't be moved. GUI thread.
 class FormatTabBar final : public QTabBar
 {
     Q_OBJECT
@@ -34,5 +35,14 @@ private:
 
     using Look = QPair<QString, bool>; ///< the label, and whether it has an icon beside it
 
-    mutable QHash<Look, QSize> m_sizes; ///< until the font or the style changes
+    /// What a tab looked like when it was measured last.
+    struct Measured
+    {
+        QString label;
+        bool hasIcon = false;
+        QSize size;
+    };
+
+    mutable QHash<Look, QSize> m_sizes;   ///< until the font or the style changes
+    mutable QVector<Measured> m_measured; ///< of each tab, by index; the same until then
 };

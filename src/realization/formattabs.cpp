@@ -12,10 +12,13 @@
 
 namespace {
 
-// Between two layouts of the tab bar in a batch: soon enough for the eye, and so much longer than the last one took
-// that they stay a small part of the whole.
+// Between two portions of tabs in a batch: soon enough for the eye, and so much longer than the last one took that they
+// stay a small part of the whole.
 constexpr int shortestPauseMs = 50;
-constexpr int layoutsInPause = 20;
+constexpr int portionsInPause = 10;
+
+// Making this many takes a quarter of a frame, as long as a portion of a scan; the layout of all comes on top.
+constexpr int tabsInPortion = 400;
 
 QString text(PointTreeWidgetItem *node, const QString &key)
 {
@@ -48,7 +51,7 @@ FormatTabs::FormatTabs(QTabWidget *tabs, QObject *parent) : QObject(parent), m_t
 {
     m_flushTimer.setSingleShot(true);
     m_flushTimer.setInterval(shortestPauseMs);
-    connect(&m_flushTimer, &QTimer::timeout, this, &FormatTabs::flushUnlessPressed);
+    connect(&m_flushTimer, &QTimer::timeout, this, &FormatTabs::flushPortion);
 }
 
 void FormatTabs::setBatching(bool batching)
@@ -61,28 +64,45 @@ void FormatTabs::setBatching(bool batching)
 void FormatTabs::flush()
 {
     m_flushTimer.stop();
-    const QVector<WaitingTab> waiting = std::exchange(m_waiting, {});
-    if (!m_tabs || waiting.isEmpty())
+    insert(std::exchange(m_waiting, {}));
+}
+
+void FormatTabs::flushPortion()
+{
+    // A bar that is hidden for a moment forgets the button that is being held down on it.
+    if (QGuiApplication::mouseButtons() == Qt::NoButton) {
+        QElapsedTimer clock;
+        clock.start();
+        const QVector<WaitingTab> portion = m_waiting.mid(0, tabsInPortion);
+        m_waiting.remove(0, portion.size());
+        insert(portion);
+        m_flushTimer.setInterval(qMax(shortestPauseMs, int(clock.elapsed()) * portionsInPause));
+    }
+    if (!m_waiting.isEmpty())
+        m_flushTimer.start();
+}
+
+void FormatTabs::insert(const QVector<WaitingTab> &tabs)
+{
+    if (!m_tabs || tabs.isEmpty())
         return;
-    QElapsedTimer clock;
-    clock.start();
     // The widget lays out everything with each tab that is added to it, so all but the last one are given to its parts.
     // A bar that does not show puts its layout off, too; it comes back before anything is painted.
     QTabBar *bar = m_tabs->tabBar();
     auto *stack = m_tabs->findChild<QStackedWidget *>(QString(), Qt::FindDirectChildrenOnly);
     const bool hasFocus = bar->hasFocus();
-    const bool hide = waiting.size() > 1 && bar->isVisible();
+    const bool hide = tabs.size() > 1 && bar->isVisible();
     if (hide)
         bar->hide();
-    for (int i = 0; i < waiting.size(); ++i) {
-        const WaitingTab &tab = waiting.at(i);
-        // Named before it is added, since the first page becomes the current one at once; and hidden, as the stack wants
-        // it, else it would first be shown by an event of its own.
+    for (int i = 0; i < tabs.size(); ++i) {
+        const WaitingTab &tab = tabs.at(i);
+        // Named before it is added, since the first page becomes the current one at once; and hidden, as the stack
+        // wants it, else it would first be shown by an event of its own.
         auto *page = new QWidget(stack);
         page->hide();
         page->setObjectName(tab.name);
         m_pages.insert(tab.name, page);
-        const bool isLast = i + 1 == waiting.size();
+        const bool isLast = i + 1 == tabs.size();
         if (isLast && hide)
             bar->show();
         if (isLast || !stack) {
@@ -95,16 +115,6 @@ void FormatTabs::flush()
     }
     if (hasFocus)
         bar->setFocus();
-    m_flushTimer.setInterval(qMax(shortestPauseMs, int(clock.elapsed()) * layoutsInPause));
-}
-
-void FormatTabs::flushUnlessPressed()
-{
-    // A bar that is hidden for a moment forgets the button that is being held down on it.
-    if (QGuiApplication::mouseButtons() == Qt::NoButton)
-        flush();
-    else
-        m_flushTimer.start();
 }
 
 void FormatTabs::addPluginFormats(const QVector<PointTreeWidgetItem *> &roots)

@@ -34,9 +34,9 @@ class FormatTabs final : public QObject
 public:
     explicit FormatTabs(QTabWidget *tabs, QObject *parent = nullptr);
 
-    /// While this is set, tabs are put into the widget many at a time, many times a second: a tab bar lays out all of its
-    /// tabs whenever one is added, which for thousands of them would take longer than everything else. What is asked of
-    /// this class never shows the difference. The end of the batch brings in what still waits.
+    /// While this is set, tabs are put into the widget many at a time, many times a second: a tab bar lays out all of
+    /// its tabs whenever one is added, which for thousands of them would take longer than everything else. What is
+    /// asked of this class never shows the difference. The end of the batch brings in what still waits.
     void setBatching(bool batching);
 
     /// The formats and layouts of the opened plug-in, in the order of the list.
@@ -79,8 +79,11 @@ private:
     /// Where the tab stands in the widget, after a flush.
     [[nodiscard]] int indexOf(const QString &name);
     void addPage(const QString &name, const QIcon &icon, const QString &label);
+    /// Puts what waits into the widget.
     void flush();
-    void flushUnlessPressed();
+    /// As much of it as the event loop can do without for the time being.
+    void flushPortion();
+    void insert(const QVector<WaitingTab> &tabs);
 
     QPointer<QTabWidget> m_tabs;
     QHash<QString, QPointer<QWidget>> m_pages; ///< by name; null while it waits

@@ -69,6 +69,7 @@ private slots:
     void comesInWhenAskedFor();
     void keepsWhatTheUserIsAt();
     void measuresAnew();
+    void thousandsComeInPortions();
     void looksLikeAPlainOne_data();
     void looksLikeAPlainOne();
 };
@@ -176,7 +177,25 @@ void TestFormatTabs::measuresAnew()
     QFont font = bar->font();
     font.setPointSize(font.pointSize() * 2);
     bar->setFont(font);
-    QVERIFY(bar->tabRect(1).width() > wide * 3 / 2);
+    const int widest = bar->tabRect(1).width();
+    QVERIFY(widest > wide * 3 / 2);
+    // Where another tab was measured before.
+    tabs.formats.addFormatRoot(tabs.root("c"));
+    tabs.formats.remove(s("a"));
+    QCOMPARE(bar->tabRect(0).width(), widest);
+    QVERIFY(bar->tabRect(1).width() < widest);
+}
+
+void TestFormatTabs::thousandsComeInPortions()
+{
+    constexpr int all = 1000;
+    Tabs tabs(true);
+    for (int i = 0; i < all; ++i)
+        tabs.formats.addFormatRoot(tabs.root(qPrintable(QString::number(i))));
+    QTRY_VERIFY(tabs.widget.count() > 0);
+    QVERIFY(tabs.widget.count() < all);
+    QTRY_COMPARE(tabs.widget.count(), all);
+    QCOMPARE(tabs.widget.widget(all - 1)->objectName(), QString::number(all - 1));
 }
 
 void TestFormatTabs::looksLikeAPlainOne_data()
