@@ -10,15 +10,6 @@ namespace ExtensionFile {
 
 namespace {
 
-bool fail(ReadError *error, ReadError::Kind kind, const QString &reason, const Location &where = {})
-{
-    error->kind = kind;
-    error->reason = reason;
-    error->line = where.line;
-    error->column = where.column;
-    return false;
-}
-
 /// Reads one decoded document. The scanner is kept one start tag ahead of the parser, so that the parser never meets a
 /// tag or a declaration that it would need too long for.
 class DocumentReader final
@@ -48,7 +39,7 @@ public:
             return true;
         // At an early end the parser's own place is now and then that of the last token instead.
         const bool endsEarly = m_xml.error() == QXmlStreamReader::PrematureEndOfDocumentError;
-        return fail(m_error, ReadError::Kind::Malformed, m_xml.errorString(),
+        return m_error->fail(ReadError::Kind::Malformed, m_xml.errorString(),
             endsEarly ? TextPosition(m_document.utf8).at(m_document.utf8.size()) : parserLocation());
     }
 
@@ -91,8 +82,8 @@ private:
         const QStringRef seen = m_xml.documentEncoding();
         if (seen.compare(QLatin1String(m_document.declaredEncoding), Qt::CaseInsensitive) == 0)
             return true;
-        return fail(m_error, ReadError::Kind::Malformed, QStringLiteral("The encoding declaration is damaged."),
-            parserLocation());
+        return m_error->fail(
+            ReadError::Kind::Malformed, QStringLiteral("The encoding declaration is damaged."), parserLocation());
     }
 
     bool takeStartElement()
@@ -132,8 +123,8 @@ private:
             const QString name = attribute.qualifiedName().toString();
             // The parser checks the names of elements, but not those of attributes.
             if (!isName(name))
-                return fail(
-                    m_error, ReadError::Kind::Malformed, QStringLiteral("Invalid attribute name."), elementLocation());
+                return m_error->fail(
+                    ReadError::Kind::Malformed, QStringLiteral("Invalid attribute name."), elementLocation());
             m_attributes.append({ name, attribute.value().toString() });
         }
         return true;
@@ -144,12 +135,12 @@ private:
         m_ahead = m_scanner.next(&m_tag);
         if (m_ahead != TagScanner::Result::Refused)
             return true;
-        return fail(m_error, m_scanner.problemKind(), m_scanner.problem(), m_scanner.problemLocation());
+        return m_error->fail(m_scanner.problemKind(), m_scanner.problem(), m_scanner.problemLocation());
     }
 
     bool tooMany(const QString &reason, qint64 maximum)
     {
-        return fail(m_error, ReadError::Kind::TooLarge, reason.arg(maximum), elementLocation());
+        return m_error->fail(ReadError::Kind::TooLarge, reason.arg(maximum), elementLocation());
     }
 
     /// The place of the element that the parser has just taken.

@@ -13,24 +13,15 @@ namespace ExtensionFile {
 
 namespace {
 
-bool fail(ReadError *error, ReadError::Kind kind, const QString &reason, const Location &where = {})
-{
-    error->kind = kind;
-    error->reason = reason;
-    error->line = where.line;
-    error->column = where.column;
-    return false;
-}
-
 bool readBytes(const QByteArray &bytes, Sink &sink, ReadError *error, const Limits &limits)
 {
     if (bytes.size() > limits.maximumFileSize)
-        return fail(error, ReadError::Kind::TooLarge,
-            QStringLiteral("The file has more than %1 bytes.").arg(limits.maximumFileSize));
+        return error->fail(
+            ReadError::Kind::TooLarge, QStringLiteral("The file has more than %1 bytes.").arg(limits.maximumFileSize));
     DecodedDocument document;
     DecodeProblem problem;
     if (!decodeDocument(bytes, &document, &problem))
-        return fail(error, ReadError::Kind::Malformed, problem.reason, problem.where);
+        return error->fail(ReadError::Kind::Malformed, problem.reason, problem.where);
     if (!sink.wantsLocations()) {
         if (readQuickly(document, sink, limits))
             return true;
@@ -74,6 +65,15 @@ ReadError::Kind kindOf(RegularFileProblem::Kind kind)
 
 } // namespace
 
+bool ReadError::fail(Kind failure, const QString &why, const Location &where)
+{
+    kind = failure;
+    reason = why;
+    line = where.line;
+    column = where.column;
+    return false;
+}
+
 QString ReadError::toString() const
 {
     QStringList parts;
@@ -91,10 +91,10 @@ bool read(QIODevice &device, Sink &sink, ReadError *error, const Limits &limits)
     ReadError *const report = error ? error : &ignored;
     *report = ReadError();
     if (!device.isReadable())
-        return fail(report, ReadError::Kind::Unreadable, QStringLiteral("The device is not open for reading."));
+        return report->fail(ReadError::Kind::Unreadable, QStringLiteral("The device is not open for reading."));
     QByteArray bytes;
     if (!readDevice(device, limits.maximumFileSize + 1, &bytes))
-        return fail(report, ReadError::Kind::Unreadable, device.errorString());
+        return report->fail(ReadError::Kind::Unreadable, device.errorString());
     return readBytes(bytes, sink, report, limits);
 }
 
@@ -107,7 +107,7 @@ bool readFile(const QString &path, Sink &sink, ReadError *error, const Limits &l
     RegularFileProblem problem;
     const bool opened = readRegularFile(path, limits.maximumFileSize, &bytes, &problem);
     const bool done
-        = opened ? readBytes(bytes, sink, report, limits) : fail(report, kindOf(problem.kind), problem.reason);
+        = opened ? readBytes(bytes, sink, report, limits) : report->fail(kindOf(problem.kind), problem.reason);
     report->path = path;
     if (!done) {
         if (report->kind == ReadError::Kind::Missing)

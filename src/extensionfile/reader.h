@@ -29,6 +29,9 @@ struct ReadError
     qint64 column = 0;
     QString reason;
 
+    /// Fills in everything but the path. Always false, which is what a reader that fails answers.
+    bool fail(Kind failure, const QString &why, const Location &where = {});
+
     /// "path:line:column: reason", without the parts that are not known, in one line.
     [[nodiscard]] QString toString() const;
 };
