@@ -12,10 +12,10 @@ namespace {
 
 /// Reads one decoded document. The scanner is kept one start tag ahead of the parser, so that the parser never meets a
 /// tag or a declaration that it would need too long for.
-class DocumentReader final
+class CarefulReader final
 {
 public:
-    DocumentReader(const DecodedDocument &document, Sink &sink, const Limits &limits, ReadError *error)
+    CarefulReader(const DecodedDocument &document, Sink &sink, const Limits &limits, ReadError *error)
         : m_document(document), m_sink(sink), m_limits(limits), m_error(error), m_scanner(document.utf8, limits)
     {
         // Text handed over as a string is not decoded again by what its declaration says.
@@ -168,7 +168,7 @@ private:
 
 bool readCarefully(const DecodedDocument &document, Sink &sink, const Limits &limits, ReadError *error)
 {
-    return DocumentReader(document, sink, limits, error).run();
+    return CarefulReader(document, sink, limits, error).run();
 }
 
 } // namespace ExtensionFile
