@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <iterator>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -17,6 +20,15 @@ double Statistics::median(std::vector<double> values)
     std::sort(values.begin(), values.end());
     const std::size_t middle = values.size() / 2;
     return values.size() % 2 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+double Statistics::medianRatio(const std::vector<double> &values, const std::vector<double> &baselines)
+{
+    if (values.size() != baselines.size())
+        return nothing;
+    std::vector<double> ratios;
+    std::transform(values.cbegin(), values.cend(), baselines.cbegin(), std::back_inserter(ratios), std::divides<>());
+    return median(std::move(ratios));
 }
 
 double Statistics::percentile(std::vector<double> values, double percent)

@@ -8,6 +8,10 @@ namespace Statistics {
 /// The middle value, or the mean of the two middle ones; NaN of nothing.
 [[nodiscard]] double median(std::vector<double> values);
 
+/// The median of how many times its baseline each value is. The two of a pair were measured one after the other, so
+/// that a machine that is slow for a while is so for both. NaN of nothing, or where one has no counterpart.
+[[nodiscard]] double medianRatio(const std::vector<double> &values, const std::vector<double> &baselines);
+
 /// The smallest value that at least @p percent of all do not exceed, @p percent in 0..100; NaN of nothing.
 [[nodiscard]] double percentile(std::vector<double> values, double percent);
 

@@ -76,6 +76,7 @@ private Q_SLOTS:
     void views();
     void statistics_data();
     void statistics();
+    void ratiosAreOfPairs();
     void report();
 };
 
@@ -200,6 +201,13 @@ void TestBenchFigures::statistics()
     QCOMPARE(Statistics::median(list), median);
     QCOMPARE(Statistics::percentile(list, 95), percentile);
     QCOMPARE(Statistics::largest(list), largest);
+}
+
+void TestBenchFigures::ratiosAreOfPairs()
+{
+    QCOMPARE(Statistics::medianRatio({ 10, 20, 90 }, { 10, 5, 30 }), 3.0);
+    QVERIFY(std::isnan(Statistics::medianRatio({}, {})));
+    QVERIFY(std::isnan(Statistics::medianRatio({ 1, 2 }, { 1 })));
 }
 
 void TestBenchFigures::report()
