@@ -310,6 +310,7 @@ void TestScan::closingWithALargeFileWaiting()
     for (const bool started : { false, true }) {
         auto manager = std::make_unique<SourceDataManager>();
         manager->startScan(product.file(QStringLiteral("large")));
+        QTRY_VERIFY(QThreadPool::globalInstance()->activeThreadCount() > 0);
         QThreadPool::globalInstance()->waitForDone();
         if (started)
             QTRY_VERIFY(manager->availablePointsRoot()->childCount() > 0);
