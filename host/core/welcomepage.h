@@ -14,7 +14,7 @@ class WelcomePage final : public QWidget
     Q_OBJECT
 
 public:
-    /// @p recentFiles must outlive the page, or at least its being shown.
+    /// @p recentFiles has to be there whenever the page comes into sight.
     explicit WelcomePage(const RecentFiles &recentFiles, QWidget *parent = nullptr);
 
     /// Lists the files anew; coming into sight does so, too.

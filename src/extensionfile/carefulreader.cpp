@@ -93,13 +93,14 @@ private:
             return tooMany(QStringLiteral("Elements are nested more than %1 deep."), m_limits.maximumDepth);
         if (m_elements > m_limits.maximumElements)
             return tooMany(QStringLiteral("There are more than %1 elements."), m_limits.maximumElements);
-        if (!collectAttributes())
+        Attributes attributes;
+        if (!collect(&attributes))
             return false;
-        m_sink.startElement(m_xml.qualifiedName().toString(), m_attributes, elementLocation());
+        m_sink.startElement(m_xml.qualifiedName().toString(), attributes, elementLocation());
         return m_places != Places::Exact || scanAhead();
     }
 
-    bool collectAttributes()
+    bool collect(Attributes *attributes)
     {
         const QXmlStreamAttributes found = m_xml.attributes();
         if (found.size() > m_limits.maximumAttributesPerElement)
@@ -108,13 +109,7 @@ private:
         m_attributeCount += found.size();
         if (m_attributeCount > m_limits.maximumAttributes)
             return tooMany(QStringLiteral("There are more than %1 attributes."), m_limits.maximumAttributes);
-        // A sink may have kept the last ones.
-        if (m_attributes.isDetached())
-            m_attributes.clear();
-        else
-            m_attributes = Attributes();
-        m_attributes = Attributes();
-        m_attributes.reserve(found.size());
+        attributes->reserve(found.size());
         for (const QXmlStreamAttribute &attribute : found) {
             m_attributeText += attribute.qualifiedName().size() + attribute.value().size();
             if (m_attributeText > m_limits.maximumAttributeText)
@@ -125,7 +120,7 @@ private:
             if (!isName(name))
                 return m_error->fail(
                     ReadError::Kind::Malformed, QStringLiteral("Invalid attribute name."), elementLocation());
-            m_attributes.append({ name, attribute.value().toString() });
+            attributes->append({ name, attribute.value().toString() });
         }
         return true;
     }
@@ -154,7 +149,6 @@ private:
     ReadError *const m_error;
     TagScanner m_scanner;
     QXmlStreamReader m_xml;
-    Attributes m_attributes;
     TagScanner::Tag m_tag;
     TagScanner::Result m_ahead = TagScanner::Result::End;
     Places m_places = Places::Exact;
