@@ -8,6 +8,13 @@
 #include <chrono>
 #include <utility>
 
+namespace {
+
+constexpr qint64 lostAfter = 10'000'000'000; // nanoseconds
+constexpr std::chrono::microseconds lookInterval(50);
+
+} // namespace
+
 InputSender::InputSender(QWindow *window, std::vector<Stroke> strokes, int interval)
     : m_window(window), m_origin(window->position()), m_strokes(std::move(strokes)), m_interval(interval)
 { }
@@ -34,20 +41,19 @@ void InputSender::finish()
 
 void InputSender::run()
 {
-    const WatchedApplication *application = WatchedApplication::instance();
     const qint64 interval = qint64(m_interval) * 1'000'000;
     qint64 due = WatchedApplication::now();
-    for (int event = 0; !m_stopping; ++event) {
+    int event = 0;
+    // However short the measurement is, one event belongs to it.
+    do {
         std::this_thread::sleep_for(std::chrono::nanoseconds(due - WatchedApplication::now()));
         // That this thread woke late is not what is measured.
         const qint64 sent = WatchedApplication::now();
         const Stroke &stroke = m_strokes[std::size_t(event / 2) % m_strokes.size()];
-        // Returns when the GUI thread has handled it.
         send(stroke, event % 2 == 0, int(sent / 1'000'000));
-        const qint64 handled = application->inputHandledAt();
+        const qint64 handled = waitUntilHandled(sent);
         if (handled < sent) {
-            // The last one may be taken out of the queue by the end of the measurement.
-            m_lost += m_stopping ? 0 : 1;
+            ++m_lost;
         } else {
             m_latencies.push_back(double(handled - sent) / 1e6);
             for (due = sent + interval; due < handled; due += interval)
@@ -55,8 +61,18 @@ void InputSender::run()
         }
         while (due <= sent)
             due += interval;
-    }
+        ++event;
+    } while (!m_stopping);
     m_finished = true;
+}
+
+qint64 InputSender::waitUntilHandled(qint64 sent) const
+{
+    const WatchedApplication *application = WatchedApplication::instance();
+    // Sending returns early when the GUI thread has taken the event out of the queue by itself and is still busy with it.
+    while (application->inputHandledAt() < sent && WatchedApplication::now() - sent < lostAfter)
+        std::this_thread::sleep_for(lookInterval);
+    return application->inputHandledAt();
 }
 
 void InputSender::send(const Stroke &stroke, bool press, int timestamp) const

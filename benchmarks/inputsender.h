@@ -29,7 +29,7 @@ public:
     InputSender &operator=(const InputSender &) = delete;
 
     void start();
-    /// Sends no more and returns when the last event has been handled.
+    /// Sends no more, but for a first event, and returns when the last one has been handled.
     void finish();
 
     /// From the time at which each event was due to the time at which it had been handled, in milliseconds. Only one is
@@ -41,6 +41,7 @@ public:
 
 private:
     void run();
+    qint64 waitUntilHandled(qint64 sent) const;
     void send(const Stroke &stroke, bool press, int timestamp) const;
 
     QWindow *m_window;

@@ -41,7 +41,7 @@ void TestBench::quick()
     const int code = run(
         { QStringLiteral("--quick"), QStringLiteral("--json"), json, QStringLiteral("--directory"), directory.path() },
         &output, &errors);
-    QVERIFY2(code == 0, qPrintable(output + errors));
+    QVERIFY2(code == 0, qPrintable(errors + output));
     QFile file(json);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QJsonArray rows = QJsonDocument::fromJson(file.readAll()).array();
