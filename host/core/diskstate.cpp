@@ -2,8 +2,10 @@
 
 #include "core/filestamp.h"
 
-#include <QCryptographicHash>
 #include <QFile>
+
+#define XXH_INLINE_ALL
+#include <xxhash.h>
 
 #include <cerrno>
 #include <fcntl.h>
@@ -15,6 +17,23 @@ namespace Core {
 namespace {
 
 constexpr qint64 LargestHashed = 64 * 1024 * 1024; // bytes
+constexpr qint64 PieceSize = 64 * 1024;            // bytes
+
+/// Empty when the file can't be read to its end.
+QByteArray hashOf(QFile &file)
+{
+    XXH3_state_t state;
+    XXH3_128bits_reset(&state);
+    QByteArray piece(int(PieceSize), Qt::Uninitialized);
+    qint64 length = 0;
+    while ((length = file.read(piece.data(), piece.size())) > 0)
+        XXH3_128bits_update(&state, piece.constData(), std::size_t(length));
+    if (length < 0)
+        return {};
+    XXH128_canonical_t digest;
+    XXH128_canonicalFromHash(&digest, XXH3_128bits_digest(&state));
+    return QByteArray(reinterpret_cast<const char *>(digest.digest), sizeof digest.digest).toHex();
+}
 
 } // namespace
 
@@ -27,7 +46,7 @@ DiskState DiskState::of(const QString &path)
         return state;
     }
     QFile file;
-    if (!file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+    if (!file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle)) {
         ::close(descriptor);
         state.kind = Unreadable;
         return state;
@@ -43,13 +62,8 @@ DiskState DiskState::of(const QString &path)
         state.hash = QByteArray::number(stamp.size) + '@' + QByteArray::number(stamp.modified);
         return state;
     }
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    if (!hash.addData(&file)) {
-        state.kind = Unreadable;
-        return state;
-    }
-    state.kind = Regular;
-    state.hash = hash.result().toHex();
+    state.hash = hashOf(file);
+    state.kind = state.hash.isEmpty() ? Unreadable : Regular;
     return state;
 }
 

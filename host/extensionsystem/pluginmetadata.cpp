@@ -3,7 +3,8 @@
 #include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QRegularExpression>
+
+#include <algorithm>
 
 namespace ExtensionSystem {
 
@@ -120,17 +121,31 @@ private:
     PluginMetaData::Result m_result;
 };
 
+/// One to nine decimal digits.
+bool readNumber(const QStringRef &text, int *number)
+{
+    const auto isDigit = [](QChar letter) { return letter >= QLatin1Char('0') && letter <= QLatin1Char('9'); };
+    if (text.isEmpty() || text.size() > 9 || !std::all_of(text.cbegin(), text.cend(), isDigit))
+        return false;
+    *number = text.toInt();
+    return true;
+}
+
 } // namespace
 
 std::optional<PluginVersion> PluginVersion::fromString(const QString &text)
 {
-    static const QRegularExpression form(
-        QStringLiteral("\\A([0-9]{1,9})\\.([0-9]{1,9})\\.([0-9]{1,9})(?:_([0-9]{1,9}))?\\z"));
-    const QRegularExpressionMatch match = form.match(text);
-    if (!match.hasMatch())
+    // By hand: the versions of all plug-ins are read before anything is on screen.
+    int numbers[4] = { 0, 0, 0, 0 };
+    const int build = text.indexOf(QLatin1Char('_'));
+    const QVector<QStringRef> parts = text.leftRef(build).split(QLatin1Char('.'));
+    if (parts.size() != 3 || (build >= 0 && !readNumber(text.midRef(build + 1), &numbers[3])))
         return std::nullopt;
-    return PluginVersion { match.captured(1).toInt(), match.captured(2).toInt(), match.captured(3).toInt(),
-        match.captured(4).toInt() };
+    for (int i = 0; i < parts.size(); ++i) {
+        if (!readNumber(parts.at(i), &numbers[i]))
+            return std::nullopt;
+    }
+    return PluginVersion { numbers[0], numbers[1], numbers[2], numbers[3] };
 }
 
 QString PluginVersion::toString() const

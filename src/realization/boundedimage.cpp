@@ -19,9 +19,6 @@ constexpr int maximumElements = 10000;
 constexpr int maximumUses = 12;
 constexpr int maximumDepth = 100;
 
-/// In pixels: the sizes of small icons, once and twice and four times as dense.
-constexpr int drawingSides[] = { 16, 32, 64 };
-
 bool isDrawing(const QByteArray &format)
 {
     return format == "svg";
@@ -66,23 +63,7 @@ QSize shrunk(const QSize &size, int side)
     return size.scaled(side, side, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
 }
 
-/// Reads the picture in @p bytes once more for each size: a drawing is painted anew.
-QVector<QImage> drawn(const QByteArray &bytes, const QSize &size)
-{
-    QVector<QImage> images;
-    for (const int side : drawingSides) {
-        QBuffer buffer;
-        buffer.setData(bytes);
-        QImageReader reader(&buffer, "svg");
-        reader.setScaledSize(shrunk(size, side));
-        const QImage image = reader.read();
-        if (!image.isNull())
-            images.append(image);
-    }
-    return images;
-}
-
-QVector<QImage> decoded(const QByteArray &bytes, QString *problem)
+BoundedImage::Picture decoded(const QByteArray &bytes, int side, QString *problem)
 {
     QBuffer buffer;
     buffer.setData(bytes);
@@ -106,34 +87,54 @@ QVector<QImage> decoded(const QByteArray &bytes, QString *problem)
         *problem = QStringLiteral("A picture of %1x%2 pixels.").arg(size.width()).arg(size.height());
         return {};
     }
+    BoundedImage::Picture picture { {}, drawing ? bytes : QByteArray(), size };
     if (drawing)
-        return drawn(bytes, size);
-    if (qMax(size.width(), size.height()) > BoundedImage::maximumSide)
+        reader.setScaledSize(shrunk(size, side));
+    else if (qMax(size.width(), size.height()) > BoundedImage::maximumSide)
         reader.setScaledSize(shrunk(size, BoundedImage::maximumSide));
-    const QImage image = reader.read();
-    if (image.isNull()) {
+    picture.image = reader.read();
+    if (picture.image.isNull())
         *problem = reader.errorString();
-        return {};
-    }
-    return { image };
+    return picture;
 }
 
 } // namespace
 
-QVector<QImage> BoundedImage::read(const QString &path)
+int BoundedImage::drawingSide(const QSize &size)
+{
+    const int wanted = qMax(size.width(), size.height());
+    const auto *const side = std::lower_bound(std::begin(drawingSides), std::prev(std::end(drawingSides)), wanted);
+    return *side;
+}
+
+QSize BoundedImage::drawnSize(const Picture &picture, int side)
+{
+    return shrunk(picture.size, side);
+}
+
+BoundedImage::Picture BoundedImage::read(const QString &path, int side)
 {
     QByteArray bytes;
     ExtensionFile::RegularFileProblem fileProblem;
     QString problem;
-    QVector<QImage> images;
+    Picture picture;
     if (!ExtensionFile::readRegularFile(path, maximumFileSize, &bytes, &fileProblem))
         problem = fileProblem.reason;
     else if (bytes.size() > maximumFileSize)
         problem = QStringLiteral("Too large.");
     else
-        images = decoded(bytes, &problem);
-    if (images.isEmpty())
+        picture = decoded(bytes, side, &problem);
+    if (picture.image.isNull())
         qCWarning(modelLog).noquote() << ExtensionFile::oneLine(
             QStringLiteral("%1: not shown as an icon: %2").arg(path, problem));
-    return images;
+    return picture;
+}
+
+QImage BoundedImage::drawn(const Picture &picture, int side)
+{
+    QBuffer buffer;
+    buffer.setData(picture.drawing);
+    QImageReader reader(&buffer, "svg");
+    reader.setScaledSize(drawnSize(picture, side));
+    return reader.read();
 }

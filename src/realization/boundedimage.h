@@ -1,8 +1,9 @@
 #pragma once
 
+#include <QByteArray>
 #include <QImage>
+#include <QSize>
 #include <QString>
-#include <QVector>
 
 /// Reads picture files that nobody vouches for: an extension file can name any file of the machine as an icon. Only
 /// regular files are opened, and neither their size nor what they claim to hold can take much memory or time.
@@ -15,8 +16,24 @@ constexpr qint64 maximumPixels = 64 * 1000 * 1000;
 /// In pixels: larger pictures are made smaller, in proportion.
 constexpr int maximumSide = 256;
 
-/// The picture in the file @p path, a plain file name, in the sizes that an icon wants; one size unless it is drawn
-/// from lines. Empty, with the reason logged, when it is no regular file, too large or no picture.
-[[nodiscard]] QVector<QImage> read(const QString &path);
+struct Picture
+{
+    QImage image;       ///< null when there is none
+    QByteArray drawing; ///< of a picture that is drawn from lines: what further sizes of it are drawn from
+    QSize size;         ///< in pixels, as the file has it
+};
+
+/// In pixels: the sizes in which a drawing is wanted, those of small icons, once and twice and four times as dense.
+constexpr int drawingSides[] = { 16, 32, 64 };
+/// The smallest of them that covers @p size.
+[[nodiscard]] int drawingSide(const QSize &size);
+/// What @p picture is drawn as for a side.
+[[nodiscard]] QSize drawnSize(const Picture &picture, int side);
+
+/// The picture in the file @p path, a plain file name; one that is drawn from lines is drawn for @p side. Null, with
+/// the reason logged, when it is no regular file, too large or no picture.
+[[nodiscard]] Picture read(const QString &path, int side);
+/// A picture that is drawn from lines, for another side.
+[[nodiscard]] QImage drawn(const Picture &picture, int side);
 
 } // namespace BoundedImage

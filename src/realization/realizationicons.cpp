@@ -5,14 +5,15 @@
 
 #include <QCache>
 #include <QCoreApplication>
-#include <QDateTime>
 #include <QDir>
-#include <QFileInfo>
+#include <QFile>
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmap>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -53,7 +54,7 @@ public:
 };
 
 /// A picture file that is read when it is first painted or asked for: a product names thousands of icons, most of which
-/// nobody ever looks at.
+/// nobody ever looks at. A drawing is drawn only in the sizes that somebody wants.
 class FileEngine final : public QIconEngine
 {
 public:
@@ -61,28 +62,29 @@ public:
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
     {
-        picture().paint(painter, rect, Qt::AlignCenter, mode, state);
+        const qreal ratio = painter->device()->devicePixelRatioF();
+        icon(rect.size() * ratio).paint(painter, rect, Qt::AlignCenter, mode, state);
     }
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
     {
-        return picture().pixmap(size, mode, state);
+        return icon(size).pixmap(size, mode, state);
     }
     QSize actualSize(const QSize &size, QIcon::Mode mode, QIcon::State state) override
     {
-        return picture().actualSize(size, mode, state);
+        return icon(size).actualSize(size, mode, state);
     }
-    [[nodiscard]] QList<QSize> availableSizes(QIcon::Mode mode, QIcon::State state) const override
-    {
-        return picture().availableSizes(mode, state);
-    }
+    [[nodiscard]] QList<QSize> availableSizes(QIcon::Mode mode, QIcon::State state) const override;
     [[nodiscard]] QIconEngine *clone() const override { return new FileEngine(*this); }
-    [[nodiscard]] QString iconName() const override { return picture().name(); }
+    [[nodiscard]] QString iconName() const override { return icon({}).name(); }
 
 private:
-    [[nodiscard]] const QIcon &picture() const;
+    /// With a picture that fits @p size, in pixels.
+    [[nodiscard]] const QIcon &icon(const QSize &size) const;
+    void read(int side) const;
 
     QString m_path;
-    mutable QIcon m_picture; ///< null until it was read
+    mutable BoundedImage::Picture m_picture;
+    mutable QIcon m_icon; ///< null until the file was read
 };
 
 /// The icons in use so far. Emptied before the application object goes, since pixmaps don't outlive it.
@@ -98,15 +100,15 @@ public:
     Cache(const Cache &) = delete;
     Cache &operator=(const Cache &) = delete;
 
-    QIcon icon(const QFileInfo &file)
+    /// The icon of the regular file @p path as it is now.
+    QIcon icon(const QString &path, const struct stat &file)
     {
-        const QString path = file.filePath();
-        const qint64 time = file.lastModified().toMSecsSinceEpoch();
         const Entry *known = m_entries.object(path);
-        if (known && known->time == time && known->size == file.size())
+        if (known && known->seconds == file.st_mtim.tv_sec && known->nanoseconds == file.st_mtim.tv_nsec
+            && known->size == file.st_size)
             return known->icon;
         const QIcon icon(new FileEngine(path));
-        m_entries.insert(path, new Entry { icon, time, file.size() });
+        m_entries.insert(path, new Entry { icon, file.st_mtim.tv_sec, file.st_mtim.tv_nsec, file.st_size });
         return icon;
     }
 
@@ -121,8 +123,9 @@ private:
     struct Entry
     {
         QIcon icon;
-        qint64 time;
-        qint64 size;
+        qint64 seconds; ///< when it was written, since 1970
+        qint64 nanoseconds;
+        qint64 size; ///< bytes
     };
     static constexpr int maximumKilobytes = 64 * 1024;
 
@@ -132,21 +135,45 @@ private:
     QCache<QString, Entry> m_entries;
 };
 
-const QIcon &FileEngine::picture() const
+const QIcon &FileEngine::icon(const QSize &size) const
 {
-    if (!m_picture.isNull())
-        return m_picture;
-    const QVector<QImage> images = BoundedImage::read(m_path);
-    int kilobytes = 1;
-    for (const QImage &image : images) {
-        m_picture.addPixmap(QPixmap::fromImage(image));
-        kilobytes += int(image.sizeInBytes() / 1024);
+    const int side = BoundedImage::drawingSide(size);
+    if (m_icon.isNull())
+        read(side);
+    else if (!m_picture.drawing.isEmpty()
+        && !m_icon.availableSizes().contains(BoundedImage::drawnSize(m_picture, side)))
+        m_icon.addPixmap(QPixmap::fromImage(BoundedImage::drawn(m_picture, side)));
+    return m_icon;
+}
+
+void FileEngine::read(int side) const
+{
+    m_picture = BoundedImage::read(m_path, side);
+    int bytes = int(m_picture.image.sizeInBytes()) + m_picture.drawing.size();
+    if (m_picture.image.isNull()) {
+        m_picture.drawing.clear();
+        m_icon = QIcon(new Placeholder);
+    } else {
+        m_icon.addPixmap(QPixmap::fromImage(m_picture.image));
+        m_picture.image = QImage();
     }
-    if (images.isEmpty())
-        m_picture = QIcon(new Placeholder);
+    if (!m_picture.drawing.isEmpty()) {
+        for (const int further : BoundedImage::drawingSides)
+            bytes += further * further * int(sizeof(QRgb));
+    }
     // What follows may end the cache's hold on this icon, but not that of whoever asks.
-    Cache::instance().charge(m_path, kilobytes);
-    return m_picture;
+    Cache::instance().charge(m_path, 1 + bytes / 1024);
+}
+
+QList<QSize> FileEngine::availableSizes(QIcon::Mode mode, QIcon::State state) const
+{
+    const QIcon &known = icon({});
+    if (m_picture.drawing.isEmpty())
+        return known.availableSizes(mode, state);
+    QList<QSize> sizes;
+    for (const int side : BoundedImage::drawingSides)
+        sizes.append(BoundedImage::drawnSize(m_picture, side));
+    return sizes;
 }
 
 /// Made absolute by hand: ":/" and the prefixes of search paths mean something else to Qt's file classes.
@@ -155,11 +182,19 @@ QString plainName(const QString &path)
     return path.startsWith(QLatin1Char('/')) ? path : QDir::currentPath() + QLatin1Char('/') + path;
 }
 
+/// Many are looked for at once, thousands in a large product; QFileInfo would ask for each file several times over, and
+/// for the time zone.
+bool isFile(const QString &path, struct stat *data)
+{
+    return ::stat(QFile::encodeName(path).constData(), data) == 0 && S_ISREG(data->st_mode);
+}
+
 } // namespace
 
 QString RealizationIcons::path(const QString &value, const QString &basePath)
 {
-    if (value.isEmpty() || QFileInfo(plainName(value)).isFile())
+    struct stat data = {};
+    if (value.isEmpty() || isFile(plainName(value), &data))
         return value;
     return basePath + value;
 }
@@ -173,9 +208,10 @@ QIcon RealizationIcons::fromFile(const QString &path)
 {
     if (path.isEmpty())
         return {};
-    const QFileInfo file(plainName(path));
+    const QString name = plainName(path);
+    struct stat file = {};
     // Looked at first: what is missing is asked for again and again, and may come.
-    return file.isFile() ? Cache::instance().icon(file) : QIcon(new Placeholder);
+    return isFile(name, &file) ? Cache::instance().icon(name, file) : QIcon(new Placeholder);
 }
 
 QIcon RealizationIcons::of(PointTreeWidgetItem *node)
