@@ -7,9 +7,10 @@
 #include "core/quitsignals.h"
 #include "core/recoverystore.h"
 #include "core/startupjob.h"
+#include "core/workbenchstyle.h"
 #include "extensionsystem/pluginmanager.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QProcess>
 #include <QSettings>
 #include <QTimer>
@@ -29,6 +30,8 @@ bool CorePlugin::initialize(const QStringList &arguments, QString *errorString)
     }
     if (m_commandLine.dark)
         useDarkPalette();
+    else
+        QApplication::setStyle(new WorkbenchStyle);
     if (m_commandLine.isJob()) {
         // Such a run neither shows what an earlier one left behind nor leaves anything behind itself.
         m_jobSettingsDirectory = std::make_unique<QTemporaryDir>();

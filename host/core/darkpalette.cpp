@@ -1,5 +1,7 @@
 #include "core/darkpalette.h"
 
+#include "core/workbenchstyle.h"
+
 #include <QApplication>
 #include <QPalette>
 #include <QStyleFactory>
@@ -34,7 +36,7 @@ void useDarkPalette()
         palette.setColor(QPalette::Disabled, role, faint);
     palette.setColor(QPalette::Disabled, QPalette::Highlight, window.lighter(150));
 
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new WorkbenchStyle(QStyleFactory::create(QStringLiteral("Fusion"))));
     QApplication::setPalette(palette);
 }
 

@@ -2,9 +2,11 @@
 
 #include <QEvent>
 #include <QIcon>
+#include <QPixmap>
 #include <QStyleOption>
 #include <QStylePainter>
 #include <QTabWidget>
+#include <QTimer>
 #include <QToolButton>
 
 namespace {
@@ -83,12 +85,23 @@ void FormatTabBar::paintEvent(QPaintEvent *)
         paintTear(painter, cutLeft, true);
     if (cutRight >= 0)
         paintTear(painter, cutRight, false);
+    if (!m_showsIcons) {
+        QTimer::singleShot(0, this, [this] {
+            m_showsIcons = true;
+            update();
+        });
+    }
 }
 
 void FormatTabBar::paintTab(QStylePainter &painter, int index)
 {
     QStyleOptionTab option;
     initStyleOption(&option, index);
+    if (!m_showsIcons && !option.icon.isNull()) {
+        QPixmap blank(option.iconSize);
+        blank.fill(Qt::transparent);
+        option.icon = QIcon(blank);
+    }
     painter.drawControl(QStyle::CE_TabBarTab, option);
 }
 

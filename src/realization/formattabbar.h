@@ -11,7 +11,8 @@ class QTabWidget;
 
 /// A tab bar for the thousands of formats of a large product. A plain one measures the text of every tab whenever it
 /// lays itself out, which it does for each tab that comes or goes, and whenever it paints; this one measures a text
-/// once and paints what is in sight. It looks just the same. Tabs stand in a row and can't be moved. GUI thread.
+/// once and paints what is in sight. It looks just the same, but for its first picture: reading icons would keep the
+/// user from seeing the window, so they follow in the next one. Tabs stand in a row and can't be moved. GUI thread.
 class FormatTabBar final : public QTabBar
 {
     Q_OBJECT
@@ -45,4 +46,5 @@ private:
 
     mutable QHash<Look, QSize> m_sizes;   ///< until the font or the style changes
     mutable QVector<Measured> m_measured; ///< of each tab, by index; the same until then
+    bool m_showsIcons = false;            ///< since the first picture
 };

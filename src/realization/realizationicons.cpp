@@ -71,7 +71,8 @@ public:
     }
     QSize actualSize(const QSize &size, QIcon::Mode mode, QIcon::State state) override
     {
-        return icon(size).actualSize(size, mode, state);
+        // Layouts ask for every icon, seen or not, and give it all the room that it may want.
+        return m_icon.isNull() ? size : m_icon.actualSize(size, mode, state);
     }
     [[nodiscard]] QList<QSize> availableSizes(QIcon::Mode mode, QIcon::State state) const override;
     [[nodiscard]] QIconEngine *clone() const override { return new FileEngine(*this); }

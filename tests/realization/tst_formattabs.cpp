@@ -3,6 +3,8 @@
 
 #include "model/pointtreewidgetitem.h"
 
+#include <QEvent>
+#include <QIconEngine>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
@@ -56,6 +58,40 @@ private:
     std::vector<std::unique_ptr<PointTreeWidgetItem>> m_roots;
 };
 
+/// Counts how often it is drawn.
+class DrawnIcon final : public QIconEngine
+{
+public:
+    void paint(QPainter *, const QRect &, QIcon::Mode, QIcon::State) override { ++drawn; }
+    QPixmap pixmap(const QSize &size, QIcon::Mode, QIcon::State) override
+    {
+        ++drawn;
+        return QPixmap(size);
+    }
+    [[nodiscard]] QIconEngine *clone() const override { return new DrawnIcon(*this); }
+
+    int drawn = 0;
+};
+
+/// Notes at the beginning of each picture of a widget how often an icon was drawn before.
+class Pictures final : public QObject
+{
+public:
+    Pictures(QWidget &widget, const DrawnIcon &icon) : m_icon(icon) { widget.installEventFilter(this); }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            drawnBefore.append(m_icon.drawn);
+        return false;
+    }
+
+    QVector<int> drawnBefore;
+
+private:
+    const DrawnIcon &m_icon;
+};
+
 } // namespace
 
 /// Tabs that come one by one or, while a product is being read, many at a time.
@@ -72,6 +108,7 @@ private slots:
     void thousandsComeInPortions();
     void looksLikeAPlainOne_data();
     void looksLikeAPlainOne();
+    void iconsFollowTheFirstPicture();
 };
 
 void TestFormatTabs::sameTabs_data()
@@ -127,8 +164,7 @@ void TestFormatTabs::comesInWhenAskedFor()
     tabs.formats.remove(s("c"));
     tabs.formats.addFormatRoot(tabs.root("c"));
     tabs.formats.setBatching(false);
-    QCOMPARE(tabs.shown(),
-        (QStringList { s("a: a"), s("x: b"), s("d: Desk"), s("e: e"), s("b: b"), s("c: c") }));
+    QCOMPARE(tabs.shown(), (QStringList { s("a: a"), s("x: b"), s("d: Desk"), s("e: e"), s("b: b"), s("c: c") }));
     QCOMPARE(tabs.formats.currentName(), s("d"));
 }
 
@@ -234,6 +270,20 @@ void TestFormatTabs::looksLikeAPlainOne()
     plain.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&plain));
     QCOMPARE(ours.grab().toImage(), expected);
+}
+
+void TestFormatTabs::iconsFollowTheFirstPicture()
+{
+    QTabWidget tabs;
+    FormatTabBar::putInto(&tabs);
+    auto *icon = new DrawnIcon;
+    tabs.addTab(new QWidget, QIcon(icon), s("Tab"));
+    Pictures pictures(*tabs.tabBar(), *icon);
+    tabs.show();
+    QTRY_VERIFY(icon->drawn > 0);
+    // None by the end of the first picture, which is when the second begins.
+    QVERIFY(pictures.drawnBefore.size() >= 2);
+    QCOMPARE(pictures.drawnBefore.mid(0, 2), QVector<int>({ 0, 0 }));
 }
 
 QTEST_MAIN(TestFormatTabs)

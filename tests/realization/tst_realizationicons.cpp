@@ -167,6 +167,8 @@ void TestRealizationIcons::files()
     for (const QSize &size : sizes)
         found = found.expandedTo(size);
     QCOMPARE(found.isEmpty() ? QSize() : found, largest);
+    for (const QSize &size : sizes)
+        QCOMPARE(icon.pixmap(size).size(), size);
 }
 
 void TestRealizationIcons::pipe()

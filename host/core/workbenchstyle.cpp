@@ -1,0 +1,101 @@
+#include "core/workbenchstyle.h"
+
+#include <QGroupBox>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPointer>
+#include <QStyleOption>
+
+namespace Core {
+
+namespace {
+
+constexpr int GroupMargin = 3; // pixels above the frame, as Fusion has it
+constexpr qreal FrameRadius = 2.5;
+constexpr int FrameAlpha = 44;
+constexpr int GroundAlpha = 8;
+
+/// An icon of a style that is made when it is asked for anything.
+class LaterIcon final : public QIconEngine
+{
+public:
+    LaterIcon(const QProxyStyle *style, QStyle::StandardPixmap which) : m_style(style), m_which(which) { }
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
+    {
+        icon().paint(painter, rect, Qt::AlignCenter, mode, state);
+    }
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return icon().pixmap(size, mode, state);
+    }
+    QSize actualSize(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return icon().actualSize(size, mode, state);
+    }
+    [[nodiscard]] QList<QSize> availableSizes(QIcon::Mode mode, QIcon::State state) const override
+    {
+        return icon().availableSizes(mode, state);
+    }
+    [[nodiscard]] QString iconName() const override { return icon().name(); }
+    [[nodiscard]] QIconEngine *clone() const override { return new LaterIcon(*this); }
+
+private:
+    [[nodiscard]] const QIcon &icon() const
+    {
+        if (m_icon.isNull() && m_style)
+            m_icon = m_style->baseStyle()->standardIcon(m_which);
+        return m_icon;
+    }
+
+    QPointer<const QProxyStyle> m_style;
+    QStyle::StandardPixmap m_which;
+    mutable QIcon m_icon;
+};
+
+/// The ground of a group box begins below its title, as Fusion has it.
+QRect frameOf(const QStyle &style, const QStyleOption &option, const QWidget *widget)
+{
+    const auto *group = qobject_cast<const QGroupBox *>(widget);
+    int top = GroupMargin;
+    if (!group || group->isCheckable() || !group->title().isEmpty())
+        top += qMax(style.pixelMetric(QStyle::PM_ExclusiveIndicatorHeight), option.fontMetrics.height());
+    return option.rect.adjusted(0, top, 0, 0);
+}
+
+} // namespace
+
+WorkbenchStyle::WorkbenchStyle(QStyle *base)
+    : QProxyStyle(base),
+      m_isFusion(baseStyle()->objectName().compare(QLatin1String("fusion"), Qt::CaseInsensitive) == 0)
+{ }
+
+void WorkbenchStyle::drawPrimitive(
+    PrimitiveElement element, const QStyleOption *option, QPainter *painter, const QWidget *widget) const
+{
+    if (element != PE_FrameGroupBox || !m_isFusion) {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        return;
+    }
+    QColor frame = option->palette.color(QPalette::WindowText);
+    QColor ground = frame;
+    frame.setAlpha(FrameAlpha);
+    ground.setAlpha(GroundAlpha);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(frame);
+    painter->setBrush(ground);
+    painter->drawRoundedRect(
+        QRectF(frameOf(*this, *option, widget)).adjusted(0.5, 0.5, -0.5, -0.5), FrameRadius, FrameRadius);
+    painter->restore();
+}
+
+QIcon WorkbenchStyle::standardIcon(StandardPixmap standardIcon, const QStyleOption *option, const QWidget *widget) const
+{
+    // In every menu bar and in every field that can be cleared; seen in few.
+    if (standardIcon == SP_ToolBarHorizontalExtensionButton || standardIcon == SP_LineEditClearButton)
+        return QIcon(new LaterIcon(this, standardIcon));
+    return QProxyStyle::standardIcon(standardIcon, option, widget);
+}
+
+} // namespace Core

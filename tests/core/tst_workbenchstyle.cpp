@@ -1,0 +1,111 @@
+#include "core/workbenchstyle.h"
+
+#include <QGroupBox>
+#include <QImage>
+#include <QStyleFactory>
+#include <QtTest>
+
+#include <memory>
+
+using Core::WorkbenchStyle;
+
+namespace {
+
+QString s(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
+/// The first and the last line of @p image, along its middle column, that is not plain ground.
+QPair<int, int> frameLines(const QImage &image)
+{
+    const int x = image.width() / 2;
+    const auto isLine = [&](int y) {
+        const int below = y + 1 < image.height() ? y + 1 : y - 1;
+        return qAbs(qGray(image.pixel(x, y)) - qGray(image.pixel(x, below))) > 3;
+    };
+    int first = 0;
+    while (first < image.height() && !isLine(first))
+        ++first;
+    int last = image.height() - 1;
+    while (last > first && !isLine(last))
+        --last;
+    return { first, last };
+}
+
+} // namespace
+
+class TestWorkbenchStyle : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void groupBoxes_data();
+    void groupBoxes();
+    void icons_data();
+    void icons();
+};
+
+void TestWorkbenchStyle::groupBoxes_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<bool>("checkable");
+    QTest::newRow("no title") << QString() << false;
+    // Left of the middle, where the frame is looked for.
+    QTest::newRow("title") << s("T") << false;
+    QTest::newRow("checkable") << QString() << true;
+}
+
+void TestWorkbenchStyle::groupBoxes()
+{
+    QFETCH(QString, title);
+    QFETCH(bool, checkable);
+    const std::unique_ptr<QStyle> plain(QStyleFactory::create(s("Fusion")));
+    WorkbenchStyle ours(QStyleFactory::create(s("Fusion")));
+    QVector<QPair<int, int>> lines;
+    for (QStyle *style : { plain.get(), static_cast<QStyle *>(&ours) }) {
+        QGroupBox box(title);
+        box.setCheckable(checkable);
+        box.setStyle(style);
+        box.resize(200, 120);
+        QPalette palette;
+        palette.setColor(QPalette::Window, Qt::white);
+        box.setPalette(palette);
+        QImage image(box.size(), QImage::Format_RGB32);
+        image.fill(Qt::white);
+        box.render(&image, {}, {}, QWidget::DrawChildren);
+        lines.append(frameLines(image));
+    }
+    QVERIFY2(qAbs(lines[0].first - lines[1].first) <= 1 && qAbs(lines[0].second - lines[1].second) <= 1,
+        qPrintable(
+            s("%1-%2, %3-%4").arg(lines[0].first).arg(lines[0].second).arg(lines[1].first).arg(lines[1].second)));
+    QVERIFY(lines[1].second - lines[1].first > 80);
+}
+
+void TestWorkbenchStyle::icons_data()
+{
+    QTest::addColumn<int>("which");
+    QTest::newRow("end of a menu bar") << int(QStyle::SP_ToolBarHorizontalExtensionButton);
+    QTest::newRow("clear button") << int(QStyle::SP_LineEditClearButton);
+    QTest::newRow("any other") << int(QStyle::SP_DialogSaveButton);
+}
+
+void TestWorkbenchStyle::icons()
+{
+    QFETCH(int, which);
+    const auto icon = QStyle::StandardPixmap(which);
+    auto ours = std::make_unique<WorkbenchStyle>(QStyleFactory::create(s("Fusion")));
+    const QIcon expected = ours->baseStyle()->standardIcon(icon);
+    const QIcon found = ours->standardIcon(icon);
+    const QIcon late = ours->standardIcon(icon);
+    QVERIFY(!expected.isNull());
+    QCOMPARE(found.availableSizes(), expected.availableSizes());
+    QCOMPARE(found.actualSize({ 16, 16 }), expected.actualSize({ 16, 16 }));
+    QCOMPARE(found.pixmap(16).toImage(), expected.pixmap(16).toImage());
+    // Whoever still has the icon of a style that is gone gets nothing, but no fault.
+    ours.reset();
+    (void)late.pixmap(16);
+}
+
+QTEST_MAIN(TestWorkbenchStyle)
+#include "tst_workbenchstyle.moc"
