@@ -1,6 +1,8 @@
 #include "core/workbenchstyle.h"
 
+#include <QAbstractItemModel>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPointer>
@@ -96,6 +98,19 @@ QIcon WorkbenchStyle::standardIcon(StandardPixmap standardIcon, const QStyleOpti
     if (standardIcon == SP_ToolBarHorizontalExtensionButton || standardIcon == SP_LineEditClearButton)
         return QIcon(new LaterIcon(this, standardIcon));
     return QProxyStyle::standardIcon(standardIcon, option, widget);
+}
+
+QSize WorkbenchStyle::sizeFromContents(
+    ContentsType type, const QStyleOption *option, const QSize &size, const QWidget *widget) const
+{
+    const auto *header = type == CT_HeaderSection ? qobject_cast<const QHeaderView *>(widget) : nullptr;
+    const auto *section = qstyleoption_cast<const QStyleOptionHeader *>(option);
+    if (!header || !section || header->highlightSections() || !header->model()
+        || header->model()->headerData(section->section, header->orientation(), Qt::FontRole).isValid())
+        return QProxyStyle::sizeFromContents(type, option, size, widget);
+    QStyleOptionHeader asShown(*section);
+    asShown.fontMetrics = header->fontMetrics();
+    return QProxyStyle::sizeFromContents(type, &asShown, size, widget);
 }
 
 } // namespace Core

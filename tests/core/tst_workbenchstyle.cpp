@@ -1,8 +1,10 @@
 #include "core/workbenchstyle.h"
 
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QImage>
 #include <QStyleFactory>
+#include <QTableWidget>
 #include <QtTest>
 
 #include <memory>
@@ -33,6 +35,16 @@ QPair<int, int> frameLines(const QImage &image)
     return { first, last };
 }
 
+/// What its contents ask for, which only a header itself is told.
+QSize sizeOf(const QHeaderView &header)
+{
+    struct Opened : QHeaderView
+    {
+        using QHeaderView::sectionSizeFromContents;
+    };
+    return (header.*&Opened::sectionSizeFromContents)(0);
+}
+
 } // namespace
 
 class TestWorkbenchStyle : public QObject
@@ -42,6 +54,8 @@ class TestWorkbenchStyle : public QObject
 private slots:
     void groupBoxes_data();
     void groupBoxes();
+    void headers_data();
+    void headers();
     void icons_data();
     void icons();
 };
@@ -80,6 +94,43 @@ void TestWorkbenchStyle::groupBoxes()
         qPrintable(
             s("%1-%2, %3-%4").arg(lines[0].first).arg(lines[0].second).arg(lines[1].first).arg(lines[1].second)));
     QVERIFY(lines[1].second - lines[1].first > 80);
+}
+
+void TestWorkbenchStyle::headers_data()
+{
+    QTest::addColumn<bool>("highlights");
+    QTest::addColumn<bool>("ownFont");
+    QTest::addColumn<bool>("roomForBold");
+    QTest::newRow("never bold") << false << false << false;
+    QTest::newRow("bold where selected") << true << false << true;
+    QTest::newRow("a section with a font of its own") << false << true << true;
+}
+
+void TestWorkbenchStyle::headers()
+{
+    QFETCH(bool, highlights);
+    QFETCH(bool, ownFont);
+    QFETCH(bool, roomForBold);
+    const QString label = s("A label wide enough to tell");
+    QTableWidget table(0, 1);
+    table.setHorizontalHeaderLabels({ label });
+    QHeaderView &header = *table.horizontalHeader();
+    header.setHighlightSections(highlights);
+    if (ownFont)
+        table.horizontalHeaderItem(0)->setFont(header.font());
+    const std::unique_ptr<QStyle> plain(QStyleFactory::create(s("Fusion")));
+    WorkbenchStyle ours(QStyleFactory::create(s("Fusion")));
+    header.setStyle(plain.get());
+    const QSize before = sizeOf(header);
+    header.setStyle(&ours);
+    const QSize after = sizeOf(header);
+    QCOMPARE(after.height(), before.height());
+    QFont bold = header.font();
+    bold.setBold(true);
+    const int difference = QFontMetrics(bold).horizontalAdvance(label) - header.fontMetrics().horizontalAdvance(label);
+    QVERIFY(difference > 0);
+    QCOMPARE(before.width() - after.width(), roomForBold ? 0 : difference);
+    header.setStyle(nullptr);
 }
 
 void TestWorkbenchStyle::icons_data()
