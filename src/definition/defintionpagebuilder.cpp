@@ -12,6 +12,7 @@
 #include "treemenu.h"
 
 #include <QCursor>
+#include <QEvent>
 #include <QMenu>
 #include <QShortcut>
 #include <QToolButton>
@@ -169,7 +170,21 @@ void DefintionPageBuilder::showLoaded()
         return;
     // The tree was filled before there was anything to expand or to select.
     m_ui->defintionTree->expandAll();
-    m_ui->defintionTree->setCurrentItem(m_ui->defintionTree->topLevelItem(0));
+    if (m_ui->defintionTree->isVisible())
+        m_ui->defintionTree->setCurrentItem(m_ui->defintionTree->topLevelItem(0));
+    else
+        m_ui->defintionTree->installEventFilter(this);
+}
+
+bool DefintionPageBuilder::eventFilter(QObject *watched, QEvent *event)
+{
+    // Filling the sheets of a page that nobody sees would only keep the one in sight from appearing.
+    if (event->type() == QEvent::Show && m_ui && watched == m_ui->defintionTree) {
+        watched->removeEventFilter(this);
+        if (!m_ui->defintionTree->currentItem())
+            m_ui->defintionTree->setCurrentItem(m_ui->defintionTree->topLevelItem(0));
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 void DefintionPageBuilder::onDefineTreeMenu(const QPoint &pos)

@@ -40,7 +40,7 @@ public:
     void refreshAttributeTypes();
     [[nodiscard]] const QStringList &attributeTypes() const { return m_attributeTypes; }
 
-    /// Expands the tree and selects the plug-in, so that the page says what it is about.
+    /// Expands the tree and selects the plug-in, so that the page says what it is about; the latter once it is seen.
     void showLoaded();
 
 Q_SIGNALS:
@@ -63,6 +63,9 @@ public Q_SLOTS:
     /// "Create Point" and "Create Sub Point"; told apart by the sender's text.
     void onCreatPoint();
     void onDefineTreeMenu(const QPoint &pos);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     /// What the attribute sheet shows; its number is part of the page's behaviour.

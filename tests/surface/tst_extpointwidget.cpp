@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QGroupBox>
 #include <QLayout>
+#include <QLineEdit>
 #include <QMetaMethod>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -78,6 +79,8 @@ private Q_SLOTS:
     void texts();
     void sizesAndStates();
     void metaObjects();
+    void selectsWhenSeen_data();
+    void selectsWhenSeen();
     void modifiedIsForwarded();
     void emptyModelLeavesTheTreesEmpty();
     void treesShowTheModel();
@@ -274,6 +277,47 @@ void TestExtPointWidget::widgetMayDieAfterTheModel()
     manager.reset();
     QCOMPARE(tree->topLevelItemCount(), 0);
     widget.defintionPageBuilder()->onBasicInfoDataChange(s("name"), s("late"));
+}
+
+void TestExtPointWidget::selectsWhenSeen_data()
+{
+    QTest::addColumn<bool>("seenAtOnce");
+    QTest::addColumn<bool>("selectedBefore");
+    QTest::newRow("the page in sight") << true << false;
+    QTest::newRow("the other page") << false << false;
+    QTest::newRow("the other page, where something was selected meanwhile") << false << true;
+}
+
+void TestExtPointWidget::selectsWhenSeen()
+{
+    QFETCH(bool, seenAtOnce);
+    QFETCH(bool, selectedBefore);
+    Editor editor;
+    QVERIFY(editor.open(sample));
+    auto *pages = editor.find<QTabWidget>("tabWidget");
+    auto *tree = editor.find<QTreeWidget>("defintionTree");
+    const auto *sheet = editor.find<GroupPropertyBrowser>("basicInfo");
+    if (seenAtOnce)
+        pages->setCurrentIndex(0);
+    editor.widget->show();
+    QCOMPARE(tree->currentItem() != nullptr, seenAtOnce);
+    QTreeWidgetItem *expected = tree->topLevelItem(0);
+    if (selectedBefore) {
+        expected = expected->child(1);
+        tree->setCurrentItem(expected);
+    }
+    pages->setCurrentIndex(0);
+    QCOMPARE(tree->currentItem(), expected);
+    const QWidget *editorOfName = sheet->editorFor(s("name"));
+    QVERIFY(editorOfName);
+    const auto *name = editorOfName->findChild<QLineEdit *>();
+    QVERIFY(name);
+    QCOMPARE(name->text(), PointTreeWidgetItem::fromRow(expected)->property(s("name")).toString());
+    // Only the first time: what a person has left is left.
+    tree->setCurrentItem(nullptr);
+    pages->setCurrentIndex(1);
+    pages->setCurrentIndex(0);
+    QVERIFY(!tree->currentItem());
 }
 
 void TestExtPointWidget::definePropagates()
