@@ -13,7 +13,6 @@ namespace Core {
 namespace {
 
 constexpr int GroupMargin = 3; // pixels above the frame, as Fusion has it
-constexpr qreal FrameRadius = 2.5;
 constexpr int FrameAlpha = 44;
 constexpr int GroundAlpha = 8;
 
@@ -83,13 +82,14 @@ void WorkbenchStyle::drawPrimitive(
     QColor ground = frame;
     frame.setAlpha(FrameAlpha);
     ground.setAlpha(GroundAlpha);
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(frame);
-    painter->setBrush(ground);
-    painter->drawRoundedRect(
-        QRectF(frameOf(*this, *option, widget)).adjusted(0.5, 0.5, -0.5, -0.5), FrameRadius, FrameRadius);
-    painter->restore();
+    const QRect box = frameOf(*this, *option, widget);
+    const QRect inner = box.adjusted(1, 1, -1, -1);
+    painter->fillRect(inner, ground);
+    // Without the corners, which look round so.
+    painter->fillRect(inner.left(), box.top(), inner.width(), 1, frame);
+    painter->fillRect(inner.left(), box.bottom(), inner.width(), 1, frame);
+    painter->fillRect(box.left(), inner.top(), 1, inner.height(), frame);
+    painter->fillRect(box.right(), inner.top(), 1, inner.height(), frame);
 }
 
 QIcon WorkbenchStyle::standardIcon(StandardPixmap standardIcon, const QStyleOption *option, const QWidget *widget) const

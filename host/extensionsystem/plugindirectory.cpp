@@ -75,9 +75,12 @@ QVector<PluginInfo> readPluginDirectories(const QStringList &directories)
 {
     QVector<PluginInfo> result;
     for (const QString &directory : directories) {
-        const QFileInfoList files = QDir(directory).entryInfoList({ QStringLiteral("*.so") }, QDir::Files, QDir::Name);
-        for (const QFileInfo &file : files) {
-            const QString path = file.absoluteFilePath();
+        const QStringList files = QDir(directory).entryList(QDir::Files, QDir::Name);
+        for (const QString &file : files) {
+            // Not by a name filter, which is a regular expression to Qt.
+            if (!file.endsWith(QLatin1String(".so"), Qt::CaseInsensitive))
+                continue;
+            const QString path = directory + QLatin1Char('/') + file;
             const SharedObjectFile object = SharedObjectFile::inspect(path);
             if (object.kind == SharedObjectFile::Damaged)
                 result.append(invalid(path, object.reason));

@@ -166,8 +166,10 @@ private:
         glob.caseSensitive = sensitivity == QLatin1String("true");
         if (!glob.caseSensitive && !sensitivity.isEmpty() && sensitivity != QLatin1String("false"))
             fail(QStringLiteral("\"case-sensitive\" is neither \"true\" nor \"false\""));
-        static const QRegularExpression wildcard(QStringLiteral("[*?\\[]"));
-        if (glob.pattern.contains(wildcard)) {
+        const auto isWildcard = [](QChar letter) {
+            return letter == QLatin1Char('*') || letter == QLatin1Char('?') || letter == QLatin1Char('[');
+        };
+        if (std::any_of(glob.pattern.cbegin(), glob.pattern.cend(), isWildcard)) {
             glob.wildcards = QRegularExpression(QRegularExpression::wildcardToRegularExpression(glob.pattern),
                 glob.caseSensitive ? QRegularExpression::NoPatternOption : QRegularExpression::CaseInsensitiveOption);
             if (!glob.wildcards.isValid())

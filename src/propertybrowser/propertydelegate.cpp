@@ -15,20 +15,22 @@ namespace {
 
 constexpr int ArrowSize = 9;
 
-} // namespace
-
-void PropertyDelegate::measure(const QWidget *view)
+/// Of a row that any of the common editors fits into.
+int rowHeight(const QFont &font)
 {
     QLineEdit line;
     QComboBox box;
     QSpinBox number;
-    m_rowHeight = 0;
+    int height = 0;
     for (QWidget *editor :
         { static_cast<QWidget *>(&line), static_cast<QWidget *>(&box), static_cast<QWidget *>(&number) }) {
-        editor->setFont(view->font());
-        m_rowHeight = qMax(m_rowHeight, editor->sizeHint().height());
+        editor->setFont(font);
+        height = qMax(height, editor->sizeHint().height());
     }
+    return height;
 }
+
+} // namespace
 
 void PropertyDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
@@ -81,6 +83,9 @@ void PropertyDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
 QSize PropertyDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     const QSize size = QStyledItemDelegate::sizeHint(option, index);
+    if (m_rowHeight == 0) {
+        m_rowHeight = rowHeight(option.widget->font());
+    }
     return { size.width(), qMax(option.fontMetrics.height() + 2, m_rowHeight) };
 }
 

@@ -17,8 +17,8 @@ public:
 
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    /// To be called again when the font or the style changes.
-    void measure(const QWidget *view);
+    /// To be called when the font or the style of the view changes.
+    void forgetRowHeight() { m_rowHeight = 0; }
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
@@ -28,5 +28,5 @@ public:
         const QModelIndex &index) override;
 
 private:
-    int m_rowHeight = 0;
+    mutable int m_rowHeight = 0; ///< measured for the first row: making an editor of each kind takes a while
 };

@@ -54,9 +54,7 @@ QString firstLine(const QString &text)
 
 PropertyTree::PropertyTree(QWidget *parent) : QTreeWidget(parent)
 {
-    auto *delegate = new PropertyDelegate(this);
-    delegate->measure(this);
-    setItemDelegate(delegate);
+    setItemDelegate(new PropertyDelegate(this));
     setColumnCount(ColumnCount);
     setHeaderLabels({ tr("Property"), tr("Value") });
     setAccessibleName(tr("Properties"));
@@ -310,7 +308,7 @@ void PropertyTree::changeEvent(QEvent *event)
     const QEvent::Type type = event->type();
     if (type == QEvent::FontChange || type == QEvent::StyleChange) {
         if (auto *delegate = qobject_cast<PropertyDelegate *>(itemDelegate())) {
-            delegate->measure(this);
+            delegate->forgetRowHeight();
             scheduleDelayedItemsLayout();
         }
     }
