@@ -28,6 +28,14 @@ PointTreeWidgetItem *sourceOf(PointTreeWidgetItem *row)
     return row && row->link() != row ? row->link()->item() : nullptr;
 }
 
+/// Expands all rows that have children. QTreeView::expandAll() takes note of each of the others, too, which is a third
+/// of the time that a large format needs to appear; see FormatTree::expandGrown().
+void expandBranches(QTreeWidget *tree)
+{
+    for (QTreeWidgetItemIterator it(tree, QTreeWidgetItemIterator::HasChildren); *it; ++it)
+        (*it)->setExpanded(true);
+}
+
 /// What a person has done to the rows, by what they show; the root is the root, whoever's it is.
 class ViewState final
 {
@@ -47,7 +55,7 @@ public:
 
     void restore() const
     {
-        m_tree->expandAll();
+        expandBranches(m_tree);
         QTreeWidgetItem *current = nullptr;
         for (QTreeWidgetItemIterator it(m_tree); *it; ++it) {
             const PointTreeWidgetItem *key = keyOf(*it);
@@ -92,6 +100,7 @@ FormatTree::FormatTree(QObject *parent)
     m_tree->header()->setResizeContentsPrecision(rowsMeasured);
     m_tree->setItemDelegate(new EntryDelegate(m_tree));
     m_tree->installEventFilter(this);
+    connect(m_tree->model(), &QAbstractItemModel::rowsInserted, this, &FormatTree::expandGrown);
     m_hint->setObjectName(QStringLiteral("formatHint"));
     m_hint->setText(tr("Select a point that has formats to see this format."));
     m_hint->setAlignment(Qt::AlignCenter);
@@ -153,7 +162,7 @@ void FormatTree::show(const QString &name)
     fill();
     if (!m_tree)
         return;
-    m_tree->expandAll();
+    expandBranches(m_tree);
     m_fitted = m_tree->isVisible();
     if (m_fitted)
         fitColumns();
@@ -165,6 +174,12 @@ bool FormatTree::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::Show && watched == m_tree)
         fitWhenFirstSeen();
     return QObject::eventFilter(watched, event);
+}
+
+void FormatTree::expandGrown(const QModelIndex &parent, int first, int last)
+{
+    if (parent.isValid() && m_tree->model()->rowCount(parent) == last - first + 1)
+        m_tree->expand(parent);
 }
 
 void FormatTree::fitWhenFirstSeen()

@@ -90,6 +90,8 @@ private:
     void fitColumns();
     /// The room that the columns need is known once the tree has its size, and measuring rows reads their icons.
     void fitWhenFirstSeen();
+    /// A row that had no children shows its first ones.
+    void expandGrown(const QModelIndex &parent, int first, int last);
     /// Finds its rows by id and by source from now on. Most tabs are shown and left again without anybody asking.
     void index() const;
     void addToIndex(PointTreeWidgetItem *row) const;

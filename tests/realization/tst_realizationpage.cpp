@@ -40,6 +40,7 @@ private Q_SLOTS:
     void tabsShowWhatFillsThem();
     void ownershipIsPerRow();
     void refillKeepsWhatThePersonDid();
+    void branchesAreOpen();
     void menuOffers_data();
     void menuOffers();
     void createsAndDeletesEntries();
@@ -202,6 +203,26 @@ void TestRealizationPage::refillKeepsWhatThePersonDid()
     page.edit("text", s("Forty"));
     QCOMPARE(page.entry("m40")->QTreeWidgetItem::text(1), s("Forty"));
     QVERIFY(page.save().contains("<menu id=\"m40\" text=\"tr('Forty')\">"));
+}
+
+void TestRealizationPage::branchesAreOpen()
+{
+    Page page(inHolder("<format target='t'><menubar><menu id='full'><action id='x'/></menu><menu id='bare'/>"
+                       "<menu id='closed'><action id='y'/></menu></menubar></format>"),
+        { host });
+    page.clickPoint("Commands");
+    for (const char *branch : { "menubar", "full", "closed" })
+        QVERIFY2(page.entry(branch)->isExpanded(), branch);
+    // What had nothing to show shows what it gets; what a person has closed stays closed.
+    page.entry("closed")->setExpanded(false);
+    for (const char *branch : { "bare", "closed" }) {
+        auto *row = new Node(QString());
+        row->setKind(s("action"));
+        page.entry(branch)->addChild(row, true);
+        page.entry(branch)->QTreeWidgetItem::addChild(row);
+    }
+    QVERIFY(page.entry("bare")->isExpanded());
+    QVERIFY(!page.entry("closed")->isExpanded());
 }
 
 void TestRealizationPage::menuOffers_data()
