@@ -5,8 +5,8 @@
 /// needed.
 namespace HostMemory {
 
-/// Has the host hand over as much memory as the largest sample needs, and frees it. Nothing to speak of where it is
-/// there already.
+/// Has the host hand over as much memory as the largest sample needs, and frees it: to be called right before what is
+/// measured. Nothing to speak of where it is there already.
 void fetch();
 
 } // namespace HostMemory

@@ -1,6 +1,5 @@
 #include "processes.h"
 
-#include "hostmemory.h"
 #include "samples/sample.h"
 #include "watchedapplication.h"
 
@@ -40,7 +39,6 @@ Processes::Processes(const QString &home) : m_home(home)
 
 QJsonObject Processes::sample(const QString &name, const QJsonObject &arguments) const
 {
-    HostMemory::fetch();
     QProcess process;
     process.setProcessEnvironment(environment(m_home));
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);

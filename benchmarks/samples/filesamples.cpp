@@ -1,5 +1,6 @@
 #include "samples/sample.h"
 
+#include "hostmemory.h"
 #include "model/pointtreewidgetitem.h"
 #include "model/sourcedatamanager.h"
 #include "openedproduct.h"
@@ -73,6 +74,7 @@ double saveAsDom(const PlainNode &root, const QString &fileName)
 QJsonObject Samples::open(const QJsonObject &arguments)
 {
     const QString file = arguments.value(QLatin1String("file")).toString();
+    HostMemory::fetch();
     OpenedProduct product;
     bool opened = false;
     const double wall = WatchedApplication::instance()->untilPainted([&]() -> const QWidget * {
@@ -100,6 +102,7 @@ QJsonObject Samples::save(const QJsonObject &arguments)
     PlainNode data = plain(product.manager()->realizationRoot(), QString());
     std::move(data.children.begin(), data.children.end(), std::back_inserter(root.children));
     // One each in a process of its own: what the one has left to the allocator is not for the other to tidy up.
+    HostMemory::fetch();
     const bool asDom = arguments.value(QLatin1String("dom")).toBool();
     const qint64 start = WatchedApplication::now();
     double wall = asDom ? saveAsDom(root, other) : -1;

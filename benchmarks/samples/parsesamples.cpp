@@ -1,5 +1,6 @@
 #include "samples/sample.h"
 
+#include "hostmemory.h"
 #include "samples/parsers.h"
 #include "samples/timerpause.h"
 #include "watchedapplication.h"
@@ -17,6 +18,7 @@ QJsonObject Samples::parse(const QJsonObject &arguments)
     if (!parser)
         return failure(QStringLiteral("no such parser"));
     const QStringList files = Parsers::filesBelow(arguments.value(QLatin1String("directory")).toString());
+    HostMemory::fetch();
     qint64 elapsed = 0;
     for (const QString &file : files) {
         const qint64 time = parser(file);

@@ -38,7 +38,8 @@ QVariantMap ExtPointEditorW::viewState() const
 void ExtPointEditorW::setViewState(const QVariantMap &state)
 {
     auto *restoration = new ViewRestoration(state, m_widget, this);
-    m_document->whenScanned(restoration, [restoration] {
+    m_document->whenScanned(restoration, [this, restoration] {
+        m_widget->showAllFormats();
         restoration->finish();
         restoration->deleteLater();
     });

@@ -16,6 +16,8 @@ namespace {
 // stay a small part of the whole.
 constexpr int shortestPauseMs = 50;
 constexpr int portionsInPause = 10;
+// When nothing else is to be done.
+constexpr int portionsInLaterPause = 3;
 
 // Making this many takes a quarter of a frame, as long as a portion of a scan; the layout of all comes on top.
 constexpr int tabsInPortion = 400;
@@ -57,7 +59,8 @@ FormatTabs::FormatTabs(QTabWidget *tabs, QObject *parent) : QObject(parent), m_t
 void FormatTabs::setBatching(bool batching)
 {
     m_batching = batching;
-    if (!batching)
+    // More would hold everything up for a moment; they go on coming in portions.
+    if (!batching && m_waiting.size() <= tabsInPortion)
         flush();
 }
 
@@ -76,7 +79,8 @@ void FormatTabs::flushPortion()
         const QVector<WaitingTab> portion = m_waiting.mid(0, tabsInPortion);
         m_waiting.remove(0, portion.size());
         insert(portion);
-        m_flushTimer.setInterval(qMax(shortestPauseMs, int(clock.elapsed()) * portionsInPause));
+        const int portions = m_batching ? portionsInPause : portionsInLaterPause;
+        m_flushTimer.setInterval(qMax(shortestPauseMs, int(clock.elapsed()) * portions));
     }
     if (!m_waiting.isEmpty())
         m_flushTimer.start();
@@ -94,25 +98,29 @@ void FormatTabs::insert(const QVector<WaitingTab> &tabs)
     const bool hide = tabs.size() > 1 && bar->isVisible();
     if (hide)
         bar->hide();
-    for (int i = 0; i < tabs.size(); ++i) {
-        const WaitingTab &tab = tabs.at(i);
+    QVector<QWidget *> pages;
+    pages.reserve(tabs.size());
+    for (const WaitingTab &tab : tabs) {
         // Named before it is added, since the first page becomes the current one at once; and hidden, as the stack
         // wants it, else it would first be shown by an event of its own.
-        auto *page = new QWidget(stack);
-        page->hide();
-        page->setObjectName(tab.name);
-        m_pages.insert(tab.name, page);
-        const bool isLast = i + 1 == tabs.size();
-        if (isLast && hide)
-            bar->show();
-        if (isLast || !stack) {
-            m_tabs->addTab(page, tab.icon, tab.label);
-        } else {
-            stack->addWidget(page);
-            bar->addTab(tab.icon, tab.label);
-        }
-        bar->setTabToolTip(bar->count() - 1, tab.name);
+        pages.append(new QWidget(stack));
+        pages.last()->hide();
+        pages.last()->setObjectName(tab.name);
+        m_pages.insert(tab.name, pages.last());
     }
+    const int alone = stack ? tabs.size() - 1 : 0;
+    for (int i = 0; i < alone; ++i)
+        stack->addWidget(pages.at(i));
+    // Apart from the pages: the bar goes through all its tabs for each one that is added, which is quicker when they
+    // lie side by side in memory.
+    for (int i = 0; i < alone; ++i)
+        bar->addTab(tabs.at(i).icon, tabs.at(i).label);
+    if (hide)
+        bar->show();
+    for (int i = alone; i < tabs.size(); ++i)
+        m_tabs->addTab(pages.at(i), tabs.at(i).icon, tabs.at(i).label);
+    for (int i = 0; i < tabs.size(); ++i)
+        bar->setTabToolTip(bar->count() - tabs.size() + i, tabs.at(i).name);
     if (hasFocus)
         bar->setFocus();
 }
@@ -231,7 +239,7 @@ void FormatTabs::addPage(const QString &name, const QIcon &pageIcon, const QStri
         return;
     m_pages.insert(name, nullptr);
     m_waiting.append({ name, pageIcon, pageLabel });
-    if (!m_batching)
+    if (!m_batching && m_waiting.size() == 1)
         flush();
     else if (!m_flushTimer.isActive())
         m_flushTimer.start();

@@ -36,8 +36,11 @@ public:
 
     /// While this is set, tabs are put into the widget many at a time, many times a second: a tab bar lays out all of
     /// its tabs whenever one is added, which for thousands of them would take longer than everything else. What is
-    /// asked of this class never shows the difference. The end of the batch brings in what still waits.
+    /// asked of this class never shows the difference. At the end of the batch what still waits comes at once or, when it
+    /// is so much that the window would stand still for it, goes on coming in.
     void setBatching(bool batching);
+    /// Puts what waits into the widget.
+    void flush();
 
     /// The formats and layouts of the opened plug-in, in the order of the list.
     void addPluginFormats(const QVector<PointTreeWidgetItem *> &roots);
@@ -79,9 +82,7 @@ private:
     /// Where the tab stands in the widget, after a flush.
     [[nodiscard]] int indexOf(const QString &name);
     void addPage(const QString &name, const QIcon &icon, const QString &label);
-    /// Puts what waits into the widget.
-    void flush();
-    /// As much of it as the event loop can do without for the time being.
+    /// As much of what waits as the event loop can do without for the time being.
     void flushPortion();
     void insert(const QVector<WaitingTab> &tabs);
 

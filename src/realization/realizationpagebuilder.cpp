@@ -204,6 +204,11 @@ void RealizationPageBuilder::addPluginFormats()
     m_formatTabs->addPluginFormats(controller->layouts() + controller->targetFormats());
 }
 
+void RealizationPageBuilder::showAllFormats()
+{
+    m_formatTabs->flush();
+}
+
 void RealizationPageBuilder::addLayout(PointTreeWidgetItem *layout)
 {
     m_formatTabs->setBatching(isScanning());
@@ -345,6 +350,7 @@ void RealizationPageBuilder::on_pushButton_add_format_tree_clicked()
     // What somebody asks for comes at once, also while a product is read.
     m_formatTabs->setBatching(false);
     m_formatTabs->addFormatRoot(FormatEditing::createRoot(id));
+    m_formatTabs->flush();
     Q_EMIT modified(true);
 }
 

@@ -42,6 +42,8 @@ public:
 
     /// Adds a tab for each layout and each format of the opened plug-in.
     void addPluginFormats();
+    /// See FormatTabs::flush().
+    void showAllFormats();
     void addLayout(PointTreeWidgetItem *layout);
     /// Null asks for the current tab to be shown afresh.
     void addFormatRoot(PointTreeWidgetItem *item);

@@ -56,6 +56,11 @@ void ExtPointWidget::reloadPages()
     defintionBuilder->showLoaded();
 }
 
+void ExtPointWidget::showAllFormats()
+{
+    realizationBuilder->showAllFormats();
+}
+
 void ExtPointWidget::commitEditors()
 {
     ui->basicInfo->commitEditor();

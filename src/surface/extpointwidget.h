@@ -28,6 +28,9 @@ public:
     /// page's list of attribute types.
     void reloadPages();
 
+    /// Formats of a large product go on coming in for a moment after it was read; this puts them all into the bar.
+    void showAllFormats();
+
     /// Commits what is typed in a sheet and not committed yet; what a sheet refuses stays in it, marked.
     void commitEditors();
 

@@ -105,6 +105,7 @@ private slots:
     void comesInWhenAskedFor();
     void keepsWhatTheUserIsAt();
     void measuresAnew();
+    void thousandsComeInPortions_data();
     void thousandsComeInPortions();
     void looksLikeAPlainOne_data();
     void looksLikeAPlainOne();
@@ -222,14 +223,33 @@ void TestFormatTabs::measuresAnew()
     QVERIFY(bar->tabRect(1).width() < widest);
 }
 
+void TestFormatTabs::thousandsComeInPortions_data()
+{
+    QTest::addColumn<bool>("ended");
+    QTest::addColumn<bool>("askedFor");
+    QTest::newRow("in a batch") << false << false;
+    QTest::newRow("also after its end") << true << false;
+    QTest::newRow("but for whoever asks") << true << true;
+}
+
 void TestFormatTabs::thousandsComeInPortions()
 {
+    QFETCH(bool, ended);
+    QFETCH(bool, askedFor);
     constexpr int all = 1000;
     Tabs tabs(true);
-    for (int i = 0; i < all; ++i)
+    for (int i = 0; i + 1 < all; ++i)
         tabs.formats.addFormatRoot(tabs.root(qPrintable(QString::number(i))));
+    if (ended)
+        tabs.formats.setBatching(false);
     QTRY_VERIFY(tabs.widget.count() > 0);
-    QVERIFY(tabs.widget.count() < all);
+    QVERIFY(tabs.widget.count() < all - 1);
+    // What comes now stays behind them.
+    tabs.formats.addFormatRoot(tabs.root(qPrintable(QString::number(all - 1))));
+    if (askedFor) {
+        tabs.formats.flush();
+        QCOMPARE(tabs.widget.count(), all);
+    }
     QTRY_COMPARE(tabs.widget.count(), all);
     QCOMPARE(tabs.widget.widget(all - 1)->objectName(), QString::number(all - 1));
 }
