@@ -7,7 +7,8 @@
 
 namespace {
 
-constexpr std::size_t mostNeeded = 1024 * 1024 * 1024; // bytes
+// Not more than that: a host may ask for it back at once when a gigabyte is free.
+constexpr std::size_t mostNeeded = 768 * 1024 * 1024; // bytes
 
 } // namespace
 

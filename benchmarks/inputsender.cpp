@@ -69,7 +69,7 @@ void InputSender::run()
 qint64 InputSender::waitUntilHandled(qint64 sent) const
 {
     const WatchedApplication *application = WatchedApplication::instance();
-    // Sending returns early when the GUI thread has taken the event out of the queue by itself and is still busy with it.
+    // Sending returns early when the GUI thread has taken the event out of the queue by itself and is still at it.
     while (application->inputHandledAt() < sent && WatchedApplication::now() - sent < lostAfter)
         std::this_thread::sleep_for(lookInterval);
     return application->inputHandledAt();

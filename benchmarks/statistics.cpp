@@ -15,7 +15,8 @@ constexpr double nothing = std::numeric_limits<double>::quiet_NaN();
 
 double Statistics::median(std::vector<double> values)
 {
-    if (values.empty())
+    const auto isMissing = [](double value) { return std::isnan(value); };
+    if (values.empty() || std::any_of(values.cbegin(), values.cend(), isMissing))
         return nothing;
     std::sort(values.begin(), values.end());
     const std::size_t middle = values.size() / 2;

@@ -5,7 +5,8 @@
 /// What is said of repeated measurements. Pure functions; any thread.
 namespace Statistics {
 
-/// The middle value, or the mean of the two middle ones; NaN of nothing.
+/// The middle value, or the mean of the two middle ones; NaN of nothing, or when one is NaN: what failed once is not
+/// measured.
 [[nodiscard]] double median(std::vector<double> values);
 
 /// The median of how many times its baseline each value is. The two of a pair were measured one after the other, so

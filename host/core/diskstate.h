@@ -19,8 +19,8 @@ struct CORE_EXPORT DiskState
 
     Kind kind = Missing;
     /// XXH3 of the content, 128 bits in hexadecimal: it tells accidents apart, not attacks, and costs next to nothing
-    /// while a file is opened. Empty unless it is a regular file. A file beyond 64 MB, which no editor reads at one go, is
-    /// told by size and time instead.
+    /// while a file is opened. Empty unless it is a regular file. A file beyond 64 MB, which no editor reads at one go,
+    /// is told by size and time instead.
     QByteArray hash;
 
     /// Follows symbolic links and never blocks on a pipe or a device.

@@ -36,8 +36,8 @@ public:
 
     /// While this is set, tabs are put into the widget many at a time, many times a second: a tab bar lays out all of
     /// its tabs whenever one is added, which for thousands of them would take longer than everything else. What is
-    /// asked of this class never shows the difference. At the end of the batch what still waits comes at once or, when it
-    /// is so much that the window would stand still for it, goes on coming in.
+    /// asked of this class never shows the difference. At the end of the batch what still waits comes at once or, when
+    /// it is so much that the window would stand still for it, goes on coming in.
     void setBatching(bool batching);
     /// Puts what waits into the widget.
     void flush();

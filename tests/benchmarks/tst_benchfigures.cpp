@@ -206,6 +206,9 @@ void TestBenchFigures::statistics()
 void TestBenchFigures::ratiosAreOfPairs()
 {
     QCOMPARE(Statistics::medianRatio({ 10, 20, 90 }, { 10, 5, 30 }), 3.0);
+    // A sample that failed in between.
+    QVERIFY(std::isnan(Statistics::median({ 1, std::nan(""), 2 })));
+    QVERIFY(std::isnan(Statistics::medianRatio({ 1, 2, 3 }, { 1, std::nan(""), 3 })));
     QVERIFY(std::isnan(Statistics::medianRatio({}, {})));
     QVERIFY(std::isnan(Statistics::medianRatio({ 1, 2 }, { 1 })));
 }
