@@ -1,9 +1,12 @@
 #include "core/workbenchstyle.h"
 
+#include "core/frameslices.h"
+
 #include <QAbstractItemModel>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QIconEngine>
+#include <QImage>
 #include <QPainter>
 #include <QPointer>
 #include <QStyleOption>
@@ -15,6 +18,9 @@ namespace {
 constexpr int GroupMargin = 3; // pixels above the frame, as Fusion has it
 constexpr int FrameAlpha = 44;
 constexpr int GroundAlpha = 8;
+
+constexpr int PictureSize = 16; // pixels; Fusion's widest edge has three
+
 
 /// An icon of a style that is made when it is asked for anything.
 class LaterIcon final : public QIconEngine
@@ -74,15 +80,25 @@ WorkbenchStyle::WorkbenchStyle(QStyle *base)
 void WorkbenchStyle::drawPrimitive(
     PrimitiveElement element, const QStyleOption *option, QPainter *painter, const QWidget *widget) const
 {
-    if (element != PE_FrameGroupBox || !m_isFusion) {
-        QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (m_isFusion && element == PE_FrameGroupBox) {
+        drawGroupBox(*option, painter, widget);
         return;
     }
-    QColor frame = option->palette.color(QPalette::WindowText);
+    const auto *tabs = qstyleoption_cast<const QStyleOptionTabWidgetFrame *>(option);
+    if (m_isFusion && element == PE_Frame && drawFrame(element, *option, painter, widget))
+        return;
+    if (m_isFusion && element == PE_FrameTabWidget && tabs && drawFrame(element, *tabs, painter, widget))
+        return;
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+}
+
+void WorkbenchStyle::drawGroupBox(const QStyleOption &option, QPainter *painter, const QWidget *widget) const
+{
+    QColor frame = option.palette.color(QPalette::WindowText);
     QColor ground = frame;
     frame.setAlpha(FrameAlpha);
     ground.setAlpha(GroundAlpha);
-    const QRect box = frameOf(*this, *option, widget);
+    const QRect box = frameOf(*this, option, widget);
     const QRect inner = box.adjusted(1, 1, -1, -1);
     painter->fillRect(inner, ground);
     // Without the corners, which look round so.
@@ -90,6 +106,25 @@ void WorkbenchStyle::drawPrimitive(
     painter->fillRect(inner.left(), box.bottom(), inner.width(), 1, frame);
     painter->fillRect(box.left(), inner.top(), 1, inner.height(), frame);
     painter->fillRect(box.right(), inner.top(), 1, inner.height(), frame);
+}
+
+template <typename Option>
+bool WorkbenchStyle::drawFrame(
+    PrimitiveElement element, const Option &option, QPainter *painter, const QWidget *widget) const
+{
+    const bool isLarge = qMin(option.rect.width(), option.rect.height()) >= PictureSize;
+    if (!isLarge || !FrameSlices::canPaint(*painter))
+        return false;
+    QImage picture(PictureSize, PictureSize, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    {
+        Option small(option);
+        small.rect = picture.rect();
+        QPainter onPicture(&picture);
+        QProxyStyle::drawPrimitive(element, &small, &onPicture, widget);
+    }
+    FrameSlices(picture).paint(painter, option.rect);
+    return true;
 }
 
 QIcon WorkbenchStyle::standardIcon(StandardPixmap standardIcon, const QStyleOption *option, const QWidget *widget) const

@@ -3,7 +3,9 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QImage>
+#include <QScreen>
 #include <QStyleFactory>
+#include <QTabWidget>
 #include <QTableWidget>
 #include <QtTest>
 
@@ -54,6 +56,8 @@ class TestWorkbenchStyle : public QObject
 private slots:
     void groupBoxes_data();
     void groupBoxes();
+    void frames_data();
+    void frames();
     void headers_data();
     void headers();
     void icons_data();
@@ -94,6 +98,69 @@ void TestWorkbenchStyle::groupBoxes()
         qPrintable(
             s("%1-%2, %3-%4").arg(lines[0].first).arg(lines[0].second).arg(lines[1].first).arg(lines[1].second)));
     QVERIFY(lines[1].second - lines[1].first > 80);
+}
+
+void TestWorkbenchStyle::frames_data()
+{
+    QTest::addColumn<int>("shape");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QColor>("window");
+    QTest::addColumn<bool>("covered");
+    const int frame = -1;
+    const QColor light(239, 239, 239), dark(53, 53, 53), glass(239, 239, 239, 100);
+    QTest::newRow("frame") << frame << QSize(200, 120) << light << false;
+    QTest::newRow("dark frame") << frame << QSize(200, 120) << dark << false;
+    QTest::newRow("frame that shines through") << frame << QSize(200, 120) << glass << false;
+    QTest::newRow("frame with children") << frame << QSize(200, 120) << light << true;
+    QTest::newRow("frame as small as the picture") << frame << QSize(16, 40) << light << false;
+    QTest::newRow("tiny frame") << frame << QSize(5, 3) << light << false;
+    QTest::newRow("tabs above") << int(QTabWidget::North) << QSize(300, 200) << light << false;
+    QTest::newRow("tabs below") << int(QTabWidget::South) << QSize(300, 200) << light << false;
+    QTest::newRow("tabs beside") << int(QTabWidget::West) << QSize(300, 200) << light << false;
+    QTest::newRow("tabs with children") << int(QTabWidget::North) << QSize(300, 200) << light << true;
+    QTest::newRow("dark tabs with children") << int(QTabWidget::South) << QSize(300, 200) << dark << true;
+}
+
+void TestWorkbenchStyle::frames()
+{
+    QFETCH(int, shape);
+    QFETCH(QSize, size);
+    QFETCH(QColor, window);
+    QFETCH(bool, covered);
+    const std::unique_ptr<QStyle> plain(QStyleFactory::create(s("Fusion")));
+    WorkbenchStyle ours(QStyleFactory::create(s("Fusion")));
+    QVector<QImage> pictures;
+    for (QStyle *style : { plain.get(), static_cast<QStyle *>(&ours) }) {
+        QWidget top;
+        top.setPalette(QPalette(window));
+        top.resize(320, 240);
+        QWidget *room = nullptr; // what a child may cover
+        if (shape < 0) {
+            auto *frame = new QFrame(&top);
+            frame->setFrameStyle(QFrame::StyledPanel);
+            frame->setStyle(style);
+            frame->setGeometry({ { 7, 9 }, size });
+            room = frame;
+        } else {
+            auto *tabs = new QTabWidget(&top);
+            tabs->setTabPosition(QTabWidget::TabPosition(shape));
+            room = new QWidget;
+            tabs->addTab(room, s("T"));
+            tabs->setStyle(style);
+            tabs->setGeometry({ { 7, 9 }, size });
+        }
+        for (int child = 0; covered && child < 3; ++child) {
+            auto *cover = new QWidget(room);
+            cover->setAutoFillBackground(true);
+            cover->setGeometry(20 + 40 * child, 15 + 20 * child, 30, 50);
+        }
+        top.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&top));
+        // What stands on the screen, for there the children cut their parents.
+        pictures.append(top.screen()->grabWindow(top.winId()).toImage());
+    }
+    QVERIFY(!pictures[1].isNull());
+    QCOMPARE(pictures[1], pictures[0]);
 }
 
 void TestWorkbenchStyle::headers_data()
