@@ -72,8 +72,6 @@ void DefintionPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
     ui->pushButton_delete_enmu->setAccessibleName(tr("Delete the entry"));
     TableCells::prepare(ui->defintionTable, tr("Attributes of the selected point"));
     TableCells::prepare(ui->enumTable, tr("Entries of the enumeration"));
-    AttributeTable::fill(ui->defintionTable, nullptr);
-    EnumTable::fill(ui->enumTable, nullptr);
     ui->editInfoWidget->hide();
     ui->enumGroup->hide();
     createAddPropertyButton();
@@ -181,6 +179,7 @@ bool DefintionPageBuilder::eventFilter(QObject *watched, QEvent *event)
     // Filling the sheets of a page that nobody sees would only keep the one in sight from appearing.
     if (event->type() == QEvent::Show && m_ui && watched == m_ui->defintionTree) {
         watched->removeEventFilter(this);
+        AttributeTable::fill(m_ui->defintionTable, currentTakesAttributes() ? m_currentPoint.data() : nullptr);
         if (!m_ui->defintionTree->currentItem())
             m_ui->defintionTree->setCurrentItem(m_ui->defintionTree->topLevelItem(0));
     }
