@@ -54,6 +54,7 @@ void PluginManager::loadPlugins(const QStringList &arguments)
     const QVector<int> forward = d->order.loadOrder;
     for (const int index : forward)
         d->load(index);
+    Q_EMIT librariesLoaded();
     for (const int index : forward)
         d->initialize(index, arguments);
     for (auto it = forward.crbegin(); it != forward.crend(); ++it)

@@ -109,6 +109,8 @@ signals:
     void objectAdded(QObject *obj);
     /// The object is still in the pool. When it is leaving because it was destroyed, \a obj serves for comparing only.
     void aboutToRemoveObject(QObject *obj);
+    /// Every plug-in that can be loaded is, and none is initialized yet.
+    void librariesLoaded();
     /// Every delayedInitialize() has been called.
     void initializationDone();
 

@@ -1,5 +1,6 @@
 #include "core/commandline.h"
 #include "extensionsystem/pluginmanager.h"
+#include "workbench/fontpreparation.h"
 #include "workbench/logging.h"
 
 #include <QApplication>
@@ -137,10 +138,11 @@ int main(int argc, char **argv)
     if (answer >= 0)
         return answer;
     useNoDisplayIfPossible(commandLine);
-    Workbench::setUpLogging(commandLine.verbose);
-
     forgetCurrentDirectory("QT_PLUGIN_PATH");
     forgetCurrentDirectory("QT_QPA_PLATFORM_PLUGIN_PATH");
+    Workbench::FontPreparation fonts;
+
+    Workbench::setUpLogging(commandLine.verbose);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QCoreApplication::setOrganizationName(QStringLiteral("ExtPoint"));
@@ -149,6 +151,8 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
 
     ExtensionSystem::PluginManager manager;
+    // The plug-ins make their widgets when they are initialized.
+    QObject::connect(&manager, &ExtensionSystem::PluginManager::librariesLoaded, &manager, [&] { fonts.finish(); });
     const QStringList paths = pluginPaths(commandLine);
     manager.setPluginPaths(paths);
     manager.loadPlugins(arguments);

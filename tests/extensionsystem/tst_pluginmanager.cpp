@@ -142,9 +142,11 @@ void TestPluginManager::lifeCycle()
     QCOMPARE(takeCalls(), QStringList());
 
     QSignalSpy done(&manager, &PluginManager::initializationDone);
+    connect(&manager, &PluginManager::librariesLoaded, this,
+        [] { qApp->setProperty("calls", qApp->property("calls").toStringList() << QStringLiteral("all")); });
     manager.loadPlugins({ QStringLiteral("-x"), QStringLiteral("y") });
     QCOMPARE(takeCalls(),
-        words("a.loaded b.loaded c.loaded a.initialize(-x,y) b.initialize(-x,y) c.initialize(-x,y) "
+        words("a.loaded b.loaded c.loaded all a.initialize(-x,y) b.initialize(-x,y) c.initialize(-x,y) "
               "c.extensionsInitialized b.extensionsInitialized a.extensionsInitialized"));
     QCOMPARE(pictureOf(manager), lines("1 Running\n2 Running\n3 Running"));
     QVERIFY(!manager.hasErrors());
