@@ -83,7 +83,8 @@ class QuickReader final
 {
 public:
     QuickReader(const DecodedDocument &document, Sink &sink, const Limits &limits)
-        : m_document(document), m_sink(sink), m_limits(limits), m_parser(XML_ParserCreate("UTF-8"))
+        : m_document(document), m_sink(sink), m_limits(limits), m_parser(XML_ParserCreate("UTF-8")),
+          m_wantsAttributes(sink.wantsAttributes())
     { }
     QuickReader(const QuickReader &) = delete;
     QuickReader &operator=(const QuickReader &) = delete;
@@ -170,7 +171,8 @@ private:
             m_attributes.clear();
         else
             m_attributes = Attributes();
-        m_attributes.reserve(count);
+        if (m_wantsAttributes)
+            m_attributes.reserve(count);
         for (int i = 0; i < count; ++i) {
             const char *const utf8 = attributes[2 * i + 1];
             const auto size = int(std::strlen(utf8));
@@ -180,7 +182,8 @@ private:
             m_attributeText += name.size() + size;
             if (name.isNull() || m_attributeText > m_limits.maximumAttributeText)
                 return false;
-            m_attributes.append({ name, m_values.shared(utf8, size, &value) });
+            if (m_wantsAttributes)
+                m_attributes.append({ name, m_values.shared(utf8, size, &value) });
         }
         return true;
     }
@@ -189,6 +192,7 @@ private:
     Sink &m_sink;
     const Limits &m_limits;
     const XML_Parser m_parser;
+    const bool m_wantsAttributes;
     StringPool m_elementNames;
     StringPool m_attributeNames;
     StringPool m_values;

@@ -27,6 +27,7 @@ class NullSink final : public Sink
 {
 public:
     [[nodiscard]] bool wantsLocations() const override { return false; }
+    [[nodiscard]] bool wantsAttributes() const override { return false; }
     void restart() override { }
     void startElement(const QString &, const Attributes &, const Location &) override { }
     void endElement() override { }

@@ -23,6 +23,10 @@ public:
     /// Whether the sink looks at `where`. Where it does not, finding the places is left out, and they are 0.
     [[nodiscard]] virtual bool wantsLocations() const { return true; }
 
+    /// Whether the sink looks at the attributes. Where it does not, they may be left out; the document fails by them as
+    /// it does otherwise.
+    [[nodiscard]] virtual bool wantsAttributes() const { return true; }
+
     /// What came so far is to be forgotten: the document begins anew. Never called where locations are wanted.
     virtual void restart() = 0;
 

@@ -3,6 +3,8 @@
 #include "extensionfile/logging.h"
 #include "extensionfile/names.h"
 
+#include <algorithm>
+
 namespace ExtensionFile {
 
 namespace {
@@ -31,6 +33,15 @@ const char *referenceFor(const QByteArray &text, int at)
     default:
         return nullptr;
     }
+}
+
+/// Whether each character of a value is written as the one byte that it is in ASCII, as in nearly all values.
+bool standsAsItIs(const QString &value)
+{
+    return std::all_of(value.cbegin(), value.cend(), [](QChar c) {
+        const ushort code = c.unicode();
+        return code >= 0x20 && code < 0x7f && code != '&' && code != '<' && code != '>' && code != '"';
+    });
 }
 
 } // namespace
@@ -95,7 +106,8 @@ void Writer::attribute(const QString &name, const QString &value)
         omit(QStringLiteral("attribute \"%1\" is there already").arg(name));
         return;
     }
-    const QString legal = withoutIllegalCharacters(value);
+    const bool isPlain = standsAsItIs(value);
+    const QString legal = isPlain ? value : withoutIllegalCharacters(value);
     if (legal.size() != value.size())
         omit(QStringLiteral("characters in the value of attribute \"%1\"").arg(name));
     m_attributeNames.append(name);
@@ -109,9 +121,15 @@ void Writer::attribute(const QString &name, const QString &value)
         || !within(m_bytes.size(), m_limits.maximumFileSize, QStringLiteral("more than %1 bytes")))
         return;
     m_bytes += ' ';
-    m_bytes += name.toUtf8();
+    if (standsAsItIs(name))
+        appendPlain(name);
+    else
+        m_bytes += name.toUtf8();
     m_bytes += "=\"";
-    appendEscaped(legal);
+    if (isPlain)
+        appendPlain(legal);
+    else
+        appendEscaped(legal);
     m_bytes += '"';
 }
 
@@ -160,6 +178,13 @@ void Writer::closeStartTag()
     if (m_startTagOpen)
         m_bytes += ">\n";
     m_startTagOpen = false;
+}
+
+void Writer::appendPlain(const QString &text)
+{
+    const int before = m_bytes.size();
+    m_bytes.resize(before + text.size());
+    std::transform(text.cbegin(), text.cend(), m_bytes.begin() + before, [](QChar c) { return char(c.unicode()); });
 }
 
 void Writer::appendEscaped(const QString &value)
