@@ -1,9 +1,11 @@
+#include "core/workbenchstyle.h"
 #include "product/products.h"
 #include "report.h"
 #include "samples/sample.h"
 #include "suite.h"
 #include "watchedapplication.h"
 
+#include <QApplication>
 #include <QCommandLineParser>
 #include <QFile>
 #include <QJsonDocument>
@@ -69,8 +71,11 @@ int main(int argc, char **argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     WatchedApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() == 4 && arguments.at(1) == QLatin1String("--sample"))
+    if (arguments.size() == 4 && arguments.at(1) == QLatin1String("--sample")) {
+        // As the workbench has it; what ours is compared with has it, too.
+        QApplication::setStyle(new Core::WorkbenchStyle);
         return answerSample(arguments.at(2), arguments.at(3));
+    }
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
