@@ -12,6 +12,7 @@ public:
     { }
 
     [[nodiscard]] bool wantsLocations() const override { return m_withLocations; }
+    [[nodiscard]] bool wantsAttributes() const override { return withAttributes; }
 
     void restart() override
     {
@@ -40,6 +41,7 @@ public:
     [[nodiscard]] bool isBalanced() const { return m_depth == 0; }
 
     bool printsLocations;
+    bool withAttributes = true;
     QStringList lines;
     int deepest = 0;
     int restarts = 0;

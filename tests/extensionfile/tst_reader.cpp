@@ -291,9 +291,10 @@ void TestReader::malformed()
     QFETCH(QByteArray, bytes);
     QFETCH(qint64, line);
     QFETCH(qint64, column);
-    // The place is known whether or not the sink asks for the places of elements.
-    for (const bool withLocations : { true, false }) {
-        RecordingSink sink(withLocations);
+    // The place is known whether or not the sink asks for the places of elements, or for their attributes.
+    for (const auto &asked : { qMakePair(true, true), qMakePair(false, true), qMakePair(false, false) }) {
+        RecordingSink sink(asked.first);
+        sink.withAttributes = asked.second;
         ReadError error;
         QVERIFY2(!readBytes(bytes, sink, &error), qPrintable(sink.lines.join(QLatin1Char('\n'))));
         QCOMPARE(int(error.kind), int(ReadError::Kind::Malformed));
@@ -357,11 +358,14 @@ void TestReader::limits()
     QVERIFY2(readBytes(bytes, sink, &error, limits) == accepted, qPrintable(error.toString()));
     QCOMPARE(sink.isBalanced() && !sink.lines.isEmpty(), accepted);
     QCOMPARE(error.reason.isEmpty(), accepted);
-    // Just the same where the places of elements are not looked for.
-    RecordingSink plain;
-    ReadError plainError;
-    QCOMPARE(readBytes(bytes, plain, &plainError, limits), accepted);
-    QCOMPARE(plainError.toString(), error.toString());
+    // Just the same where the places of elements are not looked for, and where the attributes aren't either.
+    for (const bool withAttributes : { true, false }) {
+        RecordingSink plain;
+        plain.withAttributes = withAttributes;
+        ReadError plainError;
+        QCOMPARE(readBytes(bytes, plain, &plainError, limits), accepted);
+        QCOMPARE(plainError.toString(), error.toString());
+    }
 }
 
 void TestReader::hostile_data()
