@@ -179,7 +179,9 @@ bool DefintionPageBuilder::eventFilter(QObject *watched, QEvent *event)
     // Filling the sheets of a page that nobody sees would only keep the one in sight from appearing.
     if (event->type() == QEvent::Show && m_ui && watched == m_ui->defintionTree) {
         watched->removeEventFilter(this);
-        AttributeTable::fill(m_ui->defintionTable, currentTakesAttributes() ? m_currentPoint.data() : nullptr);
+        // Whoever has selected something before has filled it.
+        if (m_ui->defintionTable->columnCount() == 0)
+            AttributeTable::fill(m_ui->defintionTable, nullptr);
         if (!m_ui->defintionTree->currentItem())
             m_ui->defintionTree->setCurrentItem(m_ui->defintionTree->topLevelItem(0));
     }
