@@ -14,8 +14,6 @@ QStringList EnumTable::columns()
 void EnumTable::fill(QTableWidget *table, const PointTreeWidgetItem *attribute)
 {
     TableCells::reset(table, columns());
-    if (!attribute)
-        return;
     for (PointObject *child : attribute->children()) {
         if (child->item()->kind() != QLatin1String("Data"))
             continue;

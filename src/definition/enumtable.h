@@ -14,7 +14,7 @@ namespace EnumTable {
 /// The keys shown as columns; also the header labels.
 [[nodiscard]] QStringList columns();
 
-/// Shows a row for each child of kind "Data" of @p attribute, in order; null empties the table.
+/// Shows a row for each child of kind "Data" of @p attribute, in order.
 void fill(QTableWidget *table, const PointTreeWidgetItem *attribute);
 
 /// A new entry, last among the children of @p attribute and of its counterpart, with the Unix time in seconds as its

@@ -35,7 +35,7 @@ const char *referenceFor(const QByteArray &text, int at)
     }
 }
 
-/// Whether each character of a value is written as the one byte that it is in ASCII, as in nearly all values.
+/// Whether each character is written as the one byte that it is in ASCII, as in all common names and nearly all values.
 bool standsAsItIs(const QString &value)
 {
     return std::all_of(value.cbegin(), value.cend(), [](QChar c) {
@@ -106,8 +106,7 @@ void Writer::attribute(const QString &name, const QString &value)
         omit(QStringLiteral("attribute \"%1\" is there already").arg(name));
         return;
     }
-    const bool isPlain = standsAsItIs(value);
-    const QString legal = isPlain ? value : withoutIllegalCharacters(value);
+    const QString legal = withoutIllegalCharacters(value);
     if (legal.size() != value.size())
         omit(QStringLiteral("characters in the value of attribute \"%1\"").arg(name));
     m_attributeNames.append(name);
@@ -121,15 +120,9 @@ void Writer::attribute(const QString &name, const QString &value)
         || !within(m_bytes.size(), m_limits.maximumFileSize, QStringLiteral("more than %1 bytes")))
         return;
     m_bytes += ' ';
-    if (standsAsItIs(name))
-        appendPlain(name);
-    else
-        m_bytes += name.toUtf8();
+    appendEscaped(name);
     m_bytes += "=\"";
-    if (isPlain)
-        appendPlain(legal);
-    else
-        appendEscaped(legal);
+    appendEscaped(legal);
     m_bytes += '"';
 }
 
@@ -180,15 +173,14 @@ void Writer::closeStartTag()
     m_startTagOpen = false;
 }
 
-void Writer::appendPlain(const QString &text)
-{
-    const int before = m_bytes.size();
-    m_bytes.resize(before + text.size());
-    std::transform(text.cbegin(), text.cend(), m_bytes.begin() + before, [](QChar c) { return char(c.unicode()); });
-}
-
 void Writer::appendEscaped(const QString &value)
 {
+    if (standsAsItIs(value)) {
+        const int before = m_bytes.size();
+        m_bytes.resize(before + value.size());
+        std::transform(value.cbegin(), value.cend(), m_bytes.begin() + before, [](QChar c) { return char(c.unicode()); });
+        return;
+    }
     // Every character that is written otherwise is one byte, and no part of another.
     const QByteArray text = value.toUtf8();
     int written = 0;

@@ -51,8 +51,6 @@ public:
 private:
     bool rootMayStart(const QString &name);
     void closeStartTag();
-    /// `text` is nothing but ASCII, and nothing to escape.
-    void appendPlain(const QString &text);
     void appendEscaped(const QString &value);
     void indent();
     void omit(const QString &what);

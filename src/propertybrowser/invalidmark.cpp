@@ -41,10 +41,12 @@ void strokeWave(QPainter *painter, const QPointF &start, double length, const QC
         wave.lineTo(start.x() + x, start.y() - (up ? WaveHeight : 0));
         up = !up;
     }
+    painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(QPen(color, WaveWidth));
     painter->setBrush(Qt::NoBrush);
     painter->drawPath(wave);
+    painter->restore();
 }
 
 } // namespace
@@ -79,9 +81,7 @@ void InvalidMark::paintWave(QPainter *painter, const QRectF &rect, const QColor 
     }
     if (pixels.toSize() != pixels) {
         // It would not join in the middle of a pixel.
-        painter->save();
         strokeWave(painter, QPointF(rect.left(), rect.bottom()), length, color);
-        painter->restore();
         return;
     }
     QPixmap tile(pixels.toSize());
