@@ -42,6 +42,11 @@ public:
         QString value; ///< becomes the property's value when chosen
         QString text;  ///< shown in the drop-down
         QString icon;  ///< path of an icon, or empty
+
+        [[nodiscard]] bool operator==(const OptionItem &other) const
+        {
+            return value == other.value && text == other.text && icon == other.icon;
+        }
     };
 
     PropertyItem() = default;
@@ -65,6 +70,10 @@ public:
     /// Replaces the options; each string serves as value and as text.
     void setOptionList(const QStringList &options);
     void setEditable(bool editable) { m_editable = editable; }
+
+    /// Whether the two make the same row. Values are the same when their texts are: a file has texts only.
+    [[nodiscard]] bool operator==(const PropertyItem &other) const;
+    [[nodiscard]] bool operator!=(const PropertyItem &other) const { return !(*this == other); }
 
 private:
     PropertyType m_type = PropertyType::Null;

@@ -3,9 +3,13 @@
 #include "propertybrowser/propertykeys.h"
 #include "propertybrowser/propertytypenames.h"
 
+#include <QPoint>
 #include <QtTest>
 
+#include <functional>
+
 Q_DECLARE_METATYPE(PropertyType)
+Q_DECLARE_METATYPE(PropertyItem)
 
 class TestPropertyItem : public QObject
 {
@@ -18,10 +22,9 @@ private slots:
     void attributeTypes_data();
     void attributeTypes();
     void optionOrder();
-    void copiesAreIndependent();
+    void equality_data();
+    void equality();
     void absentDataIsInvalid();
-    void constants_data();
-    void constants();
 };
 
 void TestPropertyItem::typeNumbers_data()
@@ -123,26 +126,67 @@ void TestPropertyItem::optionOrder()
     QCOMPARE(values.join(QLatin1Char(' ')), QStringLiteral("first b a c d last"));
 }
 
-void TestPropertyItem::copiesAreIndependent()
+void TestPropertyItem::equality_data()
 {
-    PropertyItem item(PropertyType::Int, QStringLiteral("min"), QStringLiteral("Least"), 3);
-    item.setData(PropertyKey::Max, 10);
-    PropertyItem copy;
-    QVERIFY(copy.isEditable());
-    QCOMPARE(copy.type(), PropertyType::Null);
-    copy = item;
-    copy.setVal(4);
-    copy.setEditable(false);
-    copy.setData(PropertyKey::Max, 20);
-    copy.setOptionList({ QStringLiteral("x") });
-    QCOMPARE(copy.type(), PropertyType::Int);
-    QCOMPARE(copy.name(), QStringLiteral("min"));
-    QCOMPARE(copy.displayText(), QStringLiteral("Least"));
-    QCOMPARE(copy.value(), QVariant(4));
-    QCOMPARE(item.value(), QVariant(3));
-    QCOMPARE(item.data(PropertyKey::Max), QVariant(10));
-    QVERIFY(item.isEditable());
-    QVERIFY(item.options().isEmpty());
+    QTest::addColumn<PropertyItem>("one");
+    QTest::addColumn<PropertyItem>("other");
+    QTest::addColumn<bool>("equal");
+    const auto of = [](const QVariant &value) {
+        return PropertyItem(PropertyType::Enum, QStringLiteral("n"), QStringLiteral("N"), value);
+    };
+    const auto row = [&](const char *name, const QVariant &one, const QVariant &other, bool equal) {
+        QTest::newRow(name) << of(one) << of(other) << equal;
+    };
+    row("same", 5, 5, true);
+    row("a number and its text", 5, QStringLiteral("5"), true);
+    row("a truth value and its text", true, QStringLiteral("true"), true);
+    row("nothing, and an empty text", QVariant(), QStringLiteral(""), true);
+    row("another number", 5, 6, false);
+    row("written in another way", QStringLiteral("05"), 5, false);
+    row("nothing, and a number", QVariant(), 0, false);
+    row("points", QPoint(1, 2), QPoint(1, 2), true);
+    row("other points", QPoint(1, 2), QPoint(1, 3), false);
+    row("a point at 0, and nothing", QPoint(), QVariant(), false);
+    row("lists", QStringList { QStringLiteral("a"), QStringLiteral("b") },
+        QStringList { QStringLiteral("a"), QStringLiteral("c") }, false);
+
+    const auto changed = [&](const char *name, const std::function<void(PropertyItem &)> &change) {
+        PropertyItem one = of(1);
+        one.setData(PropertyKey::Max, 3);
+        one.setOptionList({ QStringLiteral("a"), QStringLiteral("b") });
+        PropertyItem other = one;
+        change(other);
+        QTest::newRow(name) << one << other << false;
+    };
+    changed("other data", [](PropertyItem &item) { item.setData(PropertyKey::Max, 4); });
+    changed("more data", [](PropertyItem &item) { item.setData(PropertyKey::Min, QVariant()); });
+    changed("options in another order", [](PropertyItem &item) {
+        item.setOptionList({ QStringLiteral("b"), QStringLiteral("a") });
+    });
+    const QString a = QStringLiteral("a");
+    const QString other = QStringLiteral("c");
+    const auto withOption = [&](const char *name, const PropertyItem::OptionItem &option) {
+        changed(name, [option](PropertyItem &item) {
+            item.setOptionList({ QStringLiteral("b") });
+            item.insertOption(0, option);
+        });
+    };
+    withOption("option of another value", { other, a, QString() });
+    withOption("option of another text", { a, other, QString() });
+    withOption("option of another icon", { a, a, other });
+    changed("not editable", [](PropertyItem &item) { item.setEditable(false); });
+    QTest::newRow("type") << of(1) << PropertyItem(PropertyType::Flag, of(1).name(), of(1).displayText(), 1) << false;
+    QTest::newRow("name") << of(1) << PropertyItem(of(1).type(), QString(), of(1).displayText(), 1) << false;
+    QTest::newRow("label") << of(1) << PropertyItem(of(1).type(), of(1).name(), QString(), 1) << false;
+}
+
+void TestPropertyItem::equality()
+{
+    QFETCH(PropertyItem, one);
+    QFETCH(PropertyItem, other);
+    QFETCH(bool, equal);
+    QCOMPARE(one == other, equal);
+    QCOMPARE(other != one, !equal);
 }
 
 void TestPropertyItem::absentDataIsInvalid()
@@ -152,33 +196,6 @@ void TestPropertyItem::absentDataIsInvalid()
     QVERIFY(item.dataKeys().isEmpty());
     item.setData(PropertyKey::RegExp, QString());
     QCOMPARE(item.dataKeys(), QStringList { PropertyKey::RegExp });
-}
-
-void TestPropertyItem::constants_data()
-{
-    QTest::addColumn<QStringList>("constants");
-    QTest::addColumn<QString>("joined");
-    QTest::newRow("data keys") << QStringList { PropertyKey::Name, PropertyKey::Value, PropertyKey::Min,
-        PropertyKey::Max, PropertyKey::Type, PropertyKey::Options, PropertyKey::Editable, PropertyKey::Associate,
-        PropertyKey::SubItems, PropertyKey::ShowText, PropertyKey::Decimals, PropertyKey::RegExp, PropertyKey::Filter,
-        PropertyKey::Directory, PropertyKey::Method, PropertyKey::Title }
-                               << QStringLiteral("name value min max type options editable associate subitems showtext "
-                                                 "decimals regexp filter directory method title");
-    QTest::newRow("record keys") << QStringList { RecordKey::Id, RecordKey::Key, RecordKey::Title, RecordKey::Text,
-        RecordKey::Type, RecordKey::HasData, RecordKey::Name, RecordKey::Target, RecordKey::Parent, RecordKey::Icon,
-        RecordKey::Value } << QStringLiteral("id key title text type hasdata name target parent icon value");
-    QTest::newRow("messages") << QStringList { PropertyMessage::Service, PropertyMessage::Client, PropertyMessage::Type,
-        PropertyMessage::Show, PropertyMessage::Hide, PropertyMessage::List }
-                              << QStringLiteral(
-                                     "message/plugin/propertybrowser/service message/plugin/propertybrowser/client "
-                                     "message.type property.show property.hide property.list");
-}
-
-void TestPropertyItem::constants()
-{
-    QFETCH(QStringList, constants);
-    QFETCH(QString, joined);
-    QCOMPARE(constants.join(QLatin1Char(' ')), joined);
 }
 
 QTEST_APPLESS_MAIN(TestPropertyItem)
