@@ -294,7 +294,7 @@ void DefintionPageBuilder::onBasicInfoDataChange(const QString &name, const QVar
         return;
     const QVariant old = m_currentPoint->property(name);
     const bool isChildType = name == QLatin1String("childtype");
-    m_currentPoint->setProperty(name, isChildType ? QVariant(m_childTypes.textOf(value.toInt())) : value);
+    m_currentPoint->setProperty(name, isChildType ? QVariant(m_childTypes.textOf(value, old.toString())) : value);
     PointCreation::followRename(m_currentPoint, name, old.toString());
     Q_EMIT modified(true);
     if (m_currentPoint && name == QLatin1String("name"))

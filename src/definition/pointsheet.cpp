@@ -179,7 +179,7 @@ QList<PropertyItem> PointSheet::ofSubPoint(
         } else if (key == QLatin1String("childtype")) {
             if (childTypes.names().isEmpty())
                 continue;
-            row.setVal(childTypes.maskOf(row.value().toString()));
+            row.setVal(childTypes.valueOf(row.value().toString()));
             row.setOptionList(childTypes.names());
         } else {
             row = withPattern(row, Pattern::otherOfSubPoint());
