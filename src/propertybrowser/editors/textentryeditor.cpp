@@ -9,6 +9,7 @@
 #include <QToolButton>
 #include <QToolTip>
 
+#include <limits>
 #include <utility>
 
 TextEntryEditor::TextEntryEditor(const PropertyItem &item, const TextCodec &codec, QWidget *parent)
@@ -28,6 +29,8 @@ TextEntryEditor::TextEntryEditor(const PropertyItem &item, const TextCodec &code
         layout->addWidget(m_line, 1);
         setInner(m_line);
     }
+    // The toolkit would cut a long text.
+    m_line->setMaxLength(std::numeric_limits<int>::max());
     restore();
     connect(m_line, &QLineEdit::textChanged, this, &TextEntryEditor::onTextChanged);
 }
