@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QIcon>
+#include <QScopedValueRollback>
 
 namespace {
 
@@ -33,10 +34,29 @@ QString problemOf(const PropertyItem &item)
     return QCoreApplication::translate("PropertyBrowser", "The value is %1, which is none of the choices").arg(value);
 }
 
+/// Knows whether the choice is changed by the keys of the closed box, which only browse.
+class ChoiceBox final : public ElidingComboBox
+{
+public:
+    using ElidingComboBox::ElidingComboBox;
+
+    [[nodiscard]] bool isBrowsing() const { return m_browsing; }
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        const QScopedValueRollback<bool> browsing(m_browsing, true);
+        ElidingComboBox::keyPressEvent(event);
+    }
+
+private:
+    bool m_browsing = false;
+};
+
 class Editor final : public PropertyEditor
 {
 public:
-    Editor(const PropertyItem &item, QWidget *parent) : PropertyEditor(item, parent), m_box(new ElidingComboBox(this))
+    Editor(const PropertyItem &item, QWidget *parent) : PropertyEditor(item, parent), m_box(new ChoiceBox(this))
     {
         for (const PropertyItem::OptionItem &option : item.options()) {
             m_box->addItem(option.icon.isEmpty() ? QIcon() : QIcon(option.icon), option.text);
@@ -46,10 +66,7 @@ public:
         layout->addWidget(m_box);
         setInner(m_box);
         Editor::restore();
-        connect(m_box, qOverload<int>(&QComboBox::activated), this, [this] {
-            m_chosen = true;
-            commitChoice();
-        });
+        connect(m_box, qOverload<int>(&QComboBox::activated), this, &Editor::onActivated);
     }
 
     [[nodiscard]] QVariant value() const override { return item().options().at(m_box->currentIndex()).value; }
@@ -70,7 +87,17 @@ public:
     void openPopup() override { m_box->showPopup(); }
 
 private:
-    ElidingComboBox *m_box;
+    void onActivated(int index)
+    {
+        // Where the first option is shown for a value that none is equal to, coming back to it chooses nothing.
+        m_chosen = !m_box->isBrowsing() || index != selectedOption(item());
+        mark(m_chosen ? QString() : problemOf(item()));
+        if (!m_box->isBrowsing()) {
+            commitChoice();
+        }
+    }
+
+    ChoiceBox *m_box;
     bool m_chosen = false;
 };
 
