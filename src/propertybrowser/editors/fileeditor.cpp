@@ -1,11 +1,10 @@
 #include "propertybrowser/editors/fileeditor.h"
 
-#include "propertybrowser/editors/textcodec.h"
+#include "propertybrowser/editors/lineeditor.h"
 #include "propertybrowser/editors/textentryeditor.h"
 #include "propertybrowser/propertydialogs.h"
 #include "propertybrowser/propertyitem.h"
 #include "propertybrowser/propertykeys.h"
-#include "propertybrowser/wholematch.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -13,20 +12,6 @@
 #include <QLineEdit>
 
 namespace {
-
-const TextCodec codec = [] {
-    TextCodec c {};
-    c.parse = [](const PropertyItem &item, const QString &text) {
-        return WholeMatch::matches(WholeMatch::patternOf(item), text, WholeMatch::Lines::One) ? QVariant(text)
-                                                                                              : QVariant();
-    };
-    c.format = [](const QVariant &value) { return value.toString(); };
-    c.hint = [](const PropertyItem &item) {
-        return QCoreApplication::translate("PropertyBrowser", "Must match %1").arg(WholeMatch::patternOf(item));
-    };
-    c.emptyIsText = true;
-    return c;
-}();
 
 /// Where the dialog starts: at the typed file where it exists, else in the record's directory. Relative ones are meant
 /// from the record's directory, and that from the working directory.
@@ -62,12 +47,12 @@ void choose(TextEntryEditor *editor)
 
 PropertyEditor *FileEditor::create(const PropertyItem &item, QWidget *parent)
 {
-    auto *editor = new TextEntryEditor(item, codec, parent);
+    auto *editor = new TextEntryEditor(item, LineEditor::codec(), parent);
     editor->addButton(QStringLiteral("\u2026"), QCoreApplication::translate("PropertyBrowser", "Browse"), choose);
     return editor;
 }
 
 PropertyDisplay FileEditor::display(const PropertyItem &item)
 {
-    return { codec.shownText(item), codec.problemOf(item) };
+    return LineEditor::display(item);
 }

@@ -1,7 +1,10 @@
 #include "propertybrowser/editors/flagseditor.h"
 
 #include "propertybrowser/editors/flagsbox.h"
+#include "propertybrowser/editors/lineeditor.h"
 #include "propertybrowser/editors/propertyeditor.h"
+#include "propertybrowser/editors/textcodec.h"
+#include "propertybrowser/editors/textentryeditor.h"
 
 #include <QHBoxLayout>
 #include <QStringList>
@@ -42,6 +45,22 @@ QVariant valueOf(const PropertyItem &item, const QVector<bool> &chosen)
     return isMask(item) ? QVariant(static_cast<int>(mask)) : QVariant(parts.join(separator));
 }
 
+/// Of a row without options. A mask stays a number as long as a number is typed.
+const TextCodec &plainCodec()
+{
+    static const TextCodec codec = [] {
+        TextCodec c = LineEditor::codec();
+        c.parse = [](const PropertyItem &item, const QString &text) {
+            const QVariant typed = LineEditor::codec().parse(item, text);
+            bool isNumber = false;
+            const int mask = text.toInt(&isNumber);
+            return isNumber && isMask(item) && typed.isValid() ? QVariant(mask) : typed;
+        };
+        return c;
+    }();
+    return codec;
+}
+
 class Editor final : public PropertyEditor
 {
 public:
@@ -69,11 +88,17 @@ private:
 
 PropertyEditor *FlagsEditor::create(const PropertyItem &item, QWidget *parent)
 {
+    if (item.options().isEmpty()) {
+        return new TextEntryEditor(item, plainCodec(), parent);
+    }
     return new Editor(item, parent);
 }
 
 PropertyDisplay FlagsEditor::display(const PropertyItem &item)
 {
+    if (item.options().isEmpty()) {
+        return LineEditor::display(item);
+    }
     const QVector<bool> chosen = chosenOf(item);
     QStringList texts;
     for (int i = 0; i < chosen.size(); ++i) {

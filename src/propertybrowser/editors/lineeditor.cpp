@@ -7,30 +7,30 @@
 
 #include <QCoreApplication>
 
-namespace {
-
-const TextCodec codec = [] {
-    TextCodec c {};
-    c.parse = [](const PropertyItem &item, const QString &text) {
-        return WholeMatch::matches(WholeMatch::patternOf(item), text, WholeMatch::Lines::One) ? QVariant(text)
-                                                                                              : QVariant();
-    };
-    c.format = [](const QVariant &value) { return value.toString(); };
-    c.hint = [](const PropertyItem &item) {
-        return QCoreApplication::translate("PropertyBrowser", "Must match %1").arg(WholeMatch::patternOf(item));
-    };
-    c.emptyIsText = true;
-    return c;
-}();
-
-} // namespace
+const TextCodec &LineEditor::codec()
+{
+    static const TextCodec codec = [] {
+        TextCodec c {};
+        c.parse = [](const PropertyItem &item, const QString &text) {
+            const bool matches = WholeMatch::matches(WholeMatch::patternOf(item), text, WholeMatch::Lines::One);
+            return matches ? QVariant(text) : QVariant();
+        };
+        c.format = [](const QVariant &value) { return value.toString(); };
+        c.hint = [](const PropertyItem &item) {
+            return QCoreApplication::translate("PropertyBrowser", "Must match %1").arg(WholeMatch::patternOf(item));
+        };
+        c.emptyIsText = true;
+        return c;
+    }();
+    return codec;
+}
 
 PropertyEditor *LineEditor::create(const PropertyItem &item, QWidget *parent)
 {
-    return new TextEntryEditor(item, codec, parent);
+    return new TextEntryEditor(item, codec(), parent);
 }
 
 PropertyDisplay LineEditor::display(const PropertyItem &item)
 {
-    return { codec.shownText(item), codec.problemOf(item) };
+    return { codec().shownText(item), codec().problemOf(item) };
 }
