@@ -9,12 +9,18 @@
 
 namespace {
 
-bool step(const PropertyItem & /*item*/, QString *text, int cursor, int steps)
+/// With the zone of the record where the text names it.
+QDateTime read(const PropertyItem &item, const QString &text)
+{
+    return IsoTime::dateTime(text, item.value().toDateTime().timeZone());
+}
+
+bool step(const PropertyItem &item, QString *text, int cursor, int steps)
 {
     const bool fresh = text->isEmpty();
-    const QDateTime old = fresh ? QDateTime(QDate::currentDate(), QTime(0, 0)) : IsoTime::dateTime(*text);
+    const QDateTime old = fresh ? QDateTime(QDate::currentDate(), QTime(0, 0)) : read(item, *text);
     const QString stepped = IsoTime::text(IsoTime::stepped(old, cursor, fresh ? 0 : steps));
-    const bool possible = IsoTime::dateTime(stepped).isValid();
+    const bool possible = read(item, stepped).isValid();
     if (possible) {
         *text = stepped;
     }
@@ -23,8 +29,8 @@ bool step(const PropertyItem & /*item*/, QString *text, int cursor, int steps)
 
 const TextCodec codec = [] {
     TextCodec c {};
-    c.parse = [](const PropertyItem & /*item*/, const QString &text) {
-        const QDateTime dateTime = IsoTime::dateTime(text);
+    c.parse = [](const PropertyItem &item, const QString &text) {
+        const QDateTime dateTime = read(item, text);
         return dateTime.isValid() ? QVariant(dateTime) : QVariant();
     };
     c.format = [](const QVariant &value) { return IsoTime::text(value.toDateTime()); };
@@ -32,19 +38,14 @@ const TextCodec codec = [] {
         return QCoreApplication::translate("PropertyBrowser", "A date and time as yyyy-MM-ddTHH:mm:ss");
     };
     c.step = step;
-    c.allowed = "+-.: TZ0123456789";
     return c;
 }();
 
 /// Another day keeps the time of day and the zone.
 QString onDay(const TextEntryEditor *editor, QDate day)
 {
-    QDateTime dateTime = editor->typedValue().toDateTime();
-    if (!dateTime.isValid()) {
-        dateTime = QDateTime(day, QTime(0, 0));
-    }
-    dateTime.setDate(day);
-    return IsoTime::text(dateTime);
+    const QDateTime old = editor->typedValue().toDateTime();
+    return IsoTime::text(old.isValid() ? IsoTime::moved(old, day, old.time()) : QDateTime(day, QTime(0, 0)));
 }
 
 } // namespace

@@ -35,11 +35,32 @@ QTime IsoTime::time(const QString &text)
     return form.match(text).hasMatch() ? QTime::fromString(text, Qt::ISODateWithMs) : QTime();
 }
 
-QDateTime IsoTime::dateTime(const QString &text)
+QDateTime IsoTime::dateTime(const QString &text, const QTimeZone &known)
 {
-    static const QRegularExpression form(QStringLiteral(
-        "\\A\\d{4}-\\d\\d-\\d\\d[T ]([01]\\d|2[0-3]):\\d\\d(:\\d\\d(\\.\\d{1,3})?)?(Z|[+-]\\d\\d:\\d\\d)?\\z"));
-    return form.match(text).hasMatch() ? QDateTime::fromString(text, Qt::ISODateWithMs) : QDateTime();
+    static const QRegularExpression form(
+        QStringLiteral("\\A(\\d{4}-\\d\\d-\\d\\d[T ](?:[01]\\d|2[0-3]):\\d\\d(?::\\d\\d(?:\\.\\d{1,3})?)?)"
+                       "(Z|[+-]\\d\\d:\\d\\d)?(?: (\\S.*))?\\z"));
+    const QRegularExpressionMatch match = form.match(text);
+    if (!match.hasMatch()) {
+        return {};
+    }
+    const QString clockText = match.captured(1);
+    const QString offset = match.captured(2);
+    const QByteArray zoneName = match.captured(3).toUtf8();
+    if (zoneName.isEmpty()) {
+        return QDateTime::fromString(clockText + offset, Qt::ISODateWithMs);
+    }
+    const QTimeZone zone = known.isValid() && known.id() == zoneName ? known : QTimeZone(zoneName);
+    if (!zone.isValid()) {
+        return {};
+    }
+    // As UTC, which leaves no hour out; the zone may, and another offset would be another time of day.
+    const QDateTime clock = QDateTime::fromString(clockText + QLatin1Char('Z'), Qt::ISODateWithMs);
+    const QDateTime result = offset.isEmpty()
+        ? QDateTime(clock.date(), clock.time(), zone)
+        : QDateTime::fromString(clockText + offset, Qt::ISODateWithMs).toTimeZone(zone);
+    const bool exists = result.date() == clock.date() && result.time() == clock.time();
+    return exists ? result : QDateTime();
 }
 
 QString IsoTime::text(QDate date)
@@ -54,7 +75,30 @@ QString IsoTime::text(QTime time)
 
 QString IsoTime::text(const QDateTime &dateTime)
 {
-    return dateTime.toString(dateTime.time().msec() == 0 ? Qt::ISODate : Qt::ISODateWithMs);
+    const QString withOffset = dateTime.toString(dateTime.time().msec() == 0 ? Qt::ISODate : Qt::ISODateWithMs);
+    if (dateTime.timeSpec() != Qt::TimeZone || !dateTime.isValid()) {
+        return withOffset;
+    }
+    const QTimeZone zone = dateTime.timeZone();
+    // An offset only where the time of day comes twice and this is not the one that is taken without it.
+    const bool isUsual = QDateTime(dateTime.date(), dateTime.time(), zone) == dateTime;
+    const QString clock = text(dateTime.date()) + QLatin1Char('T') + text(dateTime.time());
+    return (isUsual ? clock : withOffset) + QLatin1Char(' ') + QString::fromUtf8(zone.id());
+}
+
+QDateTime IsoTime::moved(const QDateTime &dateTime, QDate date, QTime time)
+{
+    QDateTime result = dateTime;
+    result.setDate(date);
+    result.setTime(time);
+    if (dateTime.timeSpec() == Qt::TimeZone && result.offsetFromUtc() != dateTime.offsetFromUtc()) {
+        const QDateTime same
+            = QDateTime(date, time, Qt::OffsetFromUTC, dateTime.offsetFromUtc()).toTimeZone(dateTime.timeZone());
+        if (same.offsetFromUtc() == dateTime.offsetFromUtc()) {
+            return same;
+        }
+    }
+    return result;
 }
 
 QDate IsoTime::stepped(QDate date, int cursor, int steps)
@@ -79,13 +123,10 @@ QTime IsoTime::stepped(QTime time, int cursor, int steps)
 
 QDateTime IsoTime::stepped(const QDateTime &dateTime, int cursor, int steps)
 {
-    QDateTime result = dateTime;
     if (cursor <= DateLength) {
-        result.setDate(stepped(dateTime.date(), cursor, steps));
-    } else {
-        result.setTime(stepped(dateTime.time(), cursor - DateLength - 1, steps));
+        return moved(dateTime, stepped(dateTime.date(), cursor, steps), dateTime.time());
     }
-    return result;
+    return moved(dateTime, dateTime.date(), stepped(dateTime.time(), cursor - DateLength - 1, steps));
 }
 
 void IsoTime::addCalendar(TextEntryEditor *editor, const std::function<QDate(const TextEntryEditor *)> &start,
