@@ -9,6 +9,8 @@
 #include <QFont>
 #include <QStringList>
 
+#include <optional>
+
 namespace {
 
 QVariant fromStored(const QString &text)
@@ -20,20 +22,53 @@ QVariant fromStored(const QString &text)
     return readable && font.fromString(text) ? QVariant(font) : QVariant();
 }
 
-/// What may follow the family, with how it is written and applied.
-struct Word
+struct Weight
 {
     QLatin1String text;
-    bool (QFont::*isSet)() const;
-    void (QFont::*set)(bool);
+    int number;
 };
 
-const Word words[] = {
-    { QLatin1String("bold"), &QFont::bold, &QFont::setBold },
-    { QLatin1String("italic"), &QFont::italic, &QFont::setItalic },
-    { QLatin1String("underline"), &QFont::underline, &QFont::setUnderline },
-    { QLatin1String("strikeout"), &QFont::strikeOut, &QFont::setStrikeOut },
+const Weight weights[] = {
+    { QLatin1String("thin"), QFont::Thin },
+    { QLatin1String("extralight"), QFont::ExtraLight },
+    { QLatin1String("light"), QFont::Light },
+    { QLatin1String("normal"), QFont::Normal },
+    { QLatin1String("medium"), QFont::Medium },
+    { QLatin1String("demibold"), QFont::DemiBold },
+    { QLatin1String("bold"), QFont::Bold },
+    { QLatin1String("extrabold"), QFont::ExtraBold },
+    { QLatin1String("black"), QFont::Black },
 };
+/// For the weights between those that have a name.
+const QLatin1String weightPrefix("weight ");
+const QLatin1String italicWord("italic");
+const QLatin1String obliqueWord("oblique");
+const QLatin1String underlineWord("underline");
+const QLatin1String strikeOutWord("strikeout");
+
+QString weightText(int weight)
+{
+    for (const Weight &each : weights) {
+        if (each.number == weight) {
+            return each.text;
+        }
+    }
+    return weightPrefix + QString::number(weight);
+}
+
+std::optional<int> weightOf(const QString &text)
+{
+    for (const Weight &each : weights) {
+        if (text.compare(each.text, Qt::CaseInsensitive) == 0) {
+            return each.number;
+        }
+    }
+    constexpr uint Heaviest = 99;
+    bool isNumber = false;
+    const uint weight = text.mid(weightPrefix.size()).toUInt(&isNumber);
+    const bool readable = text.startsWith(weightPrefix, Qt::CaseInsensitive) && isNumber && weight <= Heaviest;
+    return readable ? std::optional<int>(weight) : std::nullopt;
+}
 
 QString format(const QVariant &value)
 {
@@ -44,23 +79,23 @@ QString format(const QVariant &value)
     } else {
         parts.append(QString::number(font.pointSizeF()) + QLatin1String(" pt"));
     }
-    for (const Word &word : words) {
-        if ((font.*word.isSet)()) {
-            parts.append(word.text);
-        }
+    if (font.weight() != QFont::Normal) {
+        parts.append(weightText(font.weight()));
+    }
+    if (font.style() != QFont::StyleNormal) {
+        parts.append(font.style() == QFont::StyleItalic ? italicWord : obliqueWord);
+    }
+    if (font.underline()) {
+        parts.append(underlineWord);
+    }
+    if (font.strikeOut()) {
+        parts.append(strikeOutWord);
     }
     return parts.join(QLatin1String(", "));
 }
 
-/// The word or size that may follow the family; false when it is neither.
-bool apply(const QString &part, QFont *font)
+bool applySize(const QString &part, QFont *font)
 {
-    for (const Word &word : words) {
-        if (part.compare(word.text, Qt::CaseInsensitive) == 0) {
-            (font->*word.set)(true);
-            return true;
-        }
-    }
     const bool pixels = part.endsWith(QLatin1String("px"));
     const bool points = part.endsWith(QLatin1String("pt"));
     bool isNumber = false;
@@ -77,27 +112,48 @@ bool apply(const QString &part, QFont *font)
     return true;
 }
 
+/// The word or size that may follow the family; false when it is neither.
+bool apply(const QString &part, QFont *font)
+{
+    const auto is = [&part](QLatin1String word) { return part.compare(word, Qt::CaseInsensitive) == 0; };
+    if (const std::optional<int> weight = weightOf(part)) {
+        font->setWeight(*weight);
+    } else if (is(italicWord) || is(obliqueWord)) {
+        font->setStyle(is(italicWord) ? QFont::StyleItalic : QFont::StyleOblique);
+    } else if (is(underlineWord)) {
+        font->setUnderline(true);
+    } else if (is(strikeOutWord)) {
+        font->setStrikeOut(true);
+    } else {
+        return applySize(part, font);
+    }
+    return true;
+}
+
 QVariant parse(const PropertyItem &item, const QString &text)
 {
-    const QVariant old = item.value();
+    const QVariant value = item.value();
     // What the text doesn't speak of, the stretch for instance, stays.
-    QFont font = (old.userType() == QMetaType::QString ? fromStored(old.toString()) : old).value<QFont>();
+    const auto old = (value.userType() == QMetaType::QString ? fromStored(value.toString()) : value).value<QFont>();
     const QStringList parts = text.split(QLatin1Char(','));
     const QString family = parts.first().trimmed();
     if (family.isEmpty()) {
         return {};
     }
+    QFont font = old;
     font.setFamily(family);
-    for (const Word &word : words) {
-        // A light or a demi-bold font is not "bold", nor is it to become a normal one.
-        if ((font.*word.isSet)()) {
-            (font.*word.set)(false);
-        }
-    }
+    font.setWeight(QFont::Normal);
+    font.setStyle(QFont::StyleNormal);
+    font.setUnderline(false);
+    font.setStrikeOut(false);
     for (int i = 1; i < parts.size(); ++i) {
         if (!apply(parts.at(i).trimmed(), &font)) {
             return {};
         }
+    }
+    if (font.weight() != old.weight() || font.style() != old.style()) {
+        // The name of the old face would have the last word.
+        font.setStyleName(QString());
     }
     return font;
 }
