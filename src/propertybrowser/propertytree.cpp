@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPointer>
+#include <QRegularExpression>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 
@@ -46,7 +47,8 @@ QIcon iconOf(const PropertyDisplay &display, const QWidget *view)
 
 QString firstLine(const QString &text)
 {
-    const int end = text.indexOf(QLatin1Char('\n'));
+    static const QRegularExpression lineBreak(QStringLiteral("[\\r\\n\\x{2028}\\x{2029}]"));
+    const int end = text.indexOf(lineBreak);
     return end < 0 ? text : text.left(end) + QStringLiteral(" \u2026");
 }
 
