@@ -31,7 +31,6 @@ const TextCodec codec = [] {
         return QCoreApplication::translate("PropertyBrowser", "A date as yyyy-MM-dd");
     };
     c.step = step;
-    c.allowed = "-0123456789";
     return c;
 }();
 

@@ -1,5 +1,6 @@
 #include "propertybrowser/editors/floateditor.h"
 
+#include "propertybrowser/editors/decimal.h"
 #include "propertybrowser/editors/numberbounds.h"
 #include "propertybrowser/editors/textcodec.h"
 #include "propertybrowser/editors/textentryeditor.h"
@@ -19,16 +20,39 @@ namespace {
 constexpr double LargestPlain = 1e15;
 constexpr double SmallestPlain = 1e-5;
 
-QString format(const QVariant &value)
+bool isText(const QVariant &value)
 {
-    bool isNumber = false;
-    const double number = value.toDouble(&isNumber);
-    if (!isNumber) {
-        return value.toString();
-    }
+    return value.userType() == QMetaType::QString;
+}
+
+QString shortest(double number)
+{
     const double size = std::fabs(number);
     const bool plain = size < LargestPlain && (size >= SmallestPlain || number == 0.0);
     return QString::number(number, plain ? 'f' : 'g', QLocale::FloatingPointShortest);
+}
+
+bool hasExponent(const QString &text)
+{
+    return text.contains(QLatin1Char('e'), Qt::CaseInsensitive);
+}
+
+/// A number in a file can have more digits than a double: it is kept as a text that has them all.
+QString exactText(const QString &text, double number)
+{
+    const std::optional<Decimal> decimal = hasExponent(text) ? std::nullopt : Decimal::fromText(text);
+    return decimal ? decimal->text() : shortest(number);
+}
+
+QString format(const QVariant &value)
+{
+    if (isText(value)) {
+        const std::optional<Decimal> decimal = Decimal::fromText(value.toString());
+        return decimal ? decimal->reduced().text() : value.toString();
+    }
+    bool isNumber = false;
+    const double number = value.toDouble(&isNumber);
+    return isNumber ? shortest(number) : value.toString();
 }
 
 QVariant parse(const PropertyItem &item, const QString &text)
@@ -43,14 +67,17 @@ QVariant parse(const PropertyItem &item, const QString &text)
     const std::optional<double> decimals = NumberBounds::bound(item, PropertyKey::Decimals);
     const int point = text.indexOf(QLatin1Char('.'));
     const bool tooFine = decimals && point >= 0 && text.size() - point - 1 > *decimals;
-    return tooFine ? QVariant() : QVariant(number);
+    if (tooFine) {
+        return {};
+    }
+    return isText(item.value()) ? QVariant(exactText(text, number)) : QVariant(number);
 }
 
 bool step(const PropertyItem &item, QString *text, int /*cursor*/, int steps)
 {
-    bool isNumber = false;
-    const double old = text->toDouble(&isNumber);
-    if (!isNumber && !text->isEmpty()) {
+    const bool fresh = text->isEmpty();
+    const std::optional<Decimal> old = Decimal::fromText(fresh ? QStringLiteral("0") : *text);
+    if (!old) {
         return false;
     }
     const double lowest = NumberBounds::bound(item, PropertyKey::Min).value_or(std::numeric_limits<double>::lowest());
@@ -58,12 +85,15 @@ bool step(const PropertyItem &item, QString *text, int /*cursor*/, int steps)
     if (lowest > highest) {
         return false;
     }
-    // Rounded, or 2.3 would step down to 1.2999999999999998.
-    const double sum = QString::number(old + steps, 'f', 12).toDouble();
-    const double stepped = std::clamp(sum, lowest, highest);
-    const bool moves = text->isEmpty() || (steps > 0 ? stepped > old : stepped < old);
+    const QString sum = old->plus(steps).text();
+    const double number = sum.toDouble();
+    const double stepped = std::clamp(number, lowest, highest);
+    const bool inBounds = stepped == number;
+    const double before = old->text().toDouble();
+    // A text moves on even where doubles are too far apart to show it.
+    const bool moves = fresh || (inBounds && isText(item.value())) || (steps > 0 ? stepped > before : stepped < before);
     if (moves) {
-        *text = format(stepped);
+        *text = inBounds && !hasExponent(*text) ? sum : shortest(stepped);
     }
     return moves;
 }
@@ -72,6 +102,7 @@ const TextCodec codec = [] {
     TextCodec c {};
     c.parse = parse;
     c.format = format;
+    c.store = [](const PropertyItem & /*item*/, const QVariant &value) { return value.toString(); };
     c.hint = [](const PropertyItem &item) {
         QString hint = NumberBounds::hint(item, QCoreApplication::translate("PropertyBrowser", "A number"));
         if (const std::optional<double> decimals = NumberBounds::bound(item, PropertyKey::Decimals)) {
@@ -81,7 +112,6 @@ const TextCodec codec = [] {
         return hint;
     };
     c.step = step;
-    c.allowed = "+-.eE0123456789";
     c.isNumber = true;
     return c;
 }();

@@ -54,7 +54,6 @@ const TextCodec codec = [] {
         return NumberBounds::hint(item, QCoreApplication::translate("PropertyBrowser", "A whole number"));
     };
     c.step = step;
-    c.allowed = "+-0123456789";
     c.isNumber = true;
     return c;
 }();

@@ -41,7 +41,6 @@ const TextCodec codec = [] {
     c.step = [](const PropertyItem & /*item*/, QString *text, int cursor, int steps) {
         return NumberList::step(text, Count, cursor, steps);
     };
-    c.allowed = "+-0123456789 ,;xX";
     return c;
 }();
 

@@ -20,22 +20,6 @@ void SteppingEdit::stepBy(int steps)
     }
 }
 
-QValidator::State SteppingEdit::validate(QString &input, int & /*position*/) const
-{
-    if (m_codec.accepts(m_item, input)) {
-        return QValidator::Acceptable;
-    }
-    const QString kept = m_codec.shownText(m_item);
-    for (const QChar c : qAsConst(input)) {
-        const bool typable = m_codec.allowed == nullptr || QLatin1String(m_codec.allowed).contains(c);
-        // A value that never was of this kind can still be shortened and mended.
-        if (!typable && !kept.contains(c)) {
-            return QValidator::Invalid;
-        }
-    }
-    return QValidator::Intermediate;
-}
-
 QSize SteppingEdit::minimumSizeHint() const
 {
     return { fontMetrics().averageCharWidth() * 8, QAbstractSpinBox::minimumSizeHint().height() };

@@ -6,8 +6,8 @@
 
 struct TextCodec;
 
-/// A line with arrows whose text, steps and keys come from a codec. Unlike the toolkit's spin boxes it can be empty and
-/// can hold a text that is no value of its kind, so that showing a value never alters it.
+/// A line with arrows whose text and steps come from a codec. Unlike the toolkit's spin boxes it can be empty and takes
+/// any text: showing a value never alters it, and what is typed never loses the characters that make it wrong.
 class SteppingEdit final : public QAbstractSpinBox
 {
     Q_OBJECT
@@ -19,7 +19,6 @@ public:
     [[nodiscard]] QLineEdit *line() const { return lineEdit(); }
 
     void stepBy(int steps) override;
-    [[nodiscard]] QValidator::State validate(QString &input, int &position) const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:

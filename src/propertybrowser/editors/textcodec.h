@@ -12,7 +12,7 @@ struct TextCodec
     /// The value that a text stands for, invalid when it is none or is out of the item's bounds. Never given an empty
     /// text, except where `emptyIsText`.
     QVariant (*parse)(const PropertyItem &item, const QString &text);
-    /// The text shown for a value of the kind's own type.
+    /// The text shown for a value of the kind's own type. Values are the same when their texts are.
     QString (*format)(const QVariant &value);
     /// The text that is handed out for a record that came with a text. Null: the same as `format`.
     QString (*store)(const PropertyItem &item, const QVariant &value) = nullptr;
@@ -22,8 +22,6 @@ struct TextCodec
     QString (*hint)(const PropertyItem &item) = nullptr;
     /// What the arrow keys do at the cursor; false when they can't. Null: no arrows.
     bool (*step)(const PropertyItem &item, QString *text, int cursor, int steps) = nullptr;
-    /// The characters that can be typed at all. Null: any.
-    const char *allowed = nullptr;
     /// A record that came without a value gets a value of the kind's own type, not a text.
     bool isNumber = false;
     /// An empty text is a value like any other and `parse` decides; otherwise it means "no value".

@@ -82,7 +82,7 @@ bool TextEntryEditor::isModified() const
     const QVariant typed = typedValue();
     const QVariant old = m_codec.ownValue(item());
     // The same value written in another way, 007 for 7, is no change. A text that is no value always is one.
-    return !typed.isValid() || !old.isValid() || m_codec.storedText(item(), typed) != m_codec.storedText(item(), old);
+    return !typed.isValid() || !old.isValid() || m_codec.format(typed) != m_codec.format(old);
 }
 
 bool TextEntryEditor::isAcceptable() const

@@ -30,7 +30,6 @@ const TextCodec codec = [] {
         return QCoreApplication::translate("PropertyBrowser", "A time of day as HH:mm:ss");
     };
     c.step = step;
-    c.allowed = ".:0123456789";
     return c;
 }();
 
