@@ -77,6 +77,51 @@ inline Edit choosing(int index)
     };
 }
 
+/// Enters the row without dropping anything down, and presses the keys there.
+inline Edit pressing(const QVector<Qt::Key> &keys)
+{
+    return [keys](SheetDriver &driver) {
+        if (driver.isTree()) {
+            driver.treeWidget()->setFocus();
+            driver.treeWidget()->setCurrentItem(driver.row("it"));
+            SheetDriver::press(Qt::Key_F2);
+        } else {
+            driver.editor("it")->setFocus();
+        }
+        for (const Qt::Key key : keys) {
+            SheetDriver::press(key);
+        }
+    };
+}
+
+inline Edit leavingAfter(const Edit &edit)
+{
+    return [edit](SheetDriver &driver) {
+        edit(driver);
+        driver.before()->setFocus();
+    };
+}
+
+inline Edit askingAfter(const Edit &edit)
+{
+    return [edit](SheetDriver &driver) {
+        edit(driver);
+        QCOMPARE(driver.spy().count(), 0);
+        QVERIFY(driver.commit());
+    };
+}
+
+/// Types the line's text again with one part of it changed.
+inline Edit replacing(const char *part, const char *by)
+{
+    return [part = s(part), by = s(by)](SheetDriver &driver) {
+        driver.click("it");
+        QString text = driver.editor("it")->findChild<QLineEdit *>()->text();
+        SheetDriver::type(text.replace(part, by));
+        SheetDriver::press(Qt::Key_Return);
+    };
+}
+
 inline Edit ticking(const QVector<int> &indexes, Qt::Key end = Qt::Key_Return)
 {
     return [indexes, end](SheetDriver &driver) {
