@@ -2,6 +2,7 @@
 
 #include "attributesheet.h"
 #include "attributetable.h"
+#include "committedvalue.h"
 #include "defintionpagebuilder.h"
 #include "enumtable.h"
 #include "model/controller.h"
@@ -31,10 +32,12 @@ void DefintionPageBuilder::onDefineTableItemClicked(QTableWidgetItem *cell)
 {
     if (!m_ui)
         return;
-    m_ui->enumGroup->hide();
     // Rows count every child, sub points included, although the table leaves those out: a point whose sub points come
     // first shows another child than the one clicked.
-    PointTreeWidgetItem *attribute = cell && m_currentPoint ? childAt(m_currentPoint, cell->row()) : nullptr;
+    const QPointer<PointTreeWidgetItem> attribute(
+        cell && m_currentPoint ? childAt(m_currentPoint, cell->row()) : nullptr);
+    commitSheets();
+    m_ui->enumGroup->hide();
     if (attribute) {
         m_currentAttribute = attribute;
         m_editTarget = attribute;
@@ -48,26 +51,36 @@ void DefintionPageBuilder::showAttribute(PointTreeWidgetItem *attribute)
 {
     AttributeSheet::bringIntoLine(attribute, fieldsOf(attribute->kind()));
     m_ui->editInfoWidget->show();
-    m_ui->editInfoWidget->showProperties(AttributeSheet::of(attribute, m_attributeTypes));
+    m_ui->editInfoWidget->showProperties(editInfo());
     const bool isEnum = attribute->kind() == QLatin1String("Enum");
     if (isEnum) {
         const QSignalBlocker quiet(m_ui->enumTable);
         EnumTable::fill(m_ui->enumTable, attribute);
     }
     m_ui->enumGroup->setVisible(isEnum);
+    Controller::instance()->flushChanges();
+}
+
+QList<PropertyItem> DefintionPageBuilder::editInfo() const
+{
+    if (!m_editTarget)
+        return {};
+    return m_editMode == EditEntry ? EnumTable::sheetOf(m_editTarget)
+                                   : AttributeSheet::of(m_editTarget, m_attributeTypes);
 }
 
 void DefintionPageBuilder::onEnumTableItemClicked(QTableWidgetItem *cell)
 {
     if (!m_ui || !cell || !m_currentAttribute)
         return;
-    PointTreeWidgetItem *entry = childAt(m_currentAttribute, cell->row());
+    const QPointer<PointTreeWidgetItem> entry(childAt(m_currentAttribute, cell->row()));
+    commitSheets();
     if (!entry)
         return;
     m_editTarget = entry;
     m_editMode = EditEntry;
     m_ui->editInfoWidget->show();
-    m_ui->editInfoWidget->showProperties(EnumTable::sheetOf(entry));
+    m_ui->editInfoWidget->showProperties(editInfo());
     updateButtons();
 }
 
@@ -79,34 +92,32 @@ void DefintionPageBuilder::onEditInfoDataChange(const QString &name, const QVari
         changeAttributeType(value.toString());
         return;
     }
-    const bool isEntry = m_editMode == EditEntry;
-    QTableWidget *table = isEntry ? m_ui->enumTable : m_ui->defintionTable;
-    const QStringList columns = isEntry ? EnumTable::columns() : AttributeTable::columns();
-    TableCells::setText(table, table->currentRow(), columns.indexOf(name), value.toString());
-    m_editTarget->setProperty(name, value);
-    Q_EMIT modified(true);
+    m_editTarget->setProperty(name, CommittedValue::of(value));
+    finishChange();
 }
 
 void DefintionPageBuilder::changeAttributeType(const QString &typeName)
 {
     PointTreeWidgetItem *attribute = m_editTarget;
+    // The type becomes the name of an element, and a sub point stays one.
+    if (attribute->isKind(QLatin1String("SubExtPoint")) || !m_attributeTypes.contains(typeName)) {
+        m_ui->editInfoWidget->showProperties(editInfo());
+        return;
+    }
     attribute->setKind(typeName);
-    if (attribute->link() && attribute->link() != attribute)
-        attribute->link()->item()->setKind(typeName);
-    TableCells::setText(m_ui->defintionTable, m_ui->defintionTable->currentRow(),
-        AttributeTable::columns().indexOf(QStringLiteral("type")), typeName);
     showAttribute(attribute);
-    updateButtons();
-    Q_EMIT modified(true);
+    finishChange();
 }
 
 void DefintionPageBuilder::onAddButtonClicked()
 {
     if (!m_ui)
         return;
-    if (sender() == m_ui->pushButton_add_attr)
+    const QObject *button = sender();
+    commitSheets();
+    if (button == m_ui->pushButton_add_attr)
         addAttribute();
-    else if (sender() == m_ui->pushButton_add_enum)
+    else if (button == m_ui->pushButton_add_enum)
         addEntry();
 }
 
@@ -114,10 +125,9 @@ void DefintionPageBuilder::addAttribute()
 {
     if (!currentTakesAttributes())
         return;
-    PointTreeWidgetItem *attribute = AttributeSheet::create(m_currentPoint, fieldsOf(QStringLiteral("String")));
+    (void)AttributeSheet::create(m_currentPoint, fieldsOf(QStringLiteral("String")));
+    Controller::instance()->flushChanges();
     QTableWidget *table = m_ui->defintionTable;
-    AttributeTable::appendRow(table, attribute);
-    TableCells::fit(table);
     table->setCurrentCell(table->rowCount() - 1, 0);
     onDefineTableItemClicked(table->currentItem());
     Q_EMIT modified(true);
@@ -127,10 +137,9 @@ void DefintionPageBuilder::addEntry()
 {
     if (!m_currentAttribute)
         return;
-    PointTreeWidgetItem *entry = EnumTable::create(m_currentAttribute);
+    (void)EnumTable::create(m_currentAttribute);
+    Controller::instance()->flushChanges();
     QTableWidget *table = m_ui->enumTable;
-    TableCells::appendRow(table, { entry->property(QStringLiteral("key")).toString(), QString(), QString() });
-    TableCells::fit(table);
     table->setCurrentCell(table->rowCount() - 1, table->columnCount() - 1);
     onEnumTableItemClicked(table->currentItem());
     Q_EMIT modified(true);
@@ -140,9 +149,11 @@ void DefintionPageBuilder::onDelButtonClicked()
 {
     if (!m_ui)
         return;
-    if (sender() == m_ui->pushButton_del_attr)
+    const QObject *button = sender();
+    commitSheets();
+    if (button == m_ui->pushButton_del_attr)
         deleteAttribute();
-    else if (sender() == m_ui->pushButton_delete_enmu)
+    else if (button == m_ui->pushButton_delete_enmu)
         deleteEntry();
 }
 
@@ -161,6 +172,7 @@ void DefintionPageBuilder::deleteAttribute()
         PointCreation::destroyWithCounterpart(attribute);
         table->removeRow(table->currentRow());
     }
+    Controller::instance()->flushChanges();
     if (table->currentRow() < 0) {
         // The last one takes the change with it: the document is not marked, as by the next edit it will be.
         m_ui->editInfoWidget->hide();
@@ -182,6 +194,7 @@ void DefintionPageBuilder::deleteEntry()
         PointCreation::destroyWithCounterpart(m_editTarget);
         table->removeRow(table->currentRow());
     }
+    Controller::instance()->flushChanges();
     if (table->currentRow() < 0) {
         m_ui->editInfoWidget->hide();
         m_editMode = EditAttribute;

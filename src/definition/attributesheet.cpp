@@ -63,9 +63,16 @@ QList<PropertyItem> AttributeSheet::of(PointTreeWidgetItem *attribute, const QSt
 {
     QList<PropertyItem> records;
     const PropertyHash properties = attribute->properties();
-    for (const PropertyHash::Entry &entry : properties)
-        records.append(recordOf(attribute, entry.key, entry.value));
-    records.append(typeRecord(attribute->kind(), typeNames));
+    for (const PropertyHash::Entry &entry : properties) {
+        // An attribute of that name is never written back, and would be taken for the type.
+        if (entry.key.compare(QLatin1String("type"), Qt::CaseInsensitive) != 0)
+            records.append(recordOf(attribute, entry.key, entry.value));
+    }
+    PropertyItem type = typeRecord(attribute->kind(), typeNames);
+    // A sub point that stands in the row of an attribute stays a sub point.
+    if (attribute->isKind(QLatin1String("SubExtPoint")))
+        type.setEditable(false);
+    records.append(type);
     return records;
 }
 
@@ -86,10 +93,8 @@ PointTreeWidgetItem *AttributeSheet::create(PointTreeWidgetItem *owner, const QS
 {
     auto *attribute = new PointTreeWidgetItem(QString());
     attribute->setKind(QStringLiteral("String"));
-    attribute->setPointId(owner->pointId());
-    attribute->setPluginId(owner->pluginId());
     for (const QString &field : fields)
         attribute->setProperty(field, QString());
-    owner->addChild(attribute, true);
+    owner->addChild(attribute, false);
     return attribute;
 }

@@ -14,19 +14,19 @@ QStringList AttributeTable::columns()
 void AttributeTable::fill(QTableWidget *table, const PointTreeWidgetItem *owner)
 {
     TableCells::reset(table, columns());
-    if (!owner)
-        return;
-    const Definitions::Nodes attributes = Definitions::declarations(owner);
-    for (PointTreeWidgetItem *attribute : attributes)
-        appendRow(table, attribute);
-    TableCells::fit(table);
+    TableCells::setRows(table, rowsOf(owner));
 }
 
-void AttributeTable::appendRow(QTableWidget *table, PointTreeWidgetItem *attribute)
+QList<QStringList> AttributeTable::rowsOf(const PointTreeWidgetItem *owner)
 {
-    QStringList texts;
-    const QStringList keys = columns();
-    for (const QString &key : keys)
-        texts.append(key == QLatin1String("type") ? attribute->kind() : attribute->property(key).toString());
-    TableCells::appendRow(table, texts);
+    QList<QStringList> rows;
+    const Definitions::Nodes attributes = owner ? Definitions::declarations(owner) : Definitions::Nodes();
+    for (const PointTreeWidgetItem *attribute : attributes) {
+        QStringList texts;
+        const QStringList keys = columns();
+        for (const QString &key : keys)
+            texts.append(key == QLatin1String("type") ? attribute->kind() : attribute->properties().text(key));
+        rows.append(texts);
+    }
+    return rows;
 }

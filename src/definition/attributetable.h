@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QStringList>
 
 class PointTreeWidgetItem;
@@ -14,6 +15,7 @@ namespace AttributeTable {
 /// Shows a row for each model child of @p owner that is no sub point, in order; null empties the table.
 void fill(QTableWidget *table, const PointTreeWidgetItem *owner);
 
-void appendRow(QTableWidget *table, PointTreeWidgetItem *attribute);
+/// The texts of those rows, by column.
+[[nodiscard]] QList<QStringList> rowsOf(const PointTreeWidgetItem *owner);
 
 } // namespace AttributeTable

@@ -2,10 +2,13 @@
 
 #include "attributesheet.h"
 #include "attributetable.h"
+#include "committedvalue.h"
 #include "enumtable.h"
 #include "model/controller.h"
 #include "model/definitions.h"
+#include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
+#include "model/sourcedatamanager.h"
 #include "pointcreation.h"
 #include "surface/extpointwidgetform.h"
 #include "tablecells.h"
@@ -15,6 +18,7 @@
 #include <QEvent>
 #include <QMenu>
 #include <QShortcut>
+#include <QSignalBlocker>
 #include <QToolButton>
 
 using PointCreation::Role;
@@ -29,6 +33,17 @@ void showInTree(QTreeWidget *tree, PointTreeWidgetItem *item)
         return;
     tree->setCurrentItem(item);
     tree->scrollToItem(item);
+}
+
+/// What is next to be current when @p row goes: the one after it, before it or above it.
+PointTreeWidgetItem *neighbourOf(PointTreeWidgetItem *row)
+{
+    QTreeWidgetItem *above = row->QTreeWidgetItem::parent();
+    if (!above)
+        return nullptr;
+    const int index = above->indexOfChild(row);
+    QTreeWidgetItem *beside = above->child(index + 1) ? above->child(index + 1) : above->child(index - 1);
+    return PointTreeWidgetItem::fromRow(beside ? beside : above);
 }
 
 } // namespace
@@ -107,8 +122,12 @@ void DefintionPageBuilder::createConnections()
         connect(button, &QPushButton::clicked, this, &DefintionPageBuilder::onAddButtonClicked);
     for (QPushButton *button : { m_ui->pushButton_del_attr, m_ui->pushButton_delete_enmu })
         connect(button, &QPushButton::clicked, this, &DefintionPageBuilder::onDelButtonClicked);
-    connect(m_ui->pushButton_add_extpoint, &QPushButton::clicked, this,
-        [this] { createPointIn(Controller::instance()->definitionRoot()); });
+    connect(m_ui->pushButton_add_extpoint, &QPushButton::clicked, this, [this] {
+        commitSheets();
+        createPointIn(Controller::instance()->definitionRoot());
+    });
+    if (SourceDataManager *manager = Controller::instance()->sourceDataManager())
+        connect(&manager->changes(), &ModelChanges::changed, this, &DefintionPageBuilder::follow);
 
     // The keyboard moves the current row without a click and shows the same.
     connect(m_ui->defintionTree, &QTreeWidget::currentItemChanged, this,
@@ -127,11 +146,13 @@ void DefintionPageBuilder::createKeys()
     };
     QTreeWidget *tree = m_ui->defintionTree;
     onKey(tree, QKeySequence(Qt::Key_Delete), [this, tree] {
+        commitSheets();
         PointTreeWidgetItem *item = PointTreeWidgetItem::fromRow(tree->currentItem());
         if (item && PointCreation::roleOf(item) != Role::Plugin)
             destroyPoint(item);
     });
     onKey(tree, QKeySequence(Qt::Key_Insert), [this, tree] {
+        commitSheets();
         PointTreeWidgetItem *item = PointTreeWidgetItem::fromRow(tree->currentItem());
         if (!item || PointCreation::roleOf(item) == Role::Plugin)
             createPointIn(Controller::instance()->definitionRoot());
@@ -193,6 +214,7 @@ void DefintionPageBuilder::onDefineTreeMenu(const QPoint &pos)
     if (!m_ui)
         return;
     m_menuItem = PointTreeWidgetItem::fromRow(m_ui->defintionTree->itemAt(pos));
+    commitSheets();
     if (!m_menuItem)
         return;
     m_treeMenu->fitTo(m_menuItem);
@@ -222,6 +244,7 @@ void DefintionPageBuilder::createPointIn(PointTreeWidgetItem *plugin)
         return;
     PointTreeWidgetItem *point = PointCreation::createPoint(plugin);
     Q_EMIT addDefine(plugin->property(QStringLiteral("id")).toString(), point, nullptr);
+    Controller::instance()->flushChanges();
     showInTree(m_ui->defintionTree, point);
     onDefineTreeItemClicked(point, 0);
     Q_EMIT modified(true);
@@ -237,6 +260,7 @@ void DefintionPageBuilder::createSubPointOf(PointTreeWidgetItem *point)
     if (above)
         Q_EMIT addDefine(
             PointTreeWidgetItem::fromRow(above)->property(QStringLiteral("id")).toString(), point, subPoint);
+    Controller::instance()->flushChanges();
     showInTree(m_ui->defintionTree, subPoint);
     if (above)
         onDefineTreeItemClicked(subPoint, 0);
@@ -245,13 +269,29 @@ void DefintionPageBuilder::createSubPointOf(PointTreeWidgetItem *point)
 
 void DefintionPageBuilder::destroyPoint(PointTreeWidgetItem *point)
 {
+    const bool wasCurrent = m_ui && m_ui->defintionTree->currentItem() == point;
+    const QPointer<PointTreeWidgetItem> next(wasCurrent ? neighbourOf(point) : nullptr);
     PointCreation::takeOut(point);
     Q_EMIT delDefine(point);
     PointCreation::destroyWithCounterpart(point);
     m_menuItem = nullptr;
-    if (!m_currentPoint && m_ui)
-        onDefineTreeItemClicked(m_ui->defintionTree->currentItem(), 0);
-    updateButtons();
+    Controller::instance()->flushChanges();
+    if (next && m_ui)
+        m_ui->defintionTree->setCurrentItem(next);
+    Q_EMIT modified(true);
+}
+
+void DefintionPageBuilder::commitSheets()
+{
+    if (m_ui)
+        m_ui->basicInfo->commitEditor();
+    if (m_ui)
+        m_ui->editInfoWidget->commitEditor();
+}
+
+void DefintionPageBuilder::finishChange()
+{
+    Controller::instance()->flushChanges();
     Q_EMIT modified(true);
 }
 
@@ -259,46 +299,76 @@ void DefintionPageBuilder::onDefineTreeItemClicked(QTreeWidgetItem *item, int)
 {
     if (!m_ui)
         return;
+    const QPointer<PointTreeWidgetItem> node(PointTreeWidgetItem::fromRow(item));
+    commitSheets();
     m_ui->editInfoWidget->hide();
     m_ui->enumGroup->hide();
     m_currentAttribute = nullptr;
-    PointTreeWidgetItem *node = PointTreeWidgetItem::fromRow(item);
     if (node) {
         m_currentPoint = node;
         m_editTarget = node;
         m_editMode = EditAttribute;
     }
-    showBasicInfo();
+    m_ui->basicInfo->showProperties(basicInfo());
     AttributeTable::fill(m_ui->defintionTable, currentTakesAttributes() ? m_currentPoint.data() : nullptr);
     updateButtons();
 }
 
-void DefintionPageBuilder::showBasicInfo()
+QList<PropertyItem> DefintionPageBuilder::basicInfo()
 {
-    QList<PropertyItem> records;
-    if (m_currentPoint) {
-        if (PointCreation::roleOf(m_currentPoint) == Role::SubPoint) {
-            m_childTypes = ChildTypeMask(m_currentPoint->parent());
-            records
-                = PointSheet::ofSubPoint(m_currentPoint, m_subPointPropertyTypes, m_pointPropertyTypes, m_childTypes);
-        } else if (!m_currentPoint->property(QStringLiteral("id")).isNull()) {
-            records = PointSheet::ofPoint(m_currentPoint, m_pointPropertyTypes);
-        }
+    if (!m_currentPoint)
+        return {};
+    if (PointCreation::roleOf(m_currentPoint) == Role::SubPoint) {
+        m_childTypes = ChildTypeMask(m_currentPoint->parent());
+        return PointSheet::ofSubPoint(m_currentPoint, m_subPointPropertyTypes, m_pointPropertyTypes, m_childTypes);
     }
-    m_ui->basicInfo->showProperties(records);
+    if (m_currentPoint->property(QStringLiteral("id")).isNull())
+        return {};
+    return PointSheet::ofPoint(m_currentPoint, m_pointPropertyTypes);
+}
+
+void DefintionPageBuilder::follow(const ModelChange &change)
+{
+    if (!m_ui || !change.definitions)
+        return;
+    const QList<PropertyItem> basic = basicInfo();
+    if (m_ui->basicInfo->properties() != basic)
+        m_ui->basicInfo->showProperties(basic);
+    {
+        const QSignalBlocker quiet(m_ui->defintionTable);
+        TableCells::setRows(m_ui->defintionTable,
+            currentTakesAttributes() ? AttributeTable::rowsOf(m_currentPoint) : QList<QStringList>());
+    }
+    if (!m_editTarget || m_editTarget == m_currentPoint) {
+        m_ui->editInfoWidget->hide();
+    } else if (m_ui->editInfoWidget->isVisibleTo(m_ui->splitter)) {
+        const QList<PropertyItem> edited = editInfo();
+        if (m_ui->editInfoWidget->properties() != edited)
+            m_ui->editInfoWidget->showProperties(edited);
+    }
+    if (m_currentAttribute && m_currentAttribute->kind() == QLatin1String("Enum")) {
+        const QSignalBlocker quiet(m_ui->enumTable);
+        TableCells::setRows(m_ui->enumTable, EnumTable::rowsOf(m_currentAttribute));
+    } else {
+        m_ui->enumGroup->hide();
+    }
+    updateButtons();
 }
 
 void DefintionPageBuilder::onBasicInfoDataChange(const QString &name, const QVariant &value)
 {
     if (!m_currentPoint)
         return;
-    const QVariant old = m_currentPoint->property(name);
+    const QPointer<PointTreeWidgetItem> point(m_currentPoint);
+    const QString old = point->property(name).toString();
     const bool isChildType = name == QLatin1String("childtype");
-    m_currentPoint->setProperty(name, isChildType ? QVariant(m_childTypes.textOf(value, old.toString())) : value);
-    PointCreation::followRename(m_currentPoint, name, old.toString());
-    Q_EMIT modified(true);
-    if (m_currentPoint && name == QLatin1String("name"))
-        m_currentPoint->setText(0, value.toString());
+    point->setProperty(name, isChildType ? QVariant(m_childTypes.textOf(value, old)) : CommittedValue::of(value));
+    const QString now = point->property(name).toString();
+    if (name == QLatin1String("id") && PointCreation::roleOf(point) == Role::Point)
+        Controller::instance()->followPointId(old, now);
+    if (name == QLatin1String("name"))
+        point->setText(0, now);
+    finishChange();
 }
 
 void DefintionPageBuilder::createAddPropertyButton()
@@ -316,6 +386,7 @@ void DefintionPageBuilder::createAddPropertyButton()
 
 void DefintionPageBuilder::fillAddPropertyMenu()
 {
+    commitSheets();
     QMenu *menu = m_addProperty->menu();
     menu->clear();
     const QStringList missing = PointSheet::missingKeys(m_currentPoint);
@@ -328,9 +399,7 @@ void DefintionPageBuilder::addProperty(const QString &key)
     if (!m_currentPoint)
         return;
     m_currentPoint->setProperty(key, QString());
-    showBasicInfo();
-    updateButtons();
-    Q_EMIT modified(true);
+    finishChange();
     if (QWidget *editor = m_ui->basicInfo->editorFor(key))
         editor->setFocus(Qt::OtherFocusReason);
 }

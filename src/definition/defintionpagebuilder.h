@@ -17,10 +17,14 @@ class QTableWidgetItem;
 class QToolButton;
 class QTreeWidgetItem;
 class TreeMenu;
+struct ModelChange;
 
 /// Drives the definition page: the tree of declared points with its menu, the "Basic Information" sheet, the tables of
 /// attributes and enumeration entries and the sheet beside them. What a sheet, a table or a new node is made of stands
 /// in files of its own; here is what happens when.
+///
+/// Whatever the user asks for first has the sheets commit what is being typed, and looks up anew what it was asked for.
+/// A change ends with finishChange(); no slot tells a view what to repaint.
 ///
 /// Created by the main widget without a parent and never deleted; it lets go of the form when the form dies. GUI
 /// thread.
@@ -75,7 +79,14 @@ private:
     void createAddPropertyButton();
     void fillAddPropertyMenu();
     void addProperty(const QString &key);
-    void showBasicInfo();
+    /// Both sheets hand out what is being typed. It may change or destroy whatever was clicked.
+    void commitSheets();
+    /// The end of whatever the user has changed: the views follow, and the document is marked.
+    void finishChange();
+    /// Has everything on the page show what has changed.
+    void follow(const ModelChange &change);
+    [[nodiscard]] QList<PropertyItem> basicInfo();
+    [[nodiscard]] QList<PropertyItem> editInfo() const;
     void showAttribute(PointTreeWidgetItem *attribute);
     void createPointIn(PointTreeWidgetItem *plugin);
     void createSubPointOf(PointTreeWidgetItem *point);

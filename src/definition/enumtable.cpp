@@ -11,32 +11,36 @@ QStringList EnumTable::columns()
     return { QStringLiteral("key"), QStringLiteral("text"), QStringLiteral("icon") };
 }
 
-void EnumTable::fill(QTableWidget *table, const PointTreeWidgetItem *attribute)
+QList<QStringList> EnumTable::rowsOf(const PointTreeWidgetItem *attribute)
 {
-    TableCells::reset(table, columns());
+    QList<QStringList> rows;
     for (PointObject *child : attribute->children()) {
         if (child->item()->kind() != QLatin1String("Data"))
             continue;
         QStringList texts;
         const QStringList keys = columns();
         for (const QString &key : keys)
-            texts.append(child->property(key).toString());
-        TableCells::appendRow(table, texts);
+            texts.append(child->properties().text(key));
+        rows.append(texts);
     }
-    TableCells::fit(table);
+    return rows;
+}
+
+void EnumTable::fill(QTableWidget *table, const PointTreeWidgetItem *attribute)
+{
+    TableCells::reset(table, columns());
+    TableCells::setRows(table, rowsOf(attribute));
 }
 
 PointTreeWidgetItem *EnumTable::create(PointTreeWidgetItem *attribute)
 {
     auto *entry = new PointTreeWidgetItem(QString());
     entry->setKind(QStringLiteral("Data"));
-    entry->setPointId(attribute->pointId());
-    entry->setPluginId(attribute->pluginId());
     const QStringList keys = columns();
     for (const QString &key : keys)
         entry->setProperty(key, QString());
     entry->setProperty(QStringLiteral("key"), QString::number(QDateTime::currentSecsSinceEpoch()));
-    attribute->addChild(entry, true);
+    attribute->addChild(entry, false);
     return entry;
 }
 

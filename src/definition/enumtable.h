@@ -16,6 +16,8 @@ namespace EnumTable {
 
 /// Shows a row for each child of kind "Data" of @p attribute, in order.
 void fill(QTableWidget *table, const PointTreeWidgetItem *attribute);
+/// The texts of those rows, by column.
+[[nodiscard]] QList<QStringList> rowsOf(const PointTreeWidgetItem *attribute);
 
 /// A new entry, last among the children of @p attribute and of its counterpart, with the Unix time in seconds as its
 /// "key": two made within a second have the same.

@@ -1,5 +1,6 @@
 #include "metadialog.h"
 
+#include "committedvalue.h"
 #include "metasheet.h"
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
@@ -44,6 +45,7 @@ void MetaDialog::on_pushButton_add_clicked()
 {
     if (!m_owner)
         return;
+    m_ui->metaProperty->commitEditor();
     PointTreeWidgetItem *entry = MetaSheet::create(m_owner);
     {
         const QSignalBlocker quiet(m_ui->tableWidget);
@@ -75,15 +77,17 @@ void MetaDialog::on_tableWidget_itemClicked(QTableWidgetItem *cell)
 {
     if (!cell || cell->row() >= m_entries.size() || !m_entries.at(cell->row()))
         return;
+    m_ui->metaProperty->commitEditor();
     m_current = m_entries.at(cell->row());
     m_ui->metaProperty->showProperties(MetaSheet::of(m_current, Controller::instance()->attributeTypes()));
     updateButtons();
 }
 
-void MetaDialog::propertyChanged(const QString &name, const QVariant &value)
+void MetaDialog::propertyChanged(const QString &name, const QVariant &typed)
 {
     if (!m_current)
         return;
+    const QVariant value = CommittedValue::of(typed);
     TableCells::setText(m_ui->tableWidget, currentRow(), MetaSheet::columns().indexOf(name), value.toString());
     m_current->setProperty(name, value);
     if (name == QLatin1String("type"))

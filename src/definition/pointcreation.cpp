@@ -10,15 +10,6 @@ namespace {
 const QString idKey = QStringLiteral("id");
 const QString nameKey = QStringLiteral("name");
 
-void followId(PointTreeWidgetItem *node, const QString &old, const QString &now)
-{
-    if (node->pointId() != old)
-        return;
-    node->setPointId(now);
-    for (PointObject *child : node->children())
-        followId(child->item(), old, now);
-}
-
 } // namespace
 
 PointCreation::Role PointCreation::roleOf(const PointTreeWidgetItem *item)
@@ -41,7 +32,6 @@ PointTreeWidgetItem *PointCreation::createPoint(PointTreeWidgetItem *plugin)
     const QString id = QString::number(QDateTime::currentSecsSinceEpoch());
     point->setProperty(idKey, id);
     point->setProperty(nameKey, name);
-    point->setPointId(id);
 
     // The root of a file that declared nothing was told its plug-in's id by its attribute alone.
     if (plugin->pluginId().isEmpty())
@@ -56,7 +46,6 @@ PointTreeWidgetItem *PointCreation::createPoint(PointTreeWidgetItem *plugin)
     }
     plugin->children().first()->addChild(point, false);
     plugin->QTreeWidgetItem::addChild(point);
-    point->setPluginId(plugin->pluginId());
     return point;
 }
 
@@ -67,9 +56,6 @@ PointTreeWidgetItem *PointCreation::createSubPoint(PointTreeWidgetItem *point)
     subPoint->setKind(QStringLiteral("SubExtPoint"));
     subPoint->setProperty(QStringLiteral("key"), name);
     subPoint->setProperty(nameKey, name);
-    subPoint->setPointId(point->pointId());
-    subPoint->setPluginId(point->pluginId());
-    subPoint->setHasFormat(point->property(QStringLiteral("hasformat")).toBool());
     point->addChild(subPoint, false);
     point->QTreeWidgetItem::addChild(subPoint);
     return subPoint;
@@ -79,20 +65,6 @@ void PointCreation::takeOut(PointTreeWidgetItem *node)
 {
     if (PointObject *parent = node->parent())
         parent->detachChild(node);
-}
-
-void PointCreation::followRename(PointTreeWidgetItem *node, const QString &key, const QString &old)
-{
-    const QString now = node->property(key).toString();
-    if (key == idKey && roleOf(node) == Role::Point) {
-        followId(node, old, now);
-        if (node->master() != node)
-            followId(node->master()->item(), old, now);
-        Controller::instance()->rekeyDefinition(node, old, now);
-        Controller::instance()->followPointId(old, now);
-    } else if (key == QLatin1String("key") && roleOf(node) == Role::SubPoint) {
-        Controller::instance()->rekeyDefinition(node, old.toLower(), now.toLower());
-    }
 }
 
 void PointCreation::destroyWithCounterpart(PointTreeWidgetItem *node)

@@ -24,13 +24,8 @@ PointTreeWidgetItem *createPoint(PointTreeWidgetItem *plugin);
 /// A new sub point of @p point. Names are not made unique.
 PointTreeWidgetItem *createSubPoint(PointTreeWidgetItem *point);
 
-/// Takes @p node out of its parent's children without looking for anything else there: its counterpart on the
-/// realization page is found through its link, not by its "id".
+/// Takes @p node out of its parent's children. A definition of the opened file is offered no more from then on.
 void takeOut(PointTreeWidgetItem *node);
-
-/// To be called after the attribute @p key of @p node was changed from @p old: the point id of what belongs to a point
-/// follows its "id", and the point index follows "id" and "key".
-void followRename(PointTreeWidgetItem *node, const QString &key, const QString &old);
 
 /// Destroys @p node, its counterpart on the realization page and everything under both.
 void destroyWithCounterpart(PointTreeWidgetItem *node);

@@ -38,6 +38,31 @@ void TableCells::fit(QTableWidget *table)
         table->resizeColumnToContents(column);
 }
 
+void TableCells::setRows(QTableWidget *table, const QList<QStringList> &rows)
+{
+    while (table->rowCount() > rows.size())
+        table->removeRow(table->rowCount() - 1);
+    bool changed = false;
+    for (int row = 0; row < rows.size(); ++row) {
+        if (row == table->rowCount()) {
+            appendRow(table, rows.at(row));
+            changed = true;
+            continue;
+        }
+        for (int column = 0; column < rows.at(row).size(); ++column) {
+            QTableWidgetItem *cell = table->item(row, column);
+            const QString &text = rows.at(row).at(column);
+            if (!cell || cell->text() == text)
+                continue;
+            cell->setText(text);
+            cell->setToolTip(text);
+            changed = true;
+        }
+    }
+    if (changed)
+        fit(table);
+}
+
 void TableCells::setText(QTableWidget *table, int row, int column, const QString &text)
 {
     if (QTableWidgetItem *cell = table->item(row, column)) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QStringList>
 
 class QTableWidget;
@@ -12,6 +13,9 @@ void reset(QTableWidget *table, const QStringList &headers);
 
 /// Adds a row of cells that can't be edited; a tool tip shows a text that is cut off.
 void appendRow(QTableWidget *table, const QStringList &texts);
+
+/// Has the table show these texts. Rows come and go at the end, and the current one stays current.
+void setRows(QTableWidget *table, const QList<QStringList> &rows);
 
 /// Fits the columns to their texts; for after the last of several rows.
 void fit(QTableWidget *table);

@@ -95,6 +95,25 @@ bool isValidAttributeName(const QString &name)
     return isName(name) && (isPlain(name) || parserTakesAttribute(name));
 }
 
+QString nameFrom(const QString &text)
+{
+    if (isValidName(text))
+        return text;
+    const int certainLength = 1'000;
+    QVector<uint> characters = text.left(certainLength).toUcs4();
+    std::replace_if(
+        characters.begin(), characters.end(), [](uint c) { return !isNameCharacter(c); }, uint('_'));
+    if (characters.isEmpty() || !isNameStart(characters.first()))
+        characters.prepend('_');
+    const QString name = QString::fromUcs4(characters.constData(), characters.size());
+    if (isValidName(name))
+        return name;
+    // Some letters and places of colons are names by the rules, but not to the parser.
+    std::replace_if(
+        characters.begin(), characters.end(), [](uint c) { return c >= 0x80 || c == ':'; }, uint('_'));
+    return QString::fromUcs4(characters.constData(), characters.size());
+}
+
 QString withoutIllegalCharacters(const QString &text)
 {
     const auto wellPaired = [&text](int i) {

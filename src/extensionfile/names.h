@@ -16,6 +16,10 @@ namespace ExtensionFile {
 /// nothing: any letter of the fifth edition will do.
 [[nodiscard]] bool isValidAttributeName(const QString &name);
 
+/// A valid element name made of `text`: what a name can't have becomes "_", and what a name can't begin with gets "_"
+/// before it. A valid name stays as it is.
+[[nodiscard]] QString nameFrom(const QString &text);
+
 /// `text` without what no XML document can hold, not even as a reference: control characters but tab, line feed and
 /// carriage return, halves of surrogate pairs, U+FFFE and U+FFFF.
 [[nodiscard]] QString withoutIllegalCharacters(const QString &text);

@@ -34,6 +34,14 @@ bool failNotRegular(RegularFileProblem *problem)
 
 } // namespace
 
+FileIdentity FileIdentity::of(const QString &path)
+{
+    struct stat status;
+    if (path.isEmpty() || ::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return {};
+    return { quint64(status.st_dev), quint64(status.st_ino) };
+}
+
 FileDescriptor::~FileDescriptor()
 {
     if (m_descriptor >= 0)

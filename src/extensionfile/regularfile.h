@@ -25,6 +25,21 @@ private:
     int m_descriptor;
 };
 
+/// Which file it is, whatever path leads to it: links of any sort lead to the same one.
+struct FileIdentity
+{
+    /// Of the file that `path` leads to; none for one that can't be reached.
+    [[nodiscard]] static FileIdentity of(const QString &path);
+    /// Whether both are one file; no file is none.
+    [[nodiscard]] bool isSameAs(const FileIdentity &other) const
+    {
+        return inode != 0 && device == other.device && inode == other.inode;
+    }
+
+    quint64 device = 0;
+    quint64 inode = 0;
+};
+
 /// Why a regular file could not be read.
 struct RegularFileProblem
 {

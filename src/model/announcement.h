@@ -34,6 +34,10 @@ public:
     void append(Announcement announcement) { m_announcements.push_back(std::move(announcement)); }
     [[nodiscard]] const std::vector<Announcement> &announcements() const { return m_announcements; }
 
+    /// This is another reading of the file that is open, by whatever path it was reached.
+    void setIsOpenedFile(bool isOpened) { m_isOpenedFile = isOpened; }
+    [[nodiscard]] bool isOpenedFile() const { return m_isOpenedFile; }
+
     [[nodiscard]] bool atEnd() const { return m_next == m_announcements.size(); }
 
     /// The next announcement; from here on its node belongs to the receiver. Null when the nodes that it speaks of have
@@ -51,6 +55,7 @@ private:
 
     std::vector<Announcement> m_announcements;
     size_t m_next = 0;
+    bool m_isOpenedFile = false;
 
     struct Guard
     {

@@ -124,16 +124,16 @@ void Controller::addDefinition(PointTreeWidgetItem *parent, PointTreeWidgetItem 
         manager->addDefinition(parent, child);
 }
 
-void Controller::registerDefinition(PointTreeWidgetItem *node)
+void Controller::offerDefinition(PointTreeWidgetItem *definition, PointTreeWidgetItem *above)
 {
     if (SourceDataManager *manager = sourceDataManager())
-        manager->registerDefinition(node);
+        manager->offerDefinition(definition, above);
 }
 
-void Controller::rekeyDefinition(PointTreeWidgetItem *node, const QString &oldKey, const QString &newKey)
+void Controller::flushChanges()
 {
     if (SourceDataManager *manager = sourceDataManager())
-        manager->rekeyDefinition(node, oldKey, newKey);
+        manager->changes().flush();
 }
 
 void Controller::addTarget(PointTreeWidgetItem *format)
@@ -175,6 +175,18 @@ void Controller::setRealizationProperty(PointTreeWidgetItem *node, const QString
 {
     if (SourceDataManager *manager = sourceDataManager())
         manager->setRealizationProperty(node, key, value);
+}
+
+void Controller::renameRecord(PointTreeWidgetItem *record, const QString &id)
+{
+    if (SourceDataManager *manager = sourceDataManager())
+        manager->renameRecord(record, id);
+}
+
+void Controller::renameEntry(PointTreeWidgetItem *entry, const QString &id)
+{
+    if (SourceDataManager *manager = sourceDataManager())
+        manager->renameEntry(entry, id);
 }
 
 void Controller::destroyRealization(PointTreeWidgetItem *node)

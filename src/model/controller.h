@@ -47,8 +47,9 @@ public:
     [[nodiscard]] PointTreeWidgetItem *availablePointsRoot() const;
     [[nodiscard]] PointTreeWidgetItem *realizationRoot() const;
     void addDefinition(PointTreeWidgetItem *parent, PointTreeWidgetItem *child);
-    void registerDefinition(PointTreeWidgetItem *node);
-    void rekeyDefinition(PointTreeWidgetItem *node, const QString &oldKey, const QString &newKey);
+    void offerDefinition(PointTreeWidgetItem *definition, PointTreeWidgetItem *above);
+    /// Announces what has changed; see ModelChanges.
+    void flushChanges();
     void addTarget(PointTreeWidgetItem *format);
     void addRealization(PointTreeWidgetItem *node);
     [[nodiscard]] PointTreeWidgetItem *definition(const QString &key) const;
@@ -56,6 +57,8 @@ public:
     void insertRealization(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int index = -1);
     bool moveRealization(PointTreeWidgetItem *node, PointTreeWidgetItem *parent, int index = -1);
     void setRealizationProperty(PointTreeWidgetItem *node, const QString &key, const QVariant &value);
+    void renameRecord(PointTreeWidgetItem *record, const QString &id);
+    void renameEntry(PointTreeWidgetItem *entry, const QString &id);
     void destroyRealization(PointTreeWidgetItem *node);
     void retire(PointTreeWidgetItem *node);
     void followPointId(const QString &old, const QString &now);

@@ -23,7 +23,8 @@ public:
     /// The point id of @p node was @p oldPointId until now.
     void moved(PointTreeWidgetItem *node, const QString &oldPointId);
 
-    /// Forgets the order; the next question finds it again.
+    /// Forgets the order of one key, or of all; the next question finds it again.
+    void forget(const QString &key) { m_sorted.remove(key); }
     void reset() { m_sorted.clear(); }
 
 private:

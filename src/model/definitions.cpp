@@ -1,7 +1,17 @@
 #include "definitions.h"
 
+#include "extensionfile/names.h"
 #include "nodeindexes.h"
 #include "pointtreewidgetitem.h"
+
+namespace {
+
+QString lastSegment(const QString &id)
+{
+    return id.section(QLatin1Char('.'), -1, -1, QString::SectionSkipEmpty);
+}
+
+} // namespace
 
 Definitions::Definitions(const NodeIndexes &indexes) : m_indexes(indexes) { }
 
@@ -23,6 +33,12 @@ bool Definitions::attributes(const QString &kind, const QString &pointId, Attrib
             attributes->keys.append(key);
         attributes->defaults.insert(key, declaration->property(QStringLiteral("value")));
         attributes->types.insert(key, declaration->kind());
+        for (const auto &bound : { qMakePair(QStringLiteral("min"), &attributes->minima),
+                 qMakePair(QStringLiteral("max"), &attributes->maxima) }) {
+            const QVariant value = declaration->property(bound.first);
+            if (!value.toString().isEmpty())
+                bound.second->insert(key, value);
+        }
         QStringList options;
         for (PointObject *entry : declaration->children())
             options.append(entry->property(QStringLiteral("text")).toString());
@@ -83,22 +99,24 @@ QString Definitions::realizedKind(const PointTreeWidgetItem *definition)
 {
     if (!definition)
         return {};
-    const QString key = definition->properties().value(QStringLiteral("key")).toString();
-    if (!key.isEmpty())
-        return key;
-    const QString declared = keyValue(definition);
-    if (!declared.isEmpty())
-        return declared;
-    const QString id = definition->properties().value(QStringLiteral("id")).toString();
-    return id.section(QLatin1Char('.'), -1, -1, QString::SectionSkipEmpty);
+    QString kind = definition->properties().text(QStringLiteral("key"));
+    if (kind.isEmpty())
+        kind = keyValue(definition);
+    if (kind.isEmpty())
+        kind = lastSegment(definition->properties().text(QStringLiteral("id")));
+    if (kind.isEmpty())
+        kind = lastSegment(definition->pointId());
+    return ExtensionFile::nameFrom(kind);
 }
 
 PropertyHash Definitions::defaults(const PointTreeWidgetItem *definition)
 {
     PropertyHash defaults;
     const Nodes declared = declarations(definition);
-    for (PointTreeWidgetItem *declaration : declared)
-        defaults.insert(
-            declaration->property(QStringLiteral("key")).toString(), declaration->property(QStringLiteral("value")));
+    for (PointTreeWidgetItem *declaration : declared) {
+        const QString key = declaration->property(QStringLiteral("key")).toString();
+        if (ExtensionFile::isValidAttributeName(key))
+            defaults.insert(key, declaration->property(QStringLiteral("value")));
+    }
     return defaults;
 }

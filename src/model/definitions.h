@@ -24,6 +24,8 @@ public:
         QHash<QString, QVariant> defaults;
         QHash<QString, QString> types;
         QHash<QString, QStringList> options; ///< only for attributes that have any
+        QHash<QString, QVariant> minima;     ///< "min" of those that declare one
+        QHash<QString, QVariant> maxima;     ///< the same for "max"
         QStringList keys;                    ///< in the order of the declarations
     };
 
@@ -53,10 +55,12 @@ public:
     [[nodiscard]] static Nodes declarations(const PointTreeWidgetItem *definition);
 
     /// The kind of the nodes that realize @p definition: its "key", else the value of its declaration with that key,
-    /// else the last segment of its "id". Empty only when it has none of them.
+    /// else the last segment of its "id", or of its owner's where a sub point has none. It becomes the name of an
+    /// element: what a name can't have is "_" there, and what it can't begin with has "_" before it. Never empty.
     [[nodiscard]] static QString realizedKind(const PointTreeWidgetItem *definition);
 
-    /// What a fresh node for @p definition holds: the defaults of the declarations that belong to it, in order.
+    /// What a fresh node for @p definition holds: the defaults of the declarations that belong to it, in order. A
+    /// declaration whose key no file can hold has none.
     [[nodiscard]] static PropertyHash defaults(const PointTreeWidgetItem *definition);
 
     /// The "value" of the first model child of @p node whose "key" is "key" in any letter case; empty without one.

@@ -15,13 +15,6 @@ bool isTypeKey(const QString &key)
     return key.compare(QLatin1String("type"), Qt::CaseInsensitive) == 0;
 }
 
-/// White space around a value never comes back from the file, so it does not go there either: saving what was just
-/// opened gives the same bytes.
-QString textOf(const QVariant &value)
-{
-    return value.toString().trimmed();
-}
-
 /// What a definition node leaves out, beside its "type".
 bool leftOutOfDefinition(const PointTreeWidgetItem *node, const QString &key)
 {
@@ -44,7 +37,7 @@ void writeAttributes(ExtensionFile::Writer &writer, const PropertyHash &properti
 {
     for (const PropertyHash::Entry &entry : properties) {
         if (!isTypeKey(entry.key))
-            writer.attribute(entry.key, textOf(entry.value));
+            writer.attribute(entry.key, entry.value.toString());
     }
 }
 
@@ -87,7 +80,7 @@ void ModelWriter::writeDefinition(ExtensionFile::Writer &writer, const PointTree
     writer.startElement(node->kind());
     for (const PropertyHash::Entry &entry : node->properties()) {
         if (!isTypeKey(entry.key) && !leftOutOfDefinition(node, entry.key))
-            writer.attribute(entry.key, textOf(entry.value));
+            writer.attribute(entry.key, entry.value.toString());
     }
     for (PointObject *child : node->children())
         writeDefinition(writer, child->item());
@@ -101,7 +94,7 @@ void ModelWriter::writeRealization(ExtensionFile::Writer &writer, const PointTre
     for (const PropertyHash::Entry &entry : node->properties()) {
         if (leftOutOfRealization(node, entry.key))
             continue;
-        const QString value = textOf(entry.value);
+        const QString value = entry.value.toString();
         const bool wrapped = !value.isEmpty() && m_translatable.isTranslatable(entry.key);
         writer.attribute(entry.key, wrapped ? ExtensionFile::withTranslationMarks(value) : value);
     }
@@ -112,7 +105,7 @@ void ModelWriter::writeRealization(ExtensionFile::Writer &writer, const PointTre
 
 void ModelWriter::learn(const PointTreeWidgetItem *node)
 {
-    const QPair<QString, QString> definition(node->kind().toLower(), node->pointId().toLower());
+    const QPair<QString, QString> definition(node->kind().toLower(), node->pointId());
     if (m_learned.contains(definition))
         return;
     m_learned.insert(definition);

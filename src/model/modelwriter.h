@@ -35,5 +35,5 @@ private:
     TranslatableKeys &m_translatable;
     const Definitions &m_definitions;
     QString m_path;
-    QSet<QPair<QString, QString>> m_learned; ///< kind and point id, in lower case: nodes share their definitions
+    QSet<QPair<QString, QString>> m_learned; ///< kind in lower case and point id: nodes share their definitions
 };

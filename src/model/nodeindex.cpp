@@ -1,6 +1,7 @@
 #include "nodeindex.h"
 
 #include <algorithm>
+#include <utility>
 
 void NodeIndex::add(const QString &key, PointTreeWidgetItem *node)
 {
@@ -9,6 +10,16 @@ void NodeIndex::add(const QString &key, PointTreeWidgetItem *node)
         first = node;
     else
         m_further[key].append(node);
+    ++m_size;
+}
+
+void NodeIndex::insertAt(const QString &key, int index, PointTreeWidgetItem *node)
+{
+    Nodes &further = m_further[key];
+    if (index == 0)
+        further.prepend(std::exchange(m_first[key], node));
+    else
+        further.insert(index - 1, node);
     ++m_size;
 }
 

@@ -19,6 +19,18 @@ public:
 
     void add(const QString &key, PointTreeWidgetItem *node);
 
+    /// Adds @p node before the first node under @p key that it comes before; the nodes there are in that order.
+    template <typename Before>
+    void insert(const QString &key, PointTreeWidgetItem *node, Before comesBefore)
+    {
+        const Nodes known = nodes(key);
+        const auto place = std::upper_bound(known.cbegin(), known.cend(), node, comesBefore);
+        if (place == known.cend())
+            add(key, node);
+        else
+            insertAt(key, int(place - known.cbegin()), node);
+    }
+
     /// Makes @p node the only one under @p key, and answers those that stood there.
     [[nodiscard]] Nodes replace(const QString &key, PointTreeWidgetItem *node);
 
@@ -65,6 +77,8 @@ public:
     void clear();
 
 private:
+    void insertAt(const QString &key, int index, PointTreeWidgetItem *node);
+
     // Nearly every key has one node, for which a list would be the larger part of the entry.
     QHash<QString, PointTreeWidgetItem *> m_first;
     QHash<QString, Nodes> m_further; ///< where there is more than one

@@ -35,13 +35,18 @@ bool NodeIndexes::remove(Name name, const QString &key, PointTreeWidgetItem *nod
     return true;
 }
 
+bool NodeIndexes::knows(const PointTreeWidgetItem *node) const
+{
+    return node->m_indexes == this;
+}
+
 void NodeIndexes::forget(PointTreeWidgetItem *node)
 {
     const PropertyHash &properties = node->properties();
     const QString id = properties.value(QStringLiteral("id")).toString();
     const QString key = properties.value(QStringLiteral("key")).toString().toLower();
     const QString target = properties.value(QStringLiteral("target")).toString();
-    const std::array<QStringList, NameCount> likely { QStringList { id, key }, { id }, { id }, { target },
+    const std::array<QStringList, NameCount> likely { QStringList { id, key }, { id }, { id }, { target, id },
         { id, node->kind() }, { QString() }, { target }, { node->pluginId() }, { target, id } };
     for (int name = 0; name < NameCount; ++name) {
         for (const QString &candidate : likely[size_t(name)]) {

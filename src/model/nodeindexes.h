@@ -14,7 +14,7 @@ public:
         Points,       ///< point key to definition node: a point under its "id", a sub point under its lower-cased "key"
         DataChildren, ///< "id" to a child of a scanned "ExtData"; one node per id, the last one that came
         Data,         ///< "id" to any other scanned realization node
-        Targets,      ///< "target" to the opened file's format; one node per target, the last one that came
+        Targets,      ///< "target", or "id" without one, to the opened file's formats; see RealizationIndexing
         Realizations, ///< "id", or the tag name without one, to the opened file's realization nodes
         Layouts,      ///< the opened file's layouts, all under the empty key, in document order
         FormatTargets,  ///< "target" to the scanned format root seen first with it
@@ -30,9 +30,22 @@ public:
 
     void add(Name name, const QString &key, PointTreeWidgetItem *node);
 
+    /// As add(), in the place that @p comesBefore gives it among the nodes under @p key.
+    template <typename Before>
+    void insert(Name name, const QString &key, PointTreeWidgetItem *node, Before comesBefore)
+    {
+        signOn(node);
+        m_indexes[name].insert(key, node, comesBefore);
+        if (name == Points)
+            m_definitionParts.forget(key);
+    }
+
     /// Makes @p node the only one under @p key.
     void replace(Name name, const QString &key, PointTreeWidgetItem *node);
     bool remove(Name name, const QString &key, PointTreeWidgetItem *node);
+
+    /// Whether @p node stands in any index.
+    [[nodiscard]] bool knows(const PointTreeWidgetItem *node) const;
 
     /// Takes @p node out of every index. Quick for a node whose attributes still say where it was entered; otherwise
     /// the indexes are searched, so nothing is left in any case.

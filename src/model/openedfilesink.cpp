@@ -61,6 +61,8 @@ void OpenedFileSink::startElement(
         set->setKind(name);
         set->setProperties(
             definition ? NodeAttributes::withLowerNames(attributes) : NodeAttributes::asWritten(attributes));
+        if (definition)
+            set->setDefinitionSide();
         (definition ? m_file->definitionSets : m_file->dataSets).append(set);
         m_levels.append({ definition ? DefinitionSide : RealizationSide, set });
         break;
@@ -98,10 +100,8 @@ PointTreeWidgetItem *OpenedFileSink::startDefinition(
     const PropertyHash properties = NodeAttributes::withLowerNames(attributes);
     PointTreeWidgetItem *node = newNode(properties.text(QStringLiteral("name")));
     node->setProperties(properties);
-    const QString id = properties.text(QStringLiteral("id"));
-    node->setPointId(id.isEmpty() ? parent->pointId() : id);
+    describeDefinition(node, *parent, m_file->rootProperties.text(QStringLiteral("id")));
     node->setKind(tag);
-    node->setPluginId(m_file->rootProperties.text(QStringLiteral("id")));
     parent->addChild(node, false);
     node->setBasePath(m_basePath);
     if (node->isKind(QLatin1String("ExtPoint")))
@@ -111,25 +111,35 @@ PointTreeWidgetItem *OpenedFileSink::startDefinition(
     return node;
 }
 
+void OpenedFileSink::describeDefinition(
+    PointTreeWidgetItem *node, const PointTreeWidgetItem &parent, const QString &pluginId)
+{
+    const QString id = node->properties().text(QStringLiteral("id"));
+    node->setPointId(id.isEmpty() ? parent.pointId() : id);
+    node->setPluginId(pluginId);
+}
+
 PointTreeWidgetItem *OpenedFileSink::startRealization(
     PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes)
 {
-    const PropertyHash properties = NodeAttributes::withoutTranslationMarks(attributes);
-    const QString id = properties.text(QStringLiteral("id"));
-    PointTreeWidgetItem *node = newNode(id.isEmpty() ? tag : id);
-    node->setProperties(properties);
+    PointTreeWidgetItem *node = newNode(QString());
+    node->setProperties(NodeAttributes::withoutTranslationMarks(attributes));
     node->setKind(tag);
     parent->addChild(node, false);
-    node->setPointId(parent->pointId());
-    node->setPluginId(m_file->rootProperties.text(QStringLiteral("id")));
-    node->setHasFormat(parent->hasFormat());
-    node->setBasePath(m_basePath);
     parent->QTreeWidgetItem::addChild(node);
-    if (node->isKind(QLatin1String("ExtData")))
-        node->setPointId(id);
-    if (node->isKind(QLatin1String("format")))
-        node->setHasFormat(true);
+    describeRealization(node, *parent, m_file->rootProperties.text(QStringLiteral("id")), m_basePath);
     return node;
+}
+
+void OpenedFileSink::describeRealization(
+    PointTreeWidgetItem *node, const PointTreeWidgetItem &parent, const QString &pluginId, const QString &basePath)
+{
+    const QString id = node->properties().text(QStringLiteral("id"));
+    node->QTreeWidgetItem::setText(0, id.isEmpty() ? node->kind() : id);
+    node->setPointId(node->isKind(QLatin1String("ExtData")) ? id : parent.pointId());
+    node->setPluginId(pluginId);
+    node->setHasFormat(parent.hasFormat() || node->isKind(QLatin1String("format")));
+    node->setBasePath(basePath);
 }
 
 PointTreeWidgetItem *OpenedFileSink::newNode(const QString &text)

@@ -43,6 +43,13 @@ public:
     /// @p basePath is the directory of the file with a trailing "/".
     OpenedFileSink(const QString &basePath, OpenedFile *file);
 
+    /// Point and plug-in of a definition under @p parent, as its attributes have them.
+    static void describeDefinition(
+        PointTreeWidgetItem *node, const PointTreeWidgetItem &parent, const QString &pluginId);
+    /// Text, point, plug-in, directory and whether it belongs to a format, of a realization node under @p parent.
+    static void describeRealization(
+        PointTreeWidgetItem *node, const PointTreeWidgetItem &parent, const QString &pluginId, const QString &basePath);
+
     [[nodiscard]] bool wantsLocations() const override { return false; }
     void restart() override;
     void startElement(const QString &name, const ExtensionFile::Attributes &attributes,

@@ -1,10 +1,13 @@
 #include "ownrealizations.h"
 
 #include "definitions.h"
+#include "documentorder.h"
 #include "nodeindexes.h"
 #include "pointtreewidgetitem.h"
+#include "realizationindexing.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -14,28 +17,6 @@ const QLatin1String extData("ExtData");
 QString valueOf(const PointTreeWidgetItem *node, const QString &key)
 {
     return node->properties().value(key).toString();
-}
-
-bool isRecord(const PointTreeWidgetItem *node)
-{
-    const PointTreeWidgetItem *above = node->parentItem();
-    return above && above->isKind(extData);
-}
-
-bool isFormatOrLayout(const PointTreeWidgetItem *node)
-{
-    return node->isKind(QLatin1String("Format")) || node->isKind(QLatin1String("Layout"));
-}
-
-void collectFormats(const PointTreeWidgetItem *node, OwnRealizations::Nodes *formats)
-{
-    for (PointObject *child : node->children()) {
-        PointTreeWidgetItem *item = child->item();
-        if (isFormatOrLayout(item))
-            formats->append(item);
-        else if (!item->children().isEmpty())
-            collectFormats(item, formats);
-    }
 }
 
 PointObject *top(PointObject *node)
@@ -50,6 +31,28 @@ PointObject *top(PointObject *node)
 OwnRealizations::OwnRealizations(const NodeIndexes *indexes, PointTreeWidgetItem *root, PointTreeWidgetItem *siblings)
     : m_indexes(indexes), m_root(root), m_siblings(siblings)
 { }
+
+bool OwnRealizations::isRecord(const PointTreeWidgetItem *node)
+{
+    const PointTreeWidgetItem *above = node->parentItem();
+    return above && above->isKind(extData);
+}
+
+bool OwnRealizations::isRoot(const PointTreeWidgetItem *node)
+{
+    return node->isKind(QLatin1String("Format")) || node->isKind(QLatin1String("Layout"));
+}
+
+bool OwnRealizations::isEntry(const PointTreeWidgetItem *node)
+{
+    if (isRecord(node) || isRoot(node))
+        return false;
+    for (const PointTreeWidgetItem *above = node->parentItem(); above; above = above->parentItem()) {
+        if (isRoot(above))
+            return true;
+    }
+    return false;
+}
 
 OwnRealizations::Nodes OwnRealizations::withId(const QString &id) const
 {
@@ -104,30 +107,53 @@ OwnRealizations::Nodes OwnRealizations::recordsOf(const PointTreeWidgetItem *def
     return records;
 }
 
-int OwnRealizations::references(const QString &id) const
+OwnRealizations::Nodes OwnRealizations::references(const QString &id) const
 {
-    if (!m_indexes || id.isEmpty())
-        return 0;
-    const Nodes own = withId(id);
-    const auto isReference = [](const PointTreeWidgetItem *node) { return !isRecord(node); };
-    return int(std::count_if(own.cbegin(), own.cend(), isReference)) + (*m_indexes)[NodeIndexes::Data].nodes(id).size();
+    Nodes nodes;
+    const Nodes all = withId(id);
+    for (PointTreeWidgetItem *node : all) {
+        // Without an "id" a node stands under its kind, which may be the id of another.
+        if (isEntry(node) && !valueOf(node, idKey).isEmpty())
+            nodes.append(node);
+    }
+    return nodes;
 }
 
 OwnRealizations::Nodes OwnRealizations::formats(const QString &name) const
 {
-    if (!m_root || name.isEmpty())
+    if (!m_indexes || name.isEmpty())
         return {};
-    Nodes all;
-    collectFormats(m_root, &all);
+    Nodes byTarget;
+    Nodes byId;
+    Nodes recorded;
+    const auto sort = [&](const Nodes &nodes) {
+        for (PointTreeWidgetItem *node : nodes) {
+            const bool targets = valueOf(node, QStringLiteral("target")) == name;
+            if (!isRoot(node) || (!targets && valueOf(node, idKey) != name))
+                continue;
+            Nodes &part = RealizationIndexing::isRecordedFormat(node) ? recorded : targets ? byTarget : byId;
+            if (!part.contains(node))
+                part.append(node);
+        }
+    };
+    sort((*m_indexes)[NodeIndexes::Targets].nodes(name));
+    sort((*m_indexes)[NodeIndexes::Layouts].nodes(QString()));
+    std::sort(byTarget.begin(), byTarget.end(), comesBefore);
+    sort(withId(name));
+    std::sort(byId.begin(), byId.end(), comesBefore);
+    std::sort(recorded.begin(), recorded.end(), comesBefore);
+
+    const Nodes all = byTarget + byId + recorded;
+    const auto isPartOfAnother = [&all](const PointTreeWidgetItem *node) {
+        for (PointTreeWidgetItem *above = node->parentItem(); above; above = above->parentItem()) {
+            if (all.contains(above))
+                return true;
+        }
+        return false;
+    };
     Nodes found;
-    for (PointTreeWidgetItem *format : qAsConst(all)) {
-        if (valueOf(format, QStringLiteral("target")) == name)
-            found.append(format);
-    }
-    for (PointTreeWidgetItem *format : qAsConst(all)) {
-        if (valueOf(format, idKey) == name && !found.contains(format))
-            found.append(format);
-    }
+    std::copy_if(all.cbegin(), all.cend(), std::back_inserter(found),
+        [&](const PointTreeWidgetItem *node) { return !isPartOfAnother(node); });
     return found;
 }
 

@@ -9,7 +9,9 @@ class PointTreeWidgetItem;
 /// What the opened file realizes, and where in the product that is used: a view on the manager's indexes, made where it
 /// is needed. One made without a manager knows nothing. GUI thread.
 ///
-/// A record is a child of an "ExtData"; a reference is any other node with the record's "id", in a format as a rule.
+/// What a node is, its place says: a holder is an "ExtData"; a record is a child of one; a root is a format or a
+/// layout (a record can be one, too); an entry stands somewhere under a root. A reference to a record is an entry that
+/// has its "id". A namesake of another sort is none, a node without "id" is nobody's.
 class OwnRealizations final
 {
 public:
@@ -34,12 +36,17 @@ public:
     /// the kind that it stands for. Empty for any other node.
     [[nodiscard]] Nodes recordsOf(const PointTreeWidgetItem *definition) const;
 
-    /// How many nodes refer to the record @p id, in the opened file and in its siblings.
-    [[nodiscard]] int references(const QString &id) const;
+    /// The opened file's nodes that stand for the record @p id, in document order.
+    [[nodiscard]] Nodes references(const QString &id) const;
 
-    /// The opened file's formats and layouts that fill the tab @p name, those whose "target" is the name, then
-    /// those whose "id" is, both in document order.
+    /// The opened file's formats and layouts that fill the tab @p name: those whose "target" is the name, then those
+    /// whose "id" is, then the "Format"s that drops have recorded, each in document order. One that stands under
+    /// another of them is part of that one and not listed.
     [[nodiscard]] Nodes formats(const QString &name) const;
+
+    [[nodiscard]] static bool isRecord(const PointTreeWidgetItem *node);
+    [[nodiscard]] static bool isRoot(const PointTreeWidgetItem *node);
+    [[nodiscard]] static bool isEntry(const PointTreeWidgetItem *node);
 
     /// The siblings' format roots and layouts that fill the tab @p name, in the order in which they came.
     [[nodiscard]] Nodes siblingFormats(const QString &name) const;

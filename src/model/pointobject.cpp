@@ -2,12 +2,15 @@
 
 #include "modellog.h"
 
+#include <QSet>
+
 #include <utility>
 
 PointObject::PointObject() = default;
 
 PointObject::PointObject(const PointObject &source)
-    : m_properties(source.m_properties), m_name(source.m_name), m_source(const_cast<PointObject *>(&source))
+    : m_properties(source.m_properties), m_name(source.m_name), m_source(const_cast<PointObject *>(&source)),
+      m_definitionSide(source.m_definitionSide)
 {
     m_source->m_copies.append(this);
     setLink(m_source);
@@ -68,12 +71,10 @@ void PointObject::addChild(PointObject *child, bool mirror)
 {
     if (!mayTake(child))
         return;
-    if (!child->isHeldBy(this)) {
-        m_children.append(child);
-        child->addHolder(this);
-        child->m_parent = this;
-    }
-    if (m_link == this || !m_link || !mirror)
+    const PointObject *before = child->m_link;
+    take(m_children.size(), child);
+    // What is watched over may have its counterpart already.
+    if (m_link == this || !m_link || !mirror || child->m_link != before)
         return;
     PointObject *copy = child->makeCopy();
     child->makeMirrorOfCopy(copy);
@@ -84,11 +85,7 @@ void PointObject::insertChild(int index, PointObject *child)
 {
     if (!mayTake(child))
         return;
-    if (!child->isHeldBy(this)) {
-        m_children.insert(qBound(0, index, m_children.size()), child);
-        child->addHolder(this);
-        child->m_parent = this;
-    }
+    take(qBound(0, index, m_children.size()), child);
     if (m_link == this || !m_link)
         return;
     PointObject *copy = child->makeCopy();
@@ -97,21 +94,44 @@ void PointObject::insertChild(int index, PointObject *child)
     m_link->insertChild(index, child);
 }
 
+void PointObject::insertIntoListOnly(int index, PointObject *child)
+{
+    if (mayTake(child))
+        take(index < 0 ? m_children.size() : qMin(index, m_children.size()), child);
+}
+
+void PointObject::take(int index, PointObject *child)
+{
+    if (child->isHeldBy(this))
+        return;
+    m_children.insert(index, child);
+    child->addHolder(this);
+    child->m_parent = this;
+    child->m_definitionSide = child->m_definitionSide || m_definitionSide;
+    childAdded(child);
+}
+
 void PointObject::removeChild(PointObject *child)
 {
     if (!child)
         return;
-    if (m_children.removeOne(child))
+    const bool held = m_children.removeOne(child);
+    if (held)
         child->removeHolder(this);
     child->m_parent = nullptr;
+    if (held)
+        childRemoved(child);
     if (m_link == this || !m_link)
         return;
+    // The end of the chain is asked where the node in between, itself a mirror, holds nothing of the kind.
     const QString id = child->property(QStringLiteral("id")).toString();
-    const QList<PointObject *> candidates = m_link->m_children;
-    for (PointObject *candidate : candidates) {
-        if (candidate->property(QStringLiteral("id")).toString() == id) {
-            m_link->removeChild(candidate);
-            return;
+    for (PointObject *holder : { m_link, master() }) {
+        const QList<PointObject *> candidates = holder->m_children;
+        for (PointObject *candidate : candidates) {
+            if (candidate->property(QStringLiteral("id")).toString() == id) {
+                holder->removeChild(candidate);
+                return;
+            }
         }
     }
 }
@@ -123,38 +143,68 @@ void PointObject::detachChild(PointObject *child)
     child->removeHolder(this);
     if (child->m_parent == this)
         child->m_parent = nullptr;
+    childRemoved(child);
 }
 
 QVariant PointObject::property(const QString &key)
 {
+    const QVariant exact = m_properties.value(key);
+    if (!m_definitionSide && !exact.isNull())
+        return exact;
     const QString lowered = key.toLower();
-    if (lowered != key) {
-        const QVariant value = m_properties.value(lowered);
-        if (!value.isNull()) {
-            m_properties.rename(lowered, key);
-            return value;
-        }
-    }
-    return m_properties.value(key);
+    const QVariant other = lowered == key ? QVariant() : m_properties.value(lowered);
+    if (other.isNull())
+        return exact;
+    m_properties.rename(lowered, key);
+    return other;
 }
 
 void PointObject::setProperty(const QString &key, const QVariant &value)
 {
     PointObject *node = this;
-    node->m_properties.insert(key, value);
+    node->store(key, value);
     while (node->m_link && node->m_link != node) {
         node = node->m_link;
-        node->m_properties.insert(key, value);
+        node->store(key, value);
     }
+}
+
+void PointObject::store(const QString &key, const QVariant &value)
+{
+    QString name = key;
+    if (!m_definitionSide && m_properties.value(key).isNull()) {
+        const QString lowered = key.toLower();
+        if (!m_properties.value(lowered).isNull())
+            name = lowered;
+    }
+    const QVariant old = m_properties.value(name);
+    m_properties.insert(name, value);
+    propertyChanged(name, old);
 }
 
 void PointObject::setProperties(const PropertyHash &properties)
 {
     PointObject *node = this;
-    node->m_properties = properties;
+    node->replaceProperties(properties);
     while (node->m_link && node->m_link != node) {
         node = node->m_link;
-        node->m_properties = properties;
+        node->replaceProperties(properties);
+    }
+}
+
+void PointObject::replaceProperties(const PropertyHash &properties)
+{
+    const PropertyHash before = std::exchange(m_properties, properties);
+    // A node that is just being made has nobody to tell.
+    if (!m_parent)
+        return;
+    for (const PropertyHash::Entry &entry : before) {
+        if (!PropertyHash::isSame(properties.value(entry.key), entry.value))
+            propertyChanged(entry.key, entry.value);
+    }
+    for (const PropertyHash::Entry &entry : properties) {
+        if (!before.contains(entry.key))
+            propertyChanged(entry.key, QVariant());
     }
 }
 
@@ -213,11 +263,18 @@ void PointObject::releaseChildren()
 
 bool PointObject::reaches(const PointObject *sought) const
 {
+    // Only what stands in several lists is come to more than once.
+    QSet<const PointObject *> shared;
     QVector<const PointObject *> open { this };
     while (!open.isEmpty()) {
         const PointObject *node = open.takeLast();
         if (node == sought)
             return true;
+        if (!node->m_otherHolders.isEmpty()) {
+            if (shared.contains(node))
+                continue;
+            shared.insert(node);
+        }
         for (const PointObject *child : node->m_children) {
             if (!child->m_children.isEmpty() || child == sought)
                 open.append(child);

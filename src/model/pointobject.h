@@ -53,20 +53,31 @@ public:
     /// that the child links to stands in no list. That copy is destroyed with the child.
     void insertChild(int index, PointObject *child);
 
-    /// Takes @p child out of the list and clears its parent. On a mirror the master loses its first child with the
-    /// same "id".
+    /// Into this list alone, at @p index or at the end with -1: what this node mirrors is left out of it.
+    void insertIntoListOnly(int index, PointObject *child);
+
+    /// Takes @p child out of the list and clears its parent. On a mirror the node that it links to, or the end of the
+    /// chain, loses its first child with the same "id".
     void removeChild(PointObject *child);
 
     /// Takes @p child out of this list only; its parent is cleared when it was this node.
     void detachChild(PointObject *child);
 
-    /// The value stored under @p key. A value found under the lower-case form of the key is moved to @p key first, and
-    /// wins over one that stands there, since only a later write can have put it beside it.
+    /// The value stored under @p key. Where there is none, a value found under the lower-case form of the key is moved
+    /// to @p key first. On the definition side, whose names are lowered on reading, the lower-case one wins over one
+    /// that stands under @p key, since only a later write can have put it beside it.
     QVariant property(const QString &key);
 
-    /// Stores in this node and in every node of the link chain.
+    /// Stores in this node and in every node of the link chain; on the realization side under the name that property()
+    /// would find in each.
     void setProperty(const QString &key, const QVariant &value);
     void setProperties(const PropertyHash &properties);
+
+    /// Has this node alone show @p properties, which are those of the node that it mirrors.
+    void showProperties(const PropertyHash &properties) { m_properties = properties; }
+
+    /// The node declares something. Its children are of the same side.
+    void setDefinitionSide() { m_definitionSide = true; }
 
     /// Sets the row text of this node and of every node of the link chain.
     void setText(int column, const QString &text);
@@ -90,6 +101,11 @@ protected:
     virtual void setRowText(int column, const QString &text);
     virtual void destroy();
 
+    // What has just happened to this node, for whoever watches over its tree.
+    virtual void childAdded(PointObject * /*child*/) { }
+    virtual void childRemoved(PointObject * /*child*/) { }
+    virtual void propertyChanged(const QString & /*key*/, const QVariant & /*old*/) { }
+
     /// The copies that insertChild() made of this node and that have found no place since; they go with it.
     [[nodiscard]] QList<PointObject *> ownedCopies() const;
 
@@ -102,6 +118,10 @@ private:
     void addHolder(PointObject *holder);
     void removeHolder(PointObject *holder);
     void makeMirrorOfCopy(PointObject *copy);
+    /// Into the list, unless it is there already.
+    void take(int index, PointObject *child);
+    void store(const QString &key, const QVariant &value);
+    void replaceProperties(const PropertyHash &properties);
 
     QList<PointObject *> m_children;
     QList<PointObject *> m_copies;
@@ -116,4 +136,5 @@ private:
     QVector<PointObject *> m_linkedFrom;
     PointObject *m_source = nullptr;
     bool m_ownedBySource = false;
+    bool m_definitionSide = false;
 };

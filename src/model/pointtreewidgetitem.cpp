@@ -1,12 +1,28 @@
 #include "pointtreewidgetitem.h"
 
 #include "nodeindexes.h"
+#include "nodewatcher.h"
 
 #include <QTreeWidget>
 #include <QVector>
 
 #include <algorithm>
 #include <utility>
+
+namespace {
+
+void leaveCurrentRow(QTreeWidgetItem *dying)
+{
+    QTreeWidget *tree = dying->treeWidget();
+    for (QTreeWidgetItem *row = tree ? tree->currentItem() : nullptr; row; row = row->parent()) {
+        if (row == dying) {
+            tree->setCurrentItem(nullptr);
+            return;
+        }
+    }
+}
+
+} // namespace
 
 PointTreeWidgetItem::PointTreeWidgetItem(const QString &text, QObject *parentObject)
     : QObject(parentObject), m_texts { text, QString() }
@@ -20,9 +36,13 @@ PointTreeWidgetItem::PointTreeWidgetItem(const PointTreeWidgetItem &source)
 
 PointTreeWidgetItem::~PointTreeWidgetItem()
 {
-    // The view announces the change of its current row here, where listeners still meet a whole node.
-    if (treeWidget())
+    // Views and watchers are told here, where they still meet a whole node.
+    if (treeWidget()) {
+        leaveCurrentRow(this);
         takeRow();
+    }
+    if (PointObject *above = PointObject::parent())
+        above->detachChild(this);
     if (m_indexes)
         m_indexes->forget(this);
 }
@@ -42,6 +62,15 @@ void PointTreeWidgetItem::setPointId(const QString &pointId)
     const QString oldPointId = std::exchange(m_pointId, pointId);
     if (m_indexes && m_pointId != oldPointId)
         m_indexes->pointIdHasChanged(this, oldPointId);
+}
+
+void PointTreeWidgetItem::setKind(const QString &kind)
+{
+    const QString old = std::exchange(m_kind, kind);
+    if (m_kind == old)
+        return;
+    if (NodeWatcher *watching = watcher())
+        watching->kindChanged(this, old);
 }
 
 bool PointTreeWidgetItem::isKind(QLatin1String kind) const
@@ -84,6 +113,11 @@ void PointTreeWidgetItem::setData(int column, int role, const QVariant &value)
     if (text == m_texts[size_t(column)])
         return;
     m_texts[size_t(column)] = text;
+    // The row announces as many columns as it keeps something for itself: none stand for all, an icon in the first one
+    // alone would leave the other texts as they were on the screen.
+    const int columns = QTreeWidgetItem::columnCount();
+    if (treeWidget() && columns > 0 && columns < keptTexts)
+        QTreeWidgetItem::setData(keptTexts - 1, Qt::UserRole, QVariant());
     emitDataChanged();
 }
 
@@ -99,6 +133,9 @@ void PointTreeWidgetItem::destroySubtree(PointTreeWidgetItem *node)
 {
     if (!node)
         return;
+    leaveCurrentRow(node);
+    if (PointObject *above = node->PointObject::parent())
+        above->detachChild(node);
 
     QVector<PointTreeWidgetItem *> doomed;
     const auto condemn = [&doomed](PointTreeWidgetItem *item) {
@@ -142,6 +179,35 @@ PointObject *PointTreeWidgetItem::makeCopy() const
 void PointTreeWidgetItem::setRowText(int column, const QString &text)
 {
     QTreeWidgetItem::setText(column, text);
+}
+
+NodeWatcher *PointTreeWidgetItem::watcher() const
+{
+    const PointTreeWidgetItem *node = this;
+    while (const PointTreeWidgetItem *above = node->parentItem())
+        node = above;
+    return node->m_watcher;
+}
+
+void PointTreeWidgetItem::childAdded(PointObject *child)
+{
+    NodeWatcher *watching = watcher();
+    if (watching && child->item())
+        watching->childAdded(this, child->item());
+}
+
+void PointTreeWidgetItem::childRemoved(PointObject *child)
+{
+    NodeWatcher *watching = watcher();
+    if (watching && child->item())
+        watching->childRemoved(this, child->item());
+}
+
+void PointTreeWidgetItem::propertyChanged(const QString &key, const QVariant &old)
+{
+    NodeWatcher *watching = watcher();
+    if (watching && !PropertyHash::isSame(properties().value(key), old))
+        watching->propertyChanged(this, key, old);
 }
 
 void PointTreeWidgetItem::destroy()

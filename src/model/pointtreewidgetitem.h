@@ -9,6 +9,7 @@
 #include <array>
 
 class NodeIndexes;
+class NodeWatcher;
 
 /// The one node type of every tree: model object and tree row at once.
 ///
@@ -52,7 +53,7 @@ public:
     void setPluginId(const QString &pluginId) { m_pluginId = pluginId; }
     /// The element's name.
     [[nodiscard]] const QString &kind() const { return m_kind; }
-    void setKind(const QString &kind) { m_kind = kind; }
+    void setKind(const QString &kind);
     /// Compares the kind without regard to letter case.
     [[nodiscard]] bool isKind(QLatin1String kind) const;
     /// The directory of the file that the node was read from, with a trailing "/"; empty on definition nodes of
@@ -64,14 +65,17 @@ public:
     void setIsNew(bool isNew) { m_isNew = isNew; }
     void setIsDroppedCopy(bool isDroppedCopy) { m_isDroppedCopy = isDroppedCopy; }
 
+    /// Has @p watcher, which must outlive this, told of every change under this root; null ends that.
+    void setWatcher(NodeWatcher *watcher) { m_watcher = watcher; }
+
     [[nodiscard]] PointTreeWidgetItem *item() override { return this; }
     [[nodiscard]] PointTreeWidgetItem *parentItem() const;
 
     /// The node that a row is part of; null for no row and for a row that is none of ours.
     [[nodiscard]] static PointTreeWidgetItem *fromRow(QTreeWidgetItem *row);
 
-    // The texts of the first two columns are kept here: as a rule they are attributes and share their strings, where the
-    // row would make three blocks of memory of the first one alone.
+    // The texts of the first two columns are kept here: as a rule they are attributes and share their strings, where
+    // the row would make three blocks of memory of the first one alone.
     [[nodiscard]] QVariant data(int column, int role) const override;
     void setData(int column, int role, const QVariant &value) override;
 
@@ -79,12 +83,17 @@ public:
     void takeRow();
 
     /// Destroys @p node, the rows under it and the model children under it that have no other parent. Null is allowed.
+    /// Where one of the rows is the current one of its tree, none is current afterwards: a neighbour that became so by
+    /// itself would be taken for one that the user has gone to.
     static void destroySubtree(PointTreeWidgetItem *node);
 
 protected:
     [[nodiscard]] PointObject *makeCopy() const override;
     void setRowText(int column, const QString &text) override;
     void destroy() override;
+    void childAdded(PointObject *child) override;
+    void childRemoved(PointObject *child) override;
+    void propertyChanged(const QString &key, const QVariant &old) override;
 
 private:
     friend class NodeIndexes;
@@ -92,6 +101,8 @@ private:
 
     static constexpr int keptTexts = 2;
     [[nodiscard]] static bool isKeptText(int column, int role);
+    /// Of the tree that the node stands in; null as a rule.
+    [[nodiscard]] NodeWatcher *watcher() const;
 
     std::array<QString, keptTexts> m_texts;
     QString m_pointId;
@@ -104,4 +115,5 @@ private:
     bool m_doomed = false;
     int m_indexEntries = 0;
     NodeIndexes *m_indexes = nullptr;
+    NodeWatcher *m_watcher = nullptr;
 };

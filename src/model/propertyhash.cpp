@@ -20,11 +20,18 @@ QString PropertyHash::text(const QString &key) const
 
 void PropertyHash::insert(const QString &key, const QVariant &value)
 {
+    const bool isNullText = value.userType() == QMetaType::QString && value.isNull();
+    const QVariant kept = isNullText ? QVariant(QStringLiteral("")) : value;
     const int index = indexOf(key);
     if (index < 0)
-        m_entries.append({ key, value });
+        m_entries.append({ key, kept });
     else
-        m_entries[index].value = value;
+        m_entries[index].value = kept;
+}
+
+void PropertyHash::append(const QString &key, const QString &value)
+{
+    m_entries.append({ key, QVariant(value.isNull() ? QStringLiteral("") : value) });
 }
 
 bool PropertyHash::remove(const QString &key)
@@ -65,10 +72,12 @@ int PropertyHash::indexOf(const QString &key) const
 
 bool operator==(const PropertyHash &left, const PropertyHash &right)
 {
+    if (left.m_entries.constData() == right.m_entries.constData())
+        return true;
     if (left.size() != right.size())
         return false;
     for (const PropertyHash::Entry &entry : left) {
-        if (!right.contains(entry.key) || right.value(entry.key) != entry.value)
+        if (!right.contains(entry.key) || !PropertyHash::isSame(right.value(entry.key), entry.value))
             return false;
     }
     return true;

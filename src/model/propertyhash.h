@@ -32,11 +32,12 @@ public:
     [[nodiscard]] QString text(const QString &key) const;
     [[nodiscard]] bool contains(const QString &key) const { return indexOf(key) >= 0; }
 
-    /// Replaces the value of a known key in its place; a new key goes last.
+    /// Replaces the value of a known key in its place; a new key goes last. A text is never null: an attribute that is
+    /// empty is there all the same, whoever made it.
     void insert(const QString &key, const QVariant &value);
 
     /// As insert(), for a key that is known to be new.
-    void append(const QString &key, const QString &value) { m_entries.append(Entry { key, QVariant(value) }); }
+    void append(const QString &key, const QString &value);
 
     /// True when there was such a key.
     bool remove(const QString &key);
@@ -52,14 +53,22 @@ public:
     [[nodiscard]] const_iterator begin() const { return m_entries.constBegin(); }
     [[nodiscard]] const_iterator end() const { return m_entries.constEnd(); }
 
+    /// Whether both are one value of one type; else a text and a truth value could be equal, which no file takes them
+    /// for.
+    [[nodiscard]] static bool isSame(const QVariant &left, const QVariant &right)
+    {
+        return left.userType() == right.userType() && left == right;
+    }
+
+    /// Same keys with equal values; the order does not matter.
+    friend bool operator==(const PropertyHash &left, const PropertyHash &right);
+
 private:
     [[nodiscard]] int indexOf(const QString &key) const;
 
     QVector<Entry> m_entries;
 };
 
-/// Same keys with equal values; the order does not matter.
-bool operator==(const PropertyHash &left, const PropertyHash &right);
 inline bool operator!=(const PropertyHash &left, const PropertyHash &right)
 {
     return !(left == right);

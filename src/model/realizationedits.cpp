@@ -21,19 +21,6 @@ void insertRow(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int index
         parent->QTreeWidgetItem::insertChild(row, node);
 }
 
-/// Into the list of @p parent alone: a mirrored parent's master is none of its business.
-void insertIntoList(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int index)
-{
-    if (index < 0 || index >= parent->children().size()) {
-        parent->addChild(node, false);
-        return;
-    }
-    PointObject *const link = parent->link();
-    parent->setLink(parent);
-    parent->insertChild(index, node);
-    parent->setLink(link);
-}
-
 template <typename Visitor>
 void forSubtree(PointTreeWidgetItem *node, Visitor visit)
 {
@@ -65,14 +52,9 @@ PointTreeWidgetItem *SourceDataManager::ensureDataSet()
 
 void SourceDataManager::insertRealization(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int index)
 {
-    insertIntoList(parent, node, index);
+    parent->insertIntoListOnly(index, node);
     node->takeRow();
     insertRow(parent, node, index);
-    addRealization(node);
-    if (node->isKind(QLatin1String("format")) && !node->property(targetKey).toString().isEmpty())
-        addTarget(node);
-    if (node->isKind(QLatin1String("layout")))
-        m_indexes.add(NodeIndexes::Layouts, QString(), node);
 }
 
 bool SourceDataManager::moveRealization(PointTreeWidgetItem *node, PointTreeWidgetItem *parent, int index)
@@ -82,88 +64,68 @@ bool SourceDataManager::moveRealization(PointTreeWidgetItem *node, PointTreeWidg
     if (PointTreeWidgetItem *above = node->parentItem())
         above->detachChild(node);
     node->takeRow();
-    insertIntoList(parent, node, index);
+    parent->insertIntoListOnly(index, node);
     insertRow(parent, node, index);
-    // Another point may say what the node is from now on.
-    const QString oldPoint = node->pointId();
-    forSubtree(node, [&](PointTreeWidgetItem *item) {
-        if (item->pointId() == oldPoint)
-            item->setPointId(parent->pointId());
-        item->setHasFormat(parent->hasFormat());
-    });
     return true;
 }
 
 void SourceDataManager::setRealizationProperty(PointTreeWidgetItem *node, const QString &key, const QVariant &value)
 {
-    // Who stands in which index is known by the old value.
-    QVector<PointTreeWidgetItem *> byId;
-    QVector<PointTreeWidgetItem *> byTarget;
-    PointObject *object = node;
-    while (object) {
-        PointTreeWidgetItem *item = object->item();
-        const QString id = item->property(idKey).toString();
-        if (key == idKey && m_indexes.remove(NodeIndexes::Realizations, id.isEmpty() ? item->kind() : id, item))
-            byId.append(item);
-        if (key == targetKey && m_indexes.remove(NodeIndexes::Targets, item->property(targetKey).toString(), item))
-            byTarget.append(item);
-        object = object->link() == object ? nullptr : object->link();
-    }
-    const QString old = node->property(key).toString();
     node->setProperty(key, value);
-    if (key == idKey && node->isKind(QLatin1String("ExtData"))) {
-        forSubtree(node, [&](PointTreeWidgetItem *item) {
-            if (item->pointId() == old)
-                item->setPointId(value.toString());
-        });
-    }
-    for (PointTreeWidgetItem *item : qAsConst(byId))
-        addRealization(item);
-    for (PointTreeWidgetItem *item : qAsConst(byTarget))
-        addTarget(item);
-    if (!byTarget.isEmpty())
-        restoreTarget(old);
 }
 
-void SourceDataManager::restoreTarget(const QString &target)
+void SourceDataManager::renameRecord(PointTreeWidgetItem *record, const QString &id)
 {
-    if (target.isEmpty() || formatOfTarget(target))
-        return;
-    const OwnRealizations::Nodes formats = ownRealizations().formats(target);
-    if (!formats.isEmpty() && formats.constLast()->property(targetKey).toString() == target)
-        addTarget(formats.constLast());
+    const QString old = record->property(idKey).toString();
+    if (!old.isEmpty() && !id.isEmpty()) {
+        const OwnRealizations::Nodes references = ownRealizations().references(old);
+        for (PointTreeWidgetItem *reference : references) {
+            setRealizationProperty(reference, idKey, id);
+            followParent(reference, old, id);
+        }
+    }
+    setRealizationProperty(record, idKey, id);
+}
+
+void SourceDataManager::renameEntry(PointTreeWidgetItem *entry, const QString &id)
+{
+    const QString old = entry->property(idKey).toString();
+    setRealizationProperty(entry, idKey, id);
+    if (!old.isEmpty() && !id.isEmpty())
+        followParent(entry, old, id);
+}
+
+void SourceDataManager::followParent(PointTreeWidgetItem *entry, const QString &oldId, const QString &newId)
+{
+    const QString parentKey = QStringLiteral("parent");
+    PointTreeWidgetItem *root = entry;
+    while (root->parentItem() && !OwnRealizations::isRoot(root))
+        root = root->parentItem();
+    for (const QString &name : { root->property(idKey).toString(), root->property(targetKey).toString() }) {
+        const OwnRealizations::Nodes formats = ownRealizations().formats(name);
+        for (const PointTreeWidgetItem *format : formats) {
+            for (PointObject *child : format->children()) {
+                if (child->property(parentKey).toString().compare(oldId, Qt::CaseInsensitive) == 0)
+                    child->setProperty(parentKey, newId);
+            }
+        }
+    }
 }
 
 void SourceDataManager::destroyRealization(PointTreeWidgetItem *node)
 {
-    if (!node)
-        return;
-    const QString target = node->property(targetKey).toString();
-    if (PointTreeWidgetItem *above = node->parentItem())
-        above->detachChild(node);
     PointTreeWidgetItem::destroySubtree(node);
-    restoreTarget(target);
 }
 
 void SourceDataManager::retire(PointTreeWidgetItem *node)
 {
     if (!node)
         return;
+    if (PointTreeWidgetItem *above = node->parentItem())
+        above->detachChild(node);
+    node->takeRow();
     m_retired.append(node);
-    unregister(node);
-}
-
-void SourceDataManager::unregister(PointTreeWidgetItem *node)
-{
-    QVector<PointTreeWidgetItem *> open { node };
-    while (!open.isEmpty()) {
-        PointTreeWidgetItem *item = open.takeLast();
-        m_indexes.forget(item);
-        for (PointObject *child : item->children()) {
-            if (child->parent() == item)
-                open.append(child->item());
-        }
-    }
+    forSubtree(node, [this](PointTreeWidgetItem *item) { m_indexes.forget(item); });
 }
 
 void SourceDataManager::followPointId(const QString &old, const QString &now)
@@ -171,8 +133,6 @@ void SourceDataManager::followPointId(const QString &old, const QString &now)
     if (old == now || old.isEmpty() || now.isEmpty() || definition(old))
         return;
     const OwnRealizations::Nodes holders = ownRealizations().holders(old);
-    for (PointTreeWidgetItem *holder : holders) {
+    for (PointTreeWidgetItem *holder : holders)
         setRealizationProperty(holder, idKey, now);
-        holder->setText(0, now);
-    }
 }

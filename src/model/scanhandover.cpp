@@ -4,7 +4,9 @@
 
 #include <QMetaObject>
 
-ScanHandover::ScanHandover(int count, ScanSequence *receiver) : m_slots(size_t(count)), m_receiver(receiver) { }
+ScanHandover::ScanHandover(int count, const ExtensionFile::FileIdentity &opened, ScanSequence *receiver)
+    : m_slots(size_t(count)), m_opened(opened), m_receiver(receiver)
+{ }
 
 ScanHandover::~ScanHandover() = default;
 
@@ -18,8 +20,10 @@ bool ScanHandover::claim(int index)
     return true;
 }
 
-void ScanHandover::put(int index, std::unique_ptr<ScannedFile> file)
+void ScanHandover::put(int index, const QString &path, std::unique_ptr<ScannedFile> file)
 {
+    if (file)
+        file->setIsOpenedFile(m_opened.isSameAs(ExtensionFile::FileIdentity::of(path)));
     std::unique_ptr<ScannedFile> unwanted;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);

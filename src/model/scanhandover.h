@@ -1,6 +1,7 @@
 #pragma once
 
 #include "announcement.h"
+#include "extensionfile/regularfile.h"
 
 #include <condition_variable>
 #include <memory>
@@ -16,15 +17,17 @@ class ScanSequence;
 class ScanHandover final
 {
 public:
-    /// Slots for @p count files. @p receiver is woken when the file that it waits for has arrived.
-    ScanHandover(int count, ScanSequence *receiver);
+    /// Slots for @p count files. @p receiver is woken when the file that it waits for has arrived. @p opened is the
+    /// file that is open: another reading of it is marked as such.
+    ScanHandover(int count, const ExtensionFile::FileIdentity &opened, ScanSequence *receiver);
     ~ScanHandover();
 
     /// True for the first caller only: it reads file @p index. False for everybody once the scan is abandoned.
     [[nodiscard]] bool claim(int index);
 
-    /// Hands a file over; null says that there was nothing to read. Destroyed on the spot when the scan is abandoned.
-    void put(int index, std::unique_ptr<ScannedFile> file);
+    /// Hands over what was read from @p path; null says that there was nothing to read. Destroyed on the spot when the
+    /// scan is abandoned.
+    void put(int index, const QString &path, std::unique_ptr<ScannedFile> file);
 
     /// True when file @p index has arrived, with the file (which may be null). Otherwise the receiver is woken as soon
     /// as it does.
@@ -47,6 +50,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_arrived;
     std::vector<Slot> m_slots;
+    const ExtensionFile::FileIdentity m_opened;
     ScanSequence *m_receiver;
     int m_awaited = -1;
 };

@@ -23,9 +23,10 @@ constexpr int announcementsPerLookAtClock = 16;
 
 } // namespace
 
-ScanSequence::ScanSequence(const QStringList &paths, const Roots &roots, Receiver receiver, QObject *parent)
+ScanSequence::ScanSequence(const QStringList &paths, const ExtensionFile::FileIdentity &opened, const Roots &roots,
+    Receiver receiver, QObject *parent)
     : QObject(parent), m_paths(paths), m_roots(roots), m_receiver(std::move(receiver)),
-      m_handover(std::make_shared<ScanHandover>(paths.size(), this))
+      m_handover(std::make_shared<ScanHandover>(paths.size(), opened, this))
 {
     m_nextTurn.setSingleShot(true);
     m_nextTurn.setInterval(firstTurnMs);
@@ -61,7 +62,7 @@ void ScanSequence::complete()
     const QPointer<ScanSequence> alive(this);
     for (int i = m_next + (m_haveCurrent ? 1 : 0); i < m_paths.size(); ++i) {
         if (m_handover->claim(i))
-            m_handover->put(i, TaskRead::read(m_paths.at(i), m_roots.points, m_roots.data, thread()));
+            m_handover->put(i, m_paths.at(i), TaskRead::read(m_paths.at(i), m_roots.points, m_roots.data, thread()));
         else
             m_handover->waitFor(i);
     }
@@ -109,8 +110,9 @@ ScanSequence::Progress ScanSequence::deliver(bool withinBudget)
         while (m_current && !m_current->atEnd()) {
             // The receiver may save, close or delete whatever it likes: nothing but members is trusted after the call.
             m_delivered = true;
+            const bool isOpened = m_current->isOpenedFile();
             if (const Announcement *announcement = m_current->next())
-                m_receiver(m_next, Announcement(*announcement));
+                m_receiver(m_next, isOpened, Announcement(*announcement));
             if (!alive)
                 return Progress::Done;
             if (outOfTime()) {

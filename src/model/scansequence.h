@@ -1,6 +1,7 @@
 #pragma once
 
 #include "announcement.h"
+#include "extensionfile/regularfile.h"
 
 #include <QObject>
 #include <QStringList>
@@ -23,8 +24,9 @@ class ScanSequence final : public QObject
     Q_OBJECT
 
 public:
-    /// Called once for each announcement; @p index is the position of the file in the list.
-    using Receiver = std::function<void(int index, const Announcement &)>;
+    /// Called once for each announcement; @p index is the position of the file in the list, and @p isOpened says that
+    /// it is the file that is open.
+    using Receiver = std::function<void(int index, bool isOpened, const Announcement &)>;
 
     struct Roots
     {
@@ -33,7 +35,8 @@ public:
         PointTreeWidgetItem *third;
     };
 
-    ScanSequence(const QStringList &paths, const Roots &roots, Receiver receiver, QObject *parent = nullptr);
+    ScanSequence(const QStringList &paths, const ExtensionFile::FileIdentity &opened, const Roots &roots,
+        Receiver receiver, QObject *parent = nullptr);
     ~ScanSequence() override;
 
     /// Starts one task per path on the global pool when the event loop has nothing else to do. Call once.

@@ -11,6 +11,16 @@ QString inheritedPluginId(PointTreeWidgetItem *parent)
     return parent->pluginId().isEmpty() ? parent->property(QStringLiteral("filename")).toString() : parent->pluginId();
 }
 
+bool isPoint(const QString &tag)
+{
+    return tag == QLatin1String("ExtPoint");
+}
+
+bool isSubPoint(const QString &tag)
+{
+    return tag == QLatin1String("SubExtPoint");
+}
+
 } // namespace
 
 SiblingSink::SiblingSink(const QString &basePath, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot,
@@ -90,33 +100,51 @@ PointTreeWidgetItem *SiblingSink::startSet(Side side)
     const QString id = m_rootProperties.text(QStringLiteral("id"));
     PointTreeWidgetItem *set = newNode(id, m_rootProperties);
     set->setPluginId(id);
-    if (side == DefinitionSide)
+    if (side == DefinitionSide) {
+        set->setDefinitionSide();
         announce(Announcement::AddTopChild, m_pointsRoot, set, QString());
-    else
+    } else {
         announce(Announcement::AddObjChild, m_dataRoot, set, QString());
+    }
     return set;
 }
 
 PointTreeWidgetItem *SiblingSink::startDefinition(
     PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes)
 {
-    const PropertyHash properties = NodeAttributes::asWritten(attributes);
-    PointTreeWidgetItem *node = newNode(properties.text(QStringLiteral("name")), properties);
+    PointTreeWidgetItem *node = newNode(QString(), NodeAttributes::asWritten(attributes));
     node->setKind(tag);
     parent->addChild(node, false);
-    node->setPluginId(inheritedPluginId(parent));
-    if (tag == QLatin1String("ExtPoint")) {
-        const QString id = properties.text(QStringLiteral("id"));
-        node->setPointId(id);
-        announce(Announcement::DefinData, nullptr, node, id);
-        announce(Announcement::AddTopChild, parent, node, QString());
-    } else if (tag == QLatin1String("SubExtPoint")) {
-        node->setHasFormat(parent->property(QStringLiteral("hasformat")).toBool());
-        node->setPointId(parent->property(QStringLiteral("id")).toString());
-        announce(Announcement::DefinData, nullptr, node, properties.text(QStringLiteral("key")).toLower());
+    describe(node, parent);
+    if (isPoint(tag) || isSubPoint(tag)) {
+        announce(Announcement::DefinData, nullptr, node, indexKey(tag, node->properties()));
         announce(Announcement::AddTopChild, parent, node, QString());
     }
     return node;
+}
+
+void SiblingSink::describe(PointTreeWidgetItem *node, PointTreeWidgetItem *parent)
+{
+    node->QTreeWidgetItem::setText(0, node->properties().text(QStringLiteral("name")));
+    node->setPluginId(inheritedPluginId(parent));
+    if (isPoint(node->kind())) {
+        node->setPointId(node->properties().text(QStringLiteral("id")));
+    } else if (isSubPoint(node->kind())) {
+        node->setHasFormat(parent->property(QStringLiteral("hasformat")).toBool());
+        node->setPointId(parent->property(QStringLiteral("id")).toString());
+    }
+}
+
+QString SiblingSink::indexKey(const QString &tag, const PropertyHash &properties)
+{
+    if (isPoint(tag))
+        return properties.text(QStringLiteral("id"));
+    return isSubPoint(tag) ? properties.text(QStringLiteral("key")).toLower() : QString();
+}
+
+void SiblingSink::resume(PointTreeWidgetItem *parent)
+{
+    m_levels = { { Root, nullptr }, { DefinitionSide, parent } };
 }
 
 PointTreeWidgetItem *SiblingSink::startRealization(

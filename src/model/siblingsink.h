@@ -11,8 +11,9 @@
 
 class QThread;
 
-/// The rules by which the file of a sibling plug-in becomes nodes and announcements. Used on a pool thread by one
-/// reading task; owns what it built until that is taken.
+/// The rules by which the file of a sibling plug-in becomes nodes and announcements; the opened file's definitions are
+/// offered by the same rules (see OwnPoints). Used on a pool thread by one reading task, or on the GUI thread; owns
+/// what it built until that is taken.
 class SiblingSink final : public ExtensionFile::Sink
 {
 public:
@@ -26,6 +27,17 @@ public:
     SiblingSink(const QString &basePath, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot,
         EarlierFormats earlierFormats);
     ~SiblingSink() override;
+
+    /// What a definition says about itself by its tag, its attributes and the node above it: its row's text, its
+    /// plug-in and its point. What the attributes of either change is to be told again.
+    static void describe(PointTreeWidgetItem *node, PointTreeWidgetItem *parent);
+    /// The key that a definition stands under in the point index; empty for a node that is in none.
+    [[nodiscard]] static QString indexKey(const QString &tag, const PropertyHash &properties);
+
+    /// Goes on in the middle of a file, among the definitions under @p parent, which stays the caller's.
+    void resume(PointTreeWidgetItem *parent);
+    /// What the start tag that came last was made into; it must be a definition.
+    [[nodiscard]] PointTreeWidgetItem *current() const { return m_levels.last().node; }
 
     [[nodiscard]] bool wantsLocations() const override { return false; }
     void restart() override;

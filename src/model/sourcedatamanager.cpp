@@ -2,7 +2,6 @@
 
 #include "attributefields.h"
 #include "controller.h"
-#include "definitionmirror.h"
 #include "extensionfile/reader.h"
 #include "extensionfile/safesave.h"
 #include "modellog.h"
@@ -49,9 +48,12 @@ SourceDataManager::SourceDataManager(const QString &filePath, QObject *parent)
       m_definitionRoot(new PointTreeWidgetItem(rootText(QT_TRANSLATE_NOOP("SourceDataManager", "Defintion")))),
       m_availablePointsRoot(new PointTreeWidgetItem(rootText(QT_TRANSLATE_NOOP("SourceDataManager", "Realization")))),
       m_allDataRoot(new PointTreeWidgetItem(QString())), m_fourthRoot(new PointTreeWidgetItem(QString())),
-      m_realizationRoot(new PointTreeWidgetItem(QString())), m_attributeTypes(AttributeFields::typeNames()),
-      m_attributeFields(AttributeFields::table())
+      m_realizationRoot(new PointTreeWidgetItem(QString())),
+      m_ownPoints(&m_indexes, &m_changes, [this] { followRoot(); }), m_realizationIndexing(&m_indexes, &m_changes),
+      m_attributeTypes(AttributeFields::typeNames()), m_attributeFields(AttributeFields::table())
 {
+    m_ownPoints.watch(m_definitionRoot, m_availablePointsRoot);
+    m_realizationRoot->setWatcher(&m_realizationIndexing);
     m_pluginsTimer.setSingleShot(true);
     // The first ones show at once.
     m_pluginsTimer.setInterval(0);
@@ -62,6 +64,9 @@ SourceDataManager::~SourceDataManager()
 {
     m_scan.reset();
     m_indexes.clear();
+    m_ownPoints.stop();
+    if (m_realizationRoot)
+        m_realizationRoot->setWatcher(nullptr);
     dropOwnReading();
     for (const auto &root : { m_definitionRoot, m_availablePointsRoot, m_allDataRoot, m_fourthRoot, m_realizationRoot })
         PointTreeWidgetItem::destroySubtree(root);
@@ -93,10 +98,12 @@ bool SourceDataManager::load(const QString &fileName, const std::function<bool(E
     m_filePath = fileName;
     m_loadFailed = true;
     OpenedFile file;
-    OpenedFileSink sink(QFileInfo(fileName).path() + QLatin1Char('/'), &file);
+    const QString directory = QFileInfo(fileName).path() + QLatin1Char('/');
+    OpenedFileSink sink(directory, &file);
     if (!read(sink))
         return false;
     clearOpenedFile();
+    m_realizationRoot->setBasePath(directory);
     adopt(file);
     m_loadFailed = false;
     return true;
@@ -154,19 +161,19 @@ void SourceDataManager::startScan(const QString &fileName)
     const int ownIndex = isLoaded && QLatin1Char('/') + opened.fileName() == fileInEntry
         ? entries.indexOf(opened.dir().dirName())
         : -1;
-    if (ownIndex < 0)
-        m_placedOwnPlugins = m_ownPlugins.size();
     QStringList paths;
     paths.reserve(entries.size());
     for (const QString &entry : entries)
         paths.append(plugins.path() + QLatin1Char('/') + entry + fileInEntry);
 
     m_scan = std::make_unique<ScanSequence>(paths,
+        isLoaded ? ExtensionFile::FileIdentity::of(fileName) : ExtensionFile::FileIdentity(),
         ScanSequence::Roots { m_availablePointsRoot, m_allDataRoot, m_fourthRoot },
-        [this, ownIndex](int index, const Announcement &announcement) {
+        [this, ownIndex](int index, bool isOpened, const Announcement &announcement) {
             if (std::exchange(m_arrivingFile, index) != index)
                 m_arrivingLayouts.clear();
-            receive(index == ownIndex, announcement);
+            // By its name as well: somebody may have put a new file in the place of the one that was opened.
+            receive(isOpened || index == ownIndex, announcement);
         });
     connect(m_scan.get(), &ScanSequence::portionDelivered, this, [this] {
         for (const QString &name : qAsConst(m_arrivingLayouts))
@@ -197,35 +204,15 @@ void SourceDataManager::addDefinition(PointTreeWidgetItem *parent, PointTreeWidg
     addTopChild(parent, child);
 }
 
-void SourceDataManager::registerDefinition(PointTreeWidgetItem *node)
+void SourceDataManager::offerDefinition(PointTreeWidgetItem *definition, PointTreeWidgetItem *above)
 {
-    if (node->isKind(QLatin1String("SubExtPoint")))
-        onDefinData(node->property(QStringLiteral("key")).toString().toLower(), node);
-    else
-        onDefinData(node->property(idKey).toString(), node);
-}
-
-void SourceDataManager::rekeyDefinition(PointTreeWidgetItem *node, const QString &oldKey, const QString &newKey)
-{
-    PointObject *object = node;
-    while (true) {
-        if (m_indexes.remove(NodeIndexes::Points, oldKey, object->item()))
-            onDefinData(newKey, object->item());
-        if (!object->link() || object->link() == object)
-            return;
-        object = object->link();
-    }
-}
-
-void SourceDataManager::addTarget(PointTreeWidgetItem *format)
-{
-    m_indexes.replace(NodeIndexes::Targets, format->property(QStringLiteral("target")).toString(), format);
+    if (definition && above)
+        m_ownPoints.offer(definition, above);
 }
 
 void SourceDataManager::addRealization(PointTreeWidgetItem *node)
 {
-    const QString id = node->properties().text(idKey);
-    m_indexes.add(NodeIndexes::Realizations, id.isEmpty() ? node->kind() : id, node);
+    m_realizationIndexing.enter(node);
 }
 
 PointTreeWidgetItem *SourceDataManager::definition(const QString &key) const
@@ -255,7 +242,12 @@ QVector<PointTreeWidgetItem *> SourceDataManager::layouts() const
 
 QVector<PointTreeWidgetItem *> SourceDataManager::targetFormats() const
 {
-    return m_indexes[NodeIndexes::Targets].all();
+    QVector<PointTreeWidgetItem *> formats;
+    const NodeIndex &targets = m_indexes[NodeIndexes::Targets];
+    const QStringList names = targets.sortedKeys();
+    for (const QString &name : names)
+        formats.append(targets.first(name));
+    return formats;
 }
 
 PointTreeWidgetItem *SourceDataManager::formatOfTarget(const QString &target) const
@@ -371,9 +363,9 @@ QString SourceDataManager::noteSiblingFormat(PointTreeWidgetItem *root)
 void SourceDataManager::receive(bool ownFile, const Announcement &announcement)
 {
     if (ownFile) {
-        if (announcement.parent == m_availablePointsRoot && m_placedOwnPlugins < m_ownPlugins.size()) {
+        if (announcement.parent == m_availablePointsRoot && m_ownPoints.waiting() > 0) {
             showArrivedPlugins();
-            ++m_placedOwnPlugins;
+            m_ownPoints.place();
         }
         if (announcement.parent == m_availablePointsRoot || announcement.parent == m_allDataRoot)
             m_ownReading.append(announcement.node);
@@ -403,28 +395,17 @@ void SourceDataManager::receive(bool ownFile, const Announcement &announcement)
     }
 }
 
-void SourceDataManager::offerOwnPoints()
+void SourceDataManager::followRoot()
 {
-    for (PointObject *object : m_definitionRoot->children()) {
-        auto *plugin = new PointTreeWidgetItem(m_definitionRoot->property(idKey).toString());
-        plugin->setProperties(m_definitionRoot->properties());
-        plugin->setPluginId(m_definitionRoot->pluginId());
-        addTopChild(m_availablePointsRoot, plugin);
-        m_ownPlugins.append(plugin);
-        for (PointObject *child : object->children()) {
-            const auto points = DefinitionMirror::points(DefinitionMirror::mirror(plugin, child->item()));
-            for (PointTreeWidgetItem *point : points)
-                registerDefinition(point);
-        }
-    }
-}
-
-void SourceDataManager::takeBackOwnPoints()
-{
-    const auto plugins = std::exchange(m_ownPlugins, {});
-    for (const QPointer<PointTreeWidgetItem> &plugin : plugins)
-        PointTreeWidgetItem::destroySubtree(plugin);
-    m_placedOwnPlugins = 0;
+    m_realizationRoot->setProperties(m_definitionRoot->properties());
+    const QString id = m_definitionRoot->properties().text(idKey);
+    if (m_realizationRoot->text(0) == id)
+        return;
+    m_pluginId = id;
+    m_realizationRoot->setText(0, id);
+    m_definitionRoot->setText(0, id);
+    for (PointObject *set : m_realizationRoot->children())
+        m_realizationIndexing.describe(set->item());
 }
 
 void SourceDataManager::addPlugin(PointTreeWidgetItem *plugin)
@@ -433,8 +414,7 @@ void SourceDataManager::addPlugin(PointTreeWidgetItem *plugin)
         return;
     // The opened file's own stand at the end until the scan comes to them, so that nothing that the user has selected
     // there ever moves.
-    const int waiting = m_ownPlugins.size() - m_placedOwnPlugins;
-    m_availablePointsRoot->insertChild(m_availablePointsRoot->children().size() - waiting, plugin);
+    m_availablePointsRoot->insertChild(m_availablePointsRoot->children().size() - m_ownPoints.waiting(), plugin);
     m_arrivedPlugins.append(plugin);
     if (!m_pluginsTimer.isActive())
         m_pluginsTimer.start();
@@ -452,8 +432,7 @@ void SourceDataManager::showArrivedPlugins()
     }
     if (rows.isEmpty() || !m_availablePointsRoot)
         return;
-    const int waiting = m_ownPlugins.size() - m_placedOwnPlugins;
-    m_availablePointsRoot->insertChildren(m_availablePointsRoot->childCount() - waiting, rows);
+    m_availablePointsRoot->insertChildren(m_availablePointsRoot->childCount() - m_ownPoints.waiting(), rows);
 }
 
 void SourceDataManager::adopt(OpenedFile &file)
@@ -465,22 +444,20 @@ void SourceDataManager::adopt(OpenedFile &file)
         root->setKind(file.rootTag);
     }
     for (PointTreeWidgetItem *set : qAsConst(file.definitionSets)) {
-        m_definitionRoot->addChild(set, false);
         m_definitionRoot->setPluginId(m_definitionRoot->property(idKey).toString());
+        m_definitionRoot->addChild(set, false);
     }
     m_definitionRoot->addChildren(file.pointRows);
     for (PointTreeWidgetItem *set : qAsConst(file.dataSets)) {
         m_realizationRoot->addChild(set, false);
         m_realizationRoot->QTreeWidgetItem::addChild(set);
-        indexRealizations(set);
     }
     file.release();
-    offerOwnPoints();
 }
 
 void SourceDataManager::clearOpenedFile()
 {
-    takeBackOwnPoints();
+    m_ownPoints.takeBackAll();
     for (const NodeIndexes::Name name : { NodeIndexes::Targets, NodeIndexes::Realizations, NodeIndexes::Layouts })
         m_indexes.clear(name);
     // The points' rows hang under the root, not under the sets that go.
@@ -495,8 +472,9 @@ void SourceDataManager::clearOpenedFile()
 bool SourceDataManager::holdsScannedNodes() const
 {
     const auto isFilled = [this](NodeIndexes::Name name) { return m_indexes[name].size() > 0; };
-    const int foreign = m_availablePointsRoot ? m_availablePointsRoot->children().size() - m_ownPlugins.size() : 0;
-    return m_scan || foreign > 0 || m_placedOwnPlugins > 0 || (m_allDataRoot && !m_allDataRoot->children().isEmpty())
+    const int foreign
+        = m_availablePointsRoot ? m_availablePointsRoot->children().size() - m_ownPoints.pluginCount() : 0;
+    return m_scan || foreign > 0 || m_ownPoints.placed() > 0 || (m_allDataRoot && !m_allDataRoot->children().isEmpty())
         || isFilled(NodeIndexes::DataChildren) || isFilled(NodeIndexes::Data) || isFilled(NodeIndexes::Formats)
         || isFilled(NodeIndexes::SiblingFormats);
 }
@@ -514,27 +492,14 @@ void SourceDataManager::clearScan()
         m_indexes.clear(name);
     m_arrivingLayouts.clear();
     m_formatRevisions.clear();
-    takeBackOwnPoints();
+    m_ownPoints.takeBackAll();
     for (PointTreeWidgetItem *root : { m_availablePointsRoot.data(), m_allDataRoot.data() }) {
         const QList<PointObject *> children = root ? root->children() : QList<PointObject *>();
         for (PointObject *child : children)
             PointTreeWidgetItem::destroySubtree(child->item());
     }
     if (m_definitionRoot)
-        offerOwnPoints();
-}
-
-void SourceDataManager::indexRealizations(PointTreeWidgetItem *node)
-{
-    for (PointObject *object : node->children()) {
-        PointTreeWidgetItem *child = object->item();
-        addRealization(child);
-        if (child->isKind(QLatin1String("format")))
-            addTarget(child);
-        if (child->isKind(QLatin1String("layout")))
-            m_indexes.add(NodeIndexes::Layouts, QString(), child);
-        indexRealizations(child);
-    }
+        m_ownPoints.offerAll();
 }
 
 void SourceDataManager::dropOwnReading()

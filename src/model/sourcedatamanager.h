@@ -3,9 +3,12 @@
 #include "announcement.h"
 #include "definitions.h"
 #include "formatmerger.h"
+#include "modelchanges.h"
 #include "nodeindexes.h"
+#include "ownpoints.h"
 #include "ownrealizations.h"
 #include "pointtreewidgetitem.h"
+#include "realizationindexing.h"
 #include "translatablekeys.h"
 
 #include <QHash>
@@ -77,23 +80,23 @@ public:
     [[nodiscard]] PointTreeWidgetItem *realizationRoot() const { return m_realizationRoot; }
     [[nodiscard]] const NodeIndexes &indexes() const { return m_indexes; }
 
+    /// How views hear of changes. Whoever changes the model flushes it at the end of what the user has asked for.
+    [[nodiscard]] ModelChanges &changes() { return m_changes; }
+
     /// Adds @p child under @p parent in both trees, with the parent's plug-in id.
     void addDefinition(PointTreeWidgetItem *parent, PointTreeWidgetItem *child);
-    /// Enters a definition made by the user in the point index, like a scanned one: a point under its "id", a sub point
-    /// under its "key" in lower case.
-    void registerDefinition(PointTreeWidgetItem *node);
-    /// Moves @p node, and the nodes that it mirrors, from one key of the point index to another. Nodes that are not
-    /// there stay out.
-    void rekeyDefinition(PointTreeWidgetItem *node, const QString &oldKey, const QString &newKey);
-    /// Enters @p format in the target map, in place of the one that had the same "target".
-    void addTarget(PointTreeWidgetItem *format);
-    /// Enters @p node in the realization multi-map, under its "id" or, without one, under its kind.
+    /// Offers a definition that is no part of the opened file under the plug-in or point @p above. Those of the opened
+    /// file are offered by themselves.
+    void offerDefinition(PointTreeWidgetItem *definition, PointTreeWidgetItem *above);
+    /// Enters @p node in the realization multi-map and, for a format, in the target map. What stands in the opened
+    /// file's tree is there already, and is not entered twice.
     void addRealization(PointTreeWidgetItem *node);
+    void addTarget(PointTreeWidgetItem *format) { addRealization(format); }
     /// Keeps a node that was taken out of the model but may still be remembered, and takes it, with everything under
     /// it, out of every index. It is destroyed with the manager. Null is allowed.
     void retire(PointTreeWidgetItem *node);
 
-    // Changes of the opened file's realization side that keep the indexes true.
+    // Changes of the opened file's realization side.
 
     /// The first "ExtDataSet"; it is made when there is none. Null only without a model.
     PointTreeWidgetItem *ensureDataSet();
@@ -103,8 +106,13 @@ public:
     /// Moves @p node within the opened file, to the end of @p parent or, with an @p index counted after its removal,
     /// before the child that stands there. False, and nothing moved, when it would come to stand under itself.
     bool moveRealization(PointTreeWidgetItem *node, PointTreeWidgetItem *parent, int index = -1);
-    /// Stores @p value in @p node and whatever it mirrors, under @p key; "id" and "target" are registered anew.
+    /// Stores @p value in @p node and whatever it mirrors, under @p key.
     void setRealizationProperty(PointTreeWidgetItem *node, const QString &key, const QVariant &value);
+    /// As above for the "id" of a record: the references to it in the opened file follow, and so do the entries there
+    /// that name one of them as their "parent". An emptied id is not followed, since nothing would lead back.
+    void renameRecord(PointTreeWidgetItem *record, const QString &id);
+    /// As setRealizationProperty() for the "id" of an entry of a format; entries that name it as "parent" follow.
+    void renameEntry(PointTreeWidgetItem *entry, const QString &id);
     /// Takes @p node out of its parent and of both trees and destroys it with everything under it.
     void destroyRealization(PointTreeWidgetItem *node);
     /// The point @p old is called @p now: unless another point has the old name, what the opened file holds for it
@@ -120,7 +128,7 @@ public:
     /// Every realization node of the opened file, by key, then in document order.
     [[nodiscard]] QVector<PointTreeWidgetItem *> realizations() const;
     [[nodiscard]] QVector<PointTreeWidgetItem *> layouts() const;
-    /// The formats of the target map, by target.
+    /// The formats of the target map, the first of each target, by target.
     [[nodiscard]] QVector<PointTreeWidgetItem *> targetFormats() const;
     [[nodiscard]] PointTreeWidgetItem *formatOfTarget(const QString &target) const;
     [[nodiscard]] PointTreeWidgetItem *siblingFormatOfTarget(const QString &target) const;
@@ -163,12 +171,10 @@ private:
     void dropOwnReading();
     /// Enters @p root under the name of the tab that it fills; answers the name.
     QString noteSiblingFormat(PointTreeWidgetItem *root);
-    void unregister(PointTreeWidgetItem *node);
-    /// Enters another format of the opened file in the target map when the one with this target has gone.
-    void restoreTarget(const QString &target);
-    /// Shows the opened file's points among those of all plug-ins, one node for each of its sets.
-    void offerOwnPoints();
-    void takeBackOwnPoints();
+    /// Entries of the formats that @p entry stands in, or of their tabs, that name @p oldId as "parent" name @p newId.
+    void followParent(PointTreeWidgetItem *entry, const QString &oldId, const QString &newId);
+    /// An attribute of the opened file's root has changed on the definition side.
+    void followRoot();
     void addPlugin(PointTreeWidgetItem *plugin);
     /// Puts the rows of the plug-ins that have arrived into the tree. Each time that rows come, a tree lays itself out
     /// and paints, which costs as much as taking in many plug-ins; so they come a few times a second.
@@ -181,7 +187,6 @@ private:
     /// own points need not be made anew.
     [[nodiscard]] bool holdsScannedNodes() const;
     void clearScan();
-    void indexRealizations(PointTreeWidgetItem *node);
     [[nodiscard]] Definitions definitions() const { return Definitions(m_indexes); }
 
     Controller *m_controller;
@@ -195,15 +200,16 @@ private:
     QPointer<PointTreeWidgetItem> m_fourthRoot;
     QPointer<PointTreeWidgetItem> m_realizationRoot;
     NodeIndexes m_indexes;
+    ModelChanges m_changes;
+    OwnPoints m_ownPoints;
+    RealizationIndexing m_realizationIndexing;
     FormatMerger m_formatMerger;
     QStringList m_attributeTypes;
     QMap<QString, QStringList> m_attributeFields;
     QVector<QPointer<PointTreeWidgetItem>> m_retired;
-    QVector<QPointer<PointTreeWidgetItem>> m_ownReading; ///< sets of the second reading, until the scan ends
-    QVector<QPointer<PointTreeWidgetItem>> m_ownPlugins; ///< one for each definition set of the opened file
+    QVector<QPointer<PointTreeWidgetItem>> m_ownReading;     ///< sets of the second reading, until the scan ends
     QVector<QPointer<PointTreeWidgetItem>> m_arrivedPlugins; ///< in the model, but not in the tree yet
     QTimer m_pluginsTimer;
-    int m_placedOwnPlugins = 0;                          ///< how many of them the scan has come to
     QHash<QString, int> m_formatRevisions;
     QStringList m_arrivingLayouts; ///< tabs whose layouts the file that is being taken in brings
     int m_arrivingFile = -1;

@@ -47,7 +47,7 @@ void TaskRead::run()
     (void)m_ready.load(std::memory_order_acquire);
     if (m_handover) {
         if (m_handover->claim(m_index))
-            m_handover->put(m_index, read(m_path, m_pointsRoot, m_dataRoot, m_nodeThread));
+            m_handover->put(m_index, m_path, read(m_path, m_pointsRoot, m_dataRoot, m_nodeThread));
         return;
     }
     SiblingSink sink(directoryOf(m_path), m_pointsRoot, m_dataRoot, SiblingSink::EarlierFormats::Repeat);

@@ -1,7 +1,6 @@
 #include "definitionchanges.h"
 
 #include "model/controller.h"
-#include "model/definitionmirror.h"
 #include "model/pointtreewidgetitem.h"
 
 namespace {
@@ -35,13 +34,10 @@ PointTreeWidgetItem *copyUnder(PointTreeWidgetItem *parent, PointTreeWidgetItem 
     return nullptr;
 }
 
-PointTreeWidgetItem *addCopy(PointTreeWidgetItem *parent, PointTreeWidgetItem *definition)
+/// The opened file's own definitions are offered as soon as they are made.
+bool isOffered(const PointTreeWidgetItem *definition)
 {
-    PointTreeWidgetItem *copy = DefinitionMirror::mirror(parent, definition);
-    const QVector<PointTreeWidgetItem *> points = DefinitionMirror::points(copy);
-    for (PointTreeWidgetItem *node : points)
-        Controller::instance()->registerDefinition(node);
-    return copy;
+    return definition->link() != definition;
 }
 
 } // namespace
@@ -49,15 +45,17 @@ PointTreeWidgetItem *addCopy(PointTreeWidgetItem *parent, PointTreeWidgetItem *d
 void DefinitionChanges::add(
     PointTreeWidgetItem *root, const QString &plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint)
 {
+    Controller *controller = Controller::instance();
+    if (isOffered(point) && (!subPoint || isOffered(subPoint)))
+        return;
     PointTreeWidgetItem *owner = pluginNode(root, plugin);
     if (!subPoint) {
-        addCopy(owner, point);
+        controller->offerDefinition(point, owner);
         return;
     }
-    PointTreeWidgetItem *copy = copyUnder(owner, point);
-    if (!copy)
-        copy = addCopy(owner, point);
-    // A point that had no copy has brought the sub points that it has.
-    if (subPoint->link() == subPoint || !subPoint->link()->isHeldBy(copy))
-        addCopy(copy, subPoint);
+    if (!copyUnder(owner, point))
+        controller->offerDefinition(point, owner);
+    // A point that had none has brought the sub points that it has.
+    if (!isOffered(subPoint))
+        controller->offerDefinition(subPoint, copyUnder(owner, point));
 }

@@ -43,7 +43,6 @@ PointTreeWidgetItem *FormatEditing::createChild(PointTreeWidgetItem *row, const 
     PointTreeWidgetItem *saved = child->master()->item();
     if (PointTreeWidgetItem *above = saved != child ? saved->parentItem() : nullptr)
         above->QTreeWidgetItem::addChild(saved);
-    Controller::instance()->addRealization(saved);
     return child;
 }
 
@@ -58,7 +57,7 @@ PointTreeWidgetItem *FormatEditing::createRoot(const QString &name)
     if (PointTreeWidgetItem *set = controller->ensureDataSet())
         controller->insertRealization(set, root);
     else
-        controller->addTarget(root);
+        controller->retire(root);
     return root;
 }
 

@@ -44,48 +44,35 @@ void setRowText(PointTreeWidgetItem *row, int column, const QString &text)
 
 FormatFilling::FormatFilling(const FormatSources &sources) : m_sources(sources) { }
 
-PointTreeWidgetItem *FormatFilling::build()
+FormatPlan FormatFilling::plan()
 {
     const FormatSources::Nodes roots = m_sources.all();
     m_merges = roots.size() > 1;
     if (roots.isEmpty())
-        return nullptr;
-    m_root = copyOf(roots.first());
+        return {};
+    m_root = makeRow(roots.first());
     if (!m_merges) {
         addChildren(m_root, roots.first());
-        return m_root;
+        return std::move(m_plan);
     }
     for (PointTreeWidgetItem *source : roots) {
         remember(source, m_root);
-        if (source != roots.first())
+        if (source != roots.first()) {
             m_furtherRoots.insert(source);
-    }
-    for (PointTreeWidgetItem *source : roots) {
-        if (source != roots.first())
-            m_merged.insert(m_root, source);
-        for (PointObject *object : source->children()) {
-            PointTreeWidgetItem *child = object->item();
-            if (!belongsTo(child, source))
-                continue;
-            if (!value(child, QStringLiteral("parent")).isEmpty())
-                m_waiting.append(child);
-            else
-                addUnder(m_root, child);
+            m_root->further.append(source);
         }
     }
+    for (PointTreeWidgetItem *source : roots)
+        addChildren(m_root, source);
     placeWaiting();
     // The row of the root says what it stands for, whoever says it.
     for (PointTreeWidgetItem *source : roots) {
-        if (value(m_root, idKey).isEmpty() && !value(source, idKey).isEmpty()) {
-            setRowText(m_root, 0, value(source, idKey));
-            break;
-        }
+        if (m_plan.rootId.isEmpty())
+            m_plan.rootId = value(source, idKey);
+        if (m_plan.rootLabel.isEmpty())
+            m_plan.rootLabel = labelOf(source).toString();
     }
-    for (PointTreeWidgetItem *source : roots) {
-        if (m_root->QTreeWidgetItem::text(1).isEmpty())
-            setRowText(m_root, 1, labelOf(source).toString());
-    }
-    return m_root;
+    return std::move(m_plan);
 }
 
 void FormatFilling::label(PointTreeWidgetItem *row)
@@ -111,10 +98,11 @@ void FormatFilling::label(PointTreeWidgetItem *row)
         row->QTreeWidgetItem::setIcon(0, icon);
 }
 
-PointTreeWidgetItem *FormatFilling::copyOf(PointTreeWidgetItem *source)
+FormatFilling::Row *FormatFilling::makeRow(PointTreeWidgetItem *source)
 {
-    auto *row = new PointTreeWidgetItem(*source);
-    label(row);
+    m_plan.rows.emplace_back();
+    Row *row = &m_plan.rows.back();
+    row->source = source;
     if (m_merges) {
         m_rowOf.insert(source, row);
         if (m_root)
@@ -123,46 +111,60 @@ PointTreeWidgetItem *FormatFilling::copyOf(PointTreeWidgetItem *source)
     return row;
 }
 
-void FormatFilling::addUnder(PointTreeWidgetItem *row, PointTreeWidgetItem *source)
+void FormatFilling::addUnder(Row *row, PointTreeWidgetItem *source)
 {
-    if (PointTreeWidgetItem *known = rowFor(source)) {
+    if (Row *known = rowFor(source)) {
         mergeInto(known, source);
         return;
     }
-    PointTreeWidgetItem *copy = copyOf(source);
-    row->addChild(copy, false);
-    row->QTreeWidgetItem::addChild(copy);
-    if (row == m_root && isBar(copy) && !m_bars.contains(copy->kind().toLower()))
-        m_bars.insert(copy->kind().toLower(), copy);
-    addChildren(copy, source);
+    if (waits(source)) {
+        m_waiting.append({ row, source });
+        return;
+    }
+    Row *added = makeRow(source);
+    row->children.append(added);
+    if (row == m_root && isBar(source) && !m_bars.contains(source->kind().toLower()))
+        m_bars.insert(source->kind().toLower(), added);
+    addChildren(added, source);
 }
 
-void FormatFilling::addChildren(PointTreeWidgetItem *row, PointTreeWidgetItem *source)
+void FormatFilling::addChildren(Row *row, PointTreeWidgetItem *source)
 {
-    for (PointObject *child : source->children()) {
-        if (belongsTo(child, source))
-            addUnder(row, child->item());
+    const bool isRoot = m_merges && (source == m_root->source || m_furtherRoots.contains(source));
+    for (PointObject *object : source->children()) {
+        PointTreeWidgetItem *child = object->item();
+        if (!belongsTo(child, source))
+            continue;
+        if (isRoot && !value(child, QStringLiteral("parent")).isEmpty())
+            m_waiting.append({ nullptr, child });
+        else
+            addUnder(row, child);
     }
 }
 
-void FormatFilling::mergeInto(PointTreeWidgetItem *row, PointTreeWidgetItem *source)
+void FormatFilling::mergeInto(Row *row, PointTreeWidgetItem *source)
 {
-    m_merged.insert(row, source);
+    row->further.append(source);
     remember(source, row);
     addChildren(row, source);
 }
 
-PointTreeWidgetItem *FormatFilling::rowFor(PointTreeWidgetItem *source) const
+bool FormatFilling::waits(const PointTreeWidgetItem *source) const
+{
+    return m_merges && m_sources.mirrorsOwn(source) && !m_rowOf.contains(source->link()->item());
+}
+
+FormatFilling::Row *FormatFilling::rowFor(PointTreeWidgetItem *source) const
 {
     if (source->link() != source) {
-        if (PointTreeWidgetItem *row = m_rowOf.value(source->link()->item()))
+        if (Row *row = m_rowOf.value(source->link()->item()))
             return row;
     }
     return isBar(source) && m_furtherRoots.contains(source->parentItem()) ? m_bars.value(source->kind().toLower())
                                                                           : nullptr;
 }
 
-void FormatFilling::remember(const PointTreeWidgetItem *source, PointTreeWidgetItem *row)
+void FormatFilling::remember(const PointTreeWidgetItem *source, Row *row)
 {
     const QString id = value(source, idKey);
     const QString name = (id.isEmpty() ? source->kind() : id).toLower();
@@ -172,22 +174,35 @@ void FormatFilling::remember(const PointTreeWidgetItem *source, PointTreeWidgetI
 
 void FormatFilling::placeWaiting()
 {
-    // An entry may wait for a row that another waiting entry brings.
-    bool placed = true;
-    while (placed && !m_waiting.isEmpty()) {
-        placed = false;
-        const QVector<PointTreeWidgetItem *> waiting = std::exchange(m_waiting, {});
-        for (PointTreeWidgetItem *source : waiting) {
-            PointTreeWidgetItem *row = m_named.value(value(source, QStringLiteral("parent")).toLower());
-            if (row) {
-                addUnder(row, source);
+    // What waits may wait for a row that something else brings that waits as well.
+    const auto place = [this] {
+        bool placed = false;
+        const QVector<Waiting> waiting = std::exchange(m_waiting, {});
+        for (const Waiting &entry : waiting) {
+            Row *row = entry.above;
+            if (!row)
+                row = m_named.value(value(entry.source, QStringLiteral("parent")).toLower());
+            if (row && !waits(entry.source)) {
+                addUnder(row, entry.source);
                 placed = true;
             } else {
-                m_waiting.append(source);
+                m_waiting.append(entry);
             }
         }
+        return placed;
+    };
+    while (!m_waiting.isEmpty()) {
+        if (place())
+            continue;
+        // Nobody brings what they wait for: own entries first, since those that mirror them wait for nothing else.
+        const QVector<Waiting> orphans = std::exchange(m_waiting, {});
+        for (const Waiting &entry : orphans) {
+            if (waits(entry.source))
+                m_waiting.append(entry);
+            else
+                addUnder(m_root, entry.source);
+        }
+        if (m_waiting.size() == orphans.size())
+            return;
     }
-    const QVector<PointTreeWidgetItem *> orphans = std::exchange(m_waiting, {});
-    for (PointTreeWidgetItem *source : orphans)
-        addUnder(m_root, source);
 }

@@ -39,23 +39,22 @@ QList<PropertyItem> FormatSheet::of(PointTreeWidgetItem *item)
     if (!item)
         return rows;
     const Definitions::Attributes declared = SheetRows::declared(item);
-    const PropertyHash properties = item->properties();
-    QStringList keys = properties.keys();
+    const PropertyHash own = SheetRows::properties(item, declared);
+    QStringList keys = own.keys();
+    PropertyHash recorded;
     PointTreeWidgetItem *record = nullptr;
     if (!showsOnlyItsOwn(item)) {
-        for (const QString &key : declared.keys) {
-            if (!keys.contains(key))
-                keys.append(key);
-        }
-        record = Controller::instance()->ownRealizations().anyRecord(properties.value(QStringLiteral("id")).toString());
+        record = Controller::instance()->ownRealizations().anyRecord(own.text(QStringLiteral("id")));
+        if (record)
+            recorded = SheetRows::properties(record, declared);
+        keys += recorded.keys() + declared.keys;
+        keys.removeDuplicates();
     }
     for (const QString &key : qAsConst(keys)) {
-        const QVariant own = properties.value(key);
-        const QVariant recorded = record ? record->property(key) : QVariant();
-        if (own.isValid() || showsOnlyItsOwn(item))
-            SheetRows::add(&rows, rowOf(key, own, item, declared));
-        else if (recorded.isValid())
-            SheetRows::add(&rows, rowOf(key, recorded, record, declared));
+        if (!own.value(key).isNull() || showsOnlyItsOwn(item))
+            SheetRows::add(&rows, rowOf(key, own.value(key), item, declared));
+        else if (!recorded.value(key).isNull())
+            SheetRows::add(&rows, rowOf(key, recorded.value(key), record, declared));
         else
             SheetRows::add(&rows, rowOf(key, declared.defaults.value(key), item, declared));
     }

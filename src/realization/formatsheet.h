@@ -10,9 +10,9 @@ class PointTreeWidgetItem;
 /// itself, its options stand as they are declared, and it allows a shorter "id". GUI thread.
 namespace FormatSheet {
 
-/// A row for each key of @p item, in its order, "id" first, then one for each declared attribute that it lacks, with
-/// the value of the record that it refers to or else with the default, then what may be created under it. Formats and
-/// bars show their own keys only. Nothing is stored in the item. Empty for null.
+/// A row for each key of @p item, in its order, "id" first, then one for each that it lacks but the record that it
+/// refers to has, or that is declared, with the value of the record or else with the default, then what may be created
+/// under it. Formats and bars show their own keys only. Nothing is stored in the item. Empty for null.
 [[nodiscard]] QList<PropertyItem> of(PointTreeWidgetItem *item);
 
 } // namespace FormatSheet

@@ -3,31 +3,11 @@
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
 
-#include <QHash>
-
 namespace {
 
 QString idOf(const PointObject *node)
 {
     return node->properties().value(QStringLiteral("id")).toString();
-}
-
-void linkNamesakes(PointObject *node, const QHash<QString, PointObject *> &byId)
-{
-    for (PointObject *child : node->children()) {
-        PointObject *own = byId.value(idOf(child));
-        if (own && child->link() == child)
-            child->setLink(own);
-        linkNamesakes(child, byId);
-    }
-}
-
-/// What an earlier showing linked may stand for something else by now.
-void unlinkSiblings(PointObject *node)
-{
-    node->setLink(node);
-    for (PointObject *child : node->children())
-        unlinkSiblings(child);
 }
 
 } // namespace
@@ -41,23 +21,38 @@ FormatSources FormatSources::of(const QString &name)
     return sources;
 }
 
-void FormatSources::linkSiblings() const
+void FormatSources::linkSiblings()
 {
-    for (PointTreeWidgetItem *root : siblings)
-        unlinkSiblings(root);
-    if (own.isEmpty())
-        return;
-    QHash<QString, PointObject *> byId;
-    for (PointObject *child : own.first()->children()) {
+    m_ownById.clear();
+    for (PointTreeWidgetItem *root : qAsConst(own))
+        collectOwn(root);
+    for (PointTreeWidgetItem *root : qAsConst(siblings)) {
+        // What an earlier showing linked may stand for something else by now.
+        root->setLink(own.isEmpty() ? root : own.first());
+        for (PointObject *child : root->children())
+            link(child);
+    }
+}
+
+bool FormatSources::mirrorsOwn(const PointTreeWidgetItem *node) const
+{
+    return node->link() != node && m_ownById.value(idOf(node)) == node->link();
+}
+
+void FormatSources::collectOwn(const PointObject *node)
+{
+    for (PointObject *child : node->children()) {
         const QString id = idOf(child);
-        // One that names a "parent" is an entry of its own beside the sibling's.
-        const bool placed = !child->properties().value(QStringLiteral("parent")).toString().isEmpty();
-        if (!id.isEmpty() && !placed && !byId.contains(id))
-            byId.insert(id, child);
+        if (!id.isEmpty() && !m_ownById.contains(id))
+            m_ownById.insert(id, child);
+        collectOwn(child);
     }
-    for (PointTreeWidgetItem *root : siblings) {
-        root->setLink(own.first());
-        if (!byId.isEmpty())
-            linkNamesakes(root, byId);
-    }
+}
+
+void FormatSources::link(PointObject *node) const
+{
+    PointObject *namesake = m_ownById.value(idOf(node));
+    node->setLink(namesake ? namesake : node);
+    for (PointObject *child : node->children())
+        link(child);
 }

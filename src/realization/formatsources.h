@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QVector>
 
+class PointObject;
 class PointTreeWidgetItem;
 
 /// What fills a tab, by the name of its page:
@@ -16,7 +18,8 @@ class PointTreeWidgetItem;
 /// | nothing                   | nothing            | nothing                                        | no       |
 // clang-format on
 ///
-/// An own root is found by its "target", else by its "id". A sibling's format is found by its "target", else by its
+/// An own root is found by its "target", else by its "id"; a "Format" that a drop has recorded comes after the others.
+/// A sibling's format is found by its "target", else by its
 /// "id"; its layout by its "id", else by its "target". Of several own roots the first one is the root that is shown,
 /// and the entries of the others stand under it. "Editable" is said of the tab; a row of a sibling is not, wherever it
 /// stands.
@@ -32,10 +35,19 @@ struct FormatSources
     /// Every root, the one that is shown first.
     [[nodiscard]] Nodes all() const { return own + siblings; }
 
-    /// Has the siblings' root of the tab, and those of its entries that have the "id" of an own entry directly under
-    /// the own root, mirror the own ones, since both stand for the same thing in the product.
-    void linkSiblings() const;
+    /// Has the siblings' roots of the tab mirror the own one, and each of their entries that has the "id" of an own
+    /// entry of the tab mirror that: both are one entry, and it is the own one.
+    void linkSiblings();
+
+    /// Whether @p node is such an entry.
+    [[nodiscard]] bool mirrorsOwn(const PointTreeWidgetItem *node) const;
 
     Nodes own;
     Nodes siblings;
+
+private:
+    void collectOwn(const PointObject *node);
+    void link(PointObject *node) const;
+
+    QHash<QString, PointObject *> m_ownById; ///< the first entry of each id
 };

@@ -1,13 +1,17 @@
 #include "formattabs.h"
 
+#include "model/controller.h"
+#include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
 #include "realizationicons.h"
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QSet>
 #include <QStackedWidget>
 #include <QTabBar>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -51,6 +55,12 @@ QIcon icon(PointTreeWidgetItem *root)
 
 FormatTabs::FormatTabs(QTabWidget *tabs, QObject *parent) : QObject(parent), m_tabs(tabs)
 {
+    // This lives on with the page builder, and is to be small then.
+    connect(tabs, &QObject::destroyed, this, [this] {
+        m_own.clear();
+        m_pages.clear();
+        m_waiting.clear();
+    });
     m_flushTimer.setSingleShot(true);
     m_flushTimer.setInterval(shortestPauseMs);
     connect(&m_flushTimer, &QTimer::timeout, this, &FormatTabs::flushPortion);
@@ -125,16 +135,90 @@ void FormatTabs::insert(const QVector<WaitingTab> &tabs)
         bar->setFocus();
 }
 
-void FormatTabs::addPluginFormats(const QVector<PointTreeWidgetItem *> &roots)
+void FormatTabs::sync(const QVector<PointTreeWidgetItem *> &roots, const QSet<const PointTreeWidgetItem *> &edited)
 {
+    const auto before = std::exchange(m_own, {});
+    QHash<QString, const PointTreeWidgetItem *> bringers; // the first of each name
+    QSet<QString> touched;
     for (PointTreeWidgetItem *root : roots) {
-        const QString id = text(root, QStringLiteral("id"));
         const QString name = nameOf(root);
-        if (!id.isEmpty())
-            m_pluginFormatIds.append(id);
-        if (!name.isEmpty() && !has(name))
-            addPage(name, icon(root), label(root, name));
+        if (name.isEmpty())
+            continue;
+        m_own.append({ root, name });
+        if (!bringers.contains(name))
+            bringers.insert(name, root);
+        if (edited.contains(root))
+            touched.insert(name);
     }
+    const auto isFilled = [&bringers](const QString &name) {
+        return bringers.contains(name) || !Controller::instance()->ownRealizations().siblingFormats(name).isEmpty();
+    };
+    QSet<QString> namedBefore;
+    for (const auto &known : before) {
+        const QString newName = known.first ? nameOf(known.first) : QString();
+        if (newName != known.second && bringers.contains(newName) && !has(newName) && !isFilled(known.second))
+            rename(known.second, newName);
+        if (!namedBefore.contains(known.second) && bringers.value(known.second) != known.first)
+            touched.insert(known.second);
+        namedBefore.insert(known.second);
+    }
+    for (const auto &known : before) {
+        if (has(known.second) && !isFilled(known.second))
+            remove(known.second);
+    }
+    for (const auto &known : qAsConst(m_own)) {
+        if (!has(known.second)) {
+            const Face face = faceOf(known.second);
+            addPage(known.second, face.icon, face.label);
+        } else if (!namedBefore.contains(known.second)) {
+            touched.insert(known.second);
+        }
+    }
+    for (const QString &name : qAsConst(touched)) {
+        const int index = indexOf(name);
+        if (index < 0)
+            continue;
+        const Face face = faceOf(name);
+        m_tabs->setTabText(index, face.label);
+        m_tabs->setTabIcon(index, face.icon);
+    }
+}
+
+void FormatTabs::follow(const ModelChange &change)
+{
+    QSet<const PointTreeWidgetItem *> edited;
+    for (const ModelChange::Edit &edit : change.edits) {
+        if (edit.node && OwnRealizations::isRoot(edit.node))
+            edited.insert(edit.node);
+    }
+    const Controller *controller = Controller::instance();
+    if (change.structure || !edited.isEmpty())
+        sync(controller->layouts() + controller->targetFormats(), edited);
+}
+
+FormatTabs::Face FormatTabs::faceOf(const QString &name) const
+{
+    Face face;
+    const auto own = std::find_if(
+        m_own.cbegin(), m_own.cend(), [&name](const auto &known) { return known.first && known.second == name; });
+    const bool isOwn = own != m_own.cend();
+    if (isOwn)
+        face = { icon(own->first), label(own->first, name) };
+    // As they have come: the first one brings the tab where no own one does, layouts add to it.
+    const OwnRealizations::Nodes siblings = Controller::instance()->ownRealizations().siblingFormats(name);
+    for (PointTreeWidgetItem *root : siblings) {
+        const bool isLayout = root->isKind(QLatin1String("Layout"));
+        if (!isOwn && root == siblings.first()) {
+            face = isLayout ? Face { icon(root), label(root, name) } : Face { QIcon(), name };
+        } else if (isLayout) {
+            const QString toolTip = text(root, QStringLiteral("toolTip"));
+            if (!toolTip.isEmpty() || face.label == name)
+                face.label = toolTip.isEmpty() ? label(root, name) : toolTip;
+            if (face.icon.isNull())
+                face.icon = icon(root);
+        }
+    }
+    return face;
 }
 
 void FormatTabs::addLayout(PointTreeWidgetItem *layout)
@@ -189,29 +273,14 @@ QString FormatTabs::currentName() const
     return page ? page->objectName() : QString();
 }
 
-void FormatTabs::relabel(PointTreeWidgetItem *root)
-{
-    const QString byId = nameOf(root);
-    const QString name = has(byId) ? byId : text(root, QStringLiteral("target"));
-    const int index = indexOf(name);
-    if (index < 0)
-        return;
-    m_tabs->setTabText(index, label(root, name));
-    m_tabs->setTabIcon(index, icon(root));
-}
-
-bool FormatTabs::rename(const QString &oldName, const QString &newName)
+void FormatTabs::rename(const QString &oldName, const QString &newName)
 {
     const int index = indexOf(oldName);
-    if (index < 0 || newName.isEmpty() || has(newName))
-        return false;
+    if (index < 0)
+        return;
     m_pages.insert(newName, m_pages.take(oldName));
     m_tabs->widget(index)->setObjectName(newName);
     m_tabs->setTabToolTip(index, newName);
-    const int known = m_pluginFormatIds.indexOf(oldName);
-    if (known >= 0)
-        m_pluginFormatIds.replace(known, newName);
-    return true;
 }
 
 void FormatTabs::remove(const QString &name)
@@ -220,9 +289,9 @@ void FormatTabs::remove(const QString &name)
     if (index < 0)
         return;
     QWidget *page = m_pages.take(name);
+    Q_EMIT aboutToRemove(page);
     m_tabs->removeTab(index);
     delete page;
-    m_pluginFormatIds.removeAll(name);
 }
 
 int FormatTabs::indexOf(const QString &name)

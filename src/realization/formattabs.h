@@ -1,14 +1,18 @@
 #pragma once
 
+#include "model/pointtreewidgetitem.h"
+
 #include <QHash>
 #include <QIcon>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QStringList>
 #include <QTabWidget>
 #include <QTimer>
+#include <QVector>
 
-class PointTreeWidgetItem;
+struct ModelChange;
 
 /// The tabs of the realization page, one for each format. Owned by the page builder; the tab widget is the form's.
 ///
@@ -42,8 +46,13 @@ public:
     /// Puts what waits into the widget.
     void flush();
 
-    /// The formats and layouts of the opened plug-in, in the order of the list.
-    void addPluginFormats(const QVector<PointTreeWidgetItem *> &roots);
+    /// Brings the tabs into line with the formats and layouts of the opened plug-in, in the order of the list: a new
+    /// root gets its tab, a renamed one keeps it under the new name, and one that has gone takes it along, unless a
+    /// sibling fills it as well. Labels and icons are those that a fresh start would give.
+    /// @p edited are those whose attributes have changed.
+    void sync(const QVector<PointTreeWidgetItem *> &roots, const QSet<const PointTreeWidgetItem *> &edited = {});
+    /// The same after a change of the opened file, if it concerns a root.
+    void follow(const ModelChange &change);
     void addLayout(PointTreeWidgetItem *layout);
     void addFormatRoot(PointTreeWidgetItem *root);
 
@@ -53,22 +62,14 @@ public:
     /// The name of the page that is shown; empty without one.
     [[nodiscard]] QString currentName() const;
 
-    /// Writes the label and the icon of the tab of @p root anew, when it has one.
-    void relabel(PointTreeWidgetItem *root);
-
     /// The name of the page for a root of the opened file; empty when it has none.
     [[nodiscard]] static QString nameOf(PointTreeWidgetItem *root);
     /// Every name of a tab that the root fills, that one first.
     [[nodiscard]] static QStringList namesOf(PointTreeWidgetItem *root);
 
-    /// Gives the page @p oldName the name @p newName. False, with nothing changed, when the new name is empty or taken.
-    bool rename(const QString &oldName, const QString &newName);
-
-    /// Removes and destroys the page @p name; whatever must outlive it has been taken out before.
-    void remove(const QString &name);
-
-    /// The "id"s of the opened plug-in's formats and layouts that have tabs.
-    [[nodiscard]] const QStringList &pluginFormatIds() const { return m_pluginFormatIds; }
+Q_SIGNALS:
+    /// Whatever of it must outlive @p page is to be taken out now.
+    void aboutToRemove(QWidget *page);
 
 private:
     struct WaitingTab
@@ -78,7 +79,17 @@ private:
         QString label;
     };
 
+    struct Face
+    {
+        QIcon icon;
+        QString label;
+    };
+
     [[nodiscard]] bool has(const QString &name) const { return m_pages.contains(name); }
+    /// What the tab @p name looks like by what fills it.
+    [[nodiscard]] Face faceOf(const QString &name) const;
+    void rename(const QString &oldName, const QString &newName);
+    void remove(const QString &name);
     /// Where the tab stands in the widget, after a flush.
     [[nodiscard]] int indexOf(const QString &name);
     void addPage(const QString &name, const QIcon &icon, const QString &label);
@@ -91,5 +102,6 @@ private:
     QVector<WaitingTab> m_waiting;             ///< named in m_pages, but not in the widget yet
     QTimer m_flushTimer;
     bool m_batching = false;
-    QStringList m_pluginFormatIds;
+    /// The opened plug-in's roots that have or share a tab, in order, each with the name of the page.
+    QVector<QPair<QPointer<PointTreeWidgetItem>, QString>> m_own;
 };

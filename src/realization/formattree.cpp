@@ -1,8 +1,8 @@
 #include "formattree.h"
 
 #include "entrydelegate.h"
-#include "formatfilling.h"
 #include "model/controller.h"
+#include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
 
 #include <QEvent>
@@ -12,6 +12,8 @@
 #include <QSplitter>
 #include <QTreeWidgetItemIterator>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -23,11 +25,6 @@ QString idOf(const PointTreeWidgetItem *row)
     return row->properties().value(QStringLiteral("id")).toString();
 }
 
-PointTreeWidgetItem *sourceOf(PointTreeWidgetItem *row)
-{
-    return row && row->link() != row ? row->link()->item() : nullptr;
-}
-
 /// Expands all rows that have children. QTreeView::expandAll() takes note of each of the others, too, which is a third
 /// of the time that a large format needs to appear; see FormatTree::expandGrown().
 void expandBranches(QTreeWidget *tree)
@@ -36,56 +33,53 @@ void expandBranches(QTreeWidget *tree)
         (*it)->setExpanded(true);
 }
 
-/// What a person has done to the rows, by what they show; the root is the root, whoever's it is.
+/// What a person has done to the rows of a tree, kept while rows move: a row that leaves its place loses it all.
 class ViewState final
 {
 public:
-    explicit ViewState(QTreeWidget *tree) : m_tree(tree), m_scroll(tree->verticalScrollBar()->value())
+    explicit ViewState(QTreeWidget *tree)
+        : m_tree(tree), m_quiet(tree), m_scroll(tree->verticalScrollBar()->value()),
+          m_current(PointTreeWidgetItem::fromRow(tree->currentItem()))
     {
+        m_tree->setUpdatesEnabled(false);
         for (QTreeWidgetItemIterator it(tree); *it; ++it) {
-            const PointTreeWidgetItem *key = keyOf(*it);
-            if (!(*it)->isExpanded() && (*it)->childCount() > 0)
-                m_collapsed.insert(key);
+            if ((*it)->isExpanded())
+                m_expanded.append(PointTreeWidgetItem::fromRow(*it));
             if ((*it)->isSelected())
-                m_selected.insert(key);
+                m_selected.append(PointTreeWidgetItem::fromRow(*it));
         }
-        m_hasCurrent = tree->currentItem() != nullptr;
-        m_current = m_hasCurrent ? keyOf(tree->currentItem()) : nullptr;
     }
-
-    void restore() const
+    ~ViewState()
     {
-        expandBranches(m_tree);
-        QTreeWidgetItem *current = nullptr;
-        for (QTreeWidgetItemIterator it(m_tree); *it; ++it) {
-            const PointTreeWidgetItem *key = keyOf(*it);
-            if (m_collapsed.contains(key))
-                (*it)->setExpanded(false);
-            if (m_hasCurrent && key == m_current)
-                current = *it;
+        for (const auto &row : qAsConst(m_expanded)) {
+            if (row && !row->isExpanded())
+                row->setExpanded(true);
         }
-        if (current)
-            m_tree->setCurrentItem(current, 0, QItemSelectionModel::NoUpdate);
-        for (QTreeWidgetItemIterator it(m_tree); *it; ++it) {
-            if (m_selected.contains(keyOf(*it)))
-                (*it)->setSelected(true);
+        m_tree->setCurrentItem(m_current, 0, QItemSelectionModel::NoUpdate);
+        for (const auto &row : qAsConst(m_selected)) {
+            if (row && !row->isSelected())
+                row->setSelected(true);
         }
         m_tree->verticalScrollBar()->setValue(m_scroll);
+        m_tree->setUpdatesEnabled(true);
     }
+    ViewState(const ViewState &) = delete;
+    ViewState &operator=(const ViewState &) = delete;
 
 private:
-    static const PointTreeWidgetItem *keyOf(QTreeWidgetItem *row)
-    {
-        return row->parent() ? sourceOf(PointTreeWidgetItem::fromRow(row)) : nullptr;
-    }
-
     QTreeWidget *m_tree;
+    QSignalBlocker m_quiet;
     int m_scroll;
-    bool m_hasCurrent = false;
-    const PointTreeWidgetItem *m_current = nullptr;
-    QSet<const PointTreeWidgetItem *> m_collapsed;
-    QSet<const PointTreeWidgetItem *> m_selected;
+    QPointer<PointTreeWidgetItem> m_current;
+    QVector<QPointer<PointTreeWidgetItem>> m_expanded;
+    QVector<QPointer<PointTreeWidgetItem>> m_selected;
 };
+
+/// Whether the row of a node may stand elsewhere, or there may be other rows, when this attribute changes.
+bool decidesOnPlace(const QString &key)
+{
+    return key == QLatin1String("id") || key == QLatin1String("target") || key == QLatin1String("parent");
+}
 
 } // namespace
 
@@ -101,6 +95,11 @@ FormatTree::FormatTree(QObject *parent)
     m_tree->setItemDelegate(new EntryDelegate(m_tree));
     m_tree->installEventFilter(this);
     connect(m_tree->model(), &QAbstractItemModel::rowsInserted, this, &FormatTree::expandGrown);
+    // The page builder lives on, and its part of it is to be small.
+    connect(m_tree, &QObject::destroyed, this, [this] {
+        m_rowsById.clear();
+        m_rowBySource.clear();
+    });
     m_hint->setObjectName(QStringLiteral("formatHint"));
     m_hint->setText(tr("Select a point that has formats to see this format."));
     m_hint->setAlignment(Qt::AlignCenter);
@@ -158,8 +157,7 @@ void FormatTree::clear()
 void FormatTree::show(const QString &name)
 {
     clear();
-    m_tabName = name;
-    fill();
+    sync(name);
     if (!m_tree)
         return;
     expandBranches(m_tree);
@@ -190,43 +188,144 @@ void FormatTree::fitWhenFirstSeen()
     fitColumns();
 }
 
-void FormatTree::renameTab(const QString &oldName, const QString &newName)
+void FormatTree::sync(const QString &name)
 {
-    if (m_tabName == oldName)
-        m_tabName = newName;
-}
-
-void FormatTree::refill()
-{
-    if (!m_tree || m_tabName.isEmpty())
-        return;
-    const QSignalBlocker quiet(m_tree);
-    const ViewState state(m_tree);
-    const QString name = m_tabName;
-    m_tree->setUpdatesEnabled(false);
-    clear();
     m_tabName = name;
-    fill();
-    state.restore();
-    growColumns();
-    m_tree->setUpdatesEnabled(true);
-}
-
-void FormatTree::fill()
-{
     if (!m_tree)
         return;
     m_revision = Controller::instance()->formatRevision(m_tabName);
-    const FormatSources sources = FormatSources::of(m_tabName);
+    FormatSources sources = FormatSources::of(m_tabName);
     sources.linkSiblings();
-    m_merged = sources.all().size() > 1;
-    FormatFilling filling(sources);
-    PointTreeWidgetItem *root = filling.build();
-    if (root)
-        m_tree->addTopLevelItem(root);
-    m_tree->setMergedSources(filling.merged());
+    const FormatPlan plan = FormatFilling(sources).plan();
+    m_rootId = plan.rootId;
+    m_rootLabel = plan.rootLabel;
     m_tree->setTabName(m_tabName);
     m_tree->setDirectDrop(sources.isEditable());
+
+    const ViewState state(m_tree);
+    // Drops and the menu have put rows into the tree themselves.
+    m_indexed = false;
+    index();
+    QSet<const PointTreeWidgetItem *> planned;
+    for (const FormatPlan::Row &row : plan.rows)
+        planned.insert(row.source);
+    destroyAllBut(planned);
+    if (!plan.rows.empty())
+        arrange(placeRow(nullptr, 0, plan.rows.front().source), plan.rows.front());
+    m_indexed = false;
+    index();
+    QMultiHash<const PointTreeWidgetItem *, PointTreeWidgetItem *> further;
+    for (const FormatPlan::Row &row : plan.rows) {
+        for (PointTreeWidgetItem *source : row.further)
+            further.insert(m_rowBySource.value(row.source), source);
+    }
+    m_tree->setMergedSources(further);
+    if (m_tree->topLevelItemCount() > 0)
+        label(PointTreeWidgetItem::fromRow(m_tree->topLevelItem(0)));
+    growColumns();
+}
+
+void FormatTree::arrange(PointTreeWidgetItem *row, const FormatPlan::Row &planned)
+{
+    for (int i = 0; i < planned.children.size(); ++i)
+        placeRow(row, i, planned.children.at(i)->source);
+    // Below them only now: a row that belongs here may still stand under its sibling.
+    for (int i = 0; i < planned.children.size(); ++i)
+        arrange(PointTreeWidgetItem::fromRow(row->child(i)), *planned.children.at(i));
+}
+
+PointTreeWidgetItem *FormatTree::placeRow(PointTreeWidgetItem *above, int index, PointTreeWidgetItem *source)
+{
+    QTreeWidgetItem *const parent = above ? static_cast<QTreeWidgetItem *>(above) : m_tree->invisibleRootItem();
+    const auto shows = [&](int at) { return sourceOf(PointTreeWidgetItem::fromRow(parent->child(at))) == source; };
+    // One row that has gone elsewhere is taken out of the way, so that those behind it need not be moved one by one.
+    if (!shows(index) && parent->child(index) && shows(index + 1))
+        takeOut(PointTreeWidgetItem::fromRow(parent->child(index)));
+    PointTreeWidgetItem *row = PointTreeWidgetItem::fromRow(parent->child(index));
+    if (!shows(index)) {
+        row = m_rowBySource.value(source);
+        const bool isNew = !row;
+        if (isNew)
+            row = new PointTreeWidgetItem(*source);
+        else
+            takeOut(row);
+        parent->insertChild(index, row);
+        if (above)
+            above->insertIntoListOnly(index, row);
+        if (isNew)
+            FormatFilling::label(row);
+    }
+    row->assignFields(*source);
+    if (row->properties() != source->properties()) {
+        row->showProperties(source->properties());
+        FormatFilling::label(row);
+    }
+    return row;
+}
+
+void FormatTree::takeOut(PointTreeWidgetItem *row)
+{
+    row->takeRow();
+    if (PointTreeWidgetItem *above = row->parentItem())
+        above->detachChild(row);
+}
+
+void FormatTree::destroyAllBut(const QSet<const PointTreeWidgetItem *> &planned)
+{
+    QVector<PointTreeWidgetItem *> stale;
+    for (QTreeWidgetItemIterator it(m_tree); *it; ++it) {
+        PointTreeWidgetItem *row = PointTreeWidgetItem::fromRow(*it);
+        if (!planned.contains(sourceOf(row)) || m_rowBySource.value(sourceOf(row)) != row)
+            stale.append(row);
+    }
+    // From the lowest one up, so that what stays can be taken out of it first.
+    while (!stale.isEmpty()) {
+        PointTreeWidgetItem *row = stale.takeLast();
+        while (row->childCount() > 0)
+            takeOut(PointTreeWidgetItem::fromRow(row->child(0)));
+        PointTreeWidgetItem::destroySubtree(row);
+    }
+}
+
+void FormatTree::follow(const ModelChange &change, const QString &name)
+{
+    if (!m_tree)
+        return;
+    const bool moves = std::any_of(change.edits.cbegin(), change.edits.cend(),
+        [](const ModelChange::Edit &edit) { return decidesOnPlace(edit.key); });
+    if (change.structure || moves || name != m_tabName) {
+        sync(name);
+    } else {
+        for (const ModelChange::Edit &edit : change.edits) {
+            PointTreeWidgetItem *source = edit.node;
+            index();
+            if (PointTreeWidgetItem *row = source ? m_rowBySource.value(source).data() : nullptr) {
+                row->showProperties(source->properties());
+                label(row);
+            }
+        }
+    }
+    for (const QString &id : change.records) {
+        const Nodes rows = rowsWithId(id);
+        for (PointTreeWidgetItem *row : rows)
+            label(row);
+    }
+}
+
+void FormatTree::label(PointTreeWidgetItem *row)
+{
+    FormatFilling::label(row);
+    if (row->parentItem())
+        return;
+    if (!m_rootId.isEmpty())
+        row->QTreeWidgetItem::setText(0, m_rootId);
+    if (row->QTreeWidgetItem::text(1).isEmpty())
+        row->QTreeWidgetItem::setText(1, m_rootLabel);
+}
+
+PointTreeWidgetItem *FormatTree::sourceOf(PointTreeWidgetItem *row)
+{
+    return row && row->link() != row ? row->link()->item() : nullptr;
 }
 
 void FormatTree::fitColumns()
@@ -256,10 +355,14 @@ bool FormatTree::isOutdated() const
     return !m_tabName.isEmpty() && m_revision != Controller::instance()->formatRevision(m_tabName);
 }
 
-PointTreeWidgetItem *FormatTree::rowOf(const PointTreeWidgetItem *source) const
+PointTreeWidgetItem *FormatTree::neighbourOf(PointTreeWidgetItem *row)
 {
-    index();
-    return m_rowBySource.value(source);
+    QTreeWidgetItem *above = row->QTreeWidgetItem::parent();
+    if (!above)
+        return nullptr;
+    const int index = above->indexOfChild(row);
+    QTreeWidgetItem *beside = above->child(index + 1) ? above->child(index + 1) : above->child(index - 1);
+    return PointTreeWidgetItem::fromRow(beside ? beside : above);
 }
 
 FormatTree::Nodes FormatTree::rowsWithId(const QString &id) const
@@ -287,65 +390,22 @@ void FormatTree::index() const
     if (m_indexed || !m_tree)
         return;
     m_indexed = true;
-    for (QTreeWidgetItemIterator it(m_tree); *it; ++it)
-        addToIndex(PointTreeWidgetItem::fromRow(*it));
-}
-
-void FormatTree::enter(PointTreeWidgetItem *row)
-{
-    if (m_indexed)
-        addToIndex(row);
-}
-
-void FormatTree::addToIndex(PointTreeWidgetItem *row) const
-{
-    m_rowsById.insert(idOf(row), row);
-    if (PointTreeWidgetItem *source = sourceOf(row))
-        m_rowBySource.insert(source, row);
-}
-
-bool FormatTree::showsOthersUnder(PointTreeWidgetItem *row) const
-{
-    for (int i = 0; i < row->childCount(); ++i) {
-        PointTreeWidgetItem *child = PointTreeWidgetItem::fromRow(row->child(i));
-        if (child->master()->parent() != row->master() || showsOthersUnder(child))
-            return true;
+    m_rowsById.clear();
+    m_rowBySource.clear();
+    for (QTreeWidgetItemIterator it(m_tree); *it; ++it) {
+        PointTreeWidgetItem *row = PointTreeWidgetItem::fromRow(*it);
+        m_rowsById.insert(idOf(row), row);
+        if (PointTreeWidgetItem *source = sourceOf(row))
+            m_rowBySource.insert(source, row);
     }
-    return false;
-}
-
-void FormatTree::destroyRow(PointTreeWidgetItem *row)
-{
-    if (!row)
-        return;
-    if (PointTreeWidgetItem *above = row->parentItem())
-        above->detachChild(row);
-    Nodes open { row };
-    while (!open.isEmpty()) {
-        PointTreeWidgetItem *node = open.takeLast();
-        m_rowsById.remove(idOf(node), node);
-        m_rowBySource.remove(sourceOf(node));
-        for (int i = 0; i < node->childCount(); ++i)
-            open.append(PointTreeWidgetItem::fromRow(node->child(i)));
-    }
-    PointTreeWidgetItem::destroySubtree(row);
-}
-
-void FormatTree::rename(PointTreeWidgetItem *row, const QString &oldId)
-{
-    if (!m_indexed)
-        return;
-    m_rowsById.remove(oldId, row);
-    m_rowsById.remove(idOf(row), row);
-    m_rowsById.insert(idOf(row), row);
 }
 
 void FormatTree::relabel()
 {
-    for (QTreeWidgetItemIterator it(m_tree ? m_tree->invisibleRootItem() : nullptr); *it; ++it) {
-        if ((*it)->parent())
-            FormatFilling::label(PointTreeWidgetItem::fromRow(*it));
-    }
+    if (!m_tree)
+        return;
+    for (QTreeWidgetItemIterator it(m_tree); *it; ++it)
+        label(PointTreeWidgetItem::fromRow(*it));
 }
 
 void FormatTree::select(const Nodes &rows)

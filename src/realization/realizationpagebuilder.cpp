@@ -1,5 +1,7 @@
 #include "realizationpagebuilder.h"
 
+#include "definition/committedvalue.h"
+#include "definition/metadialog.h"
 #include "definitionchanges.h"
 #include "formatediting.h"
 #include "formatmenu.h"
@@ -8,9 +10,11 @@
 #include "formattree.h"
 #include "model/controller.h"
 #include "model/generatedid.h"
+#include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
 #include "model/sourcedatamanager.h"
 #include "recordtable.h"
+#include "sheetpane.h"
 #include "surface/extpointwidgetform.h"
 
 #include <QAbstractItemView>
@@ -47,6 +51,7 @@ void RealizationPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
     FormatTabBar::putInto(ui->formatTab);
     m_formatTabs = new FormatTabs(ui->formatTab, this);
     m_records = new RecordTable(ui->realizTable, this);
+    m_sheet = new SheetPane(ui->propertyRealization, this);
     connect(ui->tabWidget, &QObject::destroyed, this, [this] {
         m_ui = nullptr;
         m_refillTimer.stop();
@@ -67,7 +72,6 @@ void RealizationPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
     ui->formatTab->setUsesScrollButtons(true);
     ui->realizTable->setAccessibleName(tr("Records of the selected point"));
     ui->propertyRealization->setAccessibleName(tr("Properties"));
-    ui->propertyRealization->setEnabled(false);
     m_formatTree->widget()->setColumnCount(2);
     m_formatTree->widget()->setHeaderLabels({ idKey, QStringLiteral("displayLabel") });
     ui->pushButton_add_format_tree->hide();
@@ -93,9 +97,14 @@ void RealizationPageBuilder::createConnections()
     connect(formatTree, &QTreeWidget::itemClicked, this, &RealizationPageBuilder::onFormatTreeItemClicked);
     connect(m_ui->propertyRealization, &TreePropertyBrowser::propertyChanged, this,
         &RealizationPageBuilder::onPropertyRealization);
-    connect(m_ui->realizTable, &RealizationTableWidget::modified, this, &RealizationPageBuilder::modified);
-    connect(m_ui->realizationTree, &RealizationTreeWidget::modified, this, &RealizationPageBuilder::modified);
-    connect(formatTree, &RealizationTreeWidget::modified, this, &RealizationPageBuilder::modified);
+    // What a drop has changed is seen before anybody hears of it.
+    const auto forward = [this](bool flag) {
+        Controller::instance()->flushChanges();
+        Q_EMIT modified(flag);
+    };
+    connect(m_ui->realizTable, &RealizationTableWidget::modified, this, forward);
+    connect(m_ui->realizationTree, &RealizationTreeWidget::modified, this, forward);
+    connect(formatTree, &RealizationTreeWidget::modified, this, forward);
     connect(formatTree, &RealizationTreeWidget::setTarget, this, &RealizationPageBuilder::setTarget);
     connect(formatTree, &RealizationTreeWidget::dropPoint, this, &RealizationPageBuilder::dropPoint);
     connect(m_ui->realizTable, &RealizationTableWidget::addTableRealization, this,
@@ -104,11 +113,6 @@ void RealizationPageBuilder::createConnections()
     connect(m_ui->pushButton_add_format_tree, &QPushButton::clicked, this,
         &RealizationPageBuilder::on_pushButton_add_format_tree_clicked);
 
-    // An entry that was moved can have taken entries of siblings with it, uncover one, or be used otherwise.
-    connect(formatTree, &RealizationTreeWidget::modified, this, [this] {
-        afterFormatsChanged();
-        requestRefill();
-    });
     // The keyboard moves the current row without a click and shows the same; a drag makes every row that it passes
     // current.
     connect(m_ui->realizationTree, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *current) {
@@ -123,8 +127,12 @@ void RealizationPageBuilder::createConnections()
         if (!isDragging())
             onFormatTreeItemClicked(current, 0);
     });
-    // What the definition page has changed meanwhile.
-    connect(m_ui->tabWidget, &QTabWidget::currentChanged, this, &RealizationPageBuilder::showAfresh);
+    connect(m_formatTabs, &FormatTabs::aboutToRemove, this, [this](QWidget *page) {
+        if (m_formatTree->tabName() != page->objectName())
+            return;
+        m_formatTree->clear();
+        m_formatTree->moveTo(nullptr);
+    });
     connectToManager();
     createKeys();
 }
@@ -158,8 +166,40 @@ void RealizationPageBuilder::connectToManager()
             return;
         m_formatTabs->setBatching(false);
         m_formatTree->relabel();
-        afterFormatsChanged();
+        requestRefill();
     });
+    connect(&manager->changes(), &ModelChanges::changed, this, &RealizationPageBuilder::follow);
+}
+
+void RealizationPageBuilder::follow(const ModelChange &change)
+{
+    if (!m_ui)
+        return;
+    m_formatTabs->follow(change);
+    m_formatTree->follow(change, m_formatTabs->currentName());
+    if (change.definitions && m_clickedPoint)
+        m_formatTree->setShown(Controller::instance()->pointHasFormat(m_clickedPoint));
+    m_records->follow(change);
+
+    // The sheet is about nothing that can't be found on the page any more. A record without an id is found nowhere, but
+    // may be given one where that was taken from it.
+    PointTreeWidgetItem *node = m_sheet->node();
+    const bool isOwn = node && Controller::instance()->ownRealizations().isOwn(node);
+    bool isFound = isOwn;
+    if (isOwn && m_sheet->subject() == SheetPane::Subject::Record)
+        isFound = m_records->row(node) >= 0 || node->properties().text(idKey).isEmpty();
+    else if (isOwn && m_sheet->subject() == SheetPane::Subject::Holder)
+        isFound = node == holderOf(m_clickedPoint);
+    if (isFound)
+        m_sheet->refresh();
+    else
+        m_sheet->showNothing();
+}
+
+void RealizationPageBuilder::finishChange()
+{
+    Controller::instance()->flushChanges();
+    Q_EMIT modified(true);
 }
 
 void RealizationPageBuilder::createKeys()
@@ -169,12 +209,14 @@ void RealizationPageBuilder::createKeys()
     };
     RealizationTreeWidget *formatTree = m_formatTree->widget();
     onKey(formatTree, QKeySequence(Qt::Key_Delete), [this, formatTree] {
+        m_sheet->commit();
         m_contextItem = PointTreeWidgetItem::fromRow(formatTree->currentItem());
         m_formatMenu->fitTo(m_contextItem);
         if (m_formatMenu->deleteAction()->isEnabled() && m_contextItem->isSelected())
             formatItemDel();
     });
     onKey(formatTree, QKeySequence(Qt::Key_Insert), [this, formatTree] {
+        m_sheet->commit();
         QTreeWidgetItem *current = formatTree->currentItem();
         if (!current || !current->isSelected())
             return;
@@ -185,15 +227,13 @@ void RealizationPageBuilder::createKeys()
             openFormatMenu(m_formatMenu->childTypeMenu(), formatTree->viewport()->mapToGlobal(place));
     });
     onKey(m_ui->realizTable, QKeySequence(Qt::Key_Delete), [this] {
+        m_sheet->commit();
         m_contextItem = m_records->record(m_ui->realizTable->currentRow());
         tableItemDel();
     });
     for (QWidget *widget : { static_cast<QWidget *>(formatTree), static_cast<QWidget *>(m_ui->realizTable) }) {
         onKey(widget, QKeySequence(Qt::Key_F2), [this] {
-            for (const QString &key : { QStringLiteral("text"), QStringLiteral("title"), idKey }) {
-                if (m_ui->propertyRealization->isEnabled() && m_ui->propertyRealization->openEditor(key))
-                    return;
-            }
+            m_sheet->openEditor({ QStringLiteral("text"), QStringLiteral("title"), idKey });
         });
     }
 }
@@ -201,7 +241,7 @@ void RealizationPageBuilder::createKeys()
 void RealizationPageBuilder::addPluginFormats()
 {
     const Controller *controller = Controller::instance();
-    m_formatTabs->addPluginFormats(controller->layouts() + controller->targetFormats());
+    m_formatTabs->sync(controller->layouts() + controller->targetFormats());
 }
 
 void RealizationPageBuilder::showAllFormats()
@@ -233,84 +273,132 @@ bool RealizationPageBuilder::isScanning()
 
 void RealizationPageBuilder::addDefine(QString plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint)
 {
-    if (m_realizationRoot)
+    if (m_realizationRoot && point)
         DefinitionChanges::add(m_realizationRoot, plugin, point, subPoint);
 }
 
 void RealizationPageBuilder::delDefine(PointTreeWidgetItem *item)
 {
-    if (!m_realizationRoot)
-        return;
-    const bool nothingClicked = !m_clickedPoint;
-    item->unlink();
-    if (m_ui && !nothingClicked && !m_clickedPoint)
-        m_records->clear();
-}
-
-void RealizationPageBuilder::showAfresh()
-{
-    if (!m_ui || m_ui->tabWidget->currentWidget() != m_ui->tab_2)
-        return;
-    if (m_clickedPoint) {
-        const int row = m_ui->realizTable->currentRow();
-        const QSignalBlocker quiet(m_ui->realizTable);
-        m_formatTree->setShown(Controller::instance()->pointHasFormat(m_clickedPoint));
-        m_records->showRecords(m_clickedPoint);
-        if (row >= 0)
-            m_ui->realizTable->setCurrentCell(row, 0);
-    }
-    if (!m_currentItem || !m_ui->propertyRealization->isEnabled())
-        return;
-    if (m_formatTree->contains(m_currentItem))
-        onFormatTreeItemClicked(m_currentItem, 0);
-    else if (m_records->row(m_currentItem) >= 0)
-        onTableItemClicked(m_ui->realizTable->item(m_records->row(m_currentItem), 0));
-    else
-        showHolderSheet(m_currentItem);
+    if (m_realizationRoot && item)
+        item->unlink();
+    Controller::instance()->flushChanges();
 }
 
 void RealizationPageBuilder::onItemClicked(QTreeWidgetItem *item, int)
 {
     if (!m_ui)
         return;
-    m_ui->propertyRealization->commitEditor();
+    const QPointer<PointTreeWidgetItem> clicked(PointTreeWidgetItem::fromRow(item));
+    m_sheet->commit();
     m_ui->realizTable->show();
     m_records->clear();
-    clearSheetOfDead();
-    m_clickedPoint = PointTreeWidgetItem::fromRow(item);
-    if (!m_clickedPoint)
+    m_clickedPoint = clicked;
+    if (!m_clickedPoint) {
+        if (m_sheet->subject() != SheetPane::Subject::Entry)
+            m_sheet->showNothing();
         return;
+    }
     if (m_clickedPoint->parentItem() == m_realizationRoot)
         m_ui->realizTable->hide();
     m_formatTree->setShown(Controller::instance()->pointHasFormat(m_clickedPoint));
-    if (!m_clickedPoint->isKind(QLatin1String("ExtPoint")) && !m_clickedPoint->isKind(QLatin1String("SubExtPoint"))) {
-        disableSheet();
+    m_records->showRecords(m_clickedPoint);
+    m_sheet->show(SheetPane::Subject::Holder, holderOf(m_clickedPoint));
+}
+
+PointTreeWidgetItem *RealizationPageBuilder::holderOf(PointTreeWidgetItem *point) const
+{
+    if (!point || (!point->isKind(QLatin1String("ExtPoint")) && !point->isKind(QLatin1String("SubExtPoint"))))
+        return nullptr;
+    const QString id = point->property(idKey).toString();
+    const OwnRealizations realizations = Controller::instance()->ownRealizations();
+    const OwnRealizations::Nodes holders = realizations.holders(id);
+    if (!holders.isEmpty())
+        return holders.first();
+    // A node without "id" stands under its tag, and is nobody's.
+    const OwnRealizations::Nodes known = realizations.withId(id);
+    const bool isNamed = !known.isEmpty() && known.first()->property(idKey).toString() == id;
+    return isNamed ? known.first() : nullptr;
+}
+
+void RealizationPageBuilder::onTableItemClicked(QTableWidgetItem *item)
+{
+    if (!m_ui || !item || !m_ui->realizTable->item(item->row(), 0))
+        return;
+    const QString id = m_ui->realizTable->item(item->row(), 0)->text();
+    // Two records can have one id, since generated ones are not unique: the row knows which one it shows.
+    QPointer<PointTreeWidgetItem> record(m_records->record(item->row()));
+    m_sheet->commit();
+    if (!record)
+        record = Controller::instance()->ownRealizations().record(id);
+    if (!record)
+        return;
+    m_formatTree->select(m_formatTree->rowsWithId(record->property(idKey).toString()));
+    m_sheet->show(SheetPane::Subject::Record, record);
+}
+
+void RealizationPageBuilder::onFormatTreeItemClicked(QTreeWidgetItem *item, int)
+{
+    if (!m_ui)
+        return;
+    PointTreeWidgetItem *row = PointTreeWidgetItem::fromRow(item);
+    PointTreeWidgetItem *source = FormatTree::sourceOf(row);
+    const QPointer<PointTreeWidgetItem> shown(source ? source : row);
+    m_sheet->commit();
+    if (shown && !Controller::instance()->ownRealizations().isForeign(shown))
+        m_sheet->show(SheetPane::Subject::Entry, shown);
+    else
+        m_sheet->showNothing();
+}
+
+void RealizationPageBuilder::onPropertyRealization(const QString &property, const QVariant &variant)
+{
+    PointTreeWidgetItem *node = m_sheet ? m_sheet->node() : nullptr;
+    if (!m_ui || !node)
+        return;
+    const QVariant value = CommittedValue::of(variant);
+    if (OwnRealizations::isRoot(node) && wouldLoseItsName(node, property, value)) {
+        m_sheet->showAfresh();
         return;
     }
-    m_records->showRecords(m_clickedPoint);
-    const OwnRealizations::Nodes known
-        = Controller::instance()->ownRealizations().withId(m_clickedPoint->property(idKey).toString());
-    if (known.isEmpty())
-        disableSheet();
+    Controller *controller = Controller::instance();
+    if (property == idKey && m_sheet->subject() == SheetPane::Subject::Record)
+        controller->renameRecord(node, value.toString());
+    else if (property == idKey && m_sheet->subject() == SheetPane::Subject::Entry)
+        controller->renameEntry(node, value.toString());
     else
-        showHolderSheet(known.first());
+        controller->setRealizationProperty(node, property, value);
+    finishChange();
+}
+
+bool RealizationPageBuilder::wouldLoseItsName(
+    PointTreeWidgetItem *root, const QString &key, const QVariant &value) const
+{
+    // Nothing would ever show it again.
+    if (!value.toString().isEmpty() || (key != idKey && key != QLatin1String("target")))
+        return false;
+    const QStringList names = FormatTabs::namesOf(root);
+    return names.size() == 1 && names.first() == root->property(key).toString();
 }
 
 void RealizationPageBuilder::formatTabCurrentChanged(int)
 {
     if (!m_ui || !m_formatTabs || !m_ui->formatTab->currentWidget())
         return;
-    m_ui->propertyRealization->commitEditor();
+    m_sheet->commit();
+    if (!m_ui || !m_ui->formatTab->currentWidget())
+        return;
     m_formatTree->moveTo(m_ui->formatTab->currentWidget());
     m_formatTree->show(m_formatTabs->currentName());
-    clearSheetOfDead();
 }
 
 void RealizationPageBuilder::onFormatTreeMenu(const QPoint pos)
 {
     if (!m_ui)
         return;
-    m_contextItem = PointTreeWidgetItem::fromRow(m_formatTree->widget()->itemAt(pos));
+    // The row may move by what is committed, but it is the one that was meant.
+    const QPointer<PointTreeWidgetItem> row(PointTreeWidgetItem::fromRow(m_formatTree->widget()->itemAt(pos)));
+    m_sheet->commit();
+    m_contextItem = row;
     if (!m_contextItem)
         return;
     m_formatMenu->fitTo(m_contextItem);
@@ -332,26 +420,32 @@ void RealizationPageBuilder::onCreatType()
     const auto *action = qobject_cast<QAction *>(sender());
     if (!action || !m_contextItem || !m_ui)
         return;
-    PointTreeWidgetItem *item = FormatEditing::createChild(m_contextItem, action->text());
+    const QPointer<PointTreeWidgetItem> item(FormatEditing::createChild(m_contextItem, action->text()));
     m_contextItem->QTreeWidgetItem::addChild(item);
-    m_formatTree->enter(item);
-    m_formatTree->widget()->setCurrentItem(item);
-    m_formatTree->widget()->scrollToItem(item);
-    onFormatTreeItemClicked(item, 0);
-    afterFormatsChanged();
+    Controller::instance()->flushChanges();
+    showEntry(item);
     Q_EMIT modified(true);
+}
+
+void RealizationPageBuilder::showEntry(PointTreeWidgetItem *row)
+{
+    if (!m_formatTree->contains(row))
+        return;
+    m_formatTree->widget()->setCurrentItem(row);
+    m_formatTree->widget()->scrollToItem(row);
+    onFormatTreeItemClicked(row, 0);
 }
 
 void RealizationPageBuilder::on_pushButton_add_format_tree_clicked()
 {
     if (!m_ui)
         return;
-    const QString id = GeneratedId::make(Controller::instance()->pluginId(), QStringLiteral("layout."));
+    m_sheet->commit();
     // What somebody asks for comes at once, also while a product is read.
     m_formatTabs->setBatching(false);
-    m_formatTabs->addFormatRoot(FormatEditing::createRoot(id));
+    (void)FormatEditing::createRoot(GeneratedId::make(Controller::instance()->pluginId(), QStringLiteral("layout.")));
+    finishChange();
     m_formatTabs->flush();
-    Q_EMIT modified(true);
 }
 
 void RealizationPageBuilder::formatItemDel()
@@ -359,42 +453,11 @@ void RealizationPageBuilder::formatItemDel()
     if (!m_ui || !m_contextItem || !m_formatTree->contains(m_contextItem) || !FormatEditing::isDeletable(m_contextItem))
         return;
     PointTreeWidgetItem *row = std::exchange(m_contextItem, nullptr);
-    const bool isRoot = !row->parentItem();
-    const bool isMerged = m_formatTree->isMerged() || m_formatTree->showsOthersUnder(row);
-    PointTreeWidgetItem *saved = row->master()->item();
-    const QStringList names = FormatTabs::namesOf(saved);
-    m_formatTree->destroyRow(row);
-    Controller::instance()->destroyRealization(saved);
-    if (isRoot)
-        followRoot(names, nullptr);
-    else if (isMerged)
-        refill();
-    clearSheetOfDead();
-    afterFormatsChanged();
-    Q_EMIT modified(true);
-}
-
-void RealizationPageBuilder::followRoot(const QStringList &oldNames, PointTreeWidgetItem *root)
-{
-    if (root && !oldNames.isEmpty() && FormatSources::of(oldNames.first()).isEmpty()) {
-        const QString newName = FormatTabs::nameOf(root);
-        if (m_formatTabs->rename(oldNames.first(), newName))
-            m_formatTree->renameTab(oldNames.first(), newName);
-    }
-    for (const QString &name : oldNames) {
-        if (!FormatSources::of(name).isEmpty())
-            continue;
-        if (m_formatTree->tabName() == name) {
-            m_formatTree->clear();
-            m_formatTree->moveTo(nullptr);
-        }
-        m_formatTabs->remove(name);
-    }
-    if (root) {
-        m_formatTabs->addPluginFormats({ root });
-        m_formatTabs->relabel(root);
-    }
-    refill();
+    const bool wasCurrent = row == m_formatTree->widget()->currentItem();
+    const QPointer<PointTreeWidgetItem> next(wasCurrent ? FormatTree::neighbourOf(row) : nullptr);
+    Controller::instance()->destroyRealization(row->master()->item());
+    finishChange();
+    showEntry(next);
 }
 
 void RealizationPageBuilder::onTableShowMenu(QPoint pos)
@@ -402,29 +465,100 @@ void RealizationPageBuilder::onTableShowMenu(QPoint pos)
     if (!m_ui)
         return;
     const QModelIndex index = m_ui->realizTable->indexAt(pos);
-    m_contextItem = index.isValid() ? m_records->record(index.row()) : nullptr;
+    const QPointer<PointTreeWidgetItem> record(index.isValid() ? m_records->record(index.row()) : nullptr);
+    m_sheet->commit();
+    m_contextItem = record;
     m_deleteRecord->setEnabled(m_contextItem != nullptr);
     m_menuOpen = true;
     m_tableMenu->exec(QCursor::pos());
     m_menuOpen = false;
 }
 
+void RealizationPageBuilder::tableItemDel()
+{
+    if (!m_ui || !m_contextItem)
+        return;
+    PointTreeWidgetItem *record = std::exchange(m_contextItem, nullptr);
+    const int row = m_records->row(record);
+    const bool wasCurrent = row >= 0 && row == m_ui->realizTable->currentRow();
+    Controller::instance()->retire(record);
+    finishChange();
+    if (wasCurrent)
+        m_ui->realizTable->setCurrentCell(qMin(row, m_ui->realizTable->rowCount() - 1), 0);
+}
+
+void RealizationPageBuilder::addMeta()
+{
+    MetaDialog dialog(m_contextItem);
+    connect(&dialog, &MetaDialog::modified, this, &RealizationPageBuilder::modified);
+    dialog.exec();
+    Controller::instance()->flushChanges();
+}
+
+void RealizationPageBuilder::setTarget(PointTreeWidgetItem *item)
+{
+    if (item && m_formatTabs)
+        Controller::instance()->setRealizationProperty(item, QStringLiteral("target"), m_formatTabs->currentName());
+}
+
+void RealizationPageBuilder::dropPoint(PointTreeWidgetItem *item)
+{
+    if (!m_ui || !item)
+        return;
+    const QPointer<PointTreeWidgetItem> row(item);
+    Controller::instance()->flushChanges();
+    showEntry(row);
+    Q_EMIT modified(true);
+}
+
+void RealizationPageBuilder::onAddTableRealization(PointTreeWidgetItem *parent, PointTreeWidgetItem *child, bool)
+{
+    if (!m_ui || !child)
+        return;
+    Controller *controller = Controller::instance();
+    const QPointer<PointTreeWidgetItem> record(child);
+    if (parent && !parent->parentItem()) {
+        if (PointTreeWidgetItem *set = controller->ensureDataSet())
+            controller->insertRealization(set, parent);
+    }
+    controller->flushChanges();
+    // The point that was dragged is the current one of its tree.
+    if (!controller->ownRealizations().recordsOf(m_records->point()).contains(record))
+        onItemClicked(m_ui->realizationTree->currentItem(), 0);
+    if (!record)
+        return;
+    if (OwnRealizations::isRoot(record))
+        m_formatTabs->show(record);
+    if (!m_records->point())
+        m_records->append(record);
+    const int row = m_records->row(record);
+    if (row < 0)
+        return;
+    m_ui->realizTable->setCurrentCell(row, 0);
+    m_ui->realizTable->scrollToItem(m_ui->realizTable->item(row, 0));
+    onTableItemClicked(m_ui->realizTable->item(row, 0));
+}
+
 void RealizationPageBuilder::requestRefill()
 {
-    m_refillWanted = true;
     if (!m_refillTimer.isActive())
         m_refillTimer.start();
 }
 
 void RealizationPageBuilder::refillWhenIdle()
 {
-    if (!m_ui || !m_refillWanted)
+    if (!m_ui)
         return;
     if (isBusy()) {
         m_refillTimer.start();
         return;
     }
-    refill();
+    QElapsedTimer clock;
+    clock.start();
+    if (m_formatTree->isOutdated())
+        m_formatTree->sync(m_formatTabs->currentName());
+    m_sheet->refresh();
+    m_refillTimer.setInterval(qMax(refillPauseMs, int(clock.elapsed()) * refillsInPause));
 }
 
 bool RealizationPageBuilder::isDragging() const
@@ -443,23 +577,4 @@ bool RealizationPageBuilder::isBusy() const
     const QWidget *focus = QApplication::focusWidget();
     const auto *sheet = m_ui->propertyRealization->findChild<QAbstractItemView *>();
     return focus && sheet && focus != sheet && sheet->isAncestorOf(focus);
-}
-
-void RealizationPageBuilder::refill()
-{
-    m_refillWanted = false;
-    QElapsedTimer clock;
-    clock.start();
-    // The row that the sheet shows is made anew; the sheet stays.
-    const bool showsRow = m_formatTree->contains(m_currentItem) && m_currentItem->link() != m_currentItem;
-    const PointTreeWidgetItem *source = showsRow ? m_currentItem->link()->item() : nullptr;
-    const PointTreeWidgetItem *context
-        = m_formatTree->contains(m_contextItem) ? m_contextItem->link()->item() : nullptr;
-    m_formatTree->refill();
-    if (showsRow)
-        m_currentItem = m_formatTree->rowOf(source);
-    if (context)
-        m_contextItem = m_formatTree->rowOf(context);
-    clearSheetOfDead();
-    m_refillTimer.setInterval(qMax(refillPauseMs, int(clock.elapsed()) * refillsInPause));
 }

@@ -1,9 +1,7 @@
 #pragma once
 
-#include "propertybrowser/propertyitem.h"
 #include "surface/extpointwidgetbuilder.h"
 
-#include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -21,10 +19,15 @@ class QMenu;
 class QTableWidgetItem;
 class QTreeWidgetItem;
 class RecordTable;
+class SheetPane;
+struct ModelChange;
 
 /// Drives the realization page: the tree of all points of the product, the tabs of the formats with their tree, the
 /// table of the records of the point that was clicked last and the sheet of whatever was clicked last. What a sheet, a
 /// tree or a table is made of stands in files of its own; here is what happens when.
+///
+/// Whatever the user asks for first has the sheet commit what is being typed, which may change or destroy what was
+/// clicked; that is looked up anew after it. A change ends with finishChange(); no slot tells a view what to repaint.
 ///
 /// Created by the main widget without a parent and never deleted; it lets go of the form when the form dies. GUI
 /// thread.
@@ -75,28 +78,18 @@ public Q_SLOTS:
     void addMeta();
 
 private:
-    /// Whom an edit in the sheet is made for; the numbers are part of the page's behaviour.
-    enum PropertyMode { PointClicked = 0, FormatItem = 1, Record = 2 };
-
     void createKeys();
     void createMenus();
     void connectToManager();
     void openFormatMenu(QMenu *menu, const QPoint &globalPos);
-    void showRecordSheet(PointTreeWidgetItem *record);
-    /// The sheet of an "ExtData", which a click on its point shows.
-    void showHolderSheet(PointTreeWidgetItem *holder);
-    void showSheet(PointTreeWidgetItem *node, const QList<PropertyItem> &records);
-    /// The other page may have changed the points whose records are shown.
-    void showAfresh();
-    void disableSheet();
-    void clearSheetOfDead();
-    void editFormatItem(const QString &key, const QVariant &value);
-    void editRecord(const QString &key, const QVariant &value);
-    /// A root that went by @p oldNames has other names by now, or has gone and is null: its tab goes by the new name,
-    /// or goes with it unless something else fills it.
-    void followRoot(const QStringList &oldNames, PointTreeWidgetItem *root);
-    /// Own entries that name an entry as their "parent" keep naming it.
-    void followParents(const QVector<PointTreeWidgetItem *> &renamed, const QString &oldId, const QString &newId);
+    /// The end of whatever the user has changed: the views follow, and the document is marked.
+    void finishChange();
+    /// Has every view follow a change of the model, in an order in which each finds what it needs.
+    void follow(const ModelChange &change);
+    /// Goes to a row of the format tree, and shows its sheet. Null is allowed.
+    void showEntry(PointTreeWidgetItem *row);
+    /// The node whose sheet a click on the point shows; null without one.
+    [[nodiscard]] PointTreeWidgetItem *holderOf(PointTreeWidgetItem *point) const;
     [[nodiscard]] bool wouldLoseItsName(PointTreeWidgetItem *root, const QString &key, const QVariant &value) const;
     /// Has the tab filled again as soon as nobody is in the middle of something.
     void requestRefill();
@@ -104,8 +97,6 @@ private:
     [[nodiscard]] bool isDragging() const;
     [[nodiscard]] bool isBusy() const;
     [[nodiscard]] static bool isScanning();
-    void refill();
-    void afterFormatsChanged();
 
     Ui::ExtPointWidget *m_ui;
     /// The root of the tree: the available points, not the opened file's realization side.
@@ -117,11 +108,9 @@ private:
     std::unique_ptr<QMenu> m_tableMenu;
     QAction *m_deleteRecord = nullptr;
     QAction *m_editMeta = nullptr;
+    SheetPane *m_sheet = nullptr;
     QPointer<PointTreeWidgetItem> m_clickedPoint;
-    QPointer<PointTreeWidgetItem> m_currentItem; ///< what the sheet shows
-    QPointer<PointTreeWidgetItem> m_contextItem;
-    PropertyMode m_propertyMode = PointClicked;
+    QPointer<PointTreeWidgetItem> m_contextItem; ///< a row of the format tree, or a record
     bool m_menuOpen = false;
-    bool m_refillWanted = false;
     QTimer m_refillTimer;
 };

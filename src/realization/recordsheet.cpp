@@ -69,8 +69,13 @@ QList<PropertyItem> RecordSheet::withoutChildTypes(PointTreeWidgetItem *record)
     if (!record)
         return rows;
     const Definitions::Attributes declared = SheetRows::declared(record);
-    const PropertyHash properties = record->properties();
+    const PropertyHash properties = SheetRows::properties(record, declared);
     for (const PropertyHash::Entry &entry : properties)
         SheetRows::add(&rows, rowOf(record, entry.key, entry.value, declared));
+    // What has been declared since the defaults were stored is shown as well, and stored by the next click.
+    for (const QString &key : declared.keys) {
+        if (!properties.contains(key))
+            SheetRows::add(&rows, rowOf(record, key, declared.defaults.value(key), declared));
+    }
     return rows;
 }

@@ -6,7 +6,8 @@
 
 class PointTreeWidgetItem;
 
-/// The sheet of a record: a row for each of its own keys, in its order, "id" first. GUI thread.
+/// The sheet of a record: a row for each of its own keys, in its order, "id" first, then one for each declared
+/// attribute that it lacks. GUI thread.
 namespace RecordSheet {
 
 /// Stores the default of each declared attribute that @p record lacks; an empty value is not lacking. True when

@@ -1,6 +1,7 @@
 #include "recordtable.h"
 
 #include "model/controller.h"
+#include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
 #include "realizationicons.h"
 #include "recordcells.h"
@@ -9,6 +10,7 @@
 #include <QHeaderView>
 #include <QScopedValueRollback>
 #include <QScrollBar>
+#include <QSet>
 #include <QSignalBlocker>
 #include <QTableWidget>
 
@@ -81,6 +83,10 @@ RecordTable::RecordTable(QTableWidget *table, QObject *parent) : QObject(parent)
     if (!m_table)
         return;
     RecordCells::prepare(m_table);
+    connect(m_table, &QObject::destroyed, this, [this] {
+        m_records.clear();
+        m_dressed.clear();
+    });
     m_table->viewport()->installEventFilter(this);
     connect(m_table->horizontalHeader(), &QHeaderView::sectionResized, this,
         [this](int column, int /*oldWidth*/, int width) { noteWidth(column, width); });
@@ -127,58 +133,83 @@ void RecordTable::append(PointTreeWidgetItem *record)
     if (!m_table || !record || row(record) >= 0)
         return;
     const QuietChange quiet(m_table);
-    dropDead();
     const int last = m_records.size();
-    m_table->insertRow(last);
-    m_records.append(record);
-    m_dressed.append(true);
+    insertRow(last, record);
     fillRow(last, record, fixedKeys(m_table->columnCount() > columns(false).size()));
 }
 
-void RecordTable::removeRow(PointTreeWidgetItem *record)
+void RecordTable::follow(const ModelChange &change)
 {
     if (!m_table)
         return;
-    const QuietChange quiet(m_table);
-    const int index = record ? row(record) : -1;
-    if (index >= 0) {
-        m_table->removeRow(index);
-        m_records.removeAt(index);
-        m_dressed.removeAt(index);
+    const QPointer<PointTreeWidgetItem> current(record(m_table->currentRow()));
+    const bool selected = m_table->currentItem() && m_table->currentItem()->isSelected();
+    const bool moves = change.structure || change.touches(idKey);
+    {
+        const QuietChange quiet(m_table);
+        if (change.definitions && !columnsFit()) {
+            showRecords(m_point);
+        } else if (change.definitions || moves) {
+            arrange(Controller::instance()->ownRealizations().recordsOf(m_point));
+        }
+        for (const ModelChange::Edit &edit : change.edits) {
+            const int edited = edit.node ? row(edit.node) : -1;
+            if (edited >= 0)
+                fillRow(edited, edit.node, m_keys);
+        }
+        if (moves) {
+            for (int i = 0; i < m_records.size(); ++i)
+                fillUses(i, m_records.at(i), m_keys);
+        }
+        // What QTableWidget made current in place of a row that has gone is none that somebody has gone to.
+        const int index = current ? row(current) : -1;
+        if (index < 0)
+            m_table->setCurrentCell(-1, -1);
+        else if (index != m_table->currentRow())
+            m_table->setCurrentCell(index, 0,
+                selected ? QItemSelectionModel::SelectCurrent | QItemSelectionModel::Rows
+                         : QItemSelectionModel::NoUpdate);
     }
-    dropDead();
     dressRowsInSight();
 }
 
-void RecordTable::refreshRow(PointTreeWidgetItem *record)
+bool RecordTable::columnsFit() const
 {
-    if (!m_table)
-        return;
-    const QuietChange quiet(m_table);
-    dropDead();
-    if (record && row(record) >= 0)
-        fillRow(row(record), record, m_keys);
+    const bool withFormats = m_point && Controller::instance()->pointHasFormat(m_point);
+    return columns(withFormats).size() == m_table->columnCount()
+        && m_keys == (m_point ? keysOf(m_point, withFormats) : fixedKeys(withFormats));
 }
 
-void RecordTable::refreshUses()
+void RecordTable::arrange(const QVector<PointTreeWidgetItem *> &records)
 {
-    if (!m_table)
-        return;
-    const QuietChange quiet(m_table);
-    dropDead();
-    for (int i = 0; i < m_records.size(); ++i)
-        fillUses(i, m_records.at(i), m_keys);
+    const QSet<const PointTreeWidgetItem *> wanted(records.cbegin(), records.cend());
+    for (int i = m_records.size() - 1; i >= 0; --i) {
+        if (!m_records.at(i) || !wanted.contains(m_records.at(i)))
+            removeRow(i);
+    }
+    for (int i = 0; i < records.size(); ++i) {
+        if (record(i) == records.at(i))
+            continue;
+        const int old = row(records.at(i));
+        if (old >= 0)
+            removeRow(old);
+        insertRow(i, records.at(i));
+        fillRow(i, records.at(i), m_keys);
+    }
 }
 
-void RecordTable::select(PointTreeWidgetItem *record)
+void RecordTable::insertRow(int row, PointTreeWidgetItem *record)
 {
-    if (!m_table)
-        return;
-    const QSignalBlocker blocker(m_table);
-    const int index = record ? row(record) : -1;
-    // The row is scrolled to when it becomes current, as far as the scroll bar knows of rows that have just come.
-    m_table->doItemsLayout();
-    m_table->setCurrentCell(index, 0);
+    m_table->insertRow(row);
+    m_records.insert(row, record);
+    m_dressed.insert(row, true);
+}
+
+void RecordTable::removeRow(int row)
+{
+    m_table->removeRow(row);
+    m_records.removeAt(row);
+    m_dressed.removeAt(row);
 }
 
 int RecordTable::row(const PointTreeWidgetItem *record) const
@@ -238,8 +269,8 @@ void RecordTable::fillRow(int row, PointTreeWidgetItem *record, const QStringLis
         const QString &key = keys.at(column);
         const QString text = key.isEmpty() ? labelOf(record) : valueOf(record, key);
         const bool isId = column == 0;
-        RecordCells::setText(
-            m_table, row, column, text, isId ? tr("%1\nPlug-in: %2").arg(id, record->pluginId()) : text);
+        RecordCells::setText(m_table, row, column, text,
+            isId ? tr("%1\nPlug-in: %2").arg(id, Controller::instance()->pluginId()) : text);
         if (key == iconKey && m_dressed.at(row))
             RecordCells::setIcon(
                 m_table, row, column, RealizationIcons::icon(text, record->basePath()), tr("Icon of %1").arg(id));
@@ -252,7 +283,7 @@ void RecordTable::fillUses(int row, PointTreeWidgetItem *record, const QStringLi
     if (!keys.contains(usedKey) && !keys.contains(formatKey))
         return;
     const QString id = valueOf(record, idKey);
-    const int uses = Controller::instance()->ownRealizations().references(id);
+    const int uses = Controller::instance()->ownRealizations().references(id).size();
     const QString said = tr("Places in formats: %1").arg(uses);
     for (int column = 0; column < keys.size(); ++column) {
         if (keys.at(column) == usedKey)
@@ -276,17 +307,6 @@ void RecordTable::dressRowsInSight()
         const QuietChange quiet(m_table);
         m_dressed[row] = true;
         fillRow(row, m_records.at(row), m_keys);
-    }
-}
-
-void RecordTable::dropDead()
-{
-    for (int i = m_records.size() - 1; i >= 0; --i) {
-        if (m_records.at(i))
-            continue;
-        m_table->removeRow(i);
-        m_records.removeAt(i);
-        m_dressed.removeAt(i);
     }
 }
 

@@ -9,14 +9,14 @@
 
 class PointTreeWidgetItem;
 class QTableWidget;
+struct ModelChange;
 
 /// The records of one point or sub point in the table of the realization page, a row each. Owned by the page builder;
 /// the table is the form's and may die first. GUI thread.
 ///
 /// A row that was filled or refreshed shows in "displayLabel" and "displayIcon" the values of the keys that the point
 /// names with its properties of the same names; one that was appended, or whose point names none, shows "text", else
-/// "title", and the picture that "icon" names. A record that is destroyed has no row any more after the next change or
-/// refresh.
+/// "title", and the picture that "icon" names.
 class RecordTable final : public QObject
 {
     Q_OBJECT
@@ -36,16 +36,10 @@ public:
 
     /// Adds a row for @p record at the end, with the columns shown now. Does nothing for null and when it has a row.
     void append(PointTreeWidgetItem *record);
-    void removeRow(PointTreeWidgetItem *record);
 
-    /// Shows every cell of the record anew, as showRecords() does.
-    void refreshRow(PointTreeWidgetItem *record);
-    /// Counts the references of all records anew.
-    void refreshUses();
-
-    /// Makes the record's row the current one and scrolls to it, without a signal of the table; null and a record
-    /// without a row leave no row current.
-    void select(PointTreeWidgetItem *record);
+    /// Brings the table into line with the model after a change. The row that is current stays so, as long as it has
+    /// its record.
+    void follow(const ModelChange &change);
 
     /// -1 for a record without a row.
     [[nodiscard]] int row(const PointTreeWidgetItem *record) const;
@@ -61,10 +55,15 @@ protected:
 
 private:
     void resetColumns(bool withFormats);
+    /// Whether the columns, and what they show, are those of the point as it is now.
+    [[nodiscard]] bool columnsFit() const;
+    /// Takes out and adds rows until they are these records, in this order.
+    void arrange(const QVector<PointTreeWidgetItem *> &records);
+    void insertRow(int row, PointTreeWidgetItem *record);
+    void removeRow(int row);
     /// @p keys has the key shown in each column, empty for the label by the fixed rule.
     void fillRow(int row, PointTreeWidgetItem *record, const QStringList &keys);
     void fillUses(int row, PointTreeWidgetItem *record, const QStringList &keys);
-    void dropDead();
     /// Gives the rows that can be seen their buttons and boxes.
     void dressRowsInSight();
     void layOutColumns();

@@ -1,11 +1,14 @@
 #include "sheetrows.h"
 
 #include "attributetypes.h"
+#include "extensionfile/names.h"
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
 #include "propertybrowser/propertykeys.h"
 
 #include <QStringList>
+
+#include <algorithm>
 
 namespace {
 
@@ -35,23 +38,32 @@ bool isNumber(const QString &text)
 bool isMask(const QString &key, const QString &value, const Definitions::Attributes &declared)
 {
     const QString written = value.isEmpty() ? declared.defaults.value(key).toString() : value;
-    return isNumber(written) && !declared.options.value(key).contains(written);
+    const QStringList flags = declared.options.value(key);
+    return !flags.isEmpty() && isNumber(written) && !flags.contains(written);
 }
 
 } // namespace
 
-Definitions::Attributes SheetRows::declared(PointTreeWidgetItem *node)
+Definitions::Attributes SheetRows::declared(const PointTreeWidgetItem *node)
 {
     Definitions::Attributes declared;
-    if (!node || !Controller::instance()->attributeDefinitions(node, &declared))
-        return {};
-    declared.keys.removeAll(QString());
-    // Asking for a value under its declared name gives the key this form, in what is saved as well.
-    for (PointObject *object = node; object; object = object->link() == object ? nullptr : object->link()) {
-        for (const QString &key : qAsConst(declared.keys))
-            (void)object->property(key);
-    }
+    if (node)
+        (void)Controller::instance()->attributeDefinitions(node, &declared);
+    declared.keys.erase(std::remove_if(declared.keys.begin(), declared.keys.end(),
+                            [](const QString &key) { return !ExtensionFile::isValidAttributeName(key); }),
+        declared.keys.end());
     return declared;
+}
+
+PropertyHash SheetRows::properties(const PointTreeWidgetItem *node, const Definitions::Attributes &declared)
+{
+    PropertyHash properties = node->properties();
+    for (const QString &key : declared.keys) {
+        const QString lowered = key.toLower();
+        if (properties.value(key).isNull() && !properties.value(lowered).isNull())
+            properties.rename(lowered, key);
+    }
+    return properties;
 }
 
 PropertyItem SheetRows::row(const QString &key, const QVariant &value, const Definitions::Attributes &declared)
@@ -60,6 +72,13 @@ PropertyItem SheetRows::row(const QString &key, const QVariant &value, const Def
     PropertyItem row(type, key, key, value);
     if (type == PropertyType::Flag && isMask(key, value.toString(), declared))
         row.setVal(value.toInt());
+    if (type == PropertyType::Int || type == PropertyType::Float) {
+        for (const auto &bound : { qMakePair(PropertyKey::Min, declared.minima.value(key)),
+                 qMakePair(PropertyKey::Max, declared.maxima.value(key)) }) {
+            if (bound.second.isValid())
+                row.setData(bound.first, bound.second);
+        }
+    }
     return row;
 }
 

@@ -124,7 +124,9 @@ void tst_E2eRealizationDefinitions::pointIsMadeUsedAndDeleted()
     EVENTUALLY(workbench.tree(definitionTree).size(), 2);
     STEP(*m_desk, realizationPage());
     EVENTUALLY(m_desk->points().filter(s("SubPoint")), QStringList());
-    // Its point is the current row now.
+    // Deleting it has gone to nothing else there.
+    EVENTUALLY(m_desk->records(), QStringList());
+    STEP(*m_desk, click(RealizationDesk::point({ s("own"), s("Figures") })));
     EVENTUALLY(m_desk->records(), (QStringList { s("own.shapes# |  | "), s("own.corner# |  | ") }));
     STEP(*m_desk, click(RealizationDesk::record(0)));
     QVERIFY2(deletePoint({ 0, 0 }), qPrintable(m_desk->problem()));

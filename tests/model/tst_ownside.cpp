@@ -2,13 +2,16 @@
 // the changes that keep the indexes true.
 
 #include "model/controller.h"
-#include "model/definitionmirror.h"
 #include "model/generatedid.h"
 #include "model/sourcedatamanager.h"
 #include "modeltesting.h"
 
+#include <QFileInfo>
+#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTest>
+
+#include <unistd.h>
 
 using ModelTesting::Product;
 using Node = PointTreeWidgetItem;
@@ -45,7 +48,7 @@ const char ownFile[] = R"(<P id="own"><ExtPointSet>
 class Model final
 {
 public:
-    explicit Model(const char *own, const QVector<QPair<QString, QByteArray>> &siblings = {}, bool scan = true)
+    explicit Model(const QByteArray &own, const QVector<QPair<QString, QByteArray>> &siblings = {}, bool scan = true)
     {
         for (const auto &sibling : siblings)
             m_product.add(sibling.first, sibling.second);
@@ -76,6 +79,109 @@ private:
     Product m_product;
 };
 
+/// A file with points wherever an element can stand, and attributes that say the same in several ways.
+class RandomFile final
+{
+public:
+    explicit RandomFile(QRandomGenerator *random) : m_random(random) { }
+
+    QByteArray bytes()
+    {
+        QByteArray sets;
+        for (int i = 1 + int(m_random->bounded(2)); i > 0; --i)
+            sets += "<ExtPointSet" + attributes() + ">" + elements(0) + "</ExtPointSet>";
+        return "<Plugin id='plug'" + QByteArray(m_random->bounded(3) ? "" : " filename='f'") + ">" + sets + "</Plugin>";
+    }
+
+    static QString tag(QRandomGenerator *random)
+    {
+        static const char *const tags[]
+            = { "ExtPoint", "SubExtPoint", "extpoint", "subExtPoint", "String", "x", "Data" };
+        return s(tags[random->bounded(7)]);
+    }
+    static QString text(QRandomGenerator *random)
+    {
+        static const char *const texts[] = { "", "a", "A", "b.c", "true", "false", "0", "a|b" };
+        return s(texts[random->bounded(8)]);
+    }
+
+private:
+    QByteArray attributes()
+    {
+        QByteArray written;
+        for (const char *name : { "id", "key", "name", "hasformat", "childtype", "trans" }) {
+            if (m_random->bounded(3) == 0)
+                written += QByteArray(" ") + name + "='" + text(m_random).toUtf8() + "'";
+        }
+        return written;
+    }
+    QByteArray elements(int depth)
+    {
+        QByteArray written;
+        for (int i = int(m_random->bounded(depth == 0 ? 5 : 3)); i > 0 && depth < 5; --i) {
+            const QByteArray name = tag(m_random).toUtf8();
+            written += "<" + name + attributes() + ">" + elements(depth + 1) + "</" + name + ">";
+        }
+        return written;
+    }
+
+    QRandomGenerator *m_random;
+};
+
+void collect(Node *node, QVector<Node *> *nodes)
+{
+    nodes->append(node);
+    for (PointObject *child : node->children())
+        collect(child->item(), nodes);
+}
+
+void describe(const Node *node, int depth, QStringList *lines)
+{
+    QStringList properties;
+    for (const PropertyHash::Entry &entry : node->properties())
+        properties.append(entry.key + QLatin1Char('=') + entry.value.toString());
+    properties.sort();
+    lines->append(QString(depth, QLatin1Char(' '))
+        + QStringList { node->kind(), node->text(0), node->pluginId(), node->pointId(), node->basePath(),
+            node->hasFormat() ? s("formats") : QString(), properties.join(QLatin1Char(';')) }
+              .join(QLatin1Char('|')));
+    for (PointObject *child : node->children())
+        describe(child->item(), depth + 1, lines);
+}
+
+/// All that the realization page has for the points of one plug-in: nodes, rows, and what the point index answers.
+QStringList offeredBy(const Model &model, const QByteArray &plugin)
+{
+    QStringList lines;
+    for (PointObject *set : model.manager.availablePointsRoot()->children()) {
+        if (set->property(s("id")).toString() != QString::fromUtf8(plugin))
+            continue;
+        describe(set->item(), 0, &lines);
+        lines += ModelTesting::rows(set->item());
+    }
+    const NodeIndex &index = model.manager.indexes()[NodeIndexes::Points];
+    const QStringList keys = index.sortedKeys();
+    for (const QString &key : keys) {
+        lines.append(s("under ") + key);
+        for (Node *node : index.nodes(key)) {
+            describe(node, 1, &lines);
+            lines.append(model.manager.childTypes(key, node->pointId()).join(QLatin1Char(',')));
+            lines.append(model.manager.pointHasFormat(node) ? s("has formats") : s("has none"));
+        }
+    }
+    return lines;
+}
+
+/// Empty when there is none.
+QString firstDifference(const QStringList &left, const QStringList &right)
+{
+    for (int i = 0; i < qMax(left.size(), right.size()); ++i) {
+        if (left.value(i) != right.value(i))
+            return s("%1\n< %2\n> %3").arg(left.value(i - 1), left.value(i, s("(end)")), right.value(i, s("(end)")));
+    }
+    return {};
+}
+
 } // namespace
 
 class TestOwnSide : public QObject
@@ -84,7 +190,9 @@ class TestOwnSide : public QObject
 
 private Q_SLOTS:
     void pointsAreOfferedBeforeTheScan();
-    void changesReachWhatIsOffered();
+    void ownEqualsSibling();
+    void changedOwnEqualsSibling();
+    void linkedDirectoryIsNobodyElse();
     void ownPluginKeepsItsPlaceInTheListing();
     void queries_data();
     void queries();
@@ -118,37 +226,74 @@ void TestOwnSide::pointsAreOfferedBeforeTheScan()
     QCOMPARE(ModelTesting::rows(manager.availablePointsRoot()), (QStringList { s("own"), s("  Point"), s("    Sub") }));
 }
 
-void TestOwnSide::changesReachWhatIsOffered()
+void TestOwnSide::ownEqualsSibling()
 {
-    Model model(ownFile);
-    Node *loaded = model.manager.definitionRoot()->children().first()->children().first()->item();
-    Node *offered = model.offered(s("own.p"));
-    QVERIFY(offered && offered != loaded);
+    QRandomGenerator random(11);
+    for (int round = 0; round < 400; ++round) {
+        const QByteArray file = RandomFile(&random).bytes();
+        // The first reading of the opened file lowers the names of attributes, and of "type" nothing is written back.
+        const Model opened(file, {}, round % 2 == 0);
+        const Model beside("<P id='nobody'/>", { { s("sibling"), file } });
+        const QString differs = firstDifference(offeredBy(opened, "plug"), offeredBy(beside, "plug"));
+        QVERIFY2(differs.isEmpty(), qPrintable(differs + QLatin1Char('\n') + QString::fromUtf8(file)));
+    }
+}
 
-    loaded->setText(0, s("Renamed"));
-    QCOMPARE(offered->text(0), s("Renamed"));
-    loaded->setProperty(s("hasformat"), s("false"));
-    QVERIFY(!model.manager.pointHasFormat(offered));
-    // An attribute changed, an entry added to it, an attribute added.
-    loaded->children().at(0)->setProperty(s("value"), s("Bye"));
-    auto *entry = ModelTesting::node(s("Data"), { { s("text"), s("b") } });
-    loaded->children().at(1)->addChild(entry, true);
-    loaded->addChild(ModelTesting::node(s("Int"), { { s("key"), s("size") }, { s("value"), s("3") } }), true);
-    Definitions::Attributes attributes;
-    Node *record = model.at({ 0, 0, 0 });
-    QVERIFY(model.manager.attributeDefinitions(record, &attributes));
-    QCOMPARE(attributes.keys, (QStringList { s("text"), s("mode"), s("size") }));
-    QCOMPARE(attributes.defaults.value(s("text")).toString(), s("Bye"));
-    QCOMPARE(attributes.options.value(s("mode")), (QStringList { s("a"), s("b") }));
-    // Deleted with its counterpart, as the definition page does it.
-    Node *mode = loaded->children().at(1)->item();
-    loaded->detachChild(mode);
-    mode->unlink();
-    Node::destroySubtree(mode);
-    QCOMPARE(offered->children().size(), 3);
-    loaded->unlink();
-    QVERIFY(!model.offered(s("own.p")) && model.manager.definition(s("menu")) == nullptr);
-    QCOMPARE(ModelTesting::rows(model.manager.availablePointsRoot()), QStringList { s("own") });
+/// After random changes of the definition side, what is offered is what a sibling with the same file would offer.
+void TestOwnSide::changedOwnEqualsSibling()
+{
+    QRandomGenerator random(12);
+    const QStringList keys { s("id"), s("key"), s("name"), s("hasformat"), s("childtype"), s("value") };
+    for (int round = 0; round < 200; ++round) {
+        Model opened(RandomFile(&random).bytes(), {}, round % 2 == 0);
+        PointTreeWidgetItem *root = opened.manager.definitionRoot();
+        for (int step = 0; step < 12; ++step) {
+            QVector<Node *> nodes;
+            collect(root, &nodes);
+            Node *node = nodes.at(int(random.bounded(nodes.size())));
+            switch (random.bounded(node == root ? 1 : 6)) {
+            case 0:
+            case 1:
+                node->setProperty(keys.at(int(random.bounded(keys.size()))), RandomFile::text(&random));
+                break;
+            case 2:
+                if (node->parentItem() != root)
+                    Node::destroySubtree(node);
+                break;
+            case 3:
+                // The type of an attribute; a point stays a point.
+                if (node->parentItem() != root && !node->kind().contains(s("Point"), Qt::CaseInsensitive))
+                    node->setKind(random.bounded(2) ? s("String") : s("Int"));
+                break;
+            default:
+                node->addChild(ModelTesting::node(RandomFile::tag(&random),
+                                   { { s("key"), RandomFile::text(&random) }, { s("id"), RandomFile::text(&random) } }),
+                    random.bounded(2) == 0);
+            }
+        }
+        const QByteArray bytes = opened.manager.serialized();
+        const QByteArray plugin = root->property(s("id")).toString().toUtf8();
+        const Model beside("<P id='nobody'/>", { { s("sibling"), bytes } });
+        const QString differs = firstDifference(offeredBy(opened, plugin), offeredBy(beside, plugin));
+        QVERIFY2(differs.isEmpty(), qPrintable(s("round %1: ").arg(round) + differs));
+    }
+}
+
+void TestOwnSide::linkedDirectoryIsNobodyElse()
+{
+    Model model(ownFile, {}, false);
+    const QDir plugins = QFileInfo(model.path).dir().filePath(s(".."));
+    // Opened through a link, the directory itself is read as well; and a hard link is the same file, too.
+    QVERIFY(QFile::link(QFileInfo(model.path).path(), plugins.filePath(s("link"))));
+    QVERIFY(plugins.mkdir(s("hard")));
+    QCOMPARE(::link(QFile::encodeName(model.path), QFile::encodeName(plugins.filePath(s("hard/extension.xml")))), 0);
+    const QString path = plugins.filePath(s("link/extension.xml"));
+    QVERIFY(model.manager.load(path));
+    model.manager.startScan(path);
+    model.manager.completeScan();
+    QCOMPARE(ModelTesting::rows(model.manager.availablePointsRoot()),
+        (QStringList { s("own"), s("  Point"), s("    Sub") }));
+    QVERIFY(model.manager.allDataRoot()->children().isEmpty());
 }
 
 void TestOwnSide::ownPluginKeepsItsPlaceInTheListing()
@@ -179,7 +324,7 @@ void TestOwnSide::queries_data()
     row("a sub point's are those of its kind", "records", "menu", { s("Menu#m1") });
     row("holders of a point, in document order", "holders", "own.p", { s("ExtData#own.p"), s("ExtData#own.p") });
     row("a record is no holder", "holders", "r1", {});
-    row("formats of a target, in document order", "formats", "t", { s("Format@t"), s("format@t") });
+    row("formats of a target, what a drop has recorded last", "formats", "t", { s("format@t"), s("Format@t") });
     row("a format without target goes by its id", "formats", "byid", { s("format#byid") });
     row("a layout goes by its id", "formats", "lay", { s("Layout#lay") });
     row("no name, no format", "formats", "", {});
@@ -216,17 +361,16 @@ void TestOwnSide::references()
         { { s("a"),
             "<P id=\"a\"><ExtDataSet><ExtData id=\"z\"><r id=\"r1\"/><Format target=\"t\"><e id=\"r1\"/>"
             "</Format></ExtData></ExtDataSet></P>" } });
-    // Two in the own formats, one at the sibling's; the records of both files are none.
-    QCOMPARE(model.own().references(s("r1")), 3);
+    // Two in the own formats; neither records nor what siblings have.
+    QCOMPARE(names(model.own().references(s("r1"))), (QStringList { s("action#r1"), s("area#r1") }));
     QCOMPARE(model.own().record(s("r1")), model.at({ 0, 0, 0 }));
     QVERIFY(model.own().isForeign(model.manager.siblingFormatOfTarget(s("t"))));
     QVERIFY(model.own().isOwn(model.at({ 0, 0, 2 })) && !model.own().isForeign(model.at({ 0, 0, 2 })));
     Node copy(*model.at({ 0, 0, 2 }));
     QVERIFY(model.own().isOwn(&copy));
-    Node *deleted = model.at({ 0, 0, 2, 0 });
-    model.manager.destroyRealization(deleted);
-    QCOMPARE(model.own().references(s("r1")), 2);
-    QCOMPARE(OwnRealizations().references(s("r1")), 0);
+    model.manager.destroyRealization(model.at({ 0, 0, 2, 0 }));
+    QCOMPARE(names(model.own().references(s("r1"))), QStringList { s("area#r1") });
+    QVERIFY(OwnRealizations().references(s("r1")).isEmpty());
     QVERIFY(OwnRealizations().formats(s("t")).isEmpty() && !OwnRealizations().isForeign(&copy));
 }
 
@@ -239,7 +383,12 @@ void TestOwnSide::realizedKind_data()
     QTest::newRow("the declared key") << PropertyHash { { s("id"), s("a.b") } } << s("x") << s("x");
     QTest::newRow("the last segment") << PropertyHash { { s("id"), s("a.b.command") } } << QString() << s("command");
     QTest::newRow("a point at the end") << PropertyHash { { s("id"), s("a.b.") } } << QString() << s("b");
-    QTest::newRow("one segment") << PropertyHash { { s("id"), s("1234") } } << QString() << s("1234");
+    QTest::newRow("what begins with a digit") << PropertyHash { { s("id"), s("a.2nd") } } << QString() << s("_2nd");
+    QTest::newRow("a number") << PropertyHash { { s("id"), s("1795325224") } } << QString() << s("_1795325224");
+    QTest::newRow("no letters of a name") << PropertyHash { { s("key"), s("my key/<") } } << QString() << s("my_key__");
+    QTest::newRow("more colons than the parser takes")
+        << PropertyHash { { s("key"), s("a:b:c") } } << QString() << s("a_b_c");
+    QTest::newRow("nothing at all") << PropertyHash {} << QString() << s("_");
 }
 
 void TestOwnSide::realizedKind()
@@ -284,18 +433,23 @@ void TestOwnSide::idsFollowInTheIndexes()
 void TestOwnSide::destroyedFormatGivesItsTargetBack()
 {
     Model model(ownFile);
-    Node *first = model.at({ 0, 0, 2 });
-    Node *last = model.at({ 1, 0, 1 });
-    QCOMPARE(model.manager.formatOfTarget(s("t")), last);
-    model.manager.setRealizationProperty(last, s("target"), s("u"));
-    QCOMPARE(model.manager.formatOfTarget(s("u")), last);
-    QCOMPARE(model.manager.formatOfTarget(s("t")), first);
-    model.manager.setRealizationProperty(last, s("target"), s("t"));
-    QCOMPARE(model.manager.formatOfTarget(s("t")), last);
-    model.manager.destroyRealization(last);
-    QCOMPARE(model.manager.formatOfTarget(s("t")), first);
-    model.manager.destroyRealization(first);
-    QCOMPARE(model.manager.formatOfTarget(s("t")), nullptr);
+    Node *recorded = model.at({ 0, 0, 2 });
+    Node *made = model.at({ 1, 0, 1 });
+    const auto holds = [&](Node *of, const char *target) { return model.manager.formatOfTarget(s(target)) == of; };
+    QVERIFY(holds(made, "t"));
+    model.manager.setRealizationProperty(made, s("target"), s("u"));
+    QVERIFY(holds(made, "u") && holds(recorded, "t"));
+    model.manager.setRealizationProperty(made, s("target"), s("t"));
+    QVERIFY(holds(made, "t") && holds(nullptr, "u"));
+    // Without a target the id stands for it; with neither it has no place.
+    model.manager.setRealizationProperty(made, s("target"), QString());
+    QVERIFY(holds(recorded, "t") && holds(nullptr, ""));
+    model.manager.setRealizationProperty(made, s("id"), s("t"));
+    QVERIFY(holds(made, "t"));
+    model.manager.destroyRealization(made);
+    QVERIFY(holds(recorded, "t"));
+    model.manager.destroyRealization(recorded);
+    QVERIFY(holds(nullptr, "t"));
 }
 
 void TestOwnSide::insertionKeepsOrderInListAndRows()
@@ -345,7 +499,6 @@ void TestOwnSide::recordsFollowTheirPoint()
     Model model(ownFile);
     Node *loaded = model.manager.definitionRoot()->children().first()->children().first()->item();
     loaded->setProperty(s("id"), s("own.q"));
-    model.manager.rekeyDefinition(loaded, s("own.p"), s("own.q"));
     model.manager.followPointId(s("own.p"), s("own.q"));
     QCOMPARE(names(model.own().holders(s("own.q"))), (QStringList { s("ExtData#own.q"), s("ExtData#own.q") }));
     QCOMPARE(model.at({ 0, 0, 2, 0 })->pointId(), s("own.q"));

@@ -351,7 +351,7 @@ void TestReadWrite::openedNodeFields()
     QCOMPARE(describe(data->children().at(1)), QStringLiteral("FORMAT,q,plug,FORMAT,formatted"));
     QCOMPARE(describe(data->children().at(1)->children().first()), QStringLiteral("Menu,q,plug,Menu,formatted"));
 
-    QCOMPARE(manager.formatOfTarget(QStringLiteral("t"))->kind(), QStringLiteral("format"));
+    QCOMPARE(manager.formatOfTarget(QStringLiteral("t"))->kind(), QStringLiteral("FORMAT"));
     QCOMPARE(manager.layouts().size(), 1);
     QCOMPARE(manager.layouts().first()->kind(), QStringLiteral("LAYOUT"));
     QCOMPARE(manager.realizations().size(), 6);

@@ -131,7 +131,7 @@ void TestFormatTabs::sameTabs()
     tabs.formats.addFormatRoot(tabs.root(""));
     // It only labels the tab that there is.
     tabs.formats.addLayout(tabs.root("b", "Board"));
-    tabs.formats.addPluginFormats({ tabs.root("d", "Desk"), tabs.root("c") });
+    tabs.formats.sync({ tabs.root("d", "Desk"), tabs.root("c", "Plan") });
     for (int i = 0; i < 50; ++i)
         tabs.formats.addFormatRoot(tabs.root(qPrintable(s("n%1").arg(i, 2))));
     tabs.formats.setBatching(false);
@@ -151,21 +151,29 @@ void TestFormatTabs::sameTabs()
 void TestFormatTabs::comesInWhenAskedFor()
 {
     Tabs tabs(true);
-    for (const char *name : { "a", "b", "c" })
-        tabs.formats.addFormatRoot(tabs.root(name));
-    QVERIFY(!tabs.formats.rename(s("a"), s("b")));
-    QVERIFY(tabs.formats.rename(s("b"), s("x")));
-    QCOMPARE(tabs.shown(), (QStringList { s("a: a"), s("x: b"), s("c: c") }));
+    PointTreeWidgetItem *a = tabs.root("a");
+    PointTreeWidgetItem *b = tabs.root("b", "Board");
+    PointTreeWidgetItem *c = tabs.root("c");
+    QStringList gone;
+    connect(&tabs.formats, &FormatTabs::aboutToRemove, this, [&](QWidget *page) { gone.append(page->objectName()); });
+    tabs.formats.sync({ a, b, c });
+    // A renamed root keeps its tab, unless the name is taken: then its own goes.
+    b->setProperty(s("target"), s("x"));
+    c->setProperty(s("target"), s("a"));
+    tabs.formats.sync({ a, b, c }, { b, c });
+    QCOMPARE(tabs.shown(), (QStringList { s("a: a"), s("x: Board") }));
+    QCOMPARE(gone, QStringList { s("c") });
     PointTreeWidgetItem *layout = tabs.root("d", "Desk");
     tabs.formats.addLayout(layout);
     tabs.formats.addFormatRoot(tabs.root("e"));
-    tabs.formats.addFormatRoot(tabs.root("b"));
     tabs.formats.show(layout);
     QCOMPARE(tabs.formats.currentName(), s("d"));
-    tabs.formats.remove(s("c"));
-    tabs.formats.addFormatRoot(tabs.root("c"));
+    // An emptied label gives way to the name; the second root of a name takes over from the first.
+    b->setProperty(s("title"), QString());
+    c->setProperty(s("title"), s("Second"));
+    tabs.formats.sync({ b, c }, { b, c });
     tabs.formats.setBatching(false);
-    QCOMPARE(tabs.shown(), (QStringList { s("a: a"), s("x: b"), s("d: Desk"), s("e: e"), s("b: b"), s("c: c") }));
+    QCOMPARE(tabs.shown(), (QStringList { s("a: Second"), s("x: x"), s("d: Desk"), s("e: e") }));
     QCOMPARE(tabs.formats.currentName(), s("d"));
 }
 
@@ -199,8 +207,9 @@ void TestFormatTabs::measuresAnew()
 {
     Tabs tabs(false);
     QTabBar *bar = tabs.widget.tabBar();
-    tabs.formats.addFormatRoot(tabs.root("a"));
-    tabs.formats.addFormatRoot(tabs.root("b"));
+    PointTreeWidgetItem *first = tabs.root("a");
+    PointTreeWidgetItem *second = tabs.root("b");
+    tabs.formats.sync({ first, second });
     const int narrow = bar->tabRect(0).width();
     QCOMPARE(bar->tabRect(1).width(), narrow);
     tabs.widget.setTabText(1, s("a rather long label"));
@@ -217,8 +226,7 @@ void TestFormatTabs::measuresAnew()
     const int widest = bar->tabRect(1).width();
     QVERIFY(widest > wide * 3 / 2);
     // Where another tab was measured before.
-    tabs.formats.addFormatRoot(tabs.root("c"));
-    tabs.formats.remove(s("a"));
+    tabs.formats.sync({ second, tabs.root("c") });
     QCOMPARE(bar->tabRect(0).width(), widest);
     QVERIFY(bar->tabRect(1).width() < widest);
 }

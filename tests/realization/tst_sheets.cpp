@@ -236,14 +236,14 @@ void TestSheets::formatSheet()
 
 void TestSheets::formatEntriesOfRecords()
 {
-    // An own record goes before a sibling's of the same id; what no declaration knows is not taken over.
+    // An own record goes before a sibling's of the same id; all that the entry lacks is shown, declared or not.
     const QByteArray records("<k id='r' text='own' secret='x'/>");
     const QByteArray entries("<format target='t'><k id='r' size='9'/><k id='q'/></format>");
     OpenedProduct product(
         point("<String key='text' value='d'/><Int key='size' value='1'/><Bool key='on'/>") + data(entries + records),
         "<ExtDataSet><ExtData id='p'><k id='q' text='theirs'/><k id='r' text='theirs'/></ExtData></ExtDataSet>");
-    QCOMPARE(
-        lines(FormatSheet::of(product.reference("r"))).mid(1), list({ "size:3=9", "text:5=own /^.{0,25}$/", "on:2=" }));
+    QCOMPARE(lines(FormatSheet::of(product.reference("r"))).mid(1),
+        list({ "size:3=9", "text:5=own /^.{0,25}$/", "secret:5=x", "on:2=" }));
     QCOMPARE(lines(FormatSheet::of(product.reference("q"))).mid(1),
         list({ "text:5=theirs /^.{0,25}$/", "size:3=1", "on:2=" }));
 }

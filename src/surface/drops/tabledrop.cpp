@@ -42,7 +42,8 @@ PointTreeWidgetItem *dataForPoint(const PointTreeWidgetItem *point)
 
 bool TableDrop::takes(const PointTreeWidgetItem *dragged)
 {
-    return dragged && (dragged->isKind(QLatin1String("ExtPoint")) || dragged->isKind(QLatin1String("SubExtPoint")));
+    return dragged && (dragged->isKind(QLatin1String("ExtPoint")) || dragged->isKind(QLatin1String("SubExtPoint")))
+        && !OwnSlots::pointIdOf(dragged).isEmpty();
 }
 
 TableDrop::Outcome TableDrop::perform(PointTreeWidgetItem *dragged)

@@ -18,7 +18,8 @@ struct Outcome
     bool isSubPoint = false;
 };
 
-/// True for a point or a sub point. Null is allowed.
+/// True for a point or a sub point, unless nobody can say what a record would be for since it has no id. Null is
+/// allowed.
 [[nodiscard]] bool takes(const PointTreeWidgetItem *dragged);
 
 /// Makes nothing when takes() is false or there is no model.

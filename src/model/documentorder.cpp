@@ -1,0 +1,33 @@
+#include "documentorder.h"
+
+#include "pointtreewidgetitem.h"
+
+#include <QVector>
+
+namespace {
+
+/// From the top of the tree down to @p node.
+QVector<PointObject *> pathTo(const PointTreeWidgetItem *node)
+{
+    QVector<PointObject *> path;
+    for (auto *object = const_cast<PointTreeWidgetItem *>(node); object; object = object->parentItem())
+        path.prepend(object);
+    return path;
+}
+
+} // namespace
+
+bool comesBefore(const PointTreeWidgetItem *left, const PointTreeWidgetItem *right)
+{
+    const QVector<PointObject *> leftPath = pathTo(left);
+    const QVector<PointObject *> rightPath = pathTo(right);
+    int depth = 0;
+    while (depth < leftPath.size() && depth < rightPath.size() && leftPath.at(depth) == rightPath.at(depth))
+        ++depth;
+    if (depth == 0 || depth == rightPath.size())
+        return false;
+    if (depth == leftPath.size())
+        return true;
+    const QList<PointObject *> &children = leftPath.at(depth - 1)->children();
+    return children.indexOf(leftPath.at(depth)) < children.indexOf(rightPath.at(depth));
+}

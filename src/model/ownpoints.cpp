@@ -1,0 +1,240 @@
+#include "ownpoints.h"
+
+#include "documentorder.h"
+#include "modelchanges.h"
+#include "nodeindexes.h"
+#include "openedfilesink.h"
+#include "pointtreewidgetitem.h"
+#include "siblingsink.h"
+
+#include <QThread>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+const QString idKey = QStringLiteral("id");
+
+ExtensionFile::Attributes attributesOf(const PointTreeWidgetItem *node)
+{
+    ExtensionFile::Attributes attributes;
+    for (const PropertyHash::Entry &entry : node->properties())
+        attributes.append(ExtensionFile::Attribute { entry.key, entry.value.toString() });
+    return attributes;
+}
+
+/// Reads @p definition, as it stands in the model, into @p sink, and links it with everything under it to what came of
+/// it.
+void read(PointTreeWidgetItem *definition, SiblingSink *sink)
+{
+    sink->startElement(definition->kind(), attributesOf(definition), {});
+    definition->setLink(sink->current());
+    for (PointObject *child : definition->children())
+        read(child->item(), sink);
+    sink->endElement();
+}
+
+/// A set, which stands directly under the root, belongs to no point.
+void describeOwn(PointTreeWidgetItem *node, const QString &pluginId)
+{
+    const PointTreeWidgetItem *above = node->parentItem();
+    if (above && above->parentItem())
+        OpenedFileSink::describeDefinition(node, *above, pluginId);
+    for (PointObject *child : node->children())
+        describeOwn(child->item(), pluginId);
+}
+
+} // namespace
+
+OwnPoints::OwnPoints(NodeIndexes *indexes, ModelChanges *changes, std::function<void()> rootChanged)
+    : m_indexes(indexes), m_changes(changes), m_rootChanged(std::move(rootChanged))
+{ }
+
+OwnPoints::~OwnPoints()
+{
+    stop();
+}
+
+void OwnPoints::watch(PointTreeWidgetItem *definitions, PointTreeWidgetItem *points)
+{
+    m_definitions = definitions;
+    m_points = points;
+    m_definitions->setDefinitionSide();
+    m_definitions->setWatcher(this);
+}
+
+void OwnPoints::stop()
+{
+    if (m_definitions)
+        m_definitions->setWatcher(nullptr);
+}
+
+void OwnPoints::offerAll()
+{
+    for (PointObject *set : m_definitions->children())
+        offerSet(set->item());
+}
+
+void OwnPoints::takeBackAll()
+{
+    const QVector<OfferedSet> sets = std::exchange(m_sets, {});
+    for (const OfferedSet &offered : sets)
+        PointTreeWidgetItem::destroySubtree(offered.plugin);
+    m_placed = 0;
+}
+
+void OwnPoints::offer(PointTreeWidgetItem *definition, PointTreeWidgetItem *above)
+{
+    SiblingSink sink(QString(), m_points, nullptr, SiblingSink::EarlierFormats::Omit);
+    sink.resume(above);
+    read(definition, &sink);
+    deliver(sink.take(QThread::currentThread()).get());
+    m_changes->noteDefinitions();
+}
+
+void OwnPoints::offerSet(PointTreeWidgetItem *set)
+{
+    if (!m_points)
+        return;
+    SiblingSink sink(QString(), m_points, nullptr, SiblingSink::EarlierFormats::Omit);
+    sink.startElement(m_definitions->kind(), attributesOf(m_definitions), {});
+    sink.startElement(QStringLiteral("ExtPointSet"), {}, {});
+    m_sets.append(OfferedSet { set, sink.current() });
+    for (PointObject *child : set->children())
+        read(child->item(), &sink);
+    sink.endElement();
+    sink.endElement();
+    deliver(sink.take(QThread::currentThread()).get());
+}
+
+void OwnPoints::deliver(ScannedFile *file)
+{
+    while (!file->atEnd()) {
+        const Announcement announcement = *file->next();
+        if (announcement.kind == Announcement::DefinData) {
+            enter(announcement.key, announcement.node);
+        } else {
+            announcement.parent->QTreeWidgetItem::addChild(announcement.node);
+            announcement.parent->addChild(announcement.node, false);
+        }
+    }
+}
+
+void OwnPoints::enter(const QString &key, PointTreeWidgetItem *offered)
+{
+    if (key.isEmpty())
+        return;
+    m_indexes->insert(
+        NodeIndexes::Points, key, offered, [this](const PointTreeWidgetItem *left, const PointTreeWidgetItem *right) {
+            const bool leftOwn = isOwn(left);
+            const bool rightOwn = isOwn(right);
+            return leftOwn == rightOwn ? leftOwn && comesBefore(left, right) : leftOwn;
+        });
+}
+
+bool OwnPoints::isOwn(const PointTreeWidgetItem *offered) const
+{
+    const PointTreeWidgetItem *plugin = offered;
+    while (plugin->parentItem() && plugin->parentItem() != m_points)
+        plugin = plugin->parentItem();
+    return std::any_of(
+        m_sets.cbegin(), m_sets.cend(), [plugin](const OfferedSet &offeredSet) { return offeredSet.plugin == plugin; });
+}
+
+PointTreeWidgetItem *OwnPoints::offeredOf(PointTreeWidgetItem *node) const
+{
+    for (const OfferedSet &offered : m_sets) {
+        if (offered.set == node)
+            return offered.plugin;
+    }
+    return node->link() && node->link() != node ? node->link()->item() : nullptr;
+}
+
+void OwnPoints::childAdded(PointTreeWidgetItem *parent, PointTreeWidgetItem *child)
+{
+    describeOwn(child, m_definitions->properties().text(idKey));
+    if (parent == m_definitions)
+        offerSet(child);
+    else if (PointTreeWidgetItem *above = offeredOf(parent))
+        offer(child, above);
+    m_changes->noteDefinitions();
+}
+
+void OwnPoints::childRemoved(PointTreeWidgetItem *, PointTreeWidgetItem *child)
+{
+    for (int i = 0; i < m_sets.size(); ++i) {
+        if (m_sets.at(i).set == child) {
+            PointTreeWidgetItem::destroySubtree(m_sets.takeAt(i).plugin);
+            m_placed = qMin(m_placed, m_sets.size());
+            break;
+        }
+    }
+    // What it links to is the node that offers it, and all that is offered of what hangs under it goes with that.
+    child->unlink();
+    m_changes->noteDefinitions();
+}
+
+void OwnPoints::propertyChanged(PointTreeWidgetItem *node, const QString &key, const QVariant &old)
+{
+    m_changes->noteDefinitions();
+    if (node == m_definitions) {
+        followRoot();
+        return;
+    }
+    if (key == idKey)
+        describeOwn(node, m_definitions->properties().text(idKey));
+    // Of a set nothing is offered but its place.
+    if (node->link() == node || !node->link())
+        return;
+    PointTreeWidgetItem *offered = node->link()->item();
+    // The chain of links is written from this end, so that the offered node has the old value still.
+    PropertyHash now = node->properties();
+    PropertyHash before = now;
+    before.insert(key, old);
+    offered->showProperties(now);
+    const QString oldKey = SiblingSink::indexKey(offered->kind(), before);
+    const QString newKey = SiblingSink::indexKey(offered->kind(), now);
+    if (oldKey != newKey) {
+        m_indexes->remove(NodeIndexes::Points, oldKey, offered);
+        enter(newKey, offered);
+    }
+    describeOffered(offered);
+}
+
+void OwnPoints::kindChanged(PointTreeWidgetItem *node, const QString &old)
+{
+    m_changes->noteDefinitions();
+    if (node->link() == node || !node->link())
+        return;
+    PointTreeWidgetItem *offered = node->link()->item();
+    m_indexes->remove(NodeIndexes::Points, SiblingSink::indexKey(old, offered->properties()), offered);
+    offered->setKind(node->kind());
+    enter(SiblingSink::indexKey(offered->kind(), offered->properties()), offered);
+    describeOffered(offered);
+}
+
+void OwnPoints::describeOffered(PointTreeWidgetItem *offered)
+{
+    SiblingSink::describe(offered, offered->parentItem());
+    for (PointObject *child : offered->children())
+        describeOffered(child->item());
+}
+
+void OwnPoints::followRoot()
+{
+    const QString pluginId = m_definitions->properties().text(idKey);
+    m_definitions->setPluginId(pluginId);
+    for (PointObject *set : m_definitions->children())
+        describeOwn(set->item(), pluginId);
+    for (const OfferedSet &offered : qAsConst(m_sets)) {
+        if (!offered.plugin)
+            continue;
+        offered.plugin->showProperties(m_definitions->properties());
+        offered.plugin->QTreeWidgetItem::setText(0, pluginId);
+        offered.plugin->setPluginId(pluginId);
+        for (PointObject *child : offered.plugin->children())
+            describeOffered(child->item());
+    }
+    m_rootChanged();
+}

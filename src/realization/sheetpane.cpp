@@ -1,0 +1,95 @@
+#include "sheetpane.h"
+
+#include "formatsheet.h"
+#include "model/controller.h"
+#include "model/pointtreewidgetitem.h"
+#include "propertybrowser/treepropertybrowser.h"
+#include "recordsheet.h"
+
+#include <algorithm>
+
+namespace {
+
+/// The current one of a choice is put in front when the sheet is filled; that it moves on with a choice is no reason to
+/// fill the sheet again.
+PropertyItem withSortedOptions(PropertyItem item)
+{
+    QList<PropertyItem::OptionItem> options = item.options();
+    std::stable_sort(options.begin(), options.end(),
+        [](const PropertyItem::OptionItem &left, const PropertyItem::OptionItem &right) {
+            return left.value < right.value;
+        });
+    item.setOptionList({});
+    for (const PropertyItem::OptionItem &option : qAsConst(options))
+        item.addOption(option);
+    return item;
+}
+
+bool showTheSame(const PropertyItem &left, const PropertyItem &right)
+{
+    return withSortedOptions(left) == withSortedOptions(right);
+}
+
+} // namespace
+
+SheetPane::SheetPane(TreePropertyBrowser *sheet, QObject *parent) : QObject(parent), m_sheet(sheet)
+{
+    m_sheet->setEnabled(false);
+}
+
+void SheetPane::commit()
+{
+    if (m_sheet)
+        m_sheet->commitEditor();
+}
+
+void SheetPane::show(Subject subject, PointTreeWidgetItem *node)
+{
+    m_node = node;
+    m_subject = node ? subject : Subject::Nothing;
+    if ((m_subject == Subject::Holder || m_subject == Subject::Record) && RecordSheet::storeDefaults(node))
+        Controller::instance()->flushChanges();
+    showAfresh();
+}
+
+void SheetPane::showAfresh()
+{
+    if (!m_sheet)
+        return;
+    m_sheet->setEnabled(m_node);
+    m_sheet->showProperties(records());
+}
+
+void SheetPane::refresh()
+{
+    if (!m_sheet)
+        return;
+    const QList<PropertyItem> shown = m_sheet->properties();
+    const QList<PropertyItem> wanted = records();
+    if (!std::equal(shown.cbegin(), shown.cend(), wanted.cbegin(), wanted.cend(), showTheSame)
+        || m_sheet->isEnabled() != !m_node.isNull())
+        showAfresh();
+}
+
+void SheetPane::openEditor(const QStringList &keys)
+{
+    for (const QString &key : keys) {
+        if (m_sheet && m_sheet->isEnabled() && m_sheet->openEditor(key))
+            return;
+    }
+}
+
+QList<PropertyItem> SheetPane::records() const
+{
+    switch (subject()) {
+    case Subject::Holder:
+        return RecordSheet::withoutChildTypes(m_node);
+    case Subject::Record:
+        return RecordSheet::of(m_node);
+    case Subject::Entry:
+        return FormatSheet::of(m_node);
+    case Subject::Nothing:
+        break;
+    }
+    return {};
+}
