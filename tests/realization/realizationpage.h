@@ -52,6 +52,8 @@ public:
         write(s("own"), "own", sets);
         open(scan);
     }
+    /// The product of @p other, opened a second time with @p bytes in place of the file.
+    Page(const Page &other, const QByteArray &bytes) : m_directory(other.m_directory) { open(true, &bytes); }
     Page(const Page &) = delete;
     Page &operator=(const Page &) = delete;
 
@@ -66,7 +68,7 @@ public:
 
     [[nodiscard]] QString path(const QString &plugin = s("own")) const
     {
-        return m_directory.path() + s("/plugins/") + plugin + s("/extension.xml");
+        return m_directory->path() + s("/plugins/") + plugin + s("/extension.xml");
     }
     QByteArray save() const
     {
@@ -200,20 +202,20 @@ public:
 private:
     void write(const QString &plugin, const char *id, const QByteArray &sets) const
     {
-        QDir().mkpath(m_directory.path() + s("/plugins/") + plugin);
+        QDir().mkpath(m_directory->path() + s("/plugins/") + plugin);
         QFile file(path(plugin));
         if (!file.open(QIODevice::WriteOnly)
             || file.write("<Plugin id=\"" + QByteArray(id) + "\">" + sets + "</Plugin>") < 0)
             qFatal("no file");
     }
-    void open(bool scan)
+    void open(bool scan, const QByteArray *bytes = nullptr)
     {
         manager = std::make_unique<SourceDataManager>();
         Controller::instance()->setSourceDataManager(manager.get());
         widget = std::make_unique<ExtPointWidget>();
         QObject::connect(
             widget.get(), &ExtPointWidget::modified, widget.get(), [this](bool flag) { modified += flag ? 1 : 1000; });
-        if (!manager->load(path()))
+        if (!(bytes ? manager->load(path(), *bytes) : manager->load(path())))
             qFatal("not loaded");
         widget->reloadPages();
         if (scan) {
@@ -253,7 +255,7 @@ private:
     }
     [[nodiscard]] QString cellText(int line, int column) const;
 
-    QTemporaryDir m_directory;
+    std::shared_ptr<QTemporaryDir> m_directory = std::make_shared<QTemporaryDir>();
 };
 
 } // namespace RealizationTesting

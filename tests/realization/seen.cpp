@@ -1,0 +1,289 @@
+#include "seen.h"
+
+#include "definition/defintionpagebuilder.h"
+#include "realization/recordtable.h"
+#include "realization/sheetpane.h"
+#include "realizationpage.h"
+
+#include <QSignalBlocker>
+#include <QTableWidget>
+#include <QToolButton>
+#include <QTreeWidgetItemIterator>
+
+#include <algorithm>
+
+using Node = PointTreeWidgetItem;
+
+namespace {
+
+using RealizationTesting::Page;
+using RealizationTesting::s;
+
+QString line(const QStringList &words)
+{
+    return words.join(QLatin1Char('|')).replace(QLatin1Char('\n'), QLatin1String("\\n"));
+}
+
+QStringList rowsOf(const QTreeWidget *tree)
+{
+    QStringList lines;
+    for (QTreeWidgetItemIterator it(const_cast<QTreeWidget *>(tree)); *it; ++it) {
+        int depth = 0;
+        for (const QTreeWidgetItem *above = (*it)->parent(); above; above = above->parent())
+            ++depth;
+        lines.append(QString(depth * 2, QLatin1Char(' '))
+            + line({ (*it)->text(0), (*it)->text(1), (*it)->icon(0).isNull() ? QString() : s("icon") }));
+    }
+    return lines;
+}
+
+template <typename Sheet>
+QStringList sheetLines(const Sheet *sheet)
+{
+    QStringList lines;
+    for (const PropertyItem &item : sheet->properties()) {
+        QStringList options;
+        for (const PropertyItem::OptionItem &option : item.options())
+            options.append(option.value + s("=") + option.text);
+        // The current one of a choice goes first when the sheet is filled, and not again with each choice.
+        options.sort();
+        QStringList data;
+        // A key that an attribute has just been given holds nothing, and an empty text later: neither restricts.
+        for (const QString &key : item.dataKeys()) {
+            if (!item.data(key).toString().isEmpty())
+                data.append(key + s("=") + item.data(key).toString());
+        }
+        const QString value = item.value().type() == QVariant::StringList
+            ? item.value().toStringList().join(QLatin1Char(','))
+            : item.value().toString();
+        lines.append(s("    ")
+            + line({ item.name(), item.displayText(), QString::number(int(item.type())), value,
+                options.join(QLatin1Char(',')), data.join(QLatin1Char(',')), item.isEditable() ? s("rw") : s("ro") }));
+    }
+    return lines;
+}
+
+QStringList cellLines(const QTableWidget *table)
+{
+    QStringList lines;
+    for (int row = 0; row < table->rowCount(); ++row) {
+        QStringList cells;
+        for (int column = 0; column < table->columnCount(); ++column)
+            cells.append(table->item(row, column) ? table->item(row, column)->text() : s("-"));
+        lines.append(line(cells));
+    }
+    return lines;
+}
+
+QStringList headerOf(const QTableWidget *table)
+{
+    QStringList names;
+    for (int column = 0; column < table->columnCount(); ++column)
+        names.append(table->horizontalHeaderItem(column) ? table->horizontalHeaderItem(column)->text() : s("-"));
+    return names;
+}
+
+/// A node in words. "type" is never written, and neither are the flags of a fresh node.
+QString words(Node *node)
+{
+    QStringList properties;
+    for (const PropertyHash::Entry &entry : node->properties()) {
+        if (entry.key.compare(QLatin1String("type"), Qt::CaseInsensitive) != 0)
+            properties.append(entry.key.toLower() + s("=") + entry.value.toString());
+    }
+    properties.sort();
+    return line({ node->kind(), node->pointId(), node->pluginId(), node->basePath(), node->hasFormat() ? s("f") : s(""),
+        properties.join(QLatin1Char(';')) });
+}
+
+void appendNodes(const PointObject *node, int depth, QStringList *lines)
+{
+    for (PointObject *child : node->children()) {
+        lines->append(QString(depth * 2, QLatin1Char(' ')) + words(child->item()));
+        appendNodes(child, depth + 1, lines);
+    }
+}
+
+QStringList model(Page &page)
+{
+    QStringList lines;
+    const SourceDataManager &manager = *page.manager;
+    lines << s("plugin ") + manager.pluginId() << words(manager.realizationRoot());
+    appendNodes(manager.realizationRoot(), 0, &lines);
+    lines << s("offered");
+    appendNodes(manager.availablePointsRoot(), 0, &lines);
+    for (const auto name :
+        { NodeIndexes::Points, NodeIndexes::Targets, NodeIndexes::Realizations, NodeIndexes::Layouts }) {
+        lines << s("index %1").arg(int(name));
+        const QStringList keys = manager.indexes()[name].sortedKeys();
+        for (const QString &key : keys) {
+            for (Node *node : manager.indexes()[name].nodes(key))
+                lines.append(key + s(" -> ") + words(node));
+        }
+    }
+    return lines;
+}
+
+QStringList definitionSheets(Page &page)
+{
+    return QStringList { s("  basic") } + sheetLines(page.find<GroupPropertyBrowser>("basicInfo"))
+        + QStringList { s("  attributes ") + line(headerOf(page.find<QTableWidget>("defintionTable"))) }
+    + cellLines(page.find<QTableWidget>("defintionTable"));
+}
+
+QStringList attributeSheets(Page &page)
+{
+    QStringList lines;
+    auto *sheet = page.find<TreePropertyBrowser>("editInfoWidget");
+    auto *entries = page.find<QTableWidget>("enumTable");
+    if (!sheet->isHidden())
+        lines += sheetLines(sheet);
+    if (!page.find<QWidget>("enumGroup")->isHidden())
+        lines += cellLines(entries);
+    for (const char *button :
+        { "pushButton_add_attr", "pushButton_del_attr", "pushButton_add_enum", "pushButton_delete_enmu" })
+        lines.append(s(button) + (page.find<QPushButton>(button)->isEnabled() ? s(" on") : s(" off")));
+    lines.append(s("add property ") + (page.find<QToolButton>("addPropertyButton")->isEnabled() ? s("on") : s("off")));
+    return lines;
+}
+
+QStringList definitionPage(Page &page)
+{
+    QStringList lines { s("definitions") };
+    auto *tree = page.find<QTreeWidget>("defintionTree");
+    auto *attributes = page.find<QTableWidget>("defintionTable");
+    auto *entries = page.find<QTableWidget>("enumTable");
+    for (QTreeWidgetItemIterator it(tree); *it; ++it) {
+        // The text of the root is what was typed as its name until the file is opened again.
+        lines.append((*it)->parent() ? (*it)->text(0) : s("root"));
+        Q_EMIT tree->itemClicked(*it, 0);
+        lines += definitionSheets(page) + attributeSheets(page);
+        auto *builder = page.widget->defintionPageBuilder();
+        const QSignalBlocker quiet(attributes);
+        const QSignalBlocker quietEntries(entries);
+        for (int row = 0; row < attributes->rowCount(); ++row) {
+            attributes->setCurrentCell(row, 0);
+            builder->onDefineTableItemClicked(attributes->item(row, 0));
+            lines += attributeSheets(page);
+            for (int entry = 0; entry < entries->rowCount() && !page.find<QWidget>("enumGroup")->isHidden(); ++entry) {
+                entries->setCurrentCell(entry, 0);
+                builder->onEnumTableItemClicked(entries->item(entry, 0));
+                lines += attributeSheets(page);
+            }
+        }
+    }
+    Q_EMIT tree->itemClicked(tree->topLevelItem(0), 0);
+    return lines;
+}
+
+QStringList tableNow(Page &page)
+{
+    return QStringList { s("table ") + line(headerOf(page.table())) } + page.tableLines();
+}
+
+QStringList sheetNow(Page &page)
+{
+    QStringList lines { page.sheet()->isEnabled() ? s("sheet") : s("no sheet") };
+    if (page.sheet()->isEnabled())
+        lines += sheetLines(page.sheet());
+    return lines;
+}
+
+QStringList points(Page &page)
+{
+    QStringList lines { s("points") };
+    lines += rowsOf(page.points());
+    for (QTreeWidgetItemIterator it(page.points()); *it; ++it) {
+        lines.append(s("point ") + (*it)->text(0));
+        Q_EMIT page.points()->itemClicked(*it, 0);
+        lines += tableNow(page) + sheetNow(page);
+        for (int row = 0; row < page.table()->rowCount(); ++row) {
+            Q_EMIT page.table()->itemClicked(page.table()->item(row, 0));
+            lines += sheetNow(page);
+            if (page.formats()) {
+                for (QTreeWidgetItem *selected : page.formats()->selectedItems())
+                    lines.append(s("    selected ") + selected->text(0));
+            }
+        }
+    }
+    return lines;
+}
+
+QStringList tabs(Page &page)
+{
+    QStringList lines { s("tabs") };
+    // New ones stand at the end until the file is opened again.
+    QStringList names;
+    for (int i = 0; i < page.tabs()->count(); ++i)
+        names.append(page.tabs()->widget(i)->objectName());
+    std::sort(names.begin(), names.end());
+    for (const QString &name : qAsConst(names)) {
+        page.tabs()->setCurrentWidget(page.tabs()->findChild<QWidget *>(name));
+        Q_EMIT page.tabs()->currentChanged(page.tabs()->currentIndex());
+        lines.append(line({ name, page.tabs()->tabText(page.tabs()->currentIndex()),
+            page.formats()->directDrop() ? s("direct") : s("recorded") }));
+        lines += rowsOf(page.formats());
+        for (QTreeWidgetItemIterator it(page.formats()); *it; ++it) {
+            Q_EMIT page.formats()->itemClicked(*it, 0);
+            lines += sheetNow(page);
+            Node *row = Node::fromRow(*it);
+            lines.append(s("    ")
+                + line({ page.manager->ownRealizations().isForeign(row) ? s("foreign") : s("own"),
+                    page.manager->childTypes(row->kind().toLower(), row->pointId()).join(QLatin1Char(',')) }));
+        }
+    }
+    return lines;
+}
+
+} // namespace
+
+QStringList RealizationTesting::everything(Page &page)
+{
+    return model(page) + definitionPage(page) + points(page) + tabs(page);
+}
+
+QStringList RealizationTesting::shownNow(Page &page)
+{
+    QStringList lines = sheetNow(page);
+    if (page.formats())
+        lines += rowsOf(page.formats());
+    lines += tableNow(page) + definitionSheets(page);
+    if (!page.find<QWidget>("editInfoWidget")->isHidden())
+        lines += attributeSheets(page);
+    return lines;
+}
+
+QStringList RealizationTesting::shownAnew(Page &page)
+{
+    auto *sheet = page.builder()->findChild<SheetPane *>();
+    sheet->showAfresh();
+    QStringList lines = sheetNow(page);
+    if (page.formats()) {
+        page.builder()->formatTabCurrentChanged(page.tabs()->currentIndex());
+        lines += rowsOf(page.formats());
+    }
+    auto *records = page.builder()->findChild<RecordTable *>();
+    records->showRecords(records->point());
+    lines += tableNow(page);
+
+    auto *definitions = page.widget->defintionPageBuilder();
+    auto *attributes = page.find<QTableWidget>("defintionTable");
+    auto *entries = page.find<QTableWidget>("enumTable");
+    const bool hasSheet = !page.find<QWidget>("editInfoWidget")->isHidden();
+    const bool hasEntry = page.find<QPushButton>("pushButton_delete_enmu")->isEnabled();
+    const int row = attributes->currentRow();
+    const int entry = entries->currentRow();
+    definitions->onDefineTreeItemClicked(nullptr, 0);
+    lines += definitionSheets(page);
+    if (hasSheet) {
+        const QSignalBlocker quiet(attributes);
+        const QSignalBlocker quietEntries(entries);
+        attributes->setCurrentCell(row, 0);
+        definitions->onDefineTableItemClicked(attributes->item(row, 0));
+        entries->setCurrentCell(entry, 0);
+        if (hasEntry)
+            definitions->onEnumTableItemClicked(entries->item(entry, 0));
+        lines += attributeSheets(page);
+    }
+    return lines;
+}
