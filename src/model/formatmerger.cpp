@@ -2,26 +2,67 @@
 
 #include "pointtreewidgetitem.h"
 
+#include <QHash>
+#include <QPointer>
 #include <QSet>
+#include <QVector>
+
+#include <algorithm>
+#include <utility>
 
 namespace {
 
-const QString idKey = QStringLiteral("id");
+using Item = PointTreeWidgetItem;
+using Items = QVector<Item *>;
+using Node = QPointer<Item>;
 
-QString folded(PointTreeWidgetItem *node, const QString &key)
+/// Texts that are equal but for letter case have the same folded form. Whole strings fold otherwise: more becomes
+/// equal.
+QString folded(const Item *node, const QString &key)
 {
-    return node->property(key).toString().toLower();
+    QString text = node->properties().text(key);
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar character = text.at(i).toCaseFolded();
+        // A text that is folded already goes on sharing its memory.
+        if (character != text.at(i))
+            text[i] = character;
+    }
+    return text;
 }
 
-QVector<PointTreeWidgetItem *> childItems(const PointTreeWidgetItem *node)
+QString idOf(const Item *node)
 {
-    QVector<PointTreeWidgetItem *> items;
+    return folded(node, QStringLiteral("id"));
+}
+
+Items childItems(const Item *node)
+{
+    Items items;
     items.reserve(node->children().size());
     for (PointObject *child : node->children()) {
-        if (PointTreeWidgetItem *item = child->item())
+        if (Item *item = child->item())
             items.append(item);
     }
     return items;
+}
+
+bool isBar(const Item *node)
+{
+    return node->isKind(QLatin1String("ToolBars")) || node->isKind(QLatin1String("MenuBar"));
+}
+
+bool isWithinFormat(const Item *node)
+{
+    // A node that has left a list while it stood in another one has a row still, but may have no parent.
+    const auto above = [](const Item *item) {
+        Item *parent = item->parentItem();
+        return parent ? parent : Item::fromRow(item->QTreeWidgetItem::parent());
+    };
+    for (node = above(node); node; node = above(node)) {
+        if (node->isKind(QLatin1String("Format")))
+            return true;
+    }
+    return false;
 }
 
 bool rowIsWithin(const QTreeWidgetItem *row, const QTreeWidgetItem *other)
@@ -35,53 +76,448 @@ bool rowIsWithin(const QTreeWidgetItem *row, const QTreeWidgetItem *other)
 
 /// Nothing happens where the node would come to stand under itself, in the lists or in the rows: a node can stand in
 /// two lists, so its parents alone do not tell.
-void move(PointTreeWidgetItem *node, PointTreeWidgetItem *from, PointTreeWidgetItem *to)
+bool move(Item *node, Item *from, Item *to)
 {
     if (node->reaches(to) || rowIsWithin(to, node))
-        return;
+        return false;
     if (node->QTreeWidgetItem::parent() == from)
         node->takeRow();
-    from->detachChild(node);
+    // Most lists that are searched don't hold the node; they aren't gone through for that.
+    if (node->isHeldBy(from))
+        from->detachChild(node);
     to->addChild(node, false);
     to->QTreeWidgetItem::addChild(node);
+    return true;
 }
 
-bool isBar(const PointTreeWidgetItem *node)
+/// Sorts @p some children of @p node as they stand in its list.
+void sortAsListed(const Item *node, Items *some)
 {
-    return node->isKind(QLatin1String("ToolBars")) || node->isKind(QLatin1String("MenuBar"));
+    if (some->size() < 2)
+        return;
+    QHash<const PointObject *, int> positions;
+    for (const Item *child : qAsConst(*some))
+        positions.insert(child, 0);
+    int position = 0;
+    for (const PointObject *child : node->children()) {
+        const auto known = positions.find(child);
+        if (known != positions.end())
+            *known = ++position;
+    }
+    const auto at = [&positions](const Item *child) { return positions.value(child); };
+    std::sort(some->begin(), some->end(), [&at](auto *left, auto *right) { return at(left) < at(right); });
 }
 
-/// The search as it is defined, for the rare id that several nodes have.
-class ParentSearch final
+} // namespace
+
+/// One root that others are merged into, with an index of what stands below it. The search for a "parent" does not go
+/// down from the root but up from the nodes that have the id, so its cost is in their number.
+///
+/// The index relies on lists that only grow, but for that of the root. So it does not outlive a merge in which another
+/// one has lost something, see isStale().
+class FormatMerger::Root final
 {
 public:
-    ParentSearch(PointTreeWidgetItem *node, const QString &parentId) : m_node(node), m_parentId(parentId) { }
+    explicit Root(Item *root);
 
-    void run(PointTreeWidgetItem *searched)
+    void merge(Item *arrived);
+    [[nodiscard]] bool isStale() const { return m_isStale; }
+
+private:
+    struct Match
     {
-        // A node that stands in two lists is searched once.
-        if (m_seen.contains(searched))
-            return;
-        m_seen.insert(searched);
-        const QVector<PointTreeWidgetItem *> candidates = childItems(searched);
-        for (PointTreeWidgetItem *candidate : candidates) {
-            if (candidate == m_node)
+        Node holder;
+        Node node;
+    };
+
+    /// The nodes of one id that a search can come to.
+    struct Carriers
+    {
+        QVector<Node> inRoot; ///< the children of the root, in their order; some may have left it
+        QVector<Node> below;  ///< the first of each list further down
+    };
+
+    /// What the last search for an id has come to.
+    struct Searched
+    {
+        QVector<Match> matches;
+        QVector<Node> hidden; ///< carriers that are not found unless they move or the first in the root does
+        const Item *firstInRoot = nullptr;
+        bool holds = false; ///< another search would find the same
+    };
+
+    void takeInAll();
+    void takeInChildren(const Items &children);
+    void takeIn(Item *node, Item *holder, QSet<QString> *idsInList);
+    void noteBelow(const QString &id, Item *node);
+    QSet<QString> &idsIn(Item *node);
+
+    void placeAll(const Items &newChildren);
+    void place(Item *child, const QString &parentId);
+    void put(Item *child, const Match &match);
+    void searchAgainBelow(const Item *moved);
+
+    QVector<Match> matchesFor(const Item *child, const QString &parentId);
+    QVector<Match> search(
+        const QString &id, const QVector<Node> &below, Item *firstInRoot, const Item *passedOver) const;
+    Item *firstInRoot(QVector<Node> *carriers, const Item *passedOver) const;
+    Items holdersOf(const Item *node) const;
+    void sortByPosition(Items *children) const;
+
+    Item *m_root;
+    QVector<Node> m_bars;
+    QHash<const Item *, int> m_positions; ///< of all that are or were children of the root
+    QHash<QString, Carriers> m_carriers;
+    QHash<QString, Searched> m_searched;               ///< of ids that one look does not tell all about
+    QHash<const Item *, QVector<Node>> m_otherHolders; ///< that neither the root nor parent() tells
+    QHash<const Item *, QSet<QString>> m_idsIn;        ///< of lists that something comes into later
+
+    // Children of the root that name a "parent". Another search finds something new for those that wait only when nodes
+    // of the id have come. Those that the first match in the root has refused would find what it has hidden from them,
+    // should it have left the root.
+    QHash<QString, QVector<Node>> m_waiting;
+    QVector<Node> m_refused;
+
+    QSet<const Item *> m_taken; ///< in one go
+    QSet<QString> m_newIds;
+    bool m_isStale = false;
+};
+
+FormatMerger::Root::Root(Item *root) : m_root(root)
+{
+    const Items children = childItems(root);
+    std::copy_if(children.begin(), children.end(), std::back_inserter(m_bars), isBar);
+}
+
+void FormatMerger::Root::merge(Item *arrived)
+{
+    Items newChildren;
+    QVector<Match> newEntries;
+    bool moved = false;
+    const Items newcomers = childItems(arrived);
+    for (Item *child : newcomers) {
+        for (const Node &bar : isBar(child) ? m_bars : QVector<Node>()) {
+            if (!bar || !bar->isHeldBy(m_root) || bar->kind().compare(child->kind(), Qt::CaseInsensitive) != 0)
                 continue;
-            if (folded(candidate, idKey) == m_parentId) {
-                move(m_node, searched, candidate);
-                return;
+            const Items entries = childItems(child);
+            for (Item *entry : entries) {
+                if (!move(entry, child, bar))
+                    continue;
+                moved = true;
+                // A bar that has just come is itself taken in with all that it has by then.
+                if (m_positions.contains(bar))
+                    newEntries.push_back({ bar, entry });
             }
-            run(candidate);
+        }
+        if (!moved && move(child, arrived, m_root)) {
+            newChildren.append(child);
+            if (isBar(child))
+                m_bars.append(child);
+        }
+        if (!child->properties().contains(QStringLiteral("id")))
+            child->setText(0, child->kind());
+    }
+    if (m_positions.isEmpty()) {
+        takeInAll();
+        newChildren = childItems(m_root);
+    } else {
+        takeInChildren(newChildren);
+        for (const Match &entry : qAsConst(newEntries))
+            takeIn(entry.node, entry.holder, &m_idsIn[entry.holder]);
+        m_taken.clear();
+    }
+    placeAll(newChildren);
+}
+
+void FormatMerger::Root::takeInAll()
+{
+    m_positions.clear();
+    m_carriers.clear();
+    m_searched.clear();
+    m_otherHolders.clear();
+    m_idsIn.clear();
+    takeInChildren(childItems(m_root));
+    m_taken.clear();
+}
+
+void FormatMerger::Root::takeInChildren(const Items &children)
+{
+    // The positions tell which of the nodes further down are children of the root as well.
+    for (Item *child : children)
+        m_positions.insert(child, m_positions.size());
+    for (Item *child : children) {
+        const QString id = idOf(child);
+        if (!id.isEmpty()) {
+            m_carriers[id].inRoot.append(child);
+            m_newIds.insert(id);
+        }
+        QSet<QString> ids { id };
+        const Items grandchildren = childItems(child);
+        for (Item *grandchild : grandchildren)
+            takeIn(grandchild, child, &ids);
+        if (isBar(child))
+            m_idsIn.insert(child, ids);
+    }
+}
+
+void FormatMerger::Root::takeIn(Item *node, Item *holder, QSet<QString> *idsInList)
+{
+    const bool isInRoot = m_positions.contains(node);
+    // A node behind another one of its id is never found, nor is one under a node of its id. But a child of the root is
+    // passed over by its own search, so it hides nothing.
+    const QString id = idOf(node);
+    if (!id.isEmpty() && !idsInList->contains(id)) {
+        if (!isInRoot)
+            idsInList->insert(id);
+        noteBelow(id, node);
+        m_newIds.insert(id);
+    }
+    if (isInRoot || node->parentItem() != holder)
+        m_otherHolders[node].append(holder);
+    if (isInRoot || m_taken.contains(node))
+        return;
+    m_taken.insert(node);
+    QSet<QString> ids { id };
+    const Items children = childItems(node);
+    for (Item *child : children)
+        takeIn(child, node, &ids);
+}
+
+void FormatMerger::Root::noteBelow(const QString &id, Item *node)
+{
+    m_carriers[id].below.append(node);
+    const auto searched = m_searched.find(id);
+    if (searched != m_searched.end())
+        searched->holds = false;
+}
+
+/// The ids that are hidden from what comes into the list of @p node, see takeIn().
+QSet<QString> &FormatMerger::Root::idsIn(Item *node)
+{
+    const auto known = m_idsIn.find(node);
+    if (known != m_idsIn.end())
+        return *known;
+    QSet<QString> ids { idOf(node) };
+    const Items children = childItems(node);
+    for (const Item *child : children) {
+        if (!m_positions.contains(child))
+            ids.insert(idOf(child));
+    }
+    return *m_idsIn.insert(node, ids);
+}
+
+void FormatMerger::Root::placeAll(const Items &newChildren)
+{
+    QVector<Node> candidates = std::exchange(m_refused, {});
+    const QSet<QString> newIds = std::exchange(m_newIds, {});
+    for (const QString &id : newIds)
+        candidates += m_waiting.take(id);
+    Items due = newChildren;
+    for (const Node &candidate : qAsConst(candidates)) {
+        if (candidate)
+            due.append(candidate);
+    }
+    sortByPosition(&due);
+    for (Item *child : qAsConst(due)) {
+        const QString parentId = folded(child, QStringLiteral("parent"));
+        if (!parentId.isEmpty())
+            place(child, parentId);
+    }
+}
+
+void FormatMerger::Root::place(Item *child, const QString &parentId)
+{
+    const QVector<Match> matches = matchesFor(child, parentId);
+    for (const Match &match : matches)
+        put(child, match);
+    if (!child->isHeldBy(m_root))
+        return;
+    if (!matches.isEmpty() && matches.last().holder == m_root)
+        m_refused.append(child);
+    else
+        m_waiting[parentId].append(child);
+}
+
+void FormatMerger::Root::put(Item *child, const Match &match)
+{
+    // Matches are kept, and nodes may be destroyed between two merges.
+    if (!match.holder || !match.node)
+        return;
+    const bool wasThere = child->isHeldBy(match.node);
+    const bool leaves = child->isHeldBy(match.holder);
+    const QString id = idOf(child);
+    QSet<QString> *ids = wasThere || id.isEmpty() ? nullptr : &idsIn(match.node);
+    if (!move(child, match.holder, match.node))
+        return;
+    if (leaves && match.holder != m_root) {
+        // Only a format within a format brings a node that stands in two lists already. What it has hidden appears.
+        m_isStale = true;
+        takeInAll();
+        return;
+    }
+    if (!wasThere)
+        m_otherHolders[child].append(match.node);
+    if (ids && !ids->contains(id)) {
+        ids->insert(id);
+        noteBelow(id, child);
+    }
+    if (leaves || !wasThere)
+        searchAgainBelow(child);
+}
+
+/// What stands below a node that has moved may be found otherwise than before. The node itself is noted where it came.
+void FormatMerger::Root::searchAgainBelow(const Item *moved)
+{
+    Items open = m_searched.isEmpty() ? Items() : childItems(moved);
+    QSet<const Item *> seen;
+    while (!open.isEmpty()) {
+        Item *node = open.takeLast();
+        if (seen.contains(node))
+            continue;
+        seen.insert(node);
+        open += childItems(node);
+        const QString id = idOf(node);
+        const auto searched = m_searched.find(id);
+        if (searched == m_searched.end())
+            continue;
+        searched->holds = false;
+        if (!searched->hidden.isEmpty())
+            m_carriers[id].below.append(node);
+    }
+}
+
+/// What the search for the "parent" of @p child finds, in its order: matches further down and at last one in the root.
+QVector<FormatMerger::Root::Match> FormatMerger::Root::matchesFor(const Item *child, const QString &parentId)
+{
+    const auto known = m_carriers.find(parentId);
+    if (known == m_carriers.end())
+        return {};
+    Item *first = firstInRoot(&known->inRoot, child);
+    const bool isSearched = m_searched.contains(parentId);
+    if (!isSearched && known->below.isEmpty())
+        return first ? QVector<Match> { { m_root, first } } : QVector<Match>();
+    if (!isSearched && known->below.size() == 1 && !first) {
+        // Nothing hides the only one.
+        Item *only = known->below.first();
+        const Items holders = only ? holdersOf(only) : Items();
+        if (holders.size() == 1)
+            return { { holders.first(), only } };
+    }
+
+    Searched &searched = m_searched[parentId];
+    const bool isCarrier = idOf(child) == parentId;
+    if (isCarrier || searched.firstInRoot != first) {
+        known->below += std::exchange(searched.hidden, {});
+        searched.firstInRoot = first;
+        searched.holds = false;
+    }
+    // The search passes over the child, but that makes no difference unless it has the id: what stands below the child
+    // refuses it.
+    if (isCarrier)
+        return search(parentId, known->below, first, child);
+    if (!searched.holds) {
+        searched.matches = search(parentId, known->below, first, nullptr);
+        searched.holds = true;
+        QSet<const Item *> found;
+        for (const Match &match : qAsConst(searched.matches))
+            found.insert(match.node);
+        for (const Node &carrier : std::exchange(known->below, {}))
+            (found.contains(carrier) ? known->below : searched.hidden).append(carrier);
+    }
+    return searched.matches;
+}
+
+QVector<FormatMerger::Root::Match> FormatMerger::Root::search(
+    const QString &id, const QVector<Node> &below, Item *firstInRoot, const Item *passedOver) const
+{
+    // Up to the root; nothing is searched for below a match.
+    QSet<const Item *> carriers;
+    Items open;
+    for (const Node &carrier : below) {
+        if (!carrier || carrier == passedOver || carriers.contains(carrier))
+            continue;
+        carriers.insert(carrier);
+        open.append(carrier);
+    }
+    carriers.insert(firstInRoot);
+    const int carrierCount = open.size();
+    QHash<const Item *, Items> waysDown;
+    QSet<const Item *> seen;
+    for (int i = 0; i < open.size(); ++i) {
+        Item *node = open.at(i);
+        if (seen.contains(node))
+            continue;
+        seen.insert(node);
+        if (i >= carrierCount && idOf(node) == id)
+            continue;
+        const Items holders = holdersOf(node);
+        for (Item *holder : holders) {
+            if (holder != m_root)
+                open.append(holder);
+            if (holder != m_root || i >= carrierCount)
+                waysDown[holder].append(node);
         }
     }
 
-private:
-    PointTreeWidgetItem *m_node;
-    QString m_parentId;
-    QSet<PointTreeWidgetItem *> m_seen;
-};
+    // Down again as the search is defined, but only where it comes to a match.
+    if (firstInRoot)
+        waysDown[m_root].append(firstInRoot);
+    QVector<Match> matches;
+    QVector<Match> next { { nullptr, m_root } };
+    seen.clear();
+    while (!next.isEmpty()) {
+        const Match match = next.takeLast();
+        Item *node = match.node;
+        if (carriers.contains(node)) {
+            matches.append(match);
+            continue;
+        }
+        if (seen.contains(node))
+            continue;
+        seen.insert(node);
+        Items ways = waysDown.value(node);
+        if (node == m_root)
+            sortByPosition(&ways);
+        else
+            sortAsListed(node, &ways);
+        const auto first = std::find_if(ways.cbegin(), ways.cend(), [&](Item *way) { return carriers.contains(way); });
+        for (auto way = first == ways.cend() ? first : first + 1; way != ways.cbegin();)
+            next.push_back({ node, *--way });
+    }
+    return matches;
+}
 
-} // namespace
+Item *FormatMerger::Root::firstInRoot(QVector<Node> *carriers, const Item *passedOver) const
+{
+    const auto isHere = [this](const Node &carrier) { return carrier && carrier->isHeldBy(m_root); };
+    carriers->erase(carriers->begin(), std::find_if(carriers->begin(), carriers->end(), isHere));
+    for (const Node &carrier : qAsConst(*carriers)) {
+        if (isHere(carrier) && carrier != passedOver)
+            return carrier;
+    }
+    return nullptr;
+}
+
+Items FormatMerger::Root::holdersOf(const Item *node) const
+{
+    Items holders;
+    if (node->isHeldBy(m_root))
+        holders.append(m_root);
+    else if (Item *parent = node->parentItem(); parent && !m_positions.contains(node))
+        holders.append(parent);
+    const QVector<Node> others = m_otherHolders.value(node);
+    for (const Node &other : others) {
+        if (other)
+            holders.append(other);
+    }
+    return holders;
+}
+
+void FormatMerger::Root::sortByPosition(Items *children) const
+{
+    std::sort(children->begin(), children->end(),
+        [this](const Item *left, const Item *right) { return m_positions.value(left) < m_positions.value(right); });
+}
 
 FormatMerger::FormatMerger() = default;
 
@@ -89,101 +525,18 @@ FormatMerger::~FormatMerger() = default;
 
 void FormatMerger::merge(PointTreeWidgetItem *known, PointTreeWidgetItem *arrived)
 {
-    QVector<Node> newChildren;
-    QVector<QString> newIds;
-    if (!m_roots.contains(known)) {
-        const QVector<PointTreeWidgetItem *> children = childItems(known);
-        for (PointTreeWidgetItem *child : children) {
-            newChildren.append(child);
-            takeIn(m_roots[known], child, &newIds);
-            if (isBar(child))
-                m_roots[known].bars.append(child);
-        }
-    }
-    Root &root = m_roots[known];
-
-    bool moved = false;
-    const QVector<PointTreeWidgetItem *> newcomers = childItems(arrived);
-    for (PointTreeWidgetItem *child : newcomers) {
-        if (isBar(child)) {
-            for (const Node &bar : qAsConst(root.bars)) {
-                if (!bar || bar->parent() != known || bar->kind().compare(child->kind(), Qt::CaseInsensitive) != 0)
-                    continue;
-                const QVector<PointTreeWidgetItem *> entries = childItems(child);
-                for (PointTreeWidgetItem *entry : entries) {
-                    move(entry, child, bar);
-                    takeIn(root, entry, &newIds);
-                    moved = true;
-                }
-            }
-        }
-        if (!moved) {
-            move(child, arrived, known);
-            takeIn(root, child, &newIds);
-            newChildren.append(child);
-            if (isBar(child))
-                root.bars.append(child);
-        }
-        if (!child->property(idKey).isValid())
-            child->setText(0, child->kind());
-    }
-    placeAll(known, root, newChildren, newIds);
+    // A format within a format: what is remembered of the outer one does not hold when the inner one changes.
+    if (isWithinFormat(known) || isWithinFormat(arrived))
+        clear();
+    std::unique_ptr<Root> &root = m_roots[known];
+    if (!root)
+        root = std::make_unique<Root>(known);
+    root->merge(arrived);
+    if (root->isStale())
+        m_roots.erase(known);
 }
 
 void FormatMerger::clear()
 {
     m_roots.clear();
-}
-
-void FormatMerger::takeIn(Root &root, PointTreeWidgetItem *node, QVector<QString> *newIds)
-{
-    const QString id = folded(node, idKey);
-    if (!id.isEmpty()) {
-        root.nodesOfId[id].append(node);
-        newIds->append(id);
-    }
-    const QVector<PointTreeWidgetItem *> children = childItems(node);
-    for (PointTreeWidgetItem *child : children)
-        takeIn(root, child, newIds);
-}
-
-void FormatMerger::placeAll(
-    PointTreeWidgetItem *known, Root &root, const QVector<Node> &newChildren, const QVector<QString> &newIds)
-{
-    // A child that was placed before stays as it is unless another node of the id that it names has come.
-    QVector<Node> children;
-    for (const QString &id : newIds)
-        children += root.waiting.value(id);
-    for (const Node &child : newChildren) {
-        const QString parentId = folded(child, QStringLiteral("parent"));
-        if (!parentId.isEmpty()) {
-            root.waiting[parentId].append(child);
-            children.append(child);
-        }
-    }
-    QSet<PointTreeWidgetItem *> placed;
-    for (const Node &child : qAsConst(children)) {
-        if (!child || placed.contains(child) || !child->isHeldBy(known))
-            continue;
-        placed.insert(child);
-        place(known, root, child);
-    }
-}
-
-void FormatMerger::place(PointTreeWidgetItem *known, const Root &root, PointTreeWidgetItem *node)
-{
-    const QString parentId = folded(node, QStringLiteral("parent"));
-    QVector<PointTreeWidgetItem *> candidates;
-    for (const Node &candidate : root.nodesOfId.value(parentId)) {
-        if (candidate && candidate != node)
-            candidates.append(candidate);
-    }
-    if (candidates.isEmpty())
-        return;
-    if (candidates.size() > 1 || !candidates.first()->parent()) {
-        ParentSearch(node, parentId).run(known);
-        return;
-    }
-    PointTreeWidgetItem *match = candidates.first();
-    move(node, match->isHeldBy(known) ? known : match->parentItem(), match);
 }

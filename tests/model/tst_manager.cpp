@@ -1,7 +1,6 @@
 #include "modeltesting.h"
 
 #include "model/controller.h"
-#include "model/formatmerger.h"
 #include "model/mainwidgetinterface.h"
 #include "model/sourcedatamanager.h"
 
@@ -91,13 +90,6 @@ class TestManager : public QObject
 private Q_SLOTS:
     void slotOrder();
     void rootsAndTables();
-    void merge_data();
-    void merge();
-    void mergedRowsFollow();
-    void placeUnderParents_data();
-    void placeUnderParents();
-    void laterArrivals_data();
-    void laterArrivals();
     void manyRootsOfOneTarget();
     void formatRoots();
     void dataIndexes();
@@ -148,120 +140,6 @@ void TestManager::rootsAndTables()
     QCOMPARE(fields.value(QStringLiteral("bool")), fields.value(QStringLiteral("ShortCut")));
     QVERIFY2(!fields.contains(QStringLiteral("shortcut")),
         "a look-up by lowered name finds the one key that must not be found");
-}
-
-void TestManager::merge_data()
-{
-    QTest::addColumn<QByteArray>("known");
-    QTest::addColumn<QByteArray>("arrived");
-    QTest::addColumn<QString>("knownAfter");
-    QTest::addColumn<QString>("arrivedAfter");
-    const auto row = [](const char *name, const char *known, const char *arrived, const char *knownAfter,
-                         const char *arrivedAfter) {
-        QTest::newRow(name) << QByteArray(known) << QByteArray(arrived) << QString::fromLatin1(knownAfter)
-                            << QString::fromLatin1(arrivedAfter);
-    };
-    row("children move", "F(A#a)", "F(B#b C#c)", "F(A#a B#b C#c)", "F");
-    row("a bar's entries go into the bar of its kind", "F(MenuBar(X#x))", "F(menubar(Y#y Z#z))",
-        "F(MenuBar(X#x Y#y Z#z))", "F(menubar)");
-    row("a bar without a counterpart moves whole", "F(MenuBar)", "F(ToolBars(Y#y))", "F(MenuBar ToolBars(Y#y))", "F");
-    row("a bar without entries moves whole too", "F(MenuBar)", "F(MenuBar B#b)", "F(MenuBar MenuBar B#b)", "F");
-    row("after entries moved, what follows stays", "F(MenuBar)", "F(A#a MenuBar(Y#y) B#b C#c)", "F(MenuBar(Y#y) A#a)",
-        "F(MenuBar B#b C#c)");
-    row("but later bars are merged still", "F(MenuBar ToolBars)", "F(MenuBar(Y#y) ToolBars(Z#z))",
-        "F(MenuBar(Y#y) ToolBars(Z#z))", "F(MenuBar ToolBars)");
-    row("all entries go into the first of two bars", "F(MenuBar MenuBar)", "F(MenuBar(Y#y))", "F(MenuBar(Y#y) MenuBar)",
-        "F(MenuBar)");
-    row("only the two kinds are bars", "F(Menu(X#x))", "F(Menu(Y#y))", "F(Menu(X#x) Menu(Y#y))", "F");
-    row("newcomers go under their parents", "F(A#a)", "F(B#b<a)", "F(A#a(B#b))", "F");
-}
-
-void TestManager::merge()
-{
-    QFETCH(const QByteArray, known);
-    QFETCH(const QByteArray, arrived);
-    Node *first = build(known.constData());
-    Node *second = build(arrived.constData());
-    FormatMerger().merge(first, second);
-    QTEST(print(first), "knownAfter");
-    QTEST(print(second), "arrivedAfter");
-    Node::destroySubtree(first);
-    Node::destroySubtree(second);
-}
-
-void TestManager::mergedRowsFollow()
-{
-    Node *known = build("F(MenuBar)");
-    Node *arrived = build("F(MenuBar(Y#y) Tool)");
-    for (Node *root : { known, arrived })
-        root->QTreeWidgetItem::addChild(root->children().first()->item());
-    Node *entry = arrived->children().first()->children().first()->item();
-    arrived->children().first()->item()->QTreeWidgetItem::addChild(entry);
-    FormatMerger().merge(known, arrived);
-    QCOMPARE(ModelTesting::rows(known), (QStringList { QString(), QStringLiteral("  y") }));
-    // Without an id the row shows the kind, whether it moved or not.
-    QCOMPARE(ModelTesting::rows(arrived), QStringList { QStringLiteral("MenuBar") });
-    QCOMPARE(arrived->children().at(1)->item()->text(0), QStringLiteral("Tool"));
-    Node::destroySubtree(known);
-    Node::destroySubtree(arrived);
-}
-
-void TestManager::placeUnderParents_data()
-{
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QString>("after");
-    const auto row = [](const char *name, const char *before, const char *after) {
-        QTest::newRow(name) << QByteArray(before) << QString::fromLatin1(after);
-    };
-    row("letter case does not matter", "F(A#Aa B#b<aA)", "F(A#Aa(B#b))");
-    row("unknown parents change nothing", "F(A#a B#b<z)", "F(A#a B#b)");
-    row("the first of a level answers", "F(A#a C#a B#b<a)", "F(A#a(B#b) C#a)");
-    row("a parent that comes later", "F(B#b<a A#a)", "F(A#a(B#b))");
-    row("a chain", "F(A#a B#b<a C#c<b)", "F(A#a(B#b(C#c)) C#c)");
-    row("deeper down the node stays in the first list, too", "F(M(A#a) B#b<a)", "F(M(A#a(B#b)) B#b)");
-    row("the outer level goes on after a find", "F(M(A#a) N(A#a) B#b<a)", "F(M(A#a(B#b)) N(A#a(B#b)) B#b)");
-    row("itself", "F(A#a<a)", "F(A#a)");
-    row("a ring of two", "F(A#a<b B#b<a)", "F(B#b(A#a))");
-    row("a descendant", "F(A#a<b(B#b))", "F(A#a(B#b))");
-    row("a ring through a second list", "F(K#a<z X#x<a Z#z<x N#n(A#a))", "F(X#x Z#z(K#a(X#x)) N#n(A#a(X#x)))");
-}
-
-void TestManager::placeUnderParents()
-{
-    QFETCH(const QByteArray, before);
-    QFETCH(const QString, after);
-    Node *root = build(before.constData());
-    const std::unique_ptr<Node> nothing(build("F"));
-    FormatMerger().merge(root, nothing.get());
-    QCOMPARE(print(root), after);
-    Node::destroySubtree(root);
-}
-
-void TestManager::laterArrivals_data()
-{
-    QTest::addColumn<QByteArrayList>("arrivals");
-    QTest::addColumn<QString>("after");
-    const auto row = [](const char *name, const QByteArrayList &arrivals, const char *after) {
-        QTest::newRow(name) << arrivals << QString::fromLatin1(after);
-    };
-    row("a parent that comes with a later file", { "F(B#b<a)", "F(C#c)", "F(A#a)" }, "F(C#c A#a(B#b))");
-    row("within a bar", { "F(MenuBar)", "F(B#b<a)", "F(MenuBar(A#a))" }, "F(MenuBar(A#a(B#b)) B#b)");
-    row("a second match comes later", { "F(M(A#a) B#b<a)", "F(N(A#a))" }, "F(M(A#a(B#b)) B#b N(A#a(B#b)))");
-    row("placed children keep what they have", { "F(A#a B#b<a)", "F(C#c<b)", "F(D#d<c)" },
-        "F(A#a(B#b(C#c(D#d))) C#c(D#d))");
-}
-
-void TestManager::laterArrivals()
-{
-    QFETCH(const QByteArrayList, arrivals);
-    QFETCH(const QString, after);
-    FormatMerger merger;
-    std::vector<std::unique_ptr<Node, void (*)(Node *)>> roots;
-    for (const QByteArray &arrival : arrivals)
-        roots.emplace_back(build(arrival.constData()), &Node::destroySubtree);
-    for (size_t i = 1; i < roots.size(); ++i)
-        merger.merge(roots.front().get(), roots[i].get());
-    QCOMPARE(print(roots.front().get()), after);
 }
 
 /// Takes minutes, and so runs into the time limit, where a merge costs what all merges before it have brought.
