@@ -20,7 +20,7 @@ ModelChanges::ModelChanges(QObject *parent) : QObject(parent)
 void ModelChanges::noteEdit(PointTreeWidgetItem *node, const QString &key, const QVariant &old)
 {
     m_collected.edits.append({ node, key, old });
-    m_turn.start();
+    announceLater();
 }
 
 void ModelChanges::noteRecord(const QString &id)
@@ -28,19 +28,25 @@ void ModelChanges::noteRecord(const QString &id)
     if (id.isEmpty())
         return;
     m_collected.records.insert(id);
-    m_turn.start();
+    announceLater();
 }
 
 void ModelChanges::noteDefinitions()
 {
     m_collected.definitions = true;
-    m_turn.start();
+    announceLater();
 }
 
 void ModelChanges::noteStructure()
 {
     m_collected.structure = true;
-    m_turn.start();
+    announceLater();
+}
+
+void ModelChanges::announceLater()
+{
+    if (!m_turn.isActive())
+        m_turn.start();
 }
 
 void ModelChanges::flush()

@@ -55,6 +55,8 @@ Q_SIGNALS:
     void changed(const ModelChange &change);
 
 private:
+    void announceLater();
+
     ModelChange m_collected;
     QTimer m_turn;
     bool m_announcing = false;

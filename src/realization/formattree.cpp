@@ -323,6 +323,18 @@ void FormatTree::label(PointTreeWidgetItem *row)
         row->QTreeWidgetItem::setText(1, m_rootLabel);
 }
 
+void FormatTree::complete(PointTreeWidgetItem *row)
+{
+    if (!contains(row))
+        return;
+    const QString texts[] = { row->QTreeWidgetItem::text(0), row->QTreeWidgetItem::text(1) };
+    label(row);
+    for (int column = 0; column < 2; ++column) {
+        if (!texts[column].isEmpty())
+            row->QTreeWidgetItem::setText(column, texts[column]);
+    }
+}
+
 PointTreeWidgetItem *FormatTree::sourceOf(PointTreeWidgetItem *row)
 {
     return row && row->link() != row ? row->link()->item() : nullptr;

@@ -63,6 +63,9 @@ public:
     [[nodiscard]] Nodes rowsWithId(const QString &id) const;
     [[nodiscard]] bool contains(const PointTreeWidgetItem *row) const;
 
+    /// Gives a row that a drop has made what it lacks of texts and icon; what the drop has given it stays.
+    void complete(PointTreeWidgetItem *row);
+
     /// Writes texts and icons of every row anew, where they come from records that have arrived.
     void relabel();
     void select(const Nodes &rows);

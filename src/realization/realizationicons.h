@@ -8,9 +8,9 @@ class PointTreeWidgetItem;
 /// The icons that extension files name. GUI thread.
 ///
 /// A value is a plain file name and nothing else: what looks like a URL or like a resource is the name of a file below
-/// the directory of the extension file. Files are read when they are first painted, once, and kept while their size and time stay the same. A file
-/// that can't be shown gives a neutral placeholder, drawn in the colours of the palette, whose name() is
-/// placeholderName(); so a null icon always means that none is named.
+/// the directory of the extension file. Files are read when they are first painted, once, and kept while their size and
+/// time stay the same. A file that can't be shown gives a neutral placeholder, drawn in the colours of the palette,
+/// whose name() is placeholderName(); so a null icon always means that none is named.
 namespace RealizationIcons {
 
 /// @p value when a file of this name exists, else @p basePath followed by @p value; empty for an empty value.

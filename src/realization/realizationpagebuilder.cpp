@@ -507,6 +507,7 @@ void RealizationPageBuilder::dropPoint(PointTreeWidgetItem *item)
         return;
     const QPointer<PointTreeWidgetItem> row(item);
     Controller::instance()->flushChanges();
+    m_formatTree->complete(row);
     showEntry(row);
     Q_EMIT modified(true);
 }

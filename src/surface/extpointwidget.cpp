@@ -36,6 +36,8 @@ ExtPointWidget::ExtPointWidget(QWidget *parent)
     defintionBuilder->build(ui);
     realizationBuilder->build(ui);
 
+    // What is typed on one page may be what the other one is about to show.
+    connect(ui->tabWidget, &QTabWidget::currentChanged, this, &ExtPointWidget::commitEditors);
     connect(defintionBuilder, &DefintionPageBuilder::modified, this, &ExtPointWidget::modified);
     connect(realizationBuilder, &RealizationPageBuilder::modified, this, &ExtPointWidget::modified);
     connect(defintionBuilder, &DefintionPageBuilder::addDefine, realizationBuilder, &RealizationPageBuilder::addDefine);

@@ -27,81 +27,13 @@ class TestPageEdits : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void anEmptiedIdTakesNothingAlong();
-    void tabOfSiblingsIsTheirsAgain();
-    void rootWithIdAndTarget_data();
-    void rootWithIdAndTarget();
     void ownFormatsOfOneName();
     void rootKeepsItsLastName();
     void keysActOnWhatIsSelected();
     void letterCaseOfTheFile();
     void parentsFollowIds();
-    void namesakesComeAndGo();
     void recordOfARecordedPointIsShown();
-    void holderIdMovesItsRecords();
-    void sheetGoesWithWhatItShows();
 };
-
-void TestPageEdits::anEmptiedIdTakesNothingAlong()
-{
-    Page page(inHolder("<format target='t'><menubar/><action id='r1'/></format><action id='r1'/>"), { host });
-    page.clickPoint("Commands");
-    page.clickRecord(0);
-    page.edit("id", QString());
-    page.edit("id", s("r2"));
-    const QByteArray saved = page.save();
-    QVERIFY2(saved.contains("<format target=\"t\">") && saved.contains("<menubar/>"), saved.constData());
-    QVERIFY(saved.contains("<action id=\"r1\"/>") && saved.contains("<action id=\"r2\" toolTip=\"tip\"/>"));
-}
-
-void TestPageEdits::tabOfSiblingsIsTheirsAgain()
-{
-    Page page(inHolder("<format target='a'><menu id='m'/></format>"),
-        { host, { "s1", inHolder("<format target='a'><menu id='m'><action id='x'/></menu></format>") } });
-    page.clickPoint("Commands");
-    QTRY_COMPARE(page.formatLines(), (QStringList { s("format"), s("  m"), s("    x") }));
-    page.clickEntry("format");
-    page.edit("target", s("b"));
-    QCOMPARE(page.tabNames(), (QStringList { s("a|a"), s("b|b") }));
-    page.showTab("a");
-    QCOMPARE(page.menuOf("m"), (QStringList { s("-Child Type"), s("-Delete") }));
-    QVERIFY(!page.formats()->directDrop());
-    page.showTab("b");
-    QCOMPARE(page.formatLines(), (QStringList { s("format"), s("  m") }));
-}
-
-void TestPageEdits::rootWithIdAndTarget_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QStringList>("tabs");
-    QTest::newRow("another id") << s("id") << s("y") << QStringList { s("y|y") };
-    QTest::newRow("no id") << s("id") << QString() << QStringList { s("t|t") };
-    QTest::newRow("another target") << s("target") << s("u") << QStringList { s("x|x") };
-    QTest::newRow("no target") << s("target") << QString() << QStringList { s("x|x") };
-}
-
-void TestPageEdits::rootWithIdAndTarget()
-{
-    QFETCH(const QString, key);
-    QFETCH(const QString, value);
-    Page page(inHolder("<format id='x' target='t'><action id='a'/></format>"), { host });
-    page.clickPoint("Commands");
-    QCOMPARE(page.tabNames(), QStringList { s("x|x") });
-    page.clickEntry("x");
-    page.edit(key.toUtf8().constData(), value);
-    QTEST(page.tabNames(), "tabs");
-    QCOMPARE(page.formatLines().mid(1), QStringList { s("  a") });
-    page.save();
-    page.reopen();
-    page.clickPoint("Commands");
-    QTEST(page.tabNames(), "tabs");
-    // Gone as a record, gone as a tab.
-    if (page.table()->rowCount() > 0) {
-        page.menuOfRecord(0, s("Delete"));
-        QCOMPARE(page.tabNames(), QStringList());
-    }
-}
 
 void TestPageEdits::ownFormatsOfOneName()
 {
@@ -168,17 +100,6 @@ void TestPageEdits::parentsFollowIds()
     QTRY_COMPARE(page.formatLines(), (QStringList { s("format"), s("  o"), s("  a") }));
 }
 
-void TestPageEdits::namesakesComeAndGo()
-{
-    Page page(inHolder("<format target='t'><action id='x'/><action id='y'/></format>"),
-        { host, { "s1", inHolder("<format target='t'><action id='x'/></format>") } });
-    page.clickPoint("Commands");
-    QTRY_COMPARE(page.formatLines(), (QStringList { s("format"), s("  x"), s("  y") }));
-    page.menuOf("x", s("Delete"));
-    QTRY_COMPARE(page.formatLines(), (QStringList { s("format"), s("  y"), s("  x") }));
-    QCOMPARE(page.menuOf("x"), (QStringList { s("-Child Type"), s("-Delete") }));
-}
-
 void TestPageEdits::recordOfARecordedPointIsShown()
 {
     Page page("<ExtPointSet/>", { host, { "s1", inHolder("<format target='t'><menu id='m'/></format>") } });
@@ -194,32 +115,6 @@ void TestPageEdits::recordOfARecordedPointIsShown()
     QVERIFY(page.tableLines().first().endsWith(s("|1|[x]")));
     QTRY_COMPARE(page.formats()->directDrop(), true);
     QCOMPARE(page.formats()->currentItem()->QTreeWidgetItem::parent()->text(0), s("m"));
-}
-
-void TestPageEdits::holderIdMovesItsRecords()
-{
-    Page page(inHolder("<action id='a'/>"), { host });
-    page.clickPoint("Commands");
-    QCOMPARE(page.tableLines().size(), 1);
-    page.edit("id", s("host.plain"));
-    QCOMPARE(page.tableLines().size(), 0);
-    page.clickPoint("Plain");
-    QCOMPARE(page.tableLines().size(), 1);
-    QCOMPARE(page.manager->ownRealizations().record(s("a"))->pointId(), s("host.plain"));
-}
-
-void TestPageEdits::sheetGoesWithWhatItShows()
-{
-    Page page(inHolder("<action id='a'/>"), { host });
-    page.clickPoint("Commands");
-    page.clickRecord(0);
-    QVERIFY(page.sheet()->isEnabled());
-    page.clickPoint("host");
-    QVERIFY(!page.sheet()->isEnabled());
-    page.clickPoint("Commands");
-    page.clickRecord(0);
-    page.menuOfRecord(0, s("Delete"));
-    QVERIFY(!page.sheet()->isEnabled() && page.sheetKeys().isEmpty());
 }
 
 QTEST_MAIN(TestPageEdits)

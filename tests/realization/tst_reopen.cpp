@@ -20,9 +20,9 @@ const char ownSets[]
 <Enum key="e"><Data key="1" text="one"/></Enum><Int key="n" min="1" max="9"/><SubExtPoint key="format" childtype="a|b"/>
 <SubExtPoint key="a" childtype="a|b"/><SubExtPoint key="b" id="sub.b"/><x><y><ExtPoint id="deep" name="D"><Flag key="f"/></ExtPoint></y>
 <SubExtPoint key="q"/></x></ExtPoint><SubExtPoint key="loose" name="L"/><ExtPoint name="nameless"/><extpoint id="small"/></ExtPointSet>
-<ExtDataSet><ExtData id="own.p"><format target="own"><a id="r1"><b id="r2"/></a><menubar/></format><a id="r1"/>
+<ExtDataSet><ExtData id="own.p"><format target="own"><a id="r1"><b id="r2"/></a><menubar/></format><a id="r1" icon="i.png"/>
 <b id="r2" text="tr('x')" Text="both"/><format id="x" target="own"><a id="r3"/></format><format/><a id="menu" toolTip="A" tooltip="B"/></ExtData>
-<ExtData id="host.cmd"><Format target="both"><action id="x" parent="m"/><menu><action id="x"/></menu></Format><action id="x"/><menu id="y"/>
+<ExtData id="host.cmd"><Format target="both"><action id="x" parent="m"/><menu><action id="x"/></menu></Format><action id="x" icon="i.png"/><menu id="y" icon="j.png"/>
 <Layout id="lay"><format id="in" target="inner"><menubar/></format></Layout></ExtData><ExtData id="deep"><deep id="x"/></ExtData>
 <ExtData id="loose"/></ExtDataSet>)XML";
 

@@ -200,6 +200,7 @@ void TestRightNode::saved_data()
             typeSheet(page, "target", "u");
             for (const int shown : { 0, 1 })
                 page.find<QTabWidget>("tabWidget")->setCurrentIndex(shown);
+            QCOMPARE(page.tabNames().filter(s("u|u")).size(), 1);
             page.clickEntry("m");
             page.edit("text", s("after"));
         },

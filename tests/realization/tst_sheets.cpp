@@ -41,6 +41,8 @@ QStringList lines(const QList<PropertyItem> &rows)
         const QString pattern = row.data(PropertyKey::RegExp).toString();
         if (!pattern.isEmpty())
             line += s(" /%1/").arg(pattern);
+        if (row.dataKeys().contains(PropertyKey::Min) || row.dataKeys().contains(PropertyKey::Max))
+            line += s(" %1..%2").arg(row.data(PropertyKey::Min).toString(), row.data(PropertyKey::Max).toString());
         if (!row.isEditable())
             line += s(" read-only");
         lines.append(row.displayText() == row.name() ? line : s("label differs: ") + line);
@@ -121,6 +123,11 @@ void TestSheets::recordSheet_data()
         << list({ "id:5=r /[0-9a-zA-Z_.]{0,49}$/", "zz:5=1", "sceneName:5= /[0-9a-zA-Z_.]{0,249}$/",
                "parent:5= /[a-zA-Z][a-zA-Z0-9-_.]{0,249}/", "statusTip:5= /^.{0,1000}$/", "toolTip:5= /^.{0,1000}$/",
                "text:5= /^.{0,25}$/", "tooltip:5=", "aa:5=" });
+    QTest::newRow("bounds of numbers, and of nothing else") << QByteArray(
+        "<Int key='i' min='2' max='9'/><Double key='d' max='0.5'/><Int key='e' min=''/><String key='s' min='1'/>")
+                                                            << QByteArray("<k id='r' i='7' d='1' e='' s=''/>")
+                                                            << withId(list(
+                                                                   { "i:3=7 2..9", "d:4=1 ..0.5", "e:3=", "s:5=" }));
     QTest::newRow("a key takes the letter case of its declaration")
         << QByteArray("<Int key='minWidth'/>") << QByteArray("<k id='r' minwidth='4'/>")
         << withId(list({ "minWidth:3=4" }));
