@@ -35,17 +35,6 @@ void showInTree(QTreeWidget *tree, PointTreeWidgetItem *item)
     tree->scrollToItem(item);
 }
 
-/// What is next to be current when @p row goes: the one after it, before it or above it.
-PointTreeWidgetItem *neighbourOf(PointTreeWidgetItem *row)
-{
-    QTreeWidgetItem *above = row->QTreeWidgetItem::parent();
-    if (!above)
-        return nullptr;
-    const int index = above->indexOfChild(row);
-    QTreeWidgetItem *beside = above->child(index + 1) ? above->child(index + 1) : above->child(index - 1);
-    return PointTreeWidgetItem::fromRow(beside ? beside : above);
-}
-
 } // namespace
 
 DefintionPageBuilder::DefintionPageBuilder(Ui::ExtPointWidget *ui, QObject *parent)
@@ -270,7 +259,11 @@ void DefintionPageBuilder::createSubPointOf(PointTreeWidgetItem *point)
 void DefintionPageBuilder::destroyPoint(PointTreeWidgetItem *point)
 {
     const bool wasCurrent = m_ui && m_ui->defintionTree->currentItem() == point;
-    const QPointer<PointTreeWidgetItem> next(wasCurrent ? neighbourOf(point) : nullptr);
+    PointTreeWidgetItem *beside = wasCurrent ? point->neighbour() : nullptr;
+    // A point within the point has its row beside it.
+    if (beside && point->reaches(beside))
+        beside = PointTreeWidgetItem::fromRow(point->QTreeWidgetItem::parent());
+    const QPointer<PointTreeWidgetItem> next(beside);
     PointCreation::takeOut(point);
     Q_EMIT delDefine(point);
     PointCreation::destroyWithCounterpart(point);
@@ -360,11 +353,12 @@ void DefintionPageBuilder::onBasicInfoDataChange(const QString &name, const QVar
     if (!m_currentPoint)
         return;
     const QPointer<PointTreeWidgetItem> point(m_currentPoint);
-    const QString old = point->property(name).toString();
+    const QString old = point->properties().text(name);
     const bool isChildType = name == QLatin1String("childtype");
     point->setProperty(name, isChildType ? QVariant(m_childTypes.textOf(value, old)) : CommittedValue::of(value));
-    const QString now = point->property(name).toString();
-    if (name == QLatin1String("id") && PointCreation::roleOf(point) == Role::Point)
+    const QString now = point->properties().text(name);
+    // Only this tag makes a point that records are for.
+    if (name == QLatin1String("id") && point->kind() == QLatin1String("ExtPoint") && point->parentItem())
         Controller::instance()->followPointId(old, now);
     if (name == QLatin1String("name"))
         point->setText(0, now);
@@ -389,7 +383,7 @@ void DefintionPageBuilder::fillAddPropertyMenu()
     commitSheets();
     QMenu *menu = m_addProperty->menu();
     menu->clear();
-    const QStringList missing = PointSheet::missingKeys(m_currentPoint);
+    const QStringList missing = missingKeys();
     for (const QString &key : missing)
         connect(menu->addAction(key), &QAction::triggered, this, [this, key] { addProperty(key); });
 }
@@ -414,7 +408,14 @@ void DefintionPageBuilder::updateButtons()
     m_ui->pushButton_del_attr->setEnabled(m_currentAttribute && m_ui->defintionTable->currentRow() >= 0);
     m_ui->pushButton_add_enum->setEnabled(isEnum);
     m_ui->pushButton_delete_enmu->setEnabled(isEnum && m_editMode == EditEntry && m_ui->enumTable->currentRow() >= 0);
-    m_addProperty->setEnabled(!PointSheet::missingKeys(m_currentPoint).isEmpty());
+    m_addProperty->setEnabled(!missingKeys().isEmpty());
+}
+
+QStringList DefintionPageBuilder::missingKeys() const
+{
+    // A plug-in is none, also where its element is named like a point.
+    const bool isPlugin = m_currentPoint && PointCreation::roleOf(m_currentPoint) == Role::Plugin;
+    return isPlugin ? QStringList() : PointSheet::missingKeys(m_currentPoint);
 }
 
 bool DefintionPageBuilder::currentTakesAttributes() const

@@ -98,6 +98,8 @@ private:
     void changeAttributeType(const QString &typeName);
     void updateButtons();
     [[nodiscard]] bool currentTakesAttributes() const;
+    /// What "Add Property" offers.
+    [[nodiscard]] QStringList missingKeys() const;
 
     Ui::ExtPointWidget *m_ui;
     PointSheet::TypeTable m_pointPropertyTypes;

@@ -88,7 +88,8 @@ void MetaDialog::propertyChanged(const QString &name, const QVariant &typed)
     if (!m_current)
         return;
     const QVariant value = CommittedValue::of(typed);
-    TableCells::setText(m_ui->tableWidget, currentRow(), MetaSheet::columns().indexOf(name), value.toString());
+    TableCells::setText(
+        m_ui->tableWidget, m_entries.indexOf(m_current), MetaSheet::columns().indexOf(name), value.toString());
     m_current->setProperty(name, value);
     if (name == QLatin1String("type"))
         m_ui->metaProperty->showProperties(MetaSheet::of(m_current, Controller::instance()->attributeTypes()));

@@ -19,8 +19,11 @@ QString withoutTranslationMarks(const QString &value)
     if (!value.contains(openingMark) || !value.contains(closingMark))
         return value;
     QString bare = value;
-    bare.remove(openingMark);
-    bare.remove(closingMark);
+    // What is left of two marks can make a third, which a later reading would take off.
+    while (bare.contains(openingMark) || bare.contains(closingMark)) {
+        bare.remove(openingMark);
+        bare.remove(closingMark);
+    }
     return bare;
 }
 

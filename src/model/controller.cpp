@@ -183,12 +183,6 @@ void Controller::renameRecord(PointTreeWidgetItem *record, const QString &id)
         manager->renameRecord(record, id);
 }
 
-void Controller::renameEntry(PointTreeWidgetItem *entry, const QString &id)
-{
-    if (SourceDataManager *manager = sourceDataManager())
-        manager->renameEntry(entry, id);
-}
-
 void Controller::destroyRealization(PointTreeWidgetItem *node)
 {
     if (SourceDataManager *manager = sourceDataManager())

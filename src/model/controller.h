@@ -58,7 +58,6 @@ public:
     bool moveRealization(PointTreeWidgetItem *node, PointTreeWidgetItem *parent, int index = -1);
     void setRealizationProperty(PointTreeWidgetItem *node, const QString &key, const QVariant &value);
     void renameRecord(PointTreeWidgetItem *record, const QString &id);
-    void renameEntry(PointTreeWidgetItem *entry, const QString &id);
     void destroyRealization(PointTreeWidgetItem *node);
     void retire(PointTreeWidgetItem *node);
     void followPointId(const QString &old, const QString &now);

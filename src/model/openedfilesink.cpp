@@ -115,6 +115,7 @@ void OpenedFileSink::describeDefinition(
     PointTreeWidgetItem *node, const PointTreeWidgetItem &parent, const QString &pluginId)
 {
     const QString id = node->properties().text(QStringLiteral("id"));
+    node->QTreeWidgetItem::setText(0, node->properties().text(QStringLiteral("name")));
     node->setPointId(id.isEmpty() ? parent.pointId() : id);
     node->setPluginId(pluginId);
 }

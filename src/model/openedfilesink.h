@@ -43,7 +43,7 @@ public:
     /// @p basePath is the directory of the file with a trailing "/".
     OpenedFileSink(const QString &basePath, OpenedFile *file);
 
-    /// Point and plug-in of a definition under @p parent, as its attributes have them.
+    /// Text, point and plug-in of a definition under @p parent, as its attributes have them.
     static void describeDefinition(
         PointTreeWidgetItem *node, const PointTreeWidgetItem &parent, const QString &pluginId);
     /// Text, point, plug-in, directory and whether it belongs to a format, of a realization node under @p parent.

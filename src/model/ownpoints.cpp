@@ -60,7 +60,6 @@ void OwnPoints::watch(PointTreeWidgetItem *definitions, PointTreeWidgetItem *poi
 {
     m_definitions = definitions;
     m_points = points;
-    m_definitions->setDefinitionSide();
     m_definitions->setWatcher(this);
 }
 
@@ -154,10 +153,13 @@ PointTreeWidgetItem *OwnPoints::offeredOf(PointTreeWidgetItem *node) const
 void OwnPoints::childAdded(PointTreeWidgetItem *parent, PointTreeWidgetItem *child)
 {
     describeOwn(child, m_definitions->properties().text(idKey));
-    if (parent == m_definitions)
+    if (parent == m_definitions) {
+        // The names of the root's own attributes stay as they are written.
+        child->setDefinitionSide();
         offerSet(child);
-    else if (PointTreeWidgetItem *above = offeredOf(parent))
+    } else if (PointTreeWidgetItem *above = offeredOf(parent)) {
         offer(child, above);
+    }
     m_changes->noteDefinitions();
 }
 
@@ -182,7 +184,7 @@ void OwnPoints::propertyChanged(PointTreeWidgetItem *node, const QString &key, c
         followRoot();
         return;
     }
-    if (key == idKey)
+    if (key == idKey || key == QLatin1String("name"))
         describeOwn(node, m_definitions->properties().text(idKey));
     // Of a set nothing is offered but its place.
     if (node->link() == node || !node->link())

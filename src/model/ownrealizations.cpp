@@ -12,6 +12,7 @@
 namespace {
 
 const QString idKey = QStringLiteral("id");
+const QString targetKey = QStringLiteral("target");
 const QLatin1String extData("ExtData");
 
 QString valueOf(const PointTreeWidgetItem *node, const QString &key)
@@ -61,7 +62,10 @@ OwnRealizations::Nodes OwnRealizations::withId(const QString &id) const
 
 PointTreeWidgetItem *OwnRealizations::record(const QString &id) const
 {
-    return m_indexes && !id.isEmpty() ? (*m_indexes)[NodeIndexes::Realizations].find(id, isRecord) : nullptr;
+    // A node without "id" stands under its tag, and nobody refers to it.
+    const auto isMeant
+        = [&id](const PointTreeWidgetItem *node) { return isRecord(node) && valueOf(node, idKey) == id; };
+    return m_indexes && !id.isEmpty() ? (*m_indexes)[NodeIndexes::Realizations].find(id, isMeant) : nullptr;
 }
 
 PointTreeWidgetItem *OwnRealizations::anyRecord(const QString &id) const
@@ -128,7 +132,7 @@ OwnRealizations::Nodes OwnRealizations::formats(const QString &name) const
     Nodes recorded;
     const auto sort = [&](const Nodes &nodes) {
         for (PointTreeWidgetItem *node : nodes) {
-            const bool targets = valueOf(node, QStringLiteral("target")) == name;
+            const bool targets = valueOf(node, targetKey) == name;
             if (!isRoot(node) || (!targets && valueOf(node, idKey) != name))
                 continue;
             Nodes &part = RealizationIndexing::isRecordedFormat(node) ? recorded : targets ? byTarget : byId;
@@ -143,7 +147,18 @@ OwnRealizations::Nodes OwnRealizations::formats(const QString &name) const
     std::sort(byId.begin(), byId.end(), comesBefore);
     std::sort(recorded.begin(), recorded.end(), comesBefore);
 
-    const Nodes all = byTarget + byId + recorded;
+    Nodes all = byTarget + byId + recorded;
+    // A root that goes by its "id" brings along those that have the same target and no place of their own.
+    for (const PointTreeWidgetItem *root : qAsConst(byId)) {
+        const QString target = valueOf(root, targetKey);
+        const Nodes others = target.isEmpty() ? Nodes() : (*m_indexes)[NodeIndexes::Targets].nodes(target);
+        if (others.value(0) != root)
+            continue;
+        for (PointTreeWidgetItem *other : others) {
+            if (valueOf(other, targetKey) == target && !all.contains(other))
+                all.append(other);
+        }
+    }
     const auto isPartOfAnother = [&all](const PointTreeWidgetItem *node) {
         for (PointTreeWidgetItem *above = node->parentItem(); above; above = above->parentItem()) {
             if (all.contains(above))

@@ -40,8 +40,8 @@ public:
     [[nodiscard]] Nodes references(const QString &id) const;
 
     /// The opened file's formats and layouts that fill the tab @p name: those whose "target" is the name, then those
-    /// whose "id" is, then the "Format"s that drops have recorded, each in document order. One that stands under
-    /// another of them is part of that one and not listed.
+    /// whose "id" is, then the "Format"s that drops have recorded, each in document order, then those that share the
+    /// target of one that goes by its "id". One that stands under another of them is part of that one and not listed.
     [[nodiscard]] Nodes formats(const QString &name) const;
 
     [[nodiscard]] static bool isRecord(const PointTreeWidgetItem *node);

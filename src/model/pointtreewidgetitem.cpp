@@ -129,6 +129,16 @@ void PointTreeWidgetItem::takeRow()
         tree->takeTopLevelItem(tree->indexOfTopLevelItem(this));
 }
 
+PointTreeWidgetItem *PointTreeWidgetItem::neighbour() const
+{
+    QTreeWidgetItem *above = QTreeWidgetItem::parent();
+    if (!above)
+        return nullptr;
+    const int index = above->indexOfChild(const_cast<PointTreeWidgetItem *>(this));
+    QTreeWidgetItem *beside = above->child(index + 1) ? above->child(index + 1) : above->child(index - 1);
+    return fromRow(beside ? beside : above);
+}
+
 void PointTreeWidgetItem::destroySubtree(PointTreeWidgetItem *node)
 {
     if (!node)

@@ -82,6 +82,9 @@ public:
     /// Takes the row out of the row or the tree that it stands in.
     void takeRow();
 
+    /// The row that is to be current when this one goes: the one after it, before it or above it; null at the top.
+    [[nodiscard]] PointTreeWidgetItem *neighbour() const;
+
     /// Destroys @p node, the rows under it and the model children under it that have no other parent. Null is allowed.
     /// Where one of the rows is the current one of its tree, none is current afterwards: a neighbour that became so by
     /// itself would be taken for one that the user has gone to.

@@ -6,7 +6,6 @@
 namespace {
 
 const QString idKey = QStringLiteral("id");
-const QString targetKey = QStringLiteral("target");
 
 /// The rows of this side follow the model, so that a page may show any part of it.
 void insertRow(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int index)
@@ -77,39 +76,11 @@ void SourceDataManager::setRealizationProperty(PointTreeWidgetItem *node, const 
 void SourceDataManager::renameRecord(PointTreeWidgetItem *record, const QString &id)
 {
     const QString old = record->property(idKey).toString();
-    if (!old.isEmpty() && !id.isEmpty()) {
-        const OwnRealizations::Nodes references = ownRealizations().references(old);
-        for (PointTreeWidgetItem *reference : references) {
-            setRealizationProperty(reference, idKey, id);
-            followParent(reference, old, id);
-        }
-    }
+    const OwnRealizations::Nodes references
+        = id.isEmpty() ? OwnRealizations::Nodes() : ownRealizations().references(old);
+    for (PointTreeWidgetItem *reference : references)
+        setRealizationProperty(reference, idKey, id);
     setRealizationProperty(record, idKey, id);
-}
-
-void SourceDataManager::renameEntry(PointTreeWidgetItem *entry, const QString &id)
-{
-    const QString old = entry->property(idKey).toString();
-    setRealizationProperty(entry, idKey, id);
-    if (!old.isEmpty() && !id.isEmpty())
-        followParent(entry, old, id);
-}
-
-void SourceDataManager::followParent(PointTreeWidgetItem *entry, const QString &oldId, const QString &newId)
-{
-    const QString parentKey = QStringLiteral("parent");
-    PointTreeWidgetItem *root = entry;
-    while (root->parentItem() && !OwnRealizations::isRoot(root))
-        root = root->parentItem();
-    for (const QString &name : { root->property(idKey).toString(), root->property(targetKey).toString() }) {
-        const OwnRealizations::Nodes formats = ownRealizations().formats(name);
-        for (const PointTreeWidgetItem *format : formats) {
-            for (PointObject *child : format->children()) {
-                if (child->property(parentKey).toString().compare(oldId, Qt::CaseInsensitive) == 0)
-                    child->setProperty(parentKey, newId);
-            }
-        }
-    }
 }
 
 void SourceDataManager::destroyRealization(PointTreeWidgetItem *node)
@@ -130,7 +101,9 @@ void SourceDataManager::retire(PointTreeWidgetItem *node)
 
 void SourceDataManager::followPointId(const QString &old, const QString &now)
 {
-    if (old == now || old.isEmpty() || now.isEmpty() || definition(old))
+    // Where somebody else has the one name or the other, nobody can say later whose the records were.
+    if (old == now || old.isEmpty() || now.isEmpty() || definition(old)
+        || m_indexes[NodeIndexes::Points].nodes(now).size() > 1 || !ownRealizations().holders(now).isEmpty())
         return;
     const OwnRealizations::Nodes holders = ownRealizations().holders(old);
     for (PointTreeWidgetItem *holder : holders)

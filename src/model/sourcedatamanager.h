@@ -108,15 +108,13 @@ public:
     bool moveRealization(PointTreeWidgetItem *node, PointTreeWidgetItem *parent, int index = -1);
     /// Stores @p value in @p node and whatever it mirrors, under @p key.
     void setRealizationProperty(PointTreeWidgetItem *node, const QString &key, const QVariant &value);
-    /// As above for the "id" of a record: the references to it in the opened file follow, and so do the entries there
-    /// that name one of them as their "parent". An emptied id is not followed, since nothing would lead back.
+    /// As above for the "id" of a record: the references to it in the opened file follow. An emptied id is not
+    /// followed, since nothing would lead back.
     void renameRecord(PointTreeWidgetItem *record, const QString &id);
-    /// As setRealizationProperty() for the "id" of an entry of a format; entries that name it as "parent" follow.
-    void renameEntry(PointTreeWidgetItem *entry, const QString &id);
     /// Takes @p node out of its parent and of both trees and destroys it with everything under it.
     void destroyRealization(PointTreeWidgetItem *node);
-    /// The point @p old is called @p now: unless another point has the old name, what the opened file holds for it
-    /// follows.
+    /// The point @p old is called @p now: what the opened file holds for it follows, unless another point has one of
+    /// the names or the file holds something for the new one already.
     void followPointId(const QString &old, const QString &now);
 
     /// The first definition node stored under @p key; null without one.
@@ -171,8 +169,6 @@ private:
     void dropOwnReading();
     /// Enters @p root under the name of the tab that it fills; answers the name.
     QString noteSiblingFormat(PointTreeWidgetItem *root);
-    /// Entries of the formats that @p entry stands in, or of their tabs, that name @p oldId as "parent" name @p newId.
-    void followParent(PointTreeWidgetItem *entry, const QString &oldId, const QString &newId);
     /// An attribute of the opened file's root has changed on the definition side.
     void followRoot();
     void addPlugin(PointTreeWidgetItem *plugin);

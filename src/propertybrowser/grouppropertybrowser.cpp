@@ -7,7 +7,9 @@
 #include <QApplication>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QPair>
 #include <QPointer>
+#include <QVector>
 
 namespace {
 
@@ -97,11 +99,26 @@ QList<PropertyItem> GroupPropertyBrowser::properties() const
 
 bool GroupPropertyBrowser::commitEditor()
 {
-    // A commit may show the sheet anew; what was typed in the other rows is discarded with them then.
+    // A commit may show the sheet anew, and with it goes what was typed in the other rows: it is kept first.
     const QPointer<QGroupBox> box(m_box);
+    QVector<QPair<QString, QVariant>> typed;
     bool accepted = true;
-    for (int row = 0; row < m_editors.size() && box == m_box; ++row) {
-        accepted = m_editors.at(row)->commit() && accepted;
+    for (const PropertyEditor *editor : qAsConst(m_editors)) {
+        if (!editor->isModified()) {
+            continue;
+        }
+        accepted = accepted && editor->isAcceptable();
+        if (editor->isAcceptable()) {
+            typed.append({ editor->item().name(), editor->value() });
+        }
+    }
+    for (const auto &row : qAsConst(typed)) {
+        auto *editor = box == m_box ? qobject_cast<PropertyEditor *>(editorFor(row.first)) : nullptr;
+        if (editor != nullptr) {
+            editor->commit();
+        } else {
+            emit propertyChanged(row.first, row.second);
+        }
     }
     return accepted;
 }

@@ -23,6 +23,7 @@ public:
     [[nodiscard]] PropertyEditor *editorAt(int row) const;
     bool openEditor(int row);
     bool commitEditor();
+    [[nodiscard]] bool isEditing() const { return m_open != nullptr; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -34,6 +34,11 @@ bool TreePropertyBrowser::commitEditor()
     return m_tree->commitEditor();
 }
 
+bool TreePropertyBrowser::isEditing() const
+{
+    return m_tree->isEditing();
+}
+
 QWidget *TreePropertyBrowser::editorFor(const QString &name) const
 {
     return m_tree->editorAt(m_tree->rowOf(name));

@@ -27,6 +27,8 @@ public:
     bool openEditor(const QString &name);
     /// Commits and closes the open editor. False when its text is refused; it stays open then, marked.
     bool commitEditor();
+    /// Whether an editor is open, also while another window has the focus.
+    [[nodiscard]] bool isEditing() const;
     /// The open editor of the first row of this name, null when it is not open. Valid until it is closed.
     [[nodiscard]] QWidget *editorFor(const QString &name) const;
 

@@ -4,12 +4,14 @@
 #include "model/pointtreewidgetitem.h"
 #include "realizationicons.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
 
 const QString idKey = QStringLiteral("id");
 const QString iconKey = QStringLiteral("icon");
+const QString parentKey = QStringLiteral("parent");
 
 QString value(const PointTreeWidgetItem *node, const QString &key)
 {
@@ -56,7 +58,6 @@ FormatPlan FormatFilling::plan()
         return std::move(m_plan);
     }
     for (PointTreeWidgetItem *source : roots) {
-        remember(source, m_root);
         if (source != roots.first()) {
             m_furtherRoots.insert(source);
             m_root->further.append(source);
@@ -135,7 +136,7 @@ void FormatFilling::addChildren(Row *row, PointTreeWidgetItem *source)
         PointTreeWidgetItem *child = object->item();
         if (!belongsTo(child, source))
             continue;
-        if (isRoot && !value(child, QStringLiteral("parent")).isEmpty())
+        if (isRoot && !value(child, parentKey).isEmpty())
             m_waiting.append({ nullptr, child });
         else
             addUnder(row, child);
@@ -166,43 +167,102 @@ FormatFilling::Row *FormatFilling::rowFor(PointTreeWidgetItem *source) const
 
 void FormatFilling::remember(const PointTreeWidgetItem *source, Row *row)
 {
+    const auto enter = [row](QHash<QString, Row *> *rows, const QString &name) {
+        if (!rows->contains(name))
+            rows->insert(name, row);
+    };
     const QString id = value(source, idKey);
-    const QString name = (id.isEmpty() ? source->kind() : id).toLower();
-    if (!name.isEmpty() && !m_named.contains(name))
-        m_named.insert(name, row);
+    if (id.isEmpty()) {
+        enter(&m_byKind, source->kind().toLower());
+    } else {
+        enter(&m_byId, id);
+        enter(&m_byFoldedId, id.toLower());
+    }
+}
+
+FormatFilling::Row *FormatFilling::rowNamed(const QString &parent, By by) const
+{
+    if (by == By::Kind)
+        return m_byKind.value(parent.toLower());
+    Row *row = m_byId.value(parent);
+    return row ? row : m_byFoldedId.value(parent.toLower());
+}
+
+bool FormatFilling::placeSome(By by)
+{
+    bool placed = false;
+    const QVector<Waiting> waiting = std::exchange(m_waiting, {});
+    for (const Waiting &entry : waiting) {
+        Row *row = entry.above ? entry.above : rowNamed(value(entry.source, parentKey), by);
+        if (row && !waits(entry.source)) {
+            addUnder(row, entry.source);
+            placed = true;
+        } else {
+            m_waiting.append(entry);
+        }
+    }
+    return placed;
 }
 
 void FormatFilling::placeWaiting()
 {
     // What waits may wait for a row that something else brings that waits as well.
-    const auto place = [this] {
-        bool placed = false;
+    while (!m_waiting.isEmpty()) {
+        if (placeSome(By::Id) || placeSome(By::Kind))
+            continue;
+        // Those that nobody waiting can help stay under the root; of those that wait for each other, one does.
+        QSet<QString> toCome;
+        for (const Waiting &entry : qAsConst(m_waiting))
+            toCome.insert(value(entry.source, idKey).toLower());
         const QVector<Waiting> waiting = std::exchange(m_waiting, {});
+        PointTreeWidgetItem *ofARing = nullptr;
+        bool helped = false;
         for (const Waiting &entry : waiting) {
-            Row *row = entry.above;
-            if (!row)
-                row = m_named.value(value(entry.source, QStringLiteral("parent")).toLower());
-            if (row && !waits(entry.source)) {
-                addUnder(row, entry.source);
-                placed = true;
+            const bool hopeless = !toCome.contains(value(entry.source, parentKey).toLower());
+            if (!waits(entry.source) && hopeless) {
+                addUnder(m_root, entry.source);
+                helped = true;
             } else {
                 m_waiting.append(entry);
+                if (!waits(entry.source) && !ofARing)
+                    ofARing = entry.source;
             }
         }
-        return placed;
-    };
-    while (!m_waiting.isEmpty()) {
-        if (place())
+        if (helped)
             continue;
-        // Nobody brings what they wait for: own entries first, since those that mirror them wait for nothing else.
-        const QVector<Waiting> orphans = std::exchange(m_waiting, {});
-        for (const Waiting &entry : orphans) {
-            if (waits(entry.source))
-                m_waiting.append(entry);
-            else
-                addUnder(m_root, entry.source);
-        }
-        if (m_waiting.size() == orphans.size())
+        if (!ofARing)
             return;
+        const auto chosen = std::find_if(
+            m_waiting.begin(), m_waiting.end(), [&](const Waiting &entry) { return entry.source == ofARing; });
+        m_waiting.erase(chosen);
+        addUnder(m_root, ofARing);
     }
+}
+
+QVector<PointTreeWidgetItem *> FormatFilling::placedUnder(PointTreeWidgetItem *entry)
+{
+    QVector<PointTreeWidgetItem *> found;
+    const OwnRealizations realizations = Controller::instance()->ownRealizations();
+    for (PointTreeWidgetItem *root = entry; root; root = root->parentItem()) {
+        if (!OwnRealizations::isRoot(root))
+            continue;
+        for (const QString &name : { value(root, idKey), value(root, QStringLiteral("target")) }) {
+            FormatSources sources = FormatSources::of(name);
+            sources.linkSiblings();
+            const FormatPlan plan = FormatFilling(sources).plan();
+            for (const FormatPlan::Row &row : plan.rows) {
+                // Where a sibling's namesake stands for the same row, that may have been meant.
+                if (row.source != entry || !row.further.isEmpty())
+                    continue;
+                for (const FormatPlan::Row *below : row.children) {
+                    PointTreeWidgetItem *source = below->source;
+                    // What stands there for that reason, and not as a child of the entry itself.
+                    if (source->parentItem() != entry && realizations.isOwn(source)
+                        && !value(source, parentKey).isEmpty() && !found.contains(source))
+                        found.append(source);
+                }
+            }
+        }
+    }
+    return found;
 }

@@ -29,9 +29,10 @@ struct FormatPlan
 /// Plans the rows of one format tree: first the root with its children as they stand, then what the other roots of the
 /// tab bring, each entry in the place where the product would show it. GUI thread; lives no longer than the planning.
 ///
-/// - An entry directly under a root that names a "parent" goes under the row with that "id", or with that kind when the
-///   row has no "id"; where there is no such row, it stays under the root. A tab with one root only shows that as it
-///   is.
+/// - An entry directly under a root that names a "parent" goes under the row with that "id" (in the same letter case,
+/// else
+///   in any), or else under one without "id" of that kind; where there is none below the root, it stays there. A tab
+///   with one root only shows that as it is.
 /// - A bar ("menubar", "toolbars") of a further root gets no row of its own when there is one of its kind: its entries
 ///   go into that one. The same holds for a sibling's entry that mirrors an own one (see FormatSources).
 class FormatFilling final
@@ -41,6 +42,9 @@ public:
 
     /// Without rows when nothing fills the tab.
     [[nodiscard]] FormatPlan plan();
+
+    /// The opened file's entries that stand under @p entry in some tab because they name it as their "parent".
+    [[nodiscard]] static QVector<PointTreeWidgetItem *> placedUnder(PointTreeWidgetItem *entry);
 
     /// Texts and icon of a row: its "id", else its kind; its label, else its record's; its icon, else its record's.
     static void label(PointTreeWidgetItem *row);
@@ -55,6 +59,10 @@ private:
     [[nodiscard]] bool waits(const PointTreeWidgetItem *source) const;
     [[nodiscard]] Row *rowFor(PointTreeWidgetItem *source) const;
     void remember(const PointTreeWidgetItem *source, Row *row);
+    enum class By { Id, Kind };
+    [[nodiscard]] Row *rowNamed(const QString &parent, By by) const;
+    /// Places what waits for a row that there is. True when there was any.
+    bool placeSome(By by);
     void placeWaiting();
 
     FormatSources m_sources;
@@ -68,7 +76,9 @@ private:
         Row *above; ///< for a sibling's entry that mirrors one that has no row yet
         PointTreeWidgetItem *source;
     };
-    QVector<Waiting> m_waiting;    ///< in order
-    QHash<QString, Row *> m_named; ///< by "id" or kind in lower case, the first row of each
+    QVector<Waiting> m_waiting;   ///< in order
+    QHash<QString, Row *> m_byId; ///< the first row of each
+    QHash<QString, Row *> m_byFoldedId;
+    QHash<QString, Row *> m_byKind; ///< rows without "id", by kind in lower case
     QHash<const PointTreeWidgetItem *, Row *> m_rowOf;
 };

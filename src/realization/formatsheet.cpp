@@ -39,17 +39,20 @@ QList<PropertyItem> FormatSheet::of(PointTreeWidgetItem *item)
     if (!item)
         return rows;
     const Definitions::Attributes declared = SheetRows::declared(item);
-    const PropertyHash own = SheetRows::properties(item, declared);
-    QStringList keys = own.keys();
+    QStringList asked = declared.keys;
     PropertyHash recorded;
     PointTreeWidgetItem *record = nullptr;
     if (!showsOnlyItsOwn(item)) {
-        record = Controller::instance()->ownRealizations().anyRecord(own.text(QStringLiteral("id")));
+        record = Controller::instance()->ownRealizations().anyRecord(item->properties().text(QStringLiteral("id")));
         if (record)
-            recorded = SheetRows::properties(record, declared);
-        keys += recorded.keys() + declared.keys;
-        keys.removeDuplicates();
+            recorded = SheetRows::properties(record, declared.keys);
+        asked = recorded.keys() + asked;
     }
+    const PropertyHash own = SheetRows::properties(item, asked);
+    QStringList keys = own.keys();
+    if (!showsOnlyItsOwn(item))
+        keys += asked;
+    keys.removeDuplicates();
     for (const QString &key : qAsConst(keys)) {
         if (!own.value(key).isNull() || showsOnlyItsOwn(item))
             SheetRows::add(&rows, rowOf(key, own.value(key), item, declared));

@@ -149,6 +149,8 @@ void FormatTree::clear()
     m_tabName.clear();
     if (!m_tree)
         return;
+    // That no row is current any more is nobody's doing.
+    const QSignalBlocker quiet(m_tree);
     m_tree->setMergedSources({});
     while (m_tree->topLevelItemCount() > 0)
         PointTreeWidgetItem::destroySubtree(PointTreeWidgetItem::fromRow(m_tree->topLevelItem(0)));
@@ -291,8 +293,10 @@ void FormatTree::follow(const ModelChange &change, const QString &name)
 {
     if (!m_tree)
         return;
-    const bool moves = std::any_of(change.edits.cbegin(), change.edits.cend(),
-        [](const ModelChange::Edit &edit) { return decidesOnPlace(edit.key); });
+    const bool moves = std::any_of(change.edits.cbegin(), change.edits.cend(), [](const ModelChange::Edit &edit) {
+        // The row of the root says what the roots say together.
+        return decidesOnPlace(edit.key) || (edit.node && OwnRealizations::isRoot(edit.node));
+    });
     if (change.structure || moves || name != m_tabName) {
         sync(name);
     } else {
@@ -365,16 +369,6 @@ void FormatTree::growColumns()
 bool FormatTree::isOutdated() const
 {
     return !m_tabName.isEmpty() && m_revision != Controller::instance()->formatRevision(m_tabName);
-}
-
-PointTreeWidgetItem *FormatTree::neighbourOf(PointTreeWidgetItem *row)
-{
-    QTreeWidgetItem *above = row->QTreeWidgetItem::parent();
-    if (!above)
-        return nullptr;
-    const int index = above->indexOfChild(row);
-    QTreeWidgetItem *beside = above->child(index + 1) ? above->child(index + 1) : above->child(index - 1);
-    return PointTreeWidgetItem::fromRow(beside ? beside : above);
 }
 
 FormatTree::Nodes FormatTree::rowsWithId(const QString &id) const

@@ -56,9 +56,6 @@ public:
     /// What a row shows: the node that it was made from.
     [[nodiscard]] static PointTreeWidgetItem *sourceOf(PointTreeWidgetItem *row);
 
-    /// The row that is next to be current when @p row goes: the one after it, before it or above it.
-    [[nodiscard]] static PointTreeWidgetItem *neighbourOf(PointTreeWidgetItem *row);
-
     /// The rows with this "id".
     [[nodiscard]] Nodes rowsWithId(const QString &id) const;
     [[nodiscard]] bool contains(const PointTreeWidgetItem *row) const;

@@ -4,6 +4,7 @@
 #include "definition/metadialog.h"
 #include "definitionchanges.h"
 #include "formatediting.h"
+#include "formatfilling.h"
 #include "formatmenu.h"
 #include "formattabbar.h"
 #include "formattabs.h"
@@ -17,7 +18,6 @@
 #include "sheetpane.h"
 #include "surface/extpointwidgetform.h"
 
-#include <QAbstractItemView>
 #include <QApplication>
 #include <QCursor>
 #include <QElapsedTimer>
@@ -281,7 +281,6 @@ void RealizationPageBuilder::delDefine(PointTreeWidgetItem *item)
 {
     if (m_realizationRoot && item)
         item->unlink();
-    Controller::instance()->flushChanges();
 }
 
 void RealizationPageBuilder::onItemClicked(QTreeWidgetItem *item, int)
@@ -346,7 +345,7 @@ void RealizationPageBuilder::onFormatTreeItemClicked(QTreeWidgetItem *item, int)
     m_sheet->commit();
     if (shown && !Controller::instance()->ownRealizations().isForeign(shown))
         m_sheet->show(SheetPane::Subject::Entry, shown);
-    else
+    else if (item || m_sheet->subject() == SheetPane::Subject::Entry)
         m_sheet->showNothing();
 }
 
@@ -360,14 +359,35 @@ void RealizationPageBuilder::onPropertyRealization(const QString &property, cons
         m_sheet->showAfresh();
         return;
     }
-    Controller *controller = Controller::instance();
-    if (property == idKey && m_sheet->subject() == SheetPane::Subject::Record)
-        controller->renameRecord(node, value.toString());
-    else if (property == idKey && m_sheet->subject() == SheetPane::Subject::Entry)
-        controller->renameEntry(node, value.toString());
+    if (property == idKey)
+        rename(node, value.toString());
     else
-        controller->setRealizationProperty(node, property, value);
+        Controller::instance()->setRealizationProperty(node, property, value);
     finishChange();
+}
+
+void RealizationPageBuilder::rename(PointTreeWidgetItem *node, const QString &id)
+{
+    Controller *controller = Controller::instance();
+    const QString old = node->property(idKey).toString();
+    const bool isRecord = m_sheet->subject() == SheetPane::Subject::Record;
+    OwnRealizations::Nodes entries;
+    if (isRecord && !id.isEmpty())
+        entries = controller->ownRealizations().references(old);
+    else if (m_sheet->subject() == SheetPane::Subject::Entry)
+        entries.append(node);
+    // What stands under an entry because it names it goes on doing so.
+    OwnRealizations::Nodes placed;
+    if (!old.isEmpty() && !id.isEmpty()) {
+        for (PointTreeWidgetItem *entry : qAsConst(entries))
+            placed += FormatFilling::placedUnder(entry);
+    }
+    if (isRecord)
+        controller->renameRecord(node, id);
+    else
+        controller->setRealizationProperty(node, idKey, id);
+    for (PointTreeWidgetItem *entry : qAsConst(placed))
+        controller->setRealizationProperty(entry, QStringLiteral("parent"), id);
 }
 
 bool RealizationPageBuilder::wouldLoseItsName(
@@ -389,6 +409,9 @@ void RealizationPageBuilder::formatTabCurrentChanged(int)
         return;
     m_formatTree->moveTo(m_ui->formatTab->currentWidget());
     m_formatTree->show(m_formatTabs->currentName());
+    // Its row has gone.
+    if (m_sheet->subject() == SheetPane::Subject::Entry)
+        m_sheet->showNothing();
 }
 
 void RealizationPageBuilder::onFormatTreeMenu(const QPoint pos)
@@ -454,7 +477,7 @@ void RealizationPageBuilder::formatItemDel()
         return;
     PointTreeWidgetItem *row = std::exchange(m_contextItem, nullptr);
     const bool wasCurrent = row == m_formatTree->widget()->currentItem();
-    const QPointer<PointTreeWidgetItem> next(wasCurrent ? FormatTree::neighbourOf(row) : nullptr);
+    const QPointer<PointTreeWidgetItem> next(wasCurrent ? row->neighbour() : nullptr);
     Controller::instance()->destroyRealization(row->master()->item());
     finishChange();
     showEntry(next);
@@ -575,7 +598,5 @@ bool RealizationPageBuilder::isBusy() const
 {
     if (m_menuOpen || QApplication::activePopupWidget() || QApplication::activeModalWidget() || isDragging())
         return true;
-    const QWidget *focus = QApplication::focusWidget();
-    const auto *sheet = m_ui->propertyRealization->findChild<QAbstractItemView *>();
-    return focus && sheet && focus != sheet && sheet->isAncestorOf(focus);
+    return m_ui->propertyRealization->isEditing();
 }

@@ -82,6 +82,8 @@ private:
     void createMenus();
     void connectToManager();
     void openFormatMenu(QMenu *menu, const QPoint &globalPos);
+    /// Gives what the sheet is about another "id"; whoever names it by that follows.
+    void rename(PointTreeWidgetItem *node, const QString &id);
     /// The end of whatever the user has changed: the views follow, and the document is marked.
     void finishChange();
     /// Has every view follow a change of the model, in an order in which each finds what it needs.

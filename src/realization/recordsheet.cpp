@@ -69,7 +69,7 @@ QList<PropertyItem> RecordSheet::withoutChildTypes(PointTreeWidgetItem *record)
     if (!record)
         return rows;
     const Definitions::Attributes declared = SheetRows::declared(record);
-    const PropertyHash properties = SheetRows::properties(record, declared);
+    const PropertyHash properties = SheetRows::properties(record, declared.keys);
     for (const PropertyHash::Entry &entry : properties)
         SheetRows::add(&rows, rowOf(record, entry.key, entry.value, declared));
     // What has been declared since the defaults were stored is shown as well, and stored by the next click.

@@ -55,10 +55,10 @@ Definitions::Attributes SheetRows::declared(const PointTreeWidgetItem *node)
     return declared;
 }
 
-PropertyHash SheetRows::properties(const PointTreeWidgetItem *node, const Definitions::Attributes &declared)
+PropertyHash SheetRows::properties(const PointTreeWidgetItem *node, const QStringList &asked)
 {
     PropertyHash properties = node->properties();
-    for (const QString &key : declared.keys) {
+    for (const QString &key : asked) {
         const QString lowered = key.toLower();
         if (properties.value(key).isNull() && !properties.value(lowered).isNull())
             properties.rename(lowered, key);

@@ -15,9 +15,9 @@ namespace SheetRows {
 /// What the definition of @p node declares; empty without one. A key that no file can hold is left out.
 [[nodiscard]] Definitions::Attributes declared(const PointTreeWidgetItem *node);
 
-/// What @p node holds, with its keys in the letter case of the declarations where a value would be found under them.
-/// What is saved stays as it is.
-[[nodiscard]] PropertyHash properties(const PointTreeWidgetItem *node, const Definitions::Attributes &declared);
+/// What @p node holds, with its keys in the letter case of @p asked where a value would be found under them. What is
+/// saved stays as it is.
+[[nodiscard]] PropertyHash properties(const PointTreeWidgetItem *node, const QStringList &asked);
 
 /// A row for @p key, of the type that its declaration asks for, without options. The value of a set of flags that is
 /// written as a number becomes a number, since the editor takes a text for the names of the flags.

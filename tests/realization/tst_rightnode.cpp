@@ -278,6 +278,76 @@ void TestRightNode::saved_data()
         },
         { s("<format id=\"h\" text=\"tr('T')\">"), s("<format id=\"g\"/>") });
 
+    // What names another entry as its "parent" goes on doing so, and nothing else does.
+    const auto edit = [](const char *entry, const char *key, std::initializer_list<const char *> values) {
+        const QVector<const char *> all(values);
+        return [=](Page &page) {
+            page.clickPoint("Commands");
+            page.showTab("t");
+            page.clickEntry(entry);
+            for (const char *value : all)
+                page.edit(key, s(value));
+        };
+    };
+    row("what stands under a sibling's menu, while an own one is called like it for a moment",
+        data("<format target='shared'><menu id='mine'/></format><Format target='shared'><action id='r' "
+             "parent='file'/></Format>"),
+        [](Page &page) {
+            page.clickPoint("Commands");
+            page.showTab("shared");
+            page.clickEntry("mine");
+            for (const char *id : { "file", "mine" })
+                page.edit("id", s(id));
+        },
+        { s("parent=\"file\"") });
+    row("what stands under the first of two namesakes",
+        data(
+            "<format target='t'><menu id='x'/><menu id='x'><action id='in'/></menu></format><Format target='t'><action "
+            "id='a' parent='x'/></Format>"),
+        [](Page &page) {
+            page.clickPoint("Commands");
+            page.showTab("t");
+            Page::click(page.formats(), page.entry("in")->QTreeWidgetItem::parent());
+            page.edit("id", s("y"));
+        },
+        { s("parent=\"x\"") });
+    row("what stands under the renamed entry",
+        data("<format target='t'><menu id='m'/></format><Format target='t'><action id='a' parent='M'/></Format>"),
+        edit("m", "id", { "n" }), { s("parent=\"n\"") });
+    row("what stands under a bar, and not under the menu that is called like it",
+        data("<format target='t'><menubar/><menu id='menubar2'/></format><Format target='t'><action id='b' "
+             "parent='menubar'/></Format>"),
+        edit("menubar2", "id", { "z" }), { s("parent=\"menubar\"") });
+
+    // A point's records stay its own.
+    const QByteArray twoPoints = points("<ExtPoint id='o.p' name='P'/><ExtPoint id='o.q' name='Q'/>");
+    const auto pointId = [](std::initializer_list<const char *> ids) {
+        const QVector<const char *> all(ids);
+        return [=](Page &page) {
+            definition(page, "P");
+            for (const char *id : all)
+                Q_EMIT page.find<GroupPropertyBrowser>("basicInfo")->propertyChanged(s("id"), s(id));
+        };
+    };
+    row("a point called like another for a moment", twoPoints + data("<p id='1'/>", "o.p"), pointId({ "o.q", "o.p" }),
+        { s("<ExtData id=\"o.p\"") });
+    row("a point called like what the file holds something for",
+        points("<ExtPoint id='o.p' name='P'/>") + data("<p id='1'/>", "o.p") + data("<x id='2'/>", "far"),
+        pointId({ "far", "o.p" }), { s("<ExtData id=\"o.p\""), s("<ExtData id=\"far\"") });
+    row("two rows typed into, one with blanks", points("<ExtPoint id='o.p' name='P' description='d'/>"),
+        [](Page &page) {
+            definition(page, "P");
+            page.find<GroupPropertyBrowser>("basicInfo")
+                ->editorFor(s("description"))
+                ->findChild<QPlainTextEdit *>()
+                ->setPlainText(s("long"));
+            page.find<GroupPropertyBrowser>("basicInfo")
+                ->editorFor(s("name"))
+                ->findChild<QLineEdit *>()
+                ->setText(s("n "));
+        },
+        { s("name=\"n\""), s("description=\"long\"") });
+
     // Roots.
     const QByteArray layout = data("<Layout id='lay'><menu id='m'/></Layout><action id='a'/>");
     row("the own root stays the one after a recorded drop", layout,
@@ -312,7 +382,8 @@ void TestRightNode::saved()
     QFETCH(const QByteArray, sets);
     QFETCH(const Action, action);
     QFETCH(const QStringList, expected);
-    const Sibling theirs { "zzz", data("<Layout id='lay'><menu id='theirs'/></Layout>") };
+    const Sibling theirs { "zzz",
+        data("<Layout id='lay'><menu id='theirs'/></Layout><format target='shared'><menu id='file'/></format>") };
     Page page(sets, { host, theirs });
     action(page);
     page.widget->commitEditors();
@@ -358,6 +429,39 @@ void TestRightNode::shown_data()
             page.clickEntry("a");
             drop(page, EntryMove::perform(site(page, "m"), page.entry("a")));
             QVERIFY(!page.sheetKeys().contains(s("parent")));
+        });
+    row("all roots of one target, whatever the first is called",
+        data("<format id='a' target='t'><menu id='1'/></format><format target='t'><menu id='2'/></format>"),
+        [](Page &page) {
+            page.clickPoint("Commands");
+            QCOMPARE(page.formatLines().mid(1), (QStringList { s("  1"), s("  2") }));
+        });
+    row("a menu called like a kind, and what names it",
+        data("<format target='t'><menu/><menu id='menu'/></format><Format target='t'><action id='a' "
+             "parent='menu'/><menu id='b' parent='c'/><action id='c2' parent='b'/></Format>"),
+        [](Page &page) {
+            page.clickPoint("Commands");
+            QCOMPARE(page.formatLines().mid(1),
+                (QStringList { s("  menu"), s("  menu"), s("    a"), s("  b"), s("    c2") }));
+        });
+    row("the sheet of a record while the tabs change", data("<action id='a'/><format target='t'/><format target='u'/>"),
+        [](Page &page) {
+            page.clickPoint("Commands");
+            page.clickRecord(0);
+            page.showTab("u");
+            QVERIFY(page.sheet()->isEnabled());
+        });
+    row("one letter case of a key",
+        data("<action id='a' toolTip='R'/><format target='t'><action id='a' tooltip='E'/></format>"), [](Page &page) {
+            page.clickPoint("Commands");
+            page.clickEntry("a");
+            QCOMPARE(page.sheetKeys().filter(s("tip"), Qt::CaseInsensitive), QStringList { s("toolTip") });
+        });
+    row("nothing of a deleted point", points("<ExtPoint id='o.p' name='P'><ExtPoint id='in' name='In'/></ExtPoint>"),
+        [](Page &page) {
+            definition(page, "P");
+            page.press(page.find<QTreeWidget>("defintionTree"), Qt::Key_Delete);
+            QCOMPARE(page.find<GroupPropertyBrowser>("basicInfo")->properties().value(0).value().toString(), s("own"));
         });
     row("tool tips name the plug-in that holds the record", points(""), [](Page &page) {
         dropOnTable(page, "Commands");

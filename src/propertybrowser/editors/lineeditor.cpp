@@ -11,7 +11,9 @@ const TextCodec &LineEditor::codec()
 {
     static const TextCodec codec = [] {
         TextCodec c {};
-        c.parse = [](const PropertyItem &item, const QString &text) {
+        // Blanks around what is typed are no part of it: no file would bring them back.
+        c.parse = [](const PropertyItem &item, const QString &typed) {
+            const QString text = typed.trimmed();
             const bool matches = WholeMatch::matches(WholeMatch::patternOf(item), text, WholeMatch::Lines::One);
             return matches ? QVariant(text) : QVariant();
         };
