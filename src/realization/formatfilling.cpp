@@ -210,32 +210,38 @@ void FormatFilling::placeWaiting()
     while (!m_waiting.isEmpty()) {
         if (placeSome(By::Id) || placeSome(By::Kind))
             continue;
-        // Those that nobody waiting can help stay under the root; of those that wait for each other, one does.
-        QSet<QString> toCome;
-        for (const Waiting &entry : qAsConst(m_waiting))
-            toCome.insert(value(entry.source, idKey).toLower());
-        const QVector<Waiting> waiting = std::exchange(m_waiting, {});
-        PointTreeWidgetItem *ofARing = nullptr;
-        bool helped = false;
-        for (const Waiting &entry : waiting) {
-            const bool hopeless = !toCome.contains(value(entry.source, parentKey).toLower());
-            if (!waits(entry.source) && hopeless) {
-                addUnder(m_root, entry.source);
-                helped = true;
-            } else {
-                m_waiting.append(entry);
-                if (!waits(entry.source) && !ofARing)
-                    ofARing = entry.source;
-            }
+        // Those that nobody waiting can help stay under the root.
+        QHash<QString, PointTreeWidgetItem *> toCome;
+        for (const Waiting &entry : qAsConst(m_waiting)) {
+            if (!waits(entry.source))
+                toCome.insert(value(entry.source, idKey).toLower(), entry.source);
         }
-        if (helped)
+        const auto awaited
+            = [&toCome](const PointTreeWidgetItem *source) { return toCome.value(value(source, parentKey).toLower()); };
+        const QVector<Waiting> waiting = std::exchange(m_waiting, {});
+        PointTreeWidgetItem *first = nullptr;
+        for (const Waiting &entry : waiting) {
+            if (!waits(entry.source) && !awaited(entry.source)) {
+                addUnder(m_root, entry.source);
+                continue;
+            }
+            m_waiting.append(entry);
+            if (!first && !waits(entry.source))
+                first = entry.source;
+        }
+        if (m_waiting.size() < waiting.size())
             continue;
-        if (!ofARing)
+        if (!first)
             return;
-        const auto chosen = std::find_if(
-            m_waiting.begin(), m_waiting.end(), [&](const Waiting &entry) { return entry.source == ofARing; });
-        m_waiting.erase(chosen);
-        addUnder(m_root, ofARing);
+        // Of those that wait for each other the last one stays, and the others come under it.
+        QSet<const PointTreeWidgetItem *> ring;
+        while (!ring.contains(awaited(first))) {
+            ring.insert(first);
+            first = awaited(first);
+        }
+        m_waiting.erase(std::find_if(
+            m_waiting.begin(), m_waiting.end(), [&](const Waiting &entry) { return entry.source == first; }));
+        addUnder(m_root, first);
     }
 }
 

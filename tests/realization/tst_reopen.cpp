@@ -1,3 +1,4 @@
+#include "realization/sheetpane.h"
 #include "realizationpage.h"
 #include "seen.h"
 
@@ -356,8 +357,10 @@ void TestReopen::nothingShownIsOld()
             page.widget->commitEditors();
             page.manager->changes().flush();
             if (page.manager->isScanning()) {
-                // What siblings bring to the tab in sight is shown a moment later.
+                // What siblings bring to the tab in sight is shown a moment later, unless something that was refused is
+                // still being typed.
                 page.manager->completeScan();
+                page.builder()->findChild<SheetPane *>()->showAfresh();
                 QTest::qWait(200);
             }
             const QStringList now = shownNow(page);
