@@ -43,6 +43,12 @@ void ModelChanges::noteStructure()
     announceLater();
 }
 
+void ModelChanges::discard()
+{
+    m_collected = {};
+    m_turn.stop();
+}
+
 void ModelChanges::announceLater()
 {
     if (!m_turn.isActive())

@@ -48,6 +48,9 @@ public:
     void noteDefinitions();
     void noteStructure();
 
+    /// Forgets what has been collected: the whole file is new, and is shown as such.
+    void discard();
+
     /// Announces what has been collected, if anything. A listener that makes further changes has them announced too.
     void flush();
 

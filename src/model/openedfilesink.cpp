@@ -100,7 +100,6 @@ PointTreeWidgetItem *OpenedFileSink::startDefinition(
     const PropertyHash properties = NodeAttributes::withLowerNames(attributes);
     PointTreeWidgetItem *node = newNode(properties.text(QStringLiteral("name")));
     node->setProperties(properties);
-    describeDefinition(node, *parent, m_file->rootProperties.text(QStringLiteral("id")));
     node->setKind(tag);
     parent->addChild(node, false);
     node->setBasePath(m_basePath);
@@ -128,7 +127,6 @@ PointTreeWidgetItem *OpenedFileSink::startRealization(
     node->setKind(tag);
     parent->addChild(node, false);
     parent->QTreeWidgetItem::addChild(node);
-    describeRealization(node, *parent, m_file->rootProperties.text(QStringLiteral("id")), m_basePath);
     return node;
 }
 

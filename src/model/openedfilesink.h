@@ -36,7 +36,8 @@ public:
 
 /// The rules by which the opened file becomes nodes. They differ from those for siblings: attribute names of the
 /// definition side are lowered, tags are compared without regard to letter case, a realization node without "id" shows
-/// its tag, and the nodes are linked at once. GUI thread.
+/// its tag, and the nodes are linked at once. What a node is by its place is said when it enters the model, by the two
+/// functions here. GUI thread.
 class OpenedFileSink final : public ExtensionFile::Sink
 {
 public:

@@ -105,6 +105,7 @@ bool SourceDataManager::load(const QString &fileName, const std::function<bool(E
     clearOpenedFile();
     m_realizationRoot->setBasePath(directory);
     adopt(file);
+    m_changes.discard();
     m_loadFailed = false;
     return true;
 }

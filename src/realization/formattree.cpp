@@ -204,22 +204,24 @@ void FormatTree::sync(const QString &name)
     m_tree->setTabName(m_tabName);
     m_tree->setDirectDrop(sources.isEditable());
 
-    const ViewState state(m_tree);
-    // Drops and the menu have put rows into the tree themselves.
-    m_indexed = false;
-    index();
-    QSet<const PointTreeWidgetItem *> planned;
-    for (const FormatPlan::Row &row : plan.rows)
-        planned.insert(row.source);
-    destroyAllBut(planned);
-    if (!plan.rows.empty())
-        arrange(placeRow(nullptr, 0, plan.rows.front().source), plan.rows.front());
-    m_indexed = false;
-    index();
-    QMultiHash<const PointTreeWidgetItem *, PointTreeWidgetItem *> further;
-    for (const FormatPlan::Row &row : plan.rows) {
-        for (PointTreeWidgetItem *source : row.further)
-            further.insert(m_rowBySource.value(row.source), source);
+    Further further;
+    if (m_tree->topLevelItemCount() == 0) {
+        m_indexed = false;
+        // At once, so that the view need not follow row by row.
+        if (!plan.rows.empty())
+            m_tree->addTopLevelItem(build(plan.rows.front(), &further));
+    } else {
+        const ViewState state(m_tree);
+        // Drops and the menu have put rows into the tree themselves.
+        m_indexed = false;
+        index();
+        QSet<const PointTreeWidgetItem *> planned;
+        for (const FormatPlan::Row &row : plan.rows)
+            planned.insert(row.source);
+        destroyAllBut(planned);
+        if (!plan.rows.empty())
+            arrange(placeRow(nullptr, 0, plan.rows.front().source), plan.rows.front(), &further);
+        m_indexed = false;
     }
     m_tree->setMergedSources(further);
     if (m_tree->topLevelItemCount() > 0)
@@ -227,13 +229,29 @@ void FormatTree::sync(const QString &name)
     growColumns();
 }
 
-void FormatTree::arrange(PointTreeWidgetItem *row, const FormatPlan::Row &planned)
+PointTreeWidgetItem *FormatTree::build(const FormatPlan::Row &planned, Further *further)
 {
+    auto *row = new PointTreeWidgetItem(*planned.source);
+    FormatFilling::label(row);
+    for (PointTreeWidgetItem *source : planned.further)
+        further->insert(row, source);
+    for (const FormatPlan::Row *child : planned.children) {
+        PointTreeWidgetItem *below = build(*child, further);
+        row->addChild(below, false);
+        row->QTreeWidgetItem::addChild(below);
+    }
+    return row;
+}
+
+void FormatTree::arrange(PointTreeWidgetItem *row, const FormatPlan::Row &planned, Further *further)
+{
+    for (PointTreeWidgetItem *source : planned.further)
+        further->insert(row, source);
     for (int i = 0; i < planned.children.size(); ++i)
         placeRow(row, i, planned.children.at(i)->source);
     // Below them only now: a row that belongs here may still stand under its sibling.
     for (int i = 0; i < planned.children.size(); ++i)
-        arrange(PointTreeWidgetItem::fromRow(row->child(i)), *planned.children.at(i));
+        arrange(PointTreeWidgetItem::fromRow(row->child(i)), *planned.children.at(i), further);
 }
 
 PointTreeWidgetItem *FormatTree::placeRow(PointTreeWidgetItem *above, int index, PointTreeWidgetItem *source)

@@ -1,3 +1,4 @@
+#include "realization/formattree.h"
 #include "realization/sheetpane.h"
 #include "realizationpage.h"
 #include "seen.h"
@@ -361,7 +362,7 @@ void TestReopen::nothingShownIsOld()
                 // still being typed.
                 page.manager->completeScan();
                 page.builder()->findChild<SheetPane *>()->showAfresh();
-                QTest::qWait(200);
+                QTRY_VERIFY(!page.builder()->findChild<FormatTree *>()->isOutdated());
             }
             const QStringList now = shownNow(page);
             QString differs = difference(now, shownAnew(page), isOfADrop);

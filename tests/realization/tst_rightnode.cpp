@@ -94,6 +94,8 @@ void drop(Page &page, const DropOutcome &outcome)
 
 DropSite site(Page &page, const char *entry)
 {
+    // What has just been shown gets its place first.
+    QCoreApplication::processEvents();
     page.formats()->scrollToItem(page.entry(entry));
     return page.formats()->siteAt(page.formats()->visualItemRect(page.entry(entry)).center());
 }
@@ -354,6 +356,7 @@ void TestRightNode::saved_data()
         [](Page &page) {
             page.clickPoint("Commands");
             page.showTab("lay");
+            QTRY_VERIFY(page.entry("theirs"));
             drop(page, RecordDrop::perform(site(page, "theirs"), page.manager->ownRealizations().record(s("a"))));
             page.clickEntry("lay");
             page.edit("title", s("Mine"));
