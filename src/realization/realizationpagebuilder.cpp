@@ -184,16 +184,12 @@ void RealizationPageBuilder::follow(const ModelChange &change)
     // The sheet is about nothing that can't be found on the page any more. A record without an id is found nowhere, but
     // may be given one where that was taken from it.
     PointTreeWidgetItem *node = m_sheet->node();
-    const bool isOwn = node && Controller::instance()->ownRealizations().isOwn(node);
-    bool isFound = isOwn;
-    if (isOwn && m_sheet->subject() == SheetPane::Subject::Record)
+    bool isFound = node && Controller::instance()->ownRealizations().isOwn(node);
+    if (isFound && m_sheet->subject() == SheetPane::Subject::Record)
         isFound = m_records->row(node) >= 0 || node->properties().text(idKey).isEmpty();
-    else if (isOwn && m_sheet->subject() == SheetPane::Subject::Holder)
+    else if (isFound && m_sheet->subject() == SheetPane::Subject::Holder)
         isFound = node == holderOf(m_clickedPoint);
-    if (isFound)
-        m_sheet->refresh();
-    else
-        m_sheet->showNothing();
+    isFound ? m_sheet->refresh() : m_sheet->showNothing();
 }
 
 void RealizationPageBuilder::finishChange()
