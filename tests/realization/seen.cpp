@@ -87,9 +87,13 @@ QStringList headerOf(const QTableWidget *table)
 QString words(Node *node)
 {
     QStringList properties;
+    // A declaration may hold a key in two letter cases; the lower one is what counts, and what is read again.
+    const bool declares = node->isKind(QLatin1String("ExtPoint")) || node->isKind(QLatin1String("SubExtPoint"));
     for (const PropertyHash::Entry &entry : node->properties()) {
-        if (entry.key.compare(QLatin1String("type"), Qt::CaseInsensitive) != 0)
-            properties.append(entry.key.toLower() + s("=") + entry.value.toString());
+        const QString lowered = entry.key.toLower();
+        const bool isOutdone = declares && lowered != entry.key && node->properties().contains(lowered);
+        if (lowered != QLatin1String("type") && !isOutdone)
+            properties.append(lowered + s("=") + entry.value.toString());
     }
     properties.sort();
     return line({ node->kind(), node->pointId(), node->pluginId(), node->basePath(), node->hasFormat() ? s("f") : s(""),
