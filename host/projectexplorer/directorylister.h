@@ -8,9 +8,7 @@
 #include <QVector>
 
 #include <atomic>
-#include <condition_variable>
 #include <memory>
-#include <mutex>
 #include <thread>
 
 namespace ProjectExplorer {
@@ -40,7 +38,8 @@ class PROJECTEXPLORER_EXPORT DirectoryLister final : public QObject
 
 public:
     explicit DirectoryLister(QObject *parent = nullptr);
-    /// Waits for the thread, which stops at the next directory entry.
+    /// The thread stops at the next directory entry. One that hangs at an entry (of a network that has gone, say) is
+    /// left to itself.
     ~DirectoryLister() override;
 
     /// Lists \a path anew; a listing that is not done yet is given up and never reported.
@@ -54,15 +53,12 @@ signals:
 
 private:
     struct Job;
+    struct Shared;
 
-    void run();
+    static void run(const std::shared_ptr<Shared> &shared);
     void takeIn();
 
-    // Everything between the two threads passes this mutex.
-    std::mutex m_mutex;
-    std::condition_variable m_wakeUp;
-    std::shared_ptr<Job> m_wanted; ///< The listing asked for last; null when it was reported or cancelled.
-    bool m_ending = false;
+    const std::shared_ptr<Shared> m_shared; ///< Everything between the two threads.
     std::thread m_thread;
 };
 
