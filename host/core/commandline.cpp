@@ -81,6 +81,8 @@ private:
             m_result.request = CommandLine::Request::Version;
         else if (name == QLatin1String("--save"))
             m_result.save = true;
+        else if (name == QLatin1String("--force"))
+            m_result.force = true;
         else if (name == QLatin1String("--timings"))
             m_result.timings = true;
         else if (name == QLatin1String("--dark"))
@@ -94,7 +96,11 @@ private:
 
     void checkCombination()
     {
-        if (m_result.request != CommandLine::Request::Start || !m_result.file.isEmpty())
+        if (m_result.request != CommandLine::Request::Start)
+            return;
+        if (m_result.force && !m_result.save)
+            refuse(QStringLiteral("--force needs --save"));
+        if (!m_result.file.isEmpty())
             return;
         if (m_result.save || m_result.timings)
             refuse(QStringLiteral("%1 needs a file")
@@ -136,7 +142,12 @@ QString CommandLine::help()
             "These do one thing once the neighbouring plug-ins have been read, and quit; the exit code is 0 when it\n"
             "worked and 1 when not:\n"
             "  --screenshot PNG               write a picture of the window\n"
-            "  --save                         save FILE through the editor; needs no display\n"
+            "  --save                         save FILE through the editor; needs no display; prints what that "
+            "changes\n"
+            "                                 beside, and does not save but exits with 3 where the marks of "
+            "translatable\n"
+            "                                 texts or a whole part of the file would be lost\n"
+            "  --force                        with --save: save all the same\n"
             "  --timings                      print one JSON object: open_ms, scan_ms, longest_stall_ms, rss_mb\n");
 }
 

@@ -25,6 +25,7 @@ struct CommandLine
     QString screenshot;      ///< Path of the picture, empty for none.
     Page page = Page::Unchanged;
     bool save = false;
+    bool force = false;
     bool timings = false;
     bool dark = false;
     bool verbose = false;

@@ -2,6 +2,7 @@
 
 #include "core/darkpalette.h"
 #include "core/editormanager.h"
+#include "core/filecare.h"
 #include "core/icore.h"
 #include "core/mainwindow.h"
 #include "core/quitsignals.h"
@@ -11,11 +12,46 @@
 #include "extensionsystem/pluginmanager.h"
 
 #include <QApplication>
+#include <QPointer>
 #include <QProcess>
 #include <QSettings>
 #include <QTimer>
 
+#include <cstdio>
+#include <cstdlib>
+#include <unistd.h>
+
 namespace Core {
+
+namespace {
+
+QPointer<MainWindow> &windowAtExit()
+{
+    static QPointer<MainWindow> window;
+    return window;
+}
+
+/// A library that ends the process (the connection to the display does when that has gone) leaves no time for anything
+/// but a copy of what is unsaved. Destroying what stands is no use then, and may be its end too soon.
+void keepBeforeExit(MainWindow *window)
+{
+    windowAtExit() = window;
+    static const int registered = ::on_exit(
+        [](int status, void *) {
+            MainWindow *const left = windowAtExit();
+            if (!left)
+                return;
+            windowAtExit().clear();
+            left->fileCare().flushBeforeExit();
+            std::fflush(nullptr);
+            ::_exit(status);
+        },
+        nullptr);
+    if (registered != 0)
+        qWarning("Unsaved changes are not kept when the display goes away.");
+}
+
+} // namespace
 
 CorePlugin::CorePlugin() = default;
 
@@ -48,6 +84,7 @@ bool CorePlugin::initialize(const QStringList &arguments, QString *errorString)
         m_window->setRecoveryStore(std::make_shared<RecoveryStore>());
         m_quitSignals = std::make_unique<QuitSignals>();
         connect(m_quitSignals.get(), &QuitSignals::asked, m_window.get(), &MainWindow::endSession);
+        keepBeforeExit(m_window.get());
     }
     m_core.reset(new ICore(*m_window, *m_editors, *m_settings));
     // Long before the plug-ins go, whose code the editors need.

@@ -1,11 +1,13 @@
 #include "core/editormanager.h"
 
+#include "core/diskstate.h"
 #include "core/filestamp.h"
 #include "core/idocument.h"
 #include "core/ieditor.h"
 #include "core/ieditorfactory.h"
 #include "core/logcollector.h"
 #include "core/recoverabledocument.h"
+#include "core/reportingdocument.h"
 #include "extensionsystem/pluginmanager.h"
 #include "utils/mimedatabase.h"
 
@@ -79,6 +81,18 @@ QString whyNotOpenableAgain(const QString &path, const QString &mimeType)
         return EditorManager::tr("The saved file has no content but its XML declaration. It will not open again.");
     return EditorManager::tr("The saved file is damaged (line %1, column %2: %3). It will not open again.")
         .arg(QString::number(reader.lineNumber()), QString::number(reader.columnNumber()), reader.errorString());
+}
+
+/// Has a document saved that may report every save as a success. A file that was written and put back has another
+/// stamp, but the old content, and the reason was logged.
+bool saveUnsaid(IDocument &document, const QString &path, QString *errorString, const LogCollector &log)
+{
+    const DiskState content = DiskState::of(path);
+    const FileStamp before = FileStamp::settled(path);
+    const bool claimed = document.save(errorString, path, false);
+    const FileStamp after = FileStamp::of(path);
+    const bool wasPutBack = !log.linesAbout(path).isEmpty() && DiskState::of(path) == content;
+    return claimed && after.exists && after != before && !wasPutBack;
 }
 
 } // namespace
@@ -187,16 +201,16 @@ SaveOutcome EditorManager::save(IEditor *editor)
     const QString path = document->filePath().toString();
     QString errorString;
     LogCollector log;
-    const FileStamp before = FileStamp::settled(path);
-    const bool claimed = document->save(&errorString, path, false);
-    const FileStamp after = FileStamp::of(path);
-
     SaveOutcome outcome;
-    outcome.written = claimed && after.exists && after != before;
-    setUnwritten(editor, !outcome.written);
-    if (outcome.written) {
-        outcome.warning = whyNotOpenableAgain(path, document->mimeType());
+    if (auto *reporting = dynamic_cast<ReportingDocument *>(document)) {
+        outcome.written = reporting->saveNow(&errorString);
     } else {
+        outcome.written = saveUnsaid(*document, path, &errorString, log);
+        if (outcome.written)
+            outcome.warning = whyNotOpenableAgain(path, document->mimeType());
+    }
+    setUnwritten(editor, !outcome.written);
+    if (!outcome.written) {
         outcome.error = reasonGiven(errorString, log, path);
         if (outcome.error.isEmpty())
             outcome.error = whyNotWritten(path);

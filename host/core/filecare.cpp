@@ -125,6 +125,17 @@ bool FileCare::flush()
     return !m_keeper || m_keeper->flush();
 }
 
+void FileCare::flushBeforeExit()
+{
+    if (!m_keeper || m_dropped)
+        return;
+    m_keeper->flushHere();
+    if (!m_editors.isModified(m_editor))
+        return;
+    m_keeper->setModified(true);
+    m_keeper->flushHere();
+}
+
 // Changes by others ---------------------------------------------------------------------------------------------------
 
 QString FileCare::name() const

@@ -52,6 +52,9 @@ public:
     void dropCopy();
     /// Brings unsaved changes to disk; false when the document can't tell them at the moment.
     bool flush();
+    /// The same when the process is ending without having been asked; what is being typed last, since the window may
+    /// not bear being touched any more.
+    void flushBeforeExit();
 
     /// Offers what earlier processes have left behind of the file, open or not.
     void offerCopies(const QString &path);

@@ -4,6 +4,7 @@
 #include "core/busyindicator.h"
 #include "core/diskstate.h"
 #include "core/filecare.h"
+#include "core/filesaving.h"
 #include "core/idocument.h"
 #include "core/ieditor.h"
 #include "core/welcomepage.h"
@@ -103,6 +104,7 @@ MainWindow::MainWindow(EditorManager &editors, QSettings &settings, QWidget *par
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     m_care = new FileCare(m_editors, *column, this);
+    m_saving = new FileSaving(m_editors, *m_care, *this, *column);
     column->addWidget(m_stack, 1);
     setCentralWidget(centre);
     createMenus();
@@ -315,6 +317,7 @@ void MainWindow::attach(IEditor *editor, const DiskState &opened)
     holder->setFocus(Qt::OtherFocusReason);
     m_editor = editor;
     m_care->attach(editor, opened);
+    m_saving->setEditor(editor);
     m_recentFiles.add(pathOf(editor));
     updateState();
     emit currentEditorChanged(m_editor);
@@ -325,6 +328,7 @@ void MainWindow::detach(IEditor *editor)
     if (editor != m_editor)
         return;
     m_care->detach();
+    m_saving->setEditor(nullptr);
     m_editor = nullptr;
     // The editor's widgets are not the window's to delete.
     if (QWidget *toolBar = editor->toolBar())
@@ -344,27 +348,7 @@ void MainWindow::detach(IEditor *editor)
 void MainWindow::save()
 {
     if (m_editor && !m_editors.isWorking())
-        saveAndTell();
-}
-
-bool MainWindow::saveAndTell()
-{
-    const QString path = pathOf(m_editor);
-    if (!m_care->maySave()) {
-        statusBar()->showMessage(tr("Not saved: %1 was changed by another program").arg(shortPath(path)));
-        return false;
-    }
-    const SaveOutcome outcome = m_editors.save(m_editor);
-    if (outcome.written)
-        m_care->saved();
-    if (!outcome.written)
-        showMessage(QStringLiteral("errorMessage"), tr("The file could not be saved."), path, outcome.error);
-    else if (!outcome.warning.isEmpty())
-        showMessage(QStringLiteral("warningMessage"), tr("The file was saved, but it will not open again."), path,
-            outcome.warning);
-    else
-        statusBar()->showMessage(tr("Saved %1").arg(shortPath(path)), StatusMessageTime);
-    return outcome.written && outcome.warning.isEmpty();
+        m_saving->save();
 }
 
 void MainWindow::revert()
@@ -434,7 +418,9 @@ void MainWindow::confirmThen(const std::function<void()> &proceed)
         m_question, &QDialog::finished, this,
         [this, proceed](int answer) {
             m_question.clear();
-            if (answer == QMessageBox::Discard || (answer == QMessageBox::Save && m_editor && saveAndTell()))
+            if (answer == QMessageBox::Save && m_editor)
+                m_saving->save(proceed);
+            else if (answer == QMessageBox::Discard)
                 proceed();
         },
         // After the box is gone: saving may take a while, and closing deletes the parent of the box.
@@ -461,15 +447,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
 
 void MainWindow::showMessage(const QString &objectName, const QString &text, const QString &path, const QString &reason)
 {
-    const auto icon = objectName == QLatin1String("errorMessage") ? QMessageBox::Critical : QMessageBox::Warning;
-    auto *box = new QMessageBox(icon, tr("ExtPoint Workbench"), text, QMessageBox::Ok, this);
-    box->setObjectName(objectName);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setTextFormat(Qt::PlainText);
-    box->setInformativeText(reason.isEmpty() ? QDir::toNativeSeparators(path)
-                                             : QDir::toNativeSeparators(path) + QLatin1String("\n\n") + reason);
-    box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    box->open();
+    m_saving->showMessage(objectName, text, path, reason);
 }
 
 void MainWindow::updateState()

@@ -21,6 +21,7 @@ namespace Core {
 
 class BusyIndicator;
 class FileCare;
+class FileSaving;
 class RecoveryStore;
 class WelcomePage;
 struct DiskState;
@@ -101,8 +102,6 @@ private:
 
     /// Calls \a proceed at once when nothing is unsaved, else once the user has saved successfully or discarded.
     void confirmThen(const std::function<void()> &proceed);
-    /// True when the file was written and there is nothing to tell about it.
-    bool saveAndTell();
     void showMessage(const QString &objectName, const QString &text, const QString &path, const QString &reason);
     /// \a opened is the state of the file before the editor read it.
     void attach(IEditor *editor, const DiskState &opened);
@@ -119,6 +118,7 @@ private:
     QPointer<QMessageBox> m_question;
     QStackedWidget *m_stack = nullptr;
     FileCare *m_care = nullptr;
+    FileSaving *m_saving = nullptr;
     WelcomePage *m_welcome = nullptr;
     BusyIndicator *m_busy = nullptr;
     QMenu *m_recentMenu = nullptr;

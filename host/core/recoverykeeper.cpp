@@ -10,6 +10,7 @@ namespace {
 
 constexpr int Interval = 2500;     // milliseconds
 constexpr int RetryInterval = 250; // while the document can't tell its content
+constexpr int LongestWaitForWriting = 2000;
 
 } // namespace
 
@@ -61,6 +62,16 @@ bool RecoveryKeeper::flush()
     m_timer.stop();
     m_pool.waitForDone();
     return true;
+}
+
+void RecoveryKeeper::flushHere()
+{
+    const QByteArray data = m_modified ? m_document.recoveryData() : QByteArray();
+    if (data.isEmpty() || !m_pool.waitForDone(LongestWaitForWriting))
+        return;
+    QString error;
+    if (!m_store->write(m_key, m_originalHash, data, &error))
+        qWarning("%s", qUtf8Printable(error));
 }
 
 bool RecoveryKeeper::write()

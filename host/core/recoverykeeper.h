@@ -38,6 +38,8 @@ public:
     /// Writes now what is not written yet, and returns when that is done. False when the document can't tell its
     /// content at the moment.
     bool flush();
+    /// As flush(), on the calling thread alone, for a process that is being torn down.
+    void flushHere();
 
 signals:
     /// A copy could not be written; told once for one document.

@@ -3,6 +3,7 @@
 #include "core/editormanager.h"
 #include "core/ieditor.h"
 #include "core/mainwindow.h"
+#include "core/reportingdocument.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -23,6 +24,8 @@ constexpr int PollInterval = 5; // milliseconds
 // Looks at which nothing may be going on before the work counts as done: what a finished thread has sent is then taken
 // in, and the window has been painted with it.
 constexpr int QuietTurnsNeeded = 6;
+constexpr int LongestWaitForFile = 10'000; // milliseconds without any other that arrives
+constexpr int NotSaved = 3;
 constexpr qint64 LongestWaitForWindow = 5'000'000'000; // nanoseconds
 
 double milliseconds(qint64 nanoseconds)
@@ -92,7 +95,7 @@ void StartupJob::waitForQuiet()
     const QWindow *native = m_window.windowHandle();
     const bool windowMissing = m_window.isVisible() && !(native && native->isExposed())
         && m_sinceStart.nsecsElapsed() < LongestWaitForWindow;
-    if (m_editors.busyMonitor().isBusy()) {
+    if (m_editors.busyMonitor().isBusy() && isWorthWaiting()) {
         m_quietTurns = 0;
         return;
     }
@@ -105,6 +108,31 @@ void StartupJob::waitForQuiet()
     work();
 }
 
+bool StartupJob::isWorthWaiting()
+{
+    IEditor *editor = m_window.currentEditor();
+    const auto *reporting = editor ? dynamic_cast<const ReportingDocument *>(editor->document()) : nullptr;
+    const int awaited = reporting ? reporting->awaitedFiles().size() : -1;
+    if (awaited <= 0 || awaited != m_awaited) {
+        m_awaited = awaited;
+        m_sinceArrival.start();
+    }
+    return !m_sinceArrival.hasExpired(LongestWaitForFile);
+}
+
+bool StartupJob::tellSaveReport() const
+{
+    auto *reporting = dynamic_cast<ReportingDocument *>(m_window.currentEditor()->document());
+    const SaveReport report = reporting ? reporting->saveReport() : SaveReport();
+    QStringList lines = report.remarks;
+    if (!report.question.isEmpty())
+        lines << report.question << report.advice;
+    for (const QString &line : qAsConst(lines))
+        std::fprintf(stderr, "extpoint-workbench: %s: %s\n", QFile::encodeName(m_commandLine.file).constData(),
+            line.toLocal8Bit().constData());
+    return report.question.isEmpty() || m_commandLine.force;
+}
+
 void StartupJob::work()
 {
     if (!m_commandLine.screenshot.isEmpty()) {
@@ -115,6 +143,10 @@ void StartupJob::work()
         }
     }
     if (m_commandLine.save) {
+        if (!tellSaveReport()) {
+            QCoreApplication::exit(NotSaved);
+            return;
+        }
         const SaveOutcome outcome = m_editors.save(m_window.currentEditor());
         if (!outcome.written) {
             fail(outcome.error);

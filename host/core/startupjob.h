@@ -27,7 +27,11 @@ public:
 private:
     void showPage();
     void waitForQuiet();
+    /// True while a file that the work needs is still awaited, and one has arrived not long ago.
+    [[nodiscard]] bool isWorthWaiting();
     void work();
+    /// True when there is no reason not to save, or none that counts.
+    [[nodiscard]] bool tellSaveReport() const;
     /// Empty, or why no picture was written.
     [[nodiscard]] QString takePicture();
     void printTimings() const;
@@ -44,6 +48,8 @@ private:
     qint64 m_scanTime = 0;
     qint64 m_longestStall = 0;
     int m_quietTurns = 0;
+    int m_awaited = -1; ///< Files, at the last look.
+    QElapsedTimer m_sinceArrival;
 };
 
 } // namespace Core

@@ -45,6 +45,15 @@ void PluginDirectoryModel::setOpened(const QString &name)
         emit dataChanged(index(0), index(m_directories.size() - 1), { Qt::FontRole, OpenedRole });
 }
 
+void PluginDirectoryModel::setProblems(const QHash<QString, QString> &reasons)
+{
+    if (reasons == m_problems)
+        return;
+    m_problems = reasons;
+    if (!m_directories.isEmpty())
+        emit dataChanged(index(0), index(m_directories.size() - 1), { Qt::DecorationRole, Qt::ToolTipRole });
+}
+
 int PluginDirectoryModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : m_directories.size();
@@ -62,19 +71,20 @@ QVariant PluginDirectoryModel::data(const QModelIndex &index, int role) const
     case Qt::DecorationRole:
         return icon(directory);
     case Qt::ToolTipRole:
-        return directory.hasFile ? QDir::toNativeSeparators(data(index, PathRole).toString())
-                                 : tr("%1 has no %2").arg(directory.name, extensionFileName());
+        if (!directory.hasFile)
+            return tr("%1 has no %2").arg(directory.name, extensionFileName());
+        return m_problems.value(pathOf(directory), QDir::toNativeSeparators(pathOf(directory)));
     case Qt::FontRole: {
         QFont font;
         font.setBold(opened);
         return opened ? QVariant(font) : QVariant();
     }
     case Qt::AccessibleDescriptionRole:
+        if (m_problems.contains(pathOf(directory)))
+            return tr("can't be read");
         return opened ? tr("opened") : QString();
     case PathRole:
-        return directory.hasFile
-            ? QString(m_productPath + QLatin1Char('/') + directory.name + QLatin1Char('/') + extensionFileName())
-            : QString();
+        return directory.hasFile ? pathOf(directory) : QString();
     case OpenedRole:
         return opened;
     default:
@@ -89,8 +99,15 @@ Qt::ItemFlags PluginDirectoryModel::flags(const QModelIndex &index) const
     return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
 }
 
+QString PluginDirectoryModel::pathOf(const PluginDirectory &directory) const
+{
+    return m_productPath + QLatin1Char('/') + directory.name + QLatin1Char('/') + extensionFileName();
+}
+
 QIcon PluginDirectoryModel::icon(const PluginDirectory &directory) const
 {
+    if (m_problems.contains(pathOf(directory)))
+        return QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning);
     return directory.hasFile ? Core::FileIconProvider::icon(QFileInfo(extensionFileName()))
                              : QApplication::style()->standardIcon(QStyle::SP_DirIcon);
 }

@@ -4,6 +4,7 @@
 #include "projectexplorer/projectexplorer_global.h"
 
 #include <QAbstractListModel>
+#include <QHash>
 #include <QIcon>
 
 namespace ProjectExplorer {
@@ -26,6 +27,8 @@ public:
     void setDirectories(const QString &productPath, const QVector<PluginDirectory> &directories);
     /// The name of the opened directory, empty for none.
     void setOpened(const QString &name);
+    /// Why files can't be read, by path.
+    void setProblems(const QHash<QString, QString> &reasons);
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
@@ -35,10 +38,12 @@ public:
     [[nodiscard]] int fileCount() const { return m_fileCount; }
 
 private:
+    [[nodiscard]] QString pathOf(const PluginDirectory &directory) const;
     [[nodiscard]] QIcon icon(const PluginDirectory &directory) const;
 
     QString m_productPath;
     QString m_opened;
+    QHash<QString, QString> m_problems;
     QVector<PluginDirectory> m_directories;
     int m_fileCount = 0;
 };

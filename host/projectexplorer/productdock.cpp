@@ -85,6 +85,11 @@ void ProductDock::setOpenedFile(const QString &path)
     refresh();
 }
 
+void ProductDock::setProblems(const QHash<QString, QString> &reasons)
+{
+    m_model->setProblems(reasons);
+}
+
 void ProductDock::watch(const QString &productPath)
 {
     if (!m_watcher.directories().isEmpty())

@@ -27,6 +27,8 @@ public:
 
     /// Shows the product of the opened file \a path; empty when none is open.
     void setOpenedFile(const QString &path);
+    /// Why files of the product can't be read, by path.
+    void setProblems(const QHash<QString, QString> &reasons);
     /// Looks again. Cheap; the rows change when the listing is done.
     void refresh();
 

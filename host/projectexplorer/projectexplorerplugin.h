@@ -3,6 +3,7 @@
 #include "extensionsystem/iplugin.h"
 
 #include <QPointer>
+#include <QTimer>
 
 namespace ProjectExplorer {
 
@@ -22,7 +23,10 @@ public:
     ShutdownFlag aboutToShutdown() override;
 
 private:
+    void lookForProblems();
+
     QPointer<ProductDock> m_dock;
+    QTimer m_look;
 };
 
 } // namespace ProjectExplorer

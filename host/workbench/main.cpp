@@ -7,14 +7,17 @@
 #include <QDir>
 #include <QFile>
 #include <QMessageBox>
+#include <QThreadPool>
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <unistd.h>
 
 namespace {
 
 constexpr int UsageError = 2;
+constexpr int LongestWaitForThreads = 500; // milliseconds
 
 QStringList argumentsOf(int argc, char **argv)
 {
@@ -161,5 +164,10 @@ int main(int argc, char **argv)
         return giveUp(commandLine, paths, problems(manager));
     const int code = QApplication::exec();
     manager.shutdown();
+    // A thread that waits for a network which has gone would keep the process for ever.
+    if (!QThreadPool::globalInstance()->waitForDone(LongestWaitForThreads)) {
+        std::fflush(nullptr);
+        ::_exit(code);
+    }
     return code;
 }

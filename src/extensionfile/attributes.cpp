@@ -32,4 +32,9 @@ QString withTranslationMarks(const QString &value)
     return openingMark + value + closingMark;
 }
 
+QString brokenByTranslationMarks(bool isMarked)
+{
+    return isMarked ? QStringLiteral("tr\\('|'\\)|'.*tr\\($") : QStringLiteral("tr\\('.*'\\)|'\\).*tr\\('|tr\\('\\)");
+}
+
 } // namespace ExtensionFile

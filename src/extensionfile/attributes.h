@@ -22,4 +22,8 @@ using Attributes = QVector<Attribute>;
 /// "tr('" + `value` + "')". Whether an empty value is to be marked is the caller's decision.
 [[nodiscard]] QString withTranslationMarks(const QString &value);
 
+/// A regular expression ("." is any character) with a match somewhere in exactly those values that do not come back
+/// from a file as they are, since the marks, with which they are written or not, take a part of them along.
+[[nodiscard]] QString brokenByTranslationMarks(bool isMarked);
+
 } // namespace ExtensionFile

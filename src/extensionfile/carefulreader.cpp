@@ -10,6 +10,8 @@ namespace ExtensionFile {
 
 namespace {
 
+constexpr int longestAside = 80;
+
 /// Reads one decoded document. The scanner is kept one start tag ahead of the parser, so that the parser never meets a
 /// tag or a declaration that it would need too long for.
 class CarefulReader final
@@ -72,9 +74,26 @@ private:
             --m_depth;
             m_sink.endElement();
             return true;
+        case QXmlStreamReader::Comment:
+            return takeAside(Aside::Comment);
+        case QXmlStreamReader::DTD:
+            return takeAside(Aside::DocumentType);
+        case QXmlStreamReader::Characters:
+            return m_xml.isWhitespace() || takeAside(Aside::Text);
+        case QXmlStreamReader::ProcessingInstruction:
+            if (m_sink.wantsAsides())
+                m_sink.aside(Aside::Instruction, m_xml.processingInstructionTarget().toString());
+            return true;
         default:
             return true;
         }
+    }
+
+    bool takeAside(Aside what)
+    {
+        if (m_sink.wantsAsides())
+            m_sink.aside(what, m_xml.text().left(longestAside).trimmed().toString());
+        return true;
     }
 
     bool sameEncoding()

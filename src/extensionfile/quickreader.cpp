@@ -79,6 +79,8 @@ unsigned long hashSalt()
     return salt;
 }
 
+constexpr int longestAside = 80;
+
 class QuickReader final
 {
 public:
@@ -112,6 +114,8 @@ public:
                 static_cast<QuickReader *>(self)->takeStartElement(name, attributes);
             },
             [](void *self, const XML_Char *) { static_cast<QuickReader *>(self)->takeEndElement(); });
+        if (m_sink.wantsAsides())
+            listenForAsides();
         const QByteArray &text = m_document.utf8;
         return XML_Parse(m_parser, text.constData(), text.size(), XML_TRUE) == XML_STATUS_OK && !m_givenUp;
     }
@@ -133,12 +137,44 @@ private:
     {
         if (elementName(target, int(std::strlen(target))).isNull())
             giveUp();
+        else
+            takeAside(Aside::Instruction, target);
+    }
+
+    void listenForAsides()
+    {
+        XML_SetCommentHandler(m_parser, [](void *self, const XML_Char *text) {
+            static_cast<QuickReader *>(self)->takeAside(Aside::Comment, text);
+        });
+        // It comes in pieces, a line each at most.
+        XML_SetCharacterDataHandler(m_parser, [](void *self, const XML_Char *text, int size) {
+            auto *reader = static_cast<QuickReader *>(self);
+            if (reader->m_text.size() < longestAside)
+                reader->m_text.append(text, size);
+        });
+    }
+
+    void takeText()
+    {
+        const QByteArray text = m_text.trimmed();
+        m_text.clear();
+        if (!text.isEmpty())
+            m_sink.aside(Aside::Text, QString::fromUtf8(text).left(longestAside));
+    }
+
+    void takeAside(Aside what, const char *text)
+    {
+        if (m_givenUp || !m_sink.wantsAsides())
+            return;
+        takeText();
+        m_sink.aside(what, QString::fromUtf8(text).trimmed().left(longestAside));
     }
 
     void takeStartElement(const char *tag, const char **attributes)
     {
         if (m_givenUp)
             return;
+        takeText();
         const QString name = m_elementNames.shared(tag, int(std::strlen(tag)), &elementName);
         if (name.isNull() || ++m_depth > m_limits.maximumDepth || ++m_elements > m_limits.maximumElements
             || !collect(attributes)) {
@@ -153,6 +189,7 @@ private:
         // The parser ends an empty element that it was stopped in.
         if (m_givenUp)
             return;
+        takeText();
         --m_depth;
         m_sink.endElement();
     }
@@ -197,6 +234,7 @@ private:
     StringPool m_attributeNames;
     StringPool m_values;
     Attributes m_attributes;
+    QByteArray m_text;
     bool m_givenUp = false;
     int m_depth = 0;
     int m_elements = 0;

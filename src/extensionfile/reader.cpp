@@ -8,10 +8,24 @@
 
 #include <QIODevice>
 #include <QStringList>
+#include <QTextCodec>
+
+#include <algorithm>
 
 namespace ExtensionFile {
 
 namespace {
+
+/// Text in another encoding hardly ever has this by chance.
+bool looksLikeUtf8(const QByteArray &bytes)
+{
+    const auto isAscii = [](char c) { return uchar(c) < 0x80; };
+    if (std::all_of(bytes.cbegin(), bytes.cend(), isAscii))
+        return false;
+    QTextCodec::ConverterState state;
+    (void)QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
+    return state.invalidChars == 0 && state.remainingChars == 0;
+}
 
 bool readBytes(const QByteArray &bytes, Sink &sink, ReadError *error, const Limits &limits)
 {
@@ -22,12 +36,15 @@ bool readBytes(const QByteArray &bytes, Sink &sink, ReadError *error, const Limi
     DecodeProblem problem;
     if (!decodeDocument(bytes, &document, &problem))
         return error->fail(ReadError::Kind::Malformed, problem.reason, problem.where);
-    if (!sink.wantsLocations()) {
-        if (readQuickly(document, sink, limits))
-            return true;
-        sink.restart();
+    bool done = !sink.wantsLocations() && readQuickly(document, sink, limits);
+    if (!done) {
+        if (!sink.wantsLocations())
+            sink.restart();
+        done = readCarefully(document, sink, limits, error);
     }
-    return readCarefully(document, sink, limits, error);
+    if (done && document.transcoded && sink.wantsAsides() && looksLikeUtf8(bytes))
+        sink.aside(Aside::LooksLikeUtf8, QString());
+    return done;
 }
 
 bool readDevice(QIODevice &device, qint64 mostBytes, QByteArray *bytes)
@@ -106,6 +123,7 @@ bool readFile(const QString &path, Sink &sink, ReadError *error, const Limits &l
     QByteArray bytes;
     RegularFileProblem problem;
     const bool opened = readRegularFile(path, limits.maximumFileSize, &bytes, &problem);
+    sink.fileRead();
     const bool done
         = opened ? readBytes(bytes, sink, report, limits) : report->fail(kindOf(problem.kind), problem.reason);
     report->path = path;

@@ -4,4 +4,6 @@ namespace ExtensionFile {
 
 Sink::~Sink() = default;
 
+void Sink::aside(Aside, const QString &) { }
+
 } // namespace ExtensionFile

@@ -178,7 +178,8 @@ void Writer::appendEscaped(const QString &value)
     if (standsAsItIs(value)) {
         const int before = m_bytes.size();
         m_bytes.resize(before + value.size());
-        std::transform(value.cbegin(), value.cend(), m_bytes.begin() + before, [](QChar c) { return char(c.unicode()); });
+        std::transform(
+            value.cbegin(), value.cend(), m_bytes.begin() + before, [](QChar c) { return char(c.unicode()); });
         return;
     }
     // Every character that is written otherwise is one byte, and no part of another.
@@ -202,8 +203,10 @@ void Writer::indent()
 
 void Writer::omit(const QString &what)
 {
-    if (++m_omissions <= maximumLogLines)
-        qCWarning(fileLog).noquote() << oneLine(QStringLiteral("%1: left out: %2").arg(m_path, what));
+    if (++m_omissions > maximumLogLines)
+        return;
+    m_omitted.append(oneLine(what));
+    qCWarning(fileLog).noquote() << oneLine(QStringLiteral("%1: left out: %2").arg(m_path, what));
 }
 
 void Writer::fail(const QString &reason)

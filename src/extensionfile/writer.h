@@ -44,6 +44,8 @@ public:
 
     /// How many elements, attributes and values were left out or shortened.
     [[nodiscard]] int omissions() const { return m_omissions; }
+    /// The first 20 of them, a line each.
+    [[nodiscard]] const QStringList &omitted() const { return m_omitted; }
 
     /// The document without a root element: `<?xml version="1.0" encoding="utf-8"?>` and a line feed.
     [[nodiscard]] static QByteArray instructionAlone();
@@ -67,6 +69,7 @@ private:
     bool m_rootDone = false;
     int m_depth = 0;
     int m_omissions = 0;
+    QStringList m_omitted;
     int m_elements = 0;
     qint64 m_attributes = 0;
     qint64 m_attributeText = 0;

@@ -3,6 +3,7 @@
 #include "extpointeditorconstants.h"
 #include "model/controller.h"
 #include "model/sourcedatamanager.h"
+#include "savereporttexts.h"
 
 #include <utils/filename.h>
 
@@ -46,7 +47,7 @@ bool ExtPointEditorDocument::openRecovered(QString *, const QString &fileName, c
 
 QByteArray ExtPointEditorDocument::recoveryData() const
 {
-    return m_manager->serialized();
+    return m_manager->recoverable();
 }
 
 void ExtPointEditorDocument::whenScanned(QObject *context, const std::function<void()> &action) const
@@ -77,6 +78,37 @@ bool ExtPointEditorDocument::save(QString *, const QString &, bool)
         m_widget->commitEditors();
     // Success is reported in any case; the model has logged why nothing was written.
     (void)m_manager->save();
+    m_modified = false;
+    Q_EMIT changed();
+    return true;
+}
+
+QStringList ExtPointEditorDocument::awaitedFiles() const
+{
+    return m_manager->awaitedFiles();
+}
+
+QVector<Core::UnreadableFile> ExtPointEditorDocument::unreadableFiles() const
+{
+    QVector<Core::UnreadableFile> files;
+    for (const UnreadableFile &file : m_manager->unreadableFiles())
+        files.append({ file.path, file.reason });
+    return files;
+}
+
+Core::SaveReport ExtPointEditorDocument::saveReport()
+{
+    if (m_widget)
+        m_widget->commitEditors();
+    return SaveReportTexts::of(m_manager->saveReport());
+}
+
+bool ExtPointEditorDocument::saveNow(QString *)
+{
+    if (m_widget)
+        m_widget->commitEditors();
+    if (!m_manager->saveNow())
+        return false;
     m_modified = false;
     Q_EMIT changed();
     return true;

@@ -19,7 +19,9 @@ namespace PointEditor::Internal {
 /// modified state. Owned by its editor; owns the model. GUI thread.
 ///
 /// While sibling plug-ins are read in the background, the object's dynamic property "busy" is true.
-class ExtPointEditorDocument final : public Core::IDocument, public Core::RecoverableDocument
+class ExtPointEditorDocument final : public Core::IDocument,
+                                     public Core::RecoverableDocument,
+                                     public Core::ReportingDocument
 {
     Q_OBJECT
     Q_PROPERTY(QString plainText READ plainText)
@@ -41,10 +43,17 @@ public:
     bool isSaveAsAllowed() const override;
     bool reload(QString *errorString, ReloadFlag flag, ChangeType type) override;
 
-    /// Empty while the siblings are read: what is translatable is known from them.
+    /// With the marks of translatable texts as they were read, too: what is translatable is only known once the
+    /// siblings have been read, and a copy must not wait for them.
     [[nodiscard]] QByteArray recoveryData() const override;
     /// Sets no error text, as open().
     [[nodiscard]] bool openRecovered(QString *errorString, const QString &fileName, const QByteArray &data) override;
+
+    [[nodiscard]] QStringList awaitedFiles() const override;
+    [[nodiscard]] QVector<Core::UnreadableFile> unreadableFiles() const override;
+    [[nodiscard]] Core::SaveReport saveReport() override;
+    /// Sets no error text, as open().
+    [[nodiscard]] bool saveNow(QString *errorString) override;
 
     /// Calls \a action once the siblings have been read: at once when they have. Not after \a context has gone.
     void whenScanned(QObject *context, const std::function<void()> &action) const;

@@ -3,14 +3,18 @@
 // What the workbench asks for beyond the interfaces that every host has. Built against another host, which knows
 // nothing of them, the editor has the same functions and nobody calls them.
 
-#if __has_include(<core/recoverabledocument.h>) && __has_include(<core/viewkeeper.h>)
+#if __has_include(<core/recoverabledocument.h>) && __has_include(<core/reportingdocument.h>) \
+    && __has_include(<core/viewkeeper.h>)
 #include <core/recoverabledocument.h>
+#include <core/reportingdocument.h>
 #include <core/viewkeeper.h>
 #else
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <QVariantMap>
+#include <QVector>
 
 namespace Core {
 
@@ -20,6 +24,29 @@ public:
     virtual ~RecoverableDocument() = default;
     [[nodiscard]] virtual QByteArray recoveryData() const = 0;
     [[nodiscard]] virtual bool openRecovered(QString *errorString, const QString &fileName, const QByteArray &data) = 0;
+};
+
+struct SaveReport
+{
+    QString question;
+    QString advice;
+    QStringList remarks;
+};
+
+struct UnreadableFile
+{
+    QString path;
+    QString reason;
+};
+
+class ReportingDocument
+{
+public:
+    virtual ~ReportingDocument() = default;
+    [[nodiscard]] virtual QStringList awaitedFiles() const = 0;
+    [[nodiscard]] virtual QVector<UnreadableFile> unreadableFiles() const = 0;
+    [[nodiscard]] virtual SaveReport saveReport() = 0;
+    [[nodiscard]] virtual bool saveNow(QString *errorString) = 0;
 };
 
 class ViewKeeper

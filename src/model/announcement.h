@@ -4,6 +4,7 @@
 #include <QString>
 #include <QVector>
 
+#include <memory>
 #include <vector>
 
 class PointTreeWidgetItem;
@@ -64,4 +65,11 @@ private:
     };
     std::vector<Guard> m_guards; ///< empty, or one for each announcement from m_firstGuarded on
     size_t m_firstGuarded = 0;
+};
+
+/// What came of reading one file of a scan.
+struct ScanResult
+{
+    std::unique_ptr<ScannedFile> file; ///< null when there was nothing to read
+    QString failure;                   ///< "path:line:column: reason" of a file that is there and can't be read
 };

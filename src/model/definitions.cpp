@@ -33,6 +33,8 @@ bool Definitions::attributes(const QString &kind, const QString &pointId, Attrib
             attributes->keys.append(key);
         attributes->defaults.insert(key, declaration->property(QStringLiteral("value")));
         attributes->types.insert(key, declaration->kind());
+        if (declaration->property(QStringLiteral("trans")).toBool())
+            attributes->translatable.insert(key);
         for (const auto &bound : { qMakePair(QStringLiteral("min"), &attributes->minima),
                  qMakePair(QStringLiteral("max"), &attributes->maxima) }) {
             const QVariant value = declaration->property(bound.first);

@@ -3,6 +3,7 @@
 #include "propertyhash.h"
 
 #include <QHash>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -24,6 +25,7 @@ public:
         QHash<QString, QVariant> defaults;
         QHash<QString, QString> types;
         QHash<QString, QStringList> options; ///< only for attributes that have any
+        QSet<QString> translatable;
         QHash<QString, QVariant> minima;     ///< "min" of those that declare one
         QHash<QString, QVariant> maxima;     ///< the same for "max"
         QStringList keys;                    ///< in the order of the declarations

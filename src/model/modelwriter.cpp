@@ -4,20 +4,18 @@
 #include "extensionfile/attributes.h"
 #include "extensionfile/writer.h"
 #include "pointtreewidgetitem.h"
+#include "savereport.h"
 #include "translatablekeys.h"
 
 #include <QFileInfo>
 
 namespace {
 
-bool isTypeKey(const QString &key)
-{
-    return key.compare(QLatin1String("type"), Qt::CaseInsensitive) == 0;
-}
-
-/// What a definition node leaves out, beside its "type".
+/// What a definition node, a set and the root leave out.
 bool leftOutOfDefinition(const PointTreeWidgetItem *node, const QString &key)
 {
+    if (key.compare(QLatin1String("type"), Qt::CaseInsensitive) == 0)
+        return true;
     return node->isKind(QLatin1String("ExtData")) && node->hasFormat()
         && (key == QLatin1String("index") || key == QLatin1String("parent"));
 }
@@ -33,18 +31,11 @@ bool leftOutOfRealization(const PointTreeWidgetItem *node, const QString &key)
         && (key == QLatin1String("index") || key == QLatin1String("parent") || key == QLatin1String("key"));
 }
 
-void writeAttributes(ExtensionFile::Writer &writer, const PropertyHash &properties)
-{
-    for (const PropertyHash::Entry &entry : properties) {
-        if (!isTypeKey(entry.key))
-            writer.attribute(entry.key, entry.value.toString());
-    }
-}
-
 } // namespace
 
-ModelWriter::ModelWriter(TranslatableKeys &translatable, const Definitions &definitions, const QString &path)
-    : m_translatable(translatable), m_definitions(definitions), m_path(path)
+ModelWriter::ModelWriter(
+    TranslatableKeys &translatable, const Definitions &definitions, const QString &path, Marks marks)
+    : m_translatable(translatable), m_definitions(definitions), m_path(path), m_marks(marks)
 { }
 
 QByteArray ModelWriter::write(const PointTreeWidgetItem *definitionRoot, const PointTreeWidgetItem *realizationRoot)
@@ -54,13 +45,11 @@ QByteArray ModelWriter::write(const PointTreeWidgetItem *definitionRoot, const P
     const qint64 before = QFileInfo(m_path).size();
     writer.reserve(before + before / 4);
     if (!definitionRoot->children().isEmpty() || !realizationRoot->children().isEmpty()) {
-        writer.startElement(definitionRoot->kind());
-        writeAttributes(writer, definitionRoot->properties());
+        startDefinition(writer, definitionRoot);
         for (const auto &side : { definitionRoot, realizationRoot }) {
             for (PointObject *object : side->children()) {
                 const PointTreeWidgetItem *set = object->item();
-                writer.startElement(set->kind());
-                writeAttributes(writer, set->properties());
+                startDefinition(writer, set);
                 for (PointObject *child : set->children()) {
                     if (side == definitionRoot)
                         writeDefinition(writer, child->item());
@@ -72,16 +61,30 @@ QByteArray ModelWriter::write(const PointTreeWidgetItem *definitionRoot, const P
         }
         writer.endElement();
     }
-    return writer.finish();
+    const QByteArray bytes = writer.finish();
+    if (m_report) {
+        for (const QString &what : writer.omitted())
+            m_report->add({ SaveReport::Kind::CannotBeWritten, {}, {}, {}, what });
+        if (bytes == ExtensionFile::Writer::instructionAlone() && !definitionRoot->kind().isEmpty())
+            m_report->add({ SaveReport::Kind::NothingLeft, definitionRoot->kind(), {}, {}, {} });
+    }
+    return bytes;
+}
+
+void ModelWriter::startDefinition(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node)
+{
+    writer.startElement(node->kind());
+    for (const PropertyHash::Entry &entry : node->properties()) {
+        if (!leftOutOfDefinition(node, entry.key))
+            writer.attribute(entry.key, entry.value.toString());
+        else if (m_report)
+            m_report->noteDroppedAttribute(node, entry);
+    }
 }
 
 void ModelWriter::writeDefinition(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node)
 {
-    writer.startElement(node->kind());
-    for (const PropertyHash::Entry &entry : node->properties()) {
-        if (!isTypeKey(entry.key) && !leftOutOfDefinition(node, entry.key))
-            writer.attribute(entry.key, entry.value.toString());
-    }
+    startDefinition(writer, node);
     for (PointObject *child : node->children())
         writeDefinition(writer, child->item());
     writer.endElement();
@@ -89,25 +92,33 @@ void ModelWriter::writeDefinition(ExtensionFile::Writer &writer, const PointTree
 
 void ModelWriter::writeRealization(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node)
 {
-    learn(node);
+    const bool isDeclared = learn(node);
     writer.startElement(node->kind());
     for (const PropertyHash::Entry &entry : node->properties()) {
-        if (leftOutOfRealization(node, entry.key))
+        if (leftOutOfRealization(node, entry.key)) {
+            if (m_report)
+                m_report->noteDroppedAttribute(node, entry);
             continue;
+        }
         const QString value = entry.value.toString();
-        const bool wrapped = !value.isEmpty() && m_translatable.isTranslatable(entry.key);
-        writer.attribute(entry.key, wrapped ? ExtensionFile::withTranslationMarks(value) : value);
+        const bool isMarked = !value.isEmpty()
+            && (m_translatable.isTranslatable(entry.key)
+                || (m_marks == Marks::AsRead && entry.origin == PropertyHash::Origin::ReadWithMarks));
+        const QString written = isMarked ? ExtensionFile::withTranslationMarks(value) : value;
+        writer.attribute(entry.key, written);
+        if (m_report)
+            m_report->noteValue(node, entry, written, isMarked, isDeclared);
     }
     for (PointObject *child : node->children())
         writeRealization(writer, child->item());
     writer.endElement();
 }
 
-void ModelWriter::learn(const PointTreeWidgetItem *node)
+bool ModelWriter::learn(const PointTreeWidgetItem *node)
 {
     const QPair<QString, QString> definition(node->kind().toLower(), node->pointId());
-    if (m_learned.contains(definition))
-        return;
-    m_learned.insert(definition);
-    m_translatable.learn(node, m_definitions);
+    const auto known = m_learned.constFind(definition);
+    if (known != m_learned.constEnd())
+        return known.value();
+    return m_learned[definition] = m_translatable.learn(node, m_definitions);
 }

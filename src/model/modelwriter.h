@@ -1,12 +1,13 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QPair>
-#include <QSet>
 #include <QString>
 
 class Definitions;
 class PointTreeWidgetItem;
+class SaveReport;
 class TranslatableKeys;
 
 namespace ExtensionFile {
@@ -17,9 +18,18 @@ class Writer;
 class ModelWriter final
 {
 public:
+    enum class Marks {
+        AsDeclared, ///< on what the points declare translatable, as in a saved file
+        AsRead      ///< also on what was read with marks: for a copy that must not depend on who has been read yet
+    };
+
     /// @p translatable learns from every realization node before it is written.
     /// @p path is only named in the log.
-    ModelWriter(TranslatableKeys &translatable, const Definitions &definitions, const QString &path);
+    ModelWriter(TranslatableKeys &translatable, const Definitions &definitions, const QString &path,
+        Marks marks = Marks::AsDeclared);
+
+    /// @p report, which must outlive the writing, hears what the document will not say as the file did.
+    void setReport(SaveReport *report) { m_report = report; }
 
     /// The root element is that of @p definitionRoot. With no children on either side the document is the processing
     /// instruction alone. Empty when the tree can't be written at all; the reason has been logged.
@@ -27,13 +37,17 @@ public:
         const PointTreeWidgetItem *definitionRoot, const PointTreeWidgetItem *realizationRoot);
 
 private:
+    void startDefinition(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node);
     void writeDefinition(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node);
     void writeRealization(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node);
 
-    void learn(const PointTreeWidgetItem *node);
+    /// Whether anybody declares such a node.
+    bool learn(const PointTreeWidgetItem *node);
 
     TranslatableKeys &m_translatable;
     const Definitions &m_definitions;
     QString m_path;
-    QSet<QPair<QString, QString>> m_learned; ///< kind in lower case and point id: nodes share their definitions
+    Marks m_marks;
+    SaveReport *m_report = nullptr;
+    QHash<QPair<QString, QString>, bool> m_learned; ///< kind in lower case and point id: nodes share their definitions
 };

@@ -9,22 +9,17 @@ QString trimmed(const QString &value)
     return value.trimmed();
 }
 
-/// The reader has seen to it that no name comes twice, and that none has a blank in it.
-template <typename Value>
-PropertyHash collect(const ExtensionFile::Attributes &attributes, Value value)
+} // namespace
+
+// The reader has seen to it that no name comes twice, and that none has a blank in it.
+
+PropertyHash NodeAttributes::asWritten(const ExtensionFile::Attributes &attributes)
 {
     PropertyHash properties;
     properties.reserve(attributes.size());
     for (const ExtensionFile::Attribute &attribute : attributes)
-        properties.append(attribute.name, value(trimmed(attribute.value)));
+        properties.append(attribute.name, trimmed(attribute.value), PropertyHash::Origin::Read);
     return properties;
-}
-
-} // namespace
-
-PropertyHash NodeAttributes::asWritten(const ExtensionFile::Attributes &attributes)
-{
-    return collect(attributes, [](const QString &value) { return value; });
 }
 
 PropertyHash NodeAttributes::withLowerNames(const ExtensionFile::Attributes &attributes)
@@ -33,13 +28,23 @@ PropertyHash NodeAttributes::withLowerNames(const ExtensionFile::Attributes &att
     properties.reserve(attributes.size());
     for (const ExtensionFile::Attribute &attribute : attributes) {
         const QString lowered = attribute.name.toLower();
-        if (attribute.name == lowered || !properties.contains(lowered))
-            properties.insert(lowered, trimmed(attribute.value));
+        if (attribute.name != lowered && properties.contains(lowered))
+            continue;
+        properties.insert(lowered, trimmed(attribute.value));
+        properties.setOrigin(lowered, PropertyHash::Origin::Read);
     }
     return properties;
 }
 
 PropertyHash NodeAttributes::withoutTranslationMarks(const ExtensionFile::Attributes &attributes)
 {
-    return collect(attributes, &ExtensionFile::withoutTranslationMarks);
+    PropertyHash properties;
+    properties.reserve(attributes.size());
+    for (const ExtensionFile::Attribute &attribute : attributes) {
+        const QString written = trimmed(attribute.value);
+        const QString value = ExtensionFile::withoutTranslationMarks(written);
+        properties.append(attribute.name, value,
+            value.size() == written.size() ? PropertyHash::Origin::Read : PropertyHash::Origin::ReadWithMarks);
+    }
+    return properties;
 }

@@ -19,6 +19,7 @@ void OpenedFile::clear()
     rootTag.clear();
     rootProperties = PropertyHash();
     pluginId.clear();
+    dropped.clear();
 }
 
 void OpenedFile::release()
@@ -42,6 +43,7 @@ void OpenedFileSink::startElement(
 {
     if (m_ignoredDepth > 0) {
         ++m_ignoredDepth;
+        noteDropped(name);
         return;
     }
     if (m_levels.isEmpty()) {
@@ -55,6 +57,7 @@ void OpenedFileSink::startElement(
         const bool definition = name == QLatin1String("ExtPointSet");
         if (!definition && name != QLatin1String("ExtDataSet")) {
             ++m_ignoredDepth;
+            noteDropped(name);
             break;
         }
         PointTreeWidgetItem *set = newNode(QString());
@@ -82,6 +85,43 @@ void OpenedFileSink::endElement()
         --m_ignoredDepth;
     else
         m_levels.removeLast();
+}
+
+void OpenedFileSink::noteDropped(const QString &tag)
+{
+    const QString plain = tag.mid(tag.lastIndexOf(QLatin1Char(':')) + 1);
+    const bool isSet = plain.compare(QLatin1String("ExtPointSet"), Qt::CaseInsensitive) == 0
+        || plain.compare(QLatin1String("ExtDataSet"), Qt::CaseInsensitive) == 0;
+    // What stands in a dropped element goes with it; only a set in there is worth a word of its own.
+    if (isSet || m_ignoredDepth == 1)
+        m_file->dropped.append({ isSet ? SaveReport::Kind::SetDropped : SaveReport::Kind::Dropped, tag, {}, {},
+            QStringLiteral("<%1>").arg(tag) });
+}
+
+void OpenedFileSink::aside(ExtensionFile::Aside what, const QString &text)
+{
+    using ExtensionFile::Aside;
+    // It goes with the element that it stands in.
+    if (m_ignoredDepth > 0)
+        return;
+    const auto drop = [&](const QString &as) { m_file->dropped.append({ SaveReport::Kind::Dropped, {}, {}, {}, as }); };
+    switch (what) {
+    case Aside::Comment:
+        drop(QStringLiteral("<!-- %1 -->").arg(text));
+        break;
+    case Aside::Text:
+        drop(QLatin1Char('"') + text + QLatin1Char('"'));
+        break;
+    case Aside::Instruction:
+        drop(QStringLiteral("<?%1?>").arg(text));
+        break;
+    case Aside::DocumentType:
+        drop(QStringLiteral("<!DOCTYPE>"));
+        break;
+    case Aside::LooksLikeUtf8:
+        m_file->dropped.append({ SaveReport::Kind::LooksLikeUtf8, {}, {}, {}, {} });
+        break;
+    }
 }
 
 void OpenedFileSink::startRoot(const QString &tag, const ExtensionFile::Attributes &attributes)

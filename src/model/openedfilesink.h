@@ -2,6 +2,7 @@
 
 #include "extensionfile/sink.h"
 #include "propertyhash.h"
+#include "savereport.h"
 
 #include <QList>
 #include <QString>
@@ -26,6 +27,9 @@ public:
     QVector<PointTreeWidgetItem *> dataSets;
     /// Rows of the points, in document order; they go directly under the definition root.
     QList<QTreeWidgetItem *> pointRows;
+
+    /// What the model has no place for.
+    QVector<SaveReport::Remark> dropped;
 
     /// Destroys the nodes and forgets the rest.
     void clear();
@@ -52,6 +56,8 @@ public:
         PointTreeWidgetItem *node, const PointTreeWidgetItem &parent, const QString &pluginId, const QString &basePath);
 
     [[nodiscard]] bool wantsLocations() const override { return false; }
+    [[nodiscard]] bool wantsAsides() const override { return true; }
+    void aside(ExtensionFile::Aside what, const QString &text) override;
     void restart() override;
     void startElement(const QString &name, const ExtensionFile::Attributes &attributes,
         const ExtensionFile::Location &where) override;
@@ -66,6 +72,7 @@ private:
         PointTreeWidgetItem *node;
     };
 
+    void noteDropped(const QString &tag);
     void startRoot(const QString &tag, const ExtensionFile::Attributes &attributes);
     PointTreeWidgetItem *startDefinition(
         PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes);

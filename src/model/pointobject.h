@@ -73,6 +73,9 @@ public:
     void setProperty(const QString &key, const QVariant &value);
     void setProperties(const PropertyHash &properties);
 
+    /// Says of this node alone how the file has its values.
+    void setOrigin(const QString &key, PropertyHash::Origin origin) { m_properties.setOrigin(key, origin); }
+
     /// Has this node alone show @p properties, which are those of the node that it mirrors.
     void showProperties(const PropertyHash &properties) { m_properties = properties; }
 

@@ -24,14 +24,21 @@ void PropertyHash::insert(const QString &key, const QVariant &value)
     const QVariant kept = isNullText ? QVariant(QStringLiteral("")) : value;
     const int index = indexOf(key);
     if (index < 0)
-        m_entries.append({ key, kept });
+        m_entries.append({ key, kept, Origin::Made });
     else
         m_entries[index].value = kept;
 }
 
-void PropertyHash::append(const QString &key, const QString &value)
+void PropertyHash::append(const QString &key, const QString &value, Origin origin)
 {
-    m_entries.append({ key, QVariant(value.isNull() ? QStringLiteral("") : value) });
+    m_entries.append({ key, QVariant(value.isNull() ? QStringLiteral("") : value), origin });
+}
+
+void PropertyHash::setOrigin(const QString &key, Origin origin)
+{
+    const int index = indexOf(key);
+    if (index >= 0)
+        m_entries[index].origin = origin;
 }
 
 bool PropertyHash::remove(const QString &key)

@@ -16,10 +16,18 @@
 class PropertyHash final
 {
 public:
+    /// Where an entry comes from; a new value does not change it.
+    enum class Origin : quint8 {
+        Made,         ///< in the editor
+        Read,         ///< in a file
+        ReadWithMarks ///< the same, with the marks of translatable text, which are not part of the value
+    };
+
     struct Entry
     {
         QString key;
         QVariant value;
+        Origin origin = Origin::Made;
     };
     using const_iterator = QVector<Entry>::const_iterator;
 
@@ -37,7 +45,10 @@ public:
     void insert(const QString &key, const QVariant &value);
 
     /// As insert(), for a key that is known to be new.
-    void append(const QString &key, const QString &value);
+    void append(const QString &key, const QString &value, Origin origin = Origin::Made);
+
+    /// Does nothing where there is no such key.
+    void setOrigin(const QString &key, Origin origin);
 
     /// True when there was such a key.
     bool remove(const QString &key);

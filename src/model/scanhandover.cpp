@@ -3,6 +3,9 @@
 #include "scansequence.h"
 
 #include <QMetaObject>
+#include <QThreadPool>
+
+#include <utility>
 
 ScanHandover::ScanHandover(int count, const ExtensionFile::FileIdentity &opened, ScanSequence *receiver)
     : m_slots(size_t(count)), m_opened(opened), m_receiver(receiver)
@@ -14,59 +17,105 @@ bool ScanHandover::claim(int index)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     Slot &slot = m_slots[size_t(index)];
-    if (!m_receiver || slot.claimed)
+    if (!m_receiver || slot.state != Slot::Waiting)
         return false;
-    slot.claimed = true;
+    slot.state = Slot::Claimed;
+    slot.claimed = Clock::now();
     return true;
 }
 
-void ScanHandover::put(int index, const QString &path, std::unique_ptr<ScannedFile> file)
+void ScanHandover::noteRead(int index)
 {
-    if (file)
-        file->setIsOpenedFile(m_opened.isSameAs(ExtensionFile::FileIdentity::of(path)));
-    std::unique_ptr<ScannedFile> unwanted;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_slots[size_t(index)].state = Slot::Read;
+}
+
+void ScanHandover::put(int index, const QString &path, ScanResult result)
+{
+    if (result.file)
+        result.file->setIsOpenedFile(m_opened.isSameAs(ExtensionFile::FileIdentity::of(path)));
+    bool wasSlow = false;
+    ScanResult unwanted;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         Slot &slot = m_slots[size_t(index)];
-        slot.arrived = true;
-        if (!m_receiver)
-            unwanted = std::move(file);
-        else
-            slot.file = std::move(file);
-        if (m_receiver && index == m_awaited) {
-            m_awaited = -1;
-            // Posted under the lock: the receiver can't go between the test and the call.
+        wasSlow = slot.isSlow;
+        slot.state = Slot::Arrived;
+        m_hasNews = true;
+        (m_receiver ? slot.result : unwanted) = std::move(result);
+        // Posted under the lock: the receiver can't go between the test and the call.
+        if (m_receiver && std::exchange(m_receiverWaits, false))
             QMetaObject::invokeMethod(m_receiver, &ScanSequence::wake, Qt::QueuedConnection);
-        }
     }
-    m_arrived.notify_all();
+    if (wasSlow)
+        QThreadPool::globalInstance()->reserveThread();
+    m_news.notify_all();
 }
 
-bool ScanHandover::take(int index, std::unique_ptr<ScannedFile> *file)
+bool ScanHandover::take(int index, ScanResult *result)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     Slot &slot = m_slots[size_t(index)];
-    if (!slot.arrived) {
-        m_awaited = index;
+    m_receiverWaits = slot.state != Slot::Arrived;
+    if (m_receiverWaits)
         return false;
-    }
-    *file = std::move(slot.file);
+    *result = std::move(slot.result);
     return true;
 }
 
-void ScanHandover::waitFor(int index)
+bool ScanHandover::hasArrived(int index) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_slots[size_t(index)].state == Slot::Arrived;
+}
+
+bool ScanHandover::waitForNews(std::chrono::milliseconds longest)
 {
     std::unique_lock<std::mutex> lock(m_mutex);
-    m_arrived.wait(lock, [this, index] { return m_slots[size_t(index)].arrived; });
+    m_news.wait_for(lock, longest, [this] { return m_hasNews; });
+    return std::exchange(m_hasNews, false);
+}
+
+int ScanHandover::countSlow(std::chrono::milliseconds time)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const Clock::time_point begun = Clock::now() - time;
+    int count = 0;
+    for (Slot &slot : m_slots) {
+        if (slot.state != Slot::Claimed || slot.isSlow || slot.claimed > begun)
+            continue;
+        slot.isSlow = true;
+        ++count;
+    }
+    return count;
+}
+
+bool ScanHandover::isSlow(int index) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const Slot &slot = m_slots[size_t(index)];
+    return slot.isSlow && slot.state == Slot::Claimed;
+}
+
+int ScanHandover::forgotten() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    int found = -1;
+    for (size_t i = 0; i < m_slots.size(); ++i) {
+        const Slot::State state = m_slots[i].state;
+        if (state == Slot::Claimed || state == Slot::Read)
+            return -1;
+        if (state == Slot::Waiting && found < 0)
+            found = int(i);
+    }
+    return found;
 }
 
 void ScanHandover::abandon()
 {
-    std::vector<Slot> unwanted;
+    std::vector<ScanResult> unwanted;
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_receiver = nullptr;
-    for (Slot &slot : m_slots) {
-        unwanted.emplace_back();
-        unwanted.back().file = std::move(slot.file);
-    }
+    for (Slot &slot : m_slots)
+        unwanted.push_back(std::move(slot.result));
 }

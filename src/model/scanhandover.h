@@ -3,6 +3,7 @@
 #include "announcement.h"
 #include "extensionfile/regularfile.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -10,31 +11,45 @@
 
 class ScanSequence;
 
-/// Where the reading tasks of one scan leave what they read, and where the GUI thread fetches it in the order of the
-/// directory listing. Shared by the sequence and its tasks; the last one to let go destroys it. Thread-safe.
+/// Where the reading tasks of one scan leave what they read, and where the GUI thread fetches it. Shared by the
+/// sequence and its tasks; the last one to let go destroys it. Thread-safe.
 ///
 /// Nobody ever waits here for the GUI thread, so a task can't block the pool and the GUI thread may wait for a task.
 class ScanHandover final
 {
 public:
-    /// Slots for @p count files. @p receiver is woken when the file that it waits for has arrived. @p opened is the
-    /// file that is open: another reading of it is marked as such.
+    using Clock = std::chrono::steady_clock;
+
+    /// Slots for @p count files. @p receiver is woken when a file has arrived that it asked for in vain. @p opened is
+    /// the file that is open: another reading of it is marked as such.
     ScanHandover(int count, const ExtensionFile::FileIdentity &opened, ScanSequence *receiver);
     ~ScanHandover();
 
     /// True for the first caller only: it reads file @p index. False for everybody once the scan is abandoned.
     [[nodiscard]] bool claim(int index);
 
-    /// Hands over what was read from @p path; null says that there was nothing to read. Destroyed on the spot when the
-    /// scan is abandoned.
-    void put(int index, const QString &path, std::unique_ptr<ScannedFile> file);
+    /// The bytes of file @p index are there: it waits for nobody any longer.
+    void noteRead(int index);
 
-    /// True when file @p index has arrived, with the file (which may be null). Otherwise the receiver is woken as soon
-    /// as it does.
-    [[nodiscard]] bool take(int index, std::unique_ptr<ScannedFile> *file);
+    /// Hands over what was read from @p path. Destroyed on the spot when the scan is abandoned.
+    void put(int index, const QString &path, ScanResult result);
 
-    /// Blocks until file @p index has arrived. Only for a file that was claimed, else nobody would bring it.
-    void waitFor(int index);
+    /// True when file @p index has arrived, with what came of it. Otherwise the receiver is woken as soon as any does.
+    [[nodiscard]] bool take(int index, ScanResult *result);
+    [[nodiscard]] bool hasArrived(int index) const;
+
+    /// Returns when a file has arrived since the last call, or after @p longest; false when none has.
+    bool waitForNews(std::chrono::milliseconds longest);
+
+    /// How many files have been waited for, by the thread that reads them, for longer than @p time by now and were not
+    /// counted before. When such a file arrives after all, the thread that stood in for its own is taken back from the
+    /// global pool.
+    [[nodiscard]] int countSlow(std::chrono::milliseconds time);
+    /// Whether file @p index was counted so, and is still waited for.
+    [[nodiscard]] bool isSlow(int index) const;
+
+    /// A file that nobody reads while nobody reads any other; -1 when there is none, or somebody does.
+    [[nodiscard]] int forgotten() const;
 
     /// The receiver is going: nothing is started any more, and what still arrives is destroyed.
     void abandon();
@@ -42,15 +57,19 @@ public:
 private:
     struct Slot
     {
-        bool claimed = false;
-        bool arrived = false;
-        std::unique_ptr<ScannedFile> file;
+        enum State { Waiting, Claimed, Read, Arrived };
+
+        State state = Waiting;
+        bool isSlow = false;
+        Clock::time_point claimed;
+        ScanResult result;
     };
 
-    std::mutex m_mutex;
-    std::condition_variable m_arrived;
+    mutable std::mutex m_mutex;
+    std::condition_variable m_news;
     std::vector<Slot> m_slots;
     const ExtensionFile::FileIdentity m_opened;
     ScanSequence *m_receiver;
-    int m_awaited = -1;
+    bool m_hasNews = false;
+    bool m_receiverWaits = false;
 };

@@ -3,11 +3,11 @@
 #include "scanhandover.h"
 #include "taskread.h"
 
-#include <QElapsedTimer>
 #include <QPointer>
 #include <QThread>
 #include <QThreadPool>
 
+#include <numeric>
 #include <utility>
 
 namespace {
@@ -21,21 +21,38 @@ constexpr int firstTurnMs = 16;
 // Looking at the clock costs as much as a small announcement.
 constexpr int announcementsPerLookAtClock = 16;
 
+constexpr std::chrono::milliseconds lookInterval(250);
+
+// A file that is read for so long waits for something: its thread does nothing, and another may.
+constexpr std::chrono::milliseconds slowTime(250);
+constexpr int mostStandIns = 64;
+
+// So long a file keeps its place in the order of the listing.
+constexpr qint64 longestWaitForOneMs = 2000;
+
+// While others have all threads of the pool, one is added; where none can be started, tasks wait for ever.
+constexpr int idleLooksBeforeAnotherThread = 1;
+constexpr int idleLooksBeforeReadingHere = 3;
+
 } // namespace
 
 ScanSequence::ScanSequence(const QStringList &paths, const ExtensionFile::FileIdentity &opened, const Roots &roots,
     Receiver receiver, QObject *parent)
     : QObject(parent), m_paths(paths), m_roots(roots), m_receiver(std::move(receiver)),
-      m_handover(std::make_shared<ScanHandover>(paths.size(), opened, this))
+      m_handover(std::make_shared<ScanHandover>(paths.size(), opened, this)), m_next(size_t(paths.size()))
 {
+    std::iota(m_next.begin(), m_next.end(), 0);
     m_nextTurn.setSingleShot(true);
     m_nextTurn.setInterval(firstTurnMs);
     connect(&m_nextTurn, &QTimer::timeout, this, &ScanSequence::deliverPortion);
+    m_tending.setInterval(int(lookInterval.count()));
+    connect(&m_tending, &QTimer::timeout, this, &ScanSequence::tend);
 }
 
 ScanSequence::~ScanSequence()
 {
     m_handover->abandon();
+    giveThreadBack();
 }
 
 void ScanSequence::start()
@@ -47,28 +64,87 @@ void ScanSequence::start()
 
 void ScanSequence::startTasks()
 {
-    for (int i = m_next; i < m_paths.size() && !m_finished; ++i) {
+    if (std::exchange(m_started, true))
+        return;
+    for (int i = 0; i < m_paths.size(); ++i) {
         auto *task = new TaskRead(m_paths.at(i), m_roots.points, m_roots.data, m_roots.third);
         task->setHandover(m_handover, i);
         QThreadPool::globalInstance()->start(task);
     }
     m_nextTurn.start();
+    m_tending.start();
 }
 
-void ScanSequence::complete()
+void ScanSequence::complete(std::chrono::milliseconds patience)
 {
     if (m_finished)
         return;
+    startTasks();
     const QPointer<ScanSequence> alive(this);
-    for (int i = m_next + (m_haveCurrent ? 1 : 0); i < m_paths.size(); ++i) {
-        if (m_handover->claim(i))
-            m_handover->put(i, m_paths.at(i), TaskRead::read(m_paths.at(i), m_roots.points, m_roots.data, thread()));
+    QElapsedTimer sinceNews;
+    sinceNews.start();
+    while (!sinceNews.hasExpired(patience.count())) {
+        const Progress progress = deliver(false);
+        if (alive)
+            conclude(progress);
+        if (!alive || m_finished)
+            return;
+        const bool readsHere = m_idleLooks >= idleLooksBeforeReadingHere;
+        if (m_handover->waitForNews(readsHere ? std::chrono::milliseconds(0) : lookInterval))
+            sinceNews.restart();
         else
-            m_handover->waitFor(i);
+            tend();
     }
-    const Progress progress = deliver(false);
-    if (alive)
-        conclude(progress);
+}
+
+void ScanSequence::tend()
+{
+    if (m_finished)
+        return;
+    for (int slow = m_handover->countSlow(slowTime); slow > 0 && m_standIns < mostStandIns; --slow) {
+        ++m_standIns;
+        QThreadPool::globalInstance()->releaseThread();
+    }
+    const int forgotten = m_handover->forgotten();
+    m_idleLooks = forgotten < 0 ? 0 : m_idleLooks + 1;
+    if (m_idleLooks == idleLooksBeforeAnotherThread && !std::exchange(m_hasOwnThread, true))
+        QThreadPool::globalInstance()->releaseThread();
+    if (m_idleLooks >= idleLooksBeforeReadingHere)
+        readHere(forgotten);
+    if (m_waiting.isValid() && m_waiting.hasExpired(longestWaitForOneMs) && m_handover->isSlow(m_next.front())) {
+        m_waiting.invalidate();
+        m_passed.insert(m_next.front());
+        m_next.push_back(m_next.front());
+        m_next.pop_front();
+        wake();
+    }
+}
+
+void ScanSequence::giveThreadBack()
+{
+    if (std::exchange(m_hasOwnThread, false))
+        QThreadPool::globalInstance()->reserveThread();
+}
+
+void ScanSequence::readHere(int index)
+{
+    if (!m_handover->claim(index))
+        return;
+    m_handover->put(index, m_paths.at(index),
+        TaskRead::read(
+            m_paths.at(index), m_roots.points, m_roots.data, thread(), [this, index] { m_handover->noteRead(index); }));
+    // As quickly as the window allows, once it is known that nobody else does.
+    QTimer::singleShot(0, this, &ScanSequence::tend);
+}
+
+QStringList ScanSequence::awaited() const
+{
+    QStringList paths;
+    for (int i = 0; i < m_paths.size() && !m_finished; ++i) {
+        if (!m_handover->hasArrived(i))
+            paths.append(m_paths.at(i));
+    }
+    return paths;
 }
 
 void ScanSequence::wake()
@@ -101,18 +177,15 @@ ScanSequence::Progress ScanSequence::deliver(bool withinBudget)
         return clock.nsecsElapsed() > portionBudgetNs;
     };
 
-    while (m_next < m_paths.size()) {
-        if (!m_haveCurrent) {
-            if (!m_handover->take(m_next, &m_current))
-                return Progress::Waiting;
-            m_haveCurrent = true;
-        }
+    while (!m_next.empty()) {
+        if (!m_haveCurrent && !fetch())
+            return Progress::Waiting;
         while (m_current && !m_current->atEnd()) {
             // The receiver may save, close or delete whatever it likes: nothing but members is trusted after the call.
             m_delivered = true;
             const bool isOpened = m_current->isOpenedFile();
             if (const Announcement *announcement = m_current->next())
-                m_receiver(m_next, isOpened, Announcement(*announcement));
+                m_receiver(m_next.front(), isOpened, Announcement(*announcement));
             if (!alive)
                 return Progress::Done;
             if (outOfTime()) {
@@ -124,12 +197,32 @@ ScanSequence::Progress ScanSequence::deliver(bool withinBudget)
         if (m_haveCurrent) {
             m_haveCurrent = false;
             m_current.reset();
-            ++m_next;
+            m_next.pop_front();
         }
         if (outOfTime())
             return Progress::Interrupted;
     }
     return Progress::Done;
+}
+
+bool ScanSequence::fetch()
+{
+    ScanResult result;
+    for (size_t tried = 0; !m_handover->take(m_next.front(), &result); ++tried) {
+        if (!m_passed.contains(m_next.front()) && !m_waiting.isValid())
+            m_waiting.start();
+        // Those that were passed stand at the end, and any of them may be there now.
+        if (!m_passed.contains(m_next.front()) || tried == m_next.size())
+            return false;
+        m_next.push_back(m_next.front());
+        m_next.pop_front();
+    }
+    m_waiting.invalidate();
+    m_haveCurrent = true;
+    m_current = std::move(result.file);
+    if (!result.failure.isEmpty())
+        Q_EMIT unreadable({ m_paths.at(m_next.front()), result.failure });
+    return true;
 }
 
 void ScanSequence::conclude(Progress progress)
@@ -143,5 +236,7 @@ void ScanSequence::conclude(Progress progress)
         return;
     m_finished = true;
     m_nextTurn.stop();
+    m_tending.stop();
+    giveThreadBack();
     Q_EMIT finished();
 }

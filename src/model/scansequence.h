@@ -3,22 +3,34 @@
 #include "announcement.h"
 #include "extensionfile/regularfile.h"
 
+#include <QElapsedTimer>
 #include <QObject>
+#include <QSet>
 #include <QStringList>
 #include <QTimer>
 
+#include <chrono>
+#include <deque>
 #include <functional>
 #include <memory>
 
 class PointTreeWidgetItem;
 class ScanHandover;
 
+/// A sibling's file that is there and can't be read.
+struct UnreadableFile
+{
+    QString path;
+    QString reason; ///< "path:line:column: reason", in one line
+};
+
 /// One scan: starts a reading task for each file and takes the results in, on its own thread, in the order of the
 /// list, whatever the order in which the tasks finish.
 ///
 /// Results are taken in portions of a few milliseconds with a turn of the event loop between them, so that a scan of
-/// any size leaves the window responsive. Created and owned by the manager; may be destroyed at any moment, also from
-/// within a call that it makes.
+/// any size leaves the window responsive. A file that takes long (on a network that has gone, say) gets a thread in
+/// place of the one that it holds, and the others pass it after two seconds. Created and owned by the manager; may be
+/// destroyed at any moment, also from within a call that it makes.
 class ScanSequence final : public QObject
 {
     Q_OBJECT
@@ -42,17 +54,20 @@ public:
     /// Starts one task per path on the global pool when the event loop has nothing else to do. Call once.
     void start();
 
-    /// Reads what no task has begun, waits for the others and takes everything in before it returns. No user input is
-    /// handled meanwhile.
-    void complete();
+    /// Waits for the tasks and takes everything in before it returns. No user input is handled meanwhile. Gives up when
+    /// nothing has arrived for @p patience; the scan goes on then.
+    void complete(std::chrono::milliseconds patience);
 
-    [[nodiscard]] bool isFinished() const { return m_finished; }
+    /// The files that have not been read yet, in the order of the list.
+    [[nodiscard]] QStringList awaited() const;
 
     /// Has the next portion taken in when the event loop has had its turn.
     void wake();
 
 Q_SIGNALS:
     void portionDelivered();
+    /// Comes in the middle of a portion: what is connected may not end the scan.
+    void unreadable(const UnreadableFile &file);
 
     /// Everything has been taken in. Emitted once.
     void finished();
@@ -61,20 +76,33 @@ private:
     enum class Progress { Waiting, Interrupted, Done };
 
     void startTasks();
+    /// To be called a few times a second: whatever takes long shall keep nothing but itself waiting.
+    void tend();
+    void readHere(int index);
+    void giveThreadBack();
 
     /// Takes in what has arrived, up to the time that a portion may take.
     void deliverPortion();
     Progress deliver(bool withinBudget);
+    /// Fetches the next file; false when it has not arrived.
+    [[nodiscard]] bool fetch();
     void conclude(Progress progress);
 
     QStringList m_paths;
     Roots m_roots;
     Receiver m_receiver;
     std::shared_ptr<ScanHandover> m_handover;
+    std::deque<int> m_next; ///< the file being taken in, or to be taken in next, and those after it
+    QSet<int> m_passed;     ///< those of them that the others have passed
     std::unique_ptr<ScannedFile> m_current;
-    int m_next = 0; ///< the file being taken in, or to be taken in next
+    QElapsedTimer m_waiting; ///< for the first of m_next; invalid while it is there
+    int m_idleLooks = 0;
+    int m_standIns = 0;
+    bool m_hasOwnThread = false; ///< beside those that the pool has
+    bool m_started = false;
     bool m_haveCurrent = false;
     bool m_finished = false;
     bool m_delivered = false; ///< since portionDelivered() was emitted last
     QTimer m_nextTurn;
+    QTimer m_tending;
 };

@@ -31,6 +31,12 @@ SiblingSink::SiblingSink(const QString &basePath, PointTreeWidgetItem *pointsRoo
 
 SiblingSink::~SiblingSink() = default;
 
+void SiblingSink::fileRead()
+{
+    if (m_whenRead)
+        m_whenRead();
+}
+
 void SiblingSink::restart()
 {
     m_file = std::make_unique<ScannedFile>();

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 
 class QThread;
@@ -39,7 +40,11 @@ public:
     /// What the start tag that came last was made into; it must be a definition.
     [[nodiscard]] PointTreeWidgetItem *current() const { return m_levels.last().node; }
 
+    /// Has @p call made once the bytes of the file are there.
+    void whenRead(const std::function<void()> &call) { m_whenRead = call; }
+
     [[nodiscard]] bool wantsLocations() const override { return false; }
+    void fileRead() override;
     void restart() override;
     void startElement(const QString &name, const ExtensionFile::Attributes &attributes,
         const ExtensionFile::Location &where) override;
@@ -74,5 +79,6 @@ private:
     QVector<PointTreeWidgetItem *> m_nodes;
     QVector<PointTreeWidgetItem *> m_formats;
     EarlierFormats m_earlierFormats;
+    std::function<void()> m_whenRead;
     int m_ignoredDepth = 0;
 };

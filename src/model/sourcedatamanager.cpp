@@ -5,10 +5,8 @@
 #include "extensionfile/reader.h"
 #include "extensionfile/safesave.h"
 #include "modellog.h"
-#include "modelwriter.h"
 #include "openedfilesink.h"
 #include "pointtreewidgetitem.h"
-#include "scansequence.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -23,6 +21,9 @@ const QString idKey = QStringLiteral("id");
 
 // Often enough for the eye, and seldom enough for the painting to be a small part of a scan.
 constexpr int pauseBetweenRowsMs = 120;
+
+// A network that answers at all does so sooner.
+constexpr std::chrono::seconds patience(10);
 
 QString rootText(const char *text)
 {
@@ -104,6 +105,7 @@ bool SourceDataManager::load(const QString &fileName, const std::function<bool(E
         return false;
     clearOpenedFile();
     m_realizationRoot->setBasePath(directory);
+    m_dropped = file.dropped;
     adopt(file);
     m_changes.discard();
     m_loadFailed = false;
@@ -114,8 +116,11 @@ bool SourceDataManager::save()
 {
     const QPointer<SourceDataManager> alive(this);
     completeScan();
-    if (!alive)
-        return false;
+    return alive && saveNow();
+}
+
+bool SourceDataManager::saveNow()
+{
     if (m_loadFailed) {
         qCWarning(modelLog, "%s: not written, since it could not be read", qUtf8Printable(m_filePath));
         return false;
@@ -124,22 +129,72 @@ bool SourceDataManager::save()
         qCWarning(modelLog, "Nothing was written: there is no file to write to.");
         return false;
     }
-    const Definitions known = definitions();
-    const QByteArray bytes
-        = ModelWriter(m_translatableKeys, known, m_filePath).write(m_definitionRoot, m_realizationRoot);
-    if (bytes.isEmpty())
-        return false;
+    const QByteArray bytes = written(m_translatableKeys, ModelWriter::Marks::AsDeclared);
     ExtensionFile::SaveError error;
-    return ExtensionFile::saveFile(m_filePath, bytes, &error);
+    if (bytes.isEmpty() || !ExtensionFile::saveFile(m_filePath, bytes, &error))
+        return false;
+    noteWritten();
+    return true;
+}
+
+QByteArray SourceDataManager::written(TranslatableKeys &keys, ModelWriter::Marks marks, SaveReport *report) const
+{
+    if (!canBeWritten())
+        return {};
+    const Definitions known = definitions();
+    ModelWriter writer(keys, known, m_filePath, marks);
+    writer.setReport(report);
+    return writer.write(m_definitionRoot, m_realizationRoot);
 }
 
 QByteArray SourceDataManager::serialized() const
 {
-    if (isScanning() || !canBeWritten())
-        return {};
     TranslatableKeys keys = m_translatableKeys;
-    const Definitions known = definitions();
-    return ModelWriter(keys, known, m_filePath).write(m_definitionRoot, m_realizationRoot);
+    return written(keys, ModelWriter::Marks::AsDeclared);
+}
+
+QByteArray SourceDataManager::recoverable() const
+{
+    TranslatableKeys keys = m_translatableKeys;
+    return written(keys, ModelWriter::Marks::AsRead);
+}
+
+SaveReport SourceDataManager::saveReport() const
+{
+    SaveReport report;
+    TranslatableKeys keys = m_translatableKeys;
+    (void)written(keys, ModelWriter::Marks::AsDeclared, &report);
+    for (const SaveReport::Remark &remark : m_dropped)
+        report.add(remark);
+    QStringList unread = awaitedFiles();
+    for (const UnreadableFile &file : m_unreadable)
+        unread.append(file.path);
+    report.blame(unread);
+    return report;
+}
+
+void SourceDataManager::noteWritten()
+{
+    m_dropped.clear();
+    const auto note = [this](const auto &self, const PointObject *parent) -> void {
+        for (PointObject *node : parent->children()) {
+            const PropertyHash properties = node->properties();
+            for (const PropertyHash::Entry &entry : properties) {
+                const auto origin = m_translatableKeys.isTranslatable(entry.key) ? PropertyHash::Origin::ReadWithMarks
+                                                                                 : PropertyHash::Origin::Read;
+                if (entry.origin != origin)
+                    node->setOrigin(entry.key, origin);
+            }
+            self(self, node);
+        }
+    };
+    for (const PointObject *set : m_realizationRoot->children())
+        note(note, set);
+}
+
+QStringList SourceDataManager::awaitedFiles() const
+{
+    return m_scan ? m_scan->awaited() : QStringList();
 }
 
 bool SourceDataManager::canBeWritten() const
@@ -176,6 +231,8 @@ void SourceDataManager::startScan(const QString &fileName)
             // By its name as well: somebody may have put a new file in the place of the one that was opened.
             receive(isOpened || index == ownIndex, announcement);
         });
+    connect(m_scan.get(), &ScanSequence::unreadable, this,
+        [this](const UnreadableFile &file) { m_unreadable.append(file); });
     connect(m_scan.get(), &ScanSequence::portionDelivered, this, [this] {
         for (const QString &name : qAsConst(m_arrivingLayouts))
             ++m_formatRevisions[name];
@@ -195,8 +252,14 @@ void SourceDataManager::startScan(const QString &fileName)
 
 void SourceDataManager::completeScan()
 {
+    const QPointer<SourceDataManager> alive(this);
     if (m_scan)
-        m_scan->complete();
+        m_scan->complete(patience);
+    if (!alive || !m_scan)
+        return;
+    const QStringList missing = m_scan->awaited();
+    for (const QString &path : missing)
+        qCWarning(scanLog, "%s: not waited for any longer", qUtf8Printable(path));
 }
 
 void SourceDataManager::addDefinition(PointTreeWidgetItem *parent, PointTreeWidgetItem *child)
@@ -483,6 +546,7 @@ bool SourceDataManager::holdsScannedNodes() const
 void SourceDataManager::clearScan()
 {
     m_scan.reset();
+    m_unreadable.clear();
     dropOwnReading();
     m_arrivedPlugins.clear();
     m_pluginsTimer.stop();

@@ -4,11 +4,14 @@
 #include "definitions.h"
 #include "formatmerger.h"
 #include "modelchanges.h"
+#include "modelwriter.h"
 #include "nodeindexes.h"
 #include "ownpoints.h"
 #include "ownrealizations.h"
 #include "pointtreewidgetitem.h"
 #include "realizationindexing.h"
+#include "savereport.h"
+#include "scansequence.h"
 #include "translatablekeys.h"
 
 #include <QHash>
@@ -29,7 +32,6 @@ class Sink;
 
 class Controller;
 class OpenedFile;
-class ScanSequence;
 
 /// The model of one opened extension file, together with what is known of every sibling plug-in.
 ///
@@ -50,20 +52,36 @@ public:
     /// As above, with @p bytes in place of what the file holds; the file need not exist.
     [[nodiscard]] bool load(const QString &fileName, const QByteArray &bytes);
 
-    /// Completes the scan, since translatable keys are known from scanned points only, and writes the opened file.
-    /// False, with the old file intact and the reason logged, when there is no path, when the last load() failed, or
-    /// when it can't be written.
+    /// Completes the scan, since translatable keys are known from scanned points only, and writes the opened file as
+    /// saveNow() does. When no sibling has arrived for ten seconds it goes on without those that are missing.
     [[nodiscard]] bool save();
 
-    /// What save() would write at this moment; empty while the scan runs and where save() would fail. Learns no
-    /// translatable keys, so that asking makes no later save different.
+    /// Writes the opened file with what is known of the siblings. False, with the old file intact and the reason
+    /// logged, when there is no path, when the last load() failed, or when it can't be written.
+    [[nodiscard]] bool saveNow();
+
+    /// What saveNow() would write at this moment; empty where it would fail. Learns no translatable keys, so that
+    /// asking makes no later save different.
     [[nodiscard]] QByteArray serialized() const;
+
+    /// The same, but with the marks of translatable text also where they were read: whoever loads it can still find out
+    /// what is translatable, whatever siblings have been read by now.
+    [[nodiscard]] QByteArray recoverable() const;
+
+    /// What saveNow() would do to the file beside.
+    [[nodiscard]] SaveReport saveReport() const;
+
+    /// The siblings' files that are still to be read.
+    [[nodiscard]] QStringList awaitedFiles() const;
+    /// The siblings' files that are there and can't be read, as far as is known.
+    [[nodiscard]] const QVector<UnreadableFile> &unreadableFiles() const { return m_unreadable; }
 
     /// Starts the reading of every sibling of the directory that @p fileName lies in, its own directory included. What
     /// an earlier scan has read is destroyed.
     void startScan(const QString &fileName);
 
-    /// Returns when the scan is over and everything is taken in. No user input is handled meanwhile.
+    /// Returns when the scan is over and everything is taken in, or when nothing has arrived for ten seconds. No user
+    /// input is handled meanwhile.
     void completeScan();
     [[nodiscard]] bool isScanning() const { return m_scan != nullptr; }
 
@@ -177,6 +195,10 @@ private:
     void showArrivedPlugins();
     [[nodiscard]] bool load(const QString &fileName, const std::function<bool(ExtensionFile::Sink &)> &read);
     [[nodiscard]] bool canBeWritten() const;
+    [[nodiscard]] QByteArray written(
+        TranslatableKeys &keys, ModelWriter::Marks marks, SaveReport *report = nullptr) const;
+    /// The file holds what the model holds now.
+    void noteWritten();
     void adopt(OpenedFile &file);
     void clearOpenedFile();
     /// Whether there is anything of an earlier scan to clear: right after loading, there is not, and the opened file's
@@ -210,5 +232,7 @@ private:
     QStringList m_arrivingLayouts; ///< tabs whose layouts the file that is being taken in brings
     int m_arrivingFile = -1;
     bool m_loadFailed = false;
+    QVector<SaveReport::Remark> m_dropped; ///< what the file holds and the model does not
+    QVector<UnreadableFile> m_unreadable;
     std::unique_ptr<ScanSequence> m_scan;
 };

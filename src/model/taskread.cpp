@@ -47,34 +47,36 @@ void TaskRead::run()
     (void)m_ready.load(std::memory_order_acquire);
     if (m_handover) {
         if (m_handover->claim(m_index))
-            m_handover->put(m_index, m_path, read(m_path, m_pointsRoot, m_dataRoot, m_nodeThread));
+            m_handover->put(m_index, m_path,
+                read(m_path, m_pointsRoot, m_dataRoot, m_nodeThread, [this] { m_handover->noteRead(m_index); }));
         return;
     }
     SiblingSink sink(directoryOf(m_path), m_pointsRoot, m_dataRoot, SiblingSink::EarlierFormats::Repeat);
-    const std::unique_ptr<ScannedFile> file = build(m_path, sink, m_nodeThread);
-    while (file && !file->atEnd())
-        announce(*file->next());
+    const ScanResult result = build(m_path, sink, m_nodeThread);
+    while (result.file && !result.file->atEnd())
+        announce(*result.file->next());
 }
 
-std::unique_ptr<ScannedFile> TaskRead::read(
-    const QString &path, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot, QThread *thread)
+ScanResult TaskRead::read(const QString &path, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot,
+    QThread *thread, const std::function<void()> &whenRead)
 {
     // The manager knows the formats of the earlier data sets by then.
     SiblingSink sink(directoryOf(path), pointsRoot, dataRoot, SiblingSink::EarlierFormats::Omit);
-    std::unique_ptr<ScannedFile> file = build(path, sink, thread);
-    if (file && file->announcements().size() > announcementsTakenInAtOnce)
-        file->putAside();
-    return file;
+    sink.whenRead(whenRead);
+    ScanResult result = build(path, sink, thread);
+    if (result.file && result.file->announcements().size() > announcementsTakenInAtOnce)
+        result.file->putAside();
+    return result;
 }
 
-std::unique_ptr<ScannedFile> TaskRead::build(const QString &path, SiblingSink &sink, QThread *thread)
+ScanResult TaskRead::build(const QString &path, SiblingSink &sink, QThread *thread)
 {
     if (path.isEmpty())
-        return nullptr;
+        return {};
     ExtensionFile::ReadError error;
-    if (!ExtensionFile::readFile(path, sink, &error))
-        return nullptr;
-    return sink.take(thread);
+    if (ExtensionFile::readFile(path, sink, &error))
+        return { sink.take(thread), QString() };
+    return { nullptr, error.kind == ExtensionFile::ReadError::Kind::Missing ? QString() : error.toString() };
 }
 
 void TaskRead::announce(const Announcement &announcement)

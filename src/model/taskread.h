@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 
 class PointTreeWidgetItem;
@@ -35,11 +36,10 @@ public:
 
     void run() override;
 
-    /// Reads @p path for a scan; null when there is no such file or it can't be read or parsed. The nodes get the
-    /// affinity of
-    /// @p thread. Any thread.
-    [[nodiscard]] static std::unique_ptr<ScannedFile> read(
-        const QString &path, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot, QThread *thread);
+    /// Reads @p path for a scan, and calls @p whenRead once its bytes are there. The nodes get the affinity of @p
+    /// thread. Any thread.
+    [[nodiscard]] static ScanResult read(const QString &path, PointTreeWidgetItem *pointsRoot,
+        PointTreeWidgetItem *dataRoot, QThread *thread, const std::function<void()> &whenRead = {});
 
 Q_SIGNALS:
     void definData(QString key, PointTreeWidgetItem *item);
@@ -49,7 +49,7 @@ Q_SIGNALS:
     void layoutRelization(PointTreeWidgetItem *layout);
 
 private:
-    [[nodiscard]] static std::unique_ptr<ScannedFile> build(const QString &path, SiblingSink &sink, QThread *thread);
+    [[nodiscard]] static ScanResult build(const QString &path, SiblingSink &sink, QThread *thread);
     void announce(const Announcement &announcement);
 
     QString m_path;

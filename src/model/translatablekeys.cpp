@@ -3,7 +3,7 @@
 #include "definitions.h"
 #include "pointtreewidgetitem.h"
 
-void TranslatableKeys::learn(const PointTreeWidgetItem *node, const Definitions &definitions)
+bool TranslatableKeys::learn(const PointTreeWidgetItem *node, const Definitions &definitions)
 {
     const Definitions::Nodes found = definitions.of(node->kind().toLower(), node->pointId());
     for (const PointTreeWidgetItem *definition : found) {
@@ -14,4 +14,5 @@ void TranslatableKeys::learn(const PointTreeWidgetItem *node, const Definitions 
             translatable = translatable || declaration->property(QStringLiteral("trans")).toBool();
         }
     }
+    return !found.isEmpty();
 }

@@ -12,8 +12,8 @@ class PointTreeWidgetItem;
 class TranslatableKeys final
 {
 public:
-    /// Takes in what the definitions of @p node say of their attributes.
-    void learn(const PointTreeWidgetItem *node, const Definitions &definitions);
+    /// Takes in what the definitions of @p node say of their attributes; false when there are none.
+    bool learn(const PointTreeWidgetItem *node, const Definitions &definitions);
 
     [[nodiscard]] bool isTranslatable(const QString &key) const { return m_table.value(key, false); }
 

@@ -16,6 +16,9 @@ inline const QString SubItems = QStringLiteral("subitems");
 inline const QString ShowText = QStringLiteral("showtext");
 inline const QString Decimals = QStringLiteral("decimals");
 inline const QString RegExp = QStringLiteral("regexp");
+/// A text with a match of this expression anywhere is taken, but marked, with DoubtHint as the reason.
+inline const QString Doubt = QStringLiteral("doubt");
+inline const QString DoubtHint = QStringLiteral("doubthint");
 inline const QString Filter = QStringLiteral("filter");
 inline const QString Directory = QStringLiteral("directory");
 inline const QString Method = QStringLiteral("method");

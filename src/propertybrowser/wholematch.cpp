@@ -50,3 +50,11 @@ QString WholeMatch::patternOf(const PropertyItem &item)
     const QString pattern = item.data(PropertyKey::RegExp).toString();
     return pattern.isEmpty() || compiled(pattern).isValid() ? pattern : QString();
 }
+
+QString WholeMatch::doubtAbout(const PropertyItem &item, const QString &text)
+{
+    const QString pattern = item.data(PropertyKey::Doubt).toString();
+    if (pattern.isEmpty() || !compiled(pattern, QRegularExpression::DotMatchesEverythingOption).match(text).hasMatch())
+        return {};
+    return item.data(PropertyKey::DoubtHint).toString();
+}

@@ -15,4 +15,7 @@ enum class Lines { One, Many };
 /// The pattern in the item's data, empty when it restricts nothing.
 [[nodiscard]] QString patternOf(const PropertyItem &item);
 
+/// What is doubtful about @p text, which is a value of the row all the same; empty when nothing is.
+[[nodiscard]] QString doubtAbout(const PropertyItem &item, const QString &text);
+
 } // namespace WholeMatch

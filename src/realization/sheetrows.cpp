@@ -1,11 +1,13 @@
 #include "sheetrows.h"
 
 #include "attributetypes.h"
+#include "extensionfile/attributes.h"
 #include "extensionfile/names.h"
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
 #include "propertybrowser/propertykeys.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 #include <algorithm>
@@ -72,6 +74,10 @@ PropertyItem SheetRows::row(const QString &key, const QVariant &value, const Def
     PropertyItem row(type, key, key, value);
     if (type == PropertyType::Flag && isMask(key, value.toString(), declared))
         row.setVal(value.toInt());
+    row.setData(PropertyKey::Doubt, ExtensionFile::brokenByTranslationMarks(declared.translatable.contains(key)));
+    row.setData(PropertyKey::DoubtHint,
+        QCoreApplication::translate("RealizationPageBuilder",
+            "The file can't hold this text as it is: \"tr('\" and \"')\" mark what is translatable."));
     if (type == PropertyType::Int || type == PropertyType::Float) {
         for (const auto &bound : { qMakePair(PropertyKey::Min, declared.minima.value(key)),
                  qMakePair(PropertyKey::Max, declared.maxima.value(key)) }) {

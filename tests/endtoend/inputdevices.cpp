@@ -101,6 +101,11 @@ QString InputDevices::activeTitle()
     return output({ QStringLiteral("getactivewindow"), QStringLiteral("getwindowname") });
 }
 
+bool InputDevices::cutOffActiveWindow()
+{
+    return xdotool({ QStringLiteral("getactivewindow"), QStringLiteral("windowkill") });
+}
+
 bool InputDevices::takePicture(const QString &path)
 {
     return run(QStringLiteral("import"), { QStringLiteral("-window"), QStringLiteral("root"), path });

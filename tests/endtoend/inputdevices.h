@@ -26,6 +26,8 @@ namespace InputDevices {
 [[nodiscard]] qint64 activeWindow();
 /// The title of that window, as the window manager shows it.
 [[nodiscard]] QString activeTitle();
+/// Has the server end its connection to the program of that window, as its own end would.
+[[nodiscard]] bool cutOffActiveWindow();
 /// Writes a picture of the whole screen.
 [[nodiscard]] bool takePicture(const QString &path);
 

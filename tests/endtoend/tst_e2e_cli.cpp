@@ -16,6 +16,8 @@ private slots:
     void savingIsStable_data();
     void savingIsStable();
     void saveBroken();
+    void saveWithLoss_data();
+    void saveWithLoss();
     void timings();
     void pictures();
 };
@@ -93,6 +95,45 @@ void tst_E2eCli::saveBroken()
     QVERIFY2(result.error.startsWith("extpoint-workbench: " + QFile::encodeName(file) + ": line 3, column "),
         result.error.constData());
     QCOMPARE(contentOf(file), content);
+}
+
+void tst_E2eCli::saveWithLoss_data()
+{
+    QTest::addColumn<QByteArray>("own");
+    QTest::addColumn<QByteArray>("other");
+    QTest::addColumn<bool>("isRefused");
+    QTest::addColumn<QByteArray>("told");
+
+    const QByteArray marked
+        = "<Plugin id=\"a\"><ExtDataSet><ExtData id=\"p\"><x text=\"tr('Open')\"/></ExtData></ExtDataSet>"
+          "</Plugin>";
+    QTest::newRow("nothing to tell") << QByteArray("<Plugin id=\"a\"><ExtPointSet/></Plugin>")
+                                     << QByteArray("<Plugin/>") << false << QByteArray();
+    QTest::newRow("nobody declares it") << marked << QByteArray("<Plugin/>") << false
+                                        << QByteArray("no plug-in declares");
+    QTest::newRow("a broken file may declare it") << marked << QByteArray("<Plugin") << true << QByteArray("\"other\"");
+    QTest::newRow("a set in small letters") << QByteArray("<Plugin id=\"a\"><ExtPointSet/><extdataset/></Plugin>")
+                                            << QByteArray("<Plugin/>") << true << QByteArray("<extdataset>");
+    QTest::newRow("no set at all") << QByteArray("<Plugin id=\"a\"/>") << QByteArray("<Plugin/>") << true
+                                   << QByteArray("XML declaration");
+}
+
+void tst_E2eCli::saveWithLoss()
+{
+    QFETCH(QByteArray, own);
+    QFETCH(QByteArray, other);
+    QFETCH(bool, isRefused);
+    QFETCH(QByteArray, told);
+    const Product product(
+        { { QStringLiteral("own/extension.xml"), own }, { QStringLiteral("other/extension.xml"), other } });
+    const QString file = product.fileOf(QStringLiteral("own"));
+    const Program::Result careful = runWithSeed("1", { QStringLiteral("--save"), file });
+    QCOMPARE(careful.code, isRefused ? 3 : 0);
+    QVERIFY2(careful.error.contains(told) && careful.error.isEmpty() == told.isEmpty(), careful.error.constData());
+    QCOMPARE(contentOf(file) == own, isRefused);
+    const Program::Result forced = runWithSeed("1", { QStringLiteral("--save"), QStringLiteral("--force"), file });
+    QCOMPARE(forced.code, 0);
+    QVERIFY(contentOf(file) != own);
 }
 
 void tst_E2eCli::timings()

@@ -1,5 +1,9 @@
 #include "realizationdesk.h"
 
+#include <QDir>
+
+#include <csignal>
+
 namespace {
 
 /// The two that fill one tab come first in the listing, one that adds to it comes last.
@@ -50,8 +54,12 @@ private slots:
     void mergesTheSameEveryTime_data();
     void mergesTheSameEveryTime();
     void savesWhileReading();
+    void aDeadNeighbour();
 
 private:
+    [[nodiscard]] bool rename(const QString &name);
+    [[nodiscard]] QString problem() const { return m_desk->problem(); }
+    [[nodiscard]] bool isShown(const char *widget);
     std::unique_ptr<RealizationDesk> m_desk;
 };
 
@@ -160,6 +168,75 @@ void tst_E2eRealizationScan::savesWhileReading()
     EVENTUALLY(workbench.topRows(s("realizationTree")), 600 + 2);
     m_desk->leavePicture(s("story-10"));
     STEP(*m_desk, close());
+}
+
+bool tst_E2eRealizationScan::rename(const QString &name)
+{
+    WorkbenchDriver &workbench = m_desk->workbench();
+    return m_desk->definitionPage() && m_desk->click(Place::row(s("defintionTree"), { 0, 0 }))
+        && workbench.typeIntoSheet(s("basicInfo"), s("name"), name, s("Return"))
+        && workbench.waitFor(
+            s("the new name"), [&] { return workbench.tree(s("defintionTree")).value(1).trimmed() == name; });
+}
+
+bool tst_E2eRealizationScan::isShown(const char *widget)
+{
+    return m_desk->workbench().ask(Place::widget(s(widget)).request()).value(QLatin1String("visible")).toBool();
+}
+
+/// A file of another plug-in lies on a network that has gone, and sixty more are slow: that costs nothing but what only
+/// that file could tell, and a question.
+void tst_E2eRealizationScan::aDeadNeighbour()
+{
+    const QByteArray own = R"xml(<ExtPointSet><ExtPoint id='own.shapes' name='Shapes'/></ExtPointSet>
+<ExtDataSet><ExtData plugin='own' id='shell.commands' extPlugin='shell'><menu id='own.file' text="tr('File')"/></ExtData>
+</ExtDataSet>)xml";
+    m_desk = std::make_unique<RealizationDesk>(
+        pluginFile("own", own), Product::Files { { s("a-shell"), shellFile() }, { s("z-broken"), "<Plugin" } });
+    m_desk->addSiblings(60, 5);
+    WorkbenchDriver &workbench = m_desk->workbench();
+    workbench.program().slowDown(200);
+    const QDir copies(workbench.program().stateDirectory() + s("/extpoint-workbench/recovery"));
+    const auto copyCount = [&] { return copies.entryList({ s("*.recovery") }, QDir::Files).size(); };
+
+    STEP(*m_desk, openWhileReading(s("a-shell")));
+    STEP(*this, rename(s("Kept")));
+    EVENTUALLY(copyCount(), 1);
+    // The others pass the one that is not read.
+    STEP(*m_desk, realizationPage());
+    EVENTUALLY(workbench.topRows(s("realizationTree")), 60 + 1);
+    QVERIFY(workbench.program().signal(SIGKILL));
+
+    STEP(*m_desk, openWhileReading(s("a-shell")));
+    STEP(*m_desk, definitionPage());
+    STEP(workbench, click(Place::widget(s("restoreButton"))));
+    EVENTUALLY(workbench.tree(s("defintionTree")).value(1).trimmed(), s("Kept"));
+    for (const bool anyway : { false, true }) {
+        STEP(workbench, key(s("ctrl+s")));
+        EVENTUALLY(isShown("saveNowButton"), true);
+        const QString told
+            = workbench.ask(Place::widget(s("saveBarText")).request()).value(QLatin1String("value")).toString();
+        QVERIFY2(told.contains(QLatin1String("a-shell")), qPrintable(told));
+        m_desk->leavePicture(s("waits"));
+        STEP(workbench, click(Place::widget(s("saveNowButton"))));
+        EVENTUALLY(workbench.dialogs(), QStringList { s("saveReportPrompt") });
+        m_desk->leavePicture(s("asks"));
+        const QString question = workbench.textOfDialog(s("saveReportPrompt"));
+        QVERIFY2(question.contains(QLatin1String("\"a-shell\", \"z-broken\"")), qPrintable(question));
+        STEP(workbench, click(Place::button(s("saveReportPrompt"), anyway ? s("Save Anyway") : s("Cancel"))));
+        EVENTUALLY(workbench.isModified(), !anyway);
+        QCOMPARE(contentOf(m_desk->file()).contains("text=\"File\""), anyway);
+    }
+    EVENTUALLY(copyCount(), 0);
+    EVENTUALLY(isShown("saveDetailsButton"), true);
+
+    STEP(*this, rename(s("Again")));
+    QVERIFY(workbench.program().signal(SIGTERM));
+    STEP(workbench, ended());
+    QCOMPARE(copyCount(), 1);
+
+    STEP(*m_desk, openWhileReading(s("a-shell")));
+    STEP(workbench, close());
 }
 
 QTEST_GUILESS_MAIN(tst_E2eRealizationScan)

@@ -1,3 +1,4 @@
+#include "inputdevices.h"
 #include "product.h"
 #include "steps.h"
 
@@ -139,6 +140,7 @@ void tst_E2eRecovery::ended_data()
     QTest::newRow("told to end") << SIGTERM << true << false;
     QTest::newRow("interrupted") << SIGINT << true << false;
     QTest::newRow("its terminal closed") << SIGHUP << true << false;
+    QTest::newRow("its display gone") << 0 << true << false;
 }
 
 void tst_E2eRecovery::ended()
@@ -151,8 +153,13 @@ void tst_E2eRecovery::ended()
         qPrintable(m_workbench->problem()));
     if (!atOnce)
         EVENTUALLY(copies().size(), 1);
-    QVERIFY(m_workbench->program().signal(signal));
-    if (signal != SIGKILL)
+    if (signal == 0) {
+        QVERIFY(InputDevices::cutOffActiveWindow());
+        QCOMPARE(m_workbench->program().result().code, 1);
+    } else {
+        QVERIFY(m_workbench->program().signal(signal));
+    }
+    if (signal != SIGKILL && signal != 0)
         STEP(*m_workbench, ended());
     QCOMPARE(contentOf(m_file), m_original);
     QCOMPARE(copies().size(), 1);

@@ -363,7 +363,7 @@ void TestFaultReading::read()
         const Log log;
         PointTreeWidgetItem points { QString() };
         PointTreeWidgetItem data { QString() };
-        const auto scanned = TaskRead::read(path, &points, &data, QThread::currentThread());
+        const auto scanned = TaskRead::read(path, &points, &data, QThread::currentThread()).file;
         const bool announced = scanned && !scanned->announcements().empty();
         return looksRight(announced, log.lines());
     };

@@ -355,9 +355,19 @@ void TestScan::blockedPoolDoesNotBlockSaving()
     manager.startScan(product.file(QStringLiteral("plug000")));
     const bool saved = manager.save();
     const int rows = pluginRows(manager).size();
+    // And when the pool gives no thread at all, as when the system gives it none.
+    for (int i = 0; i < threads; ++i)
+        QThreadPool::globalInstance()->reserveThread();
+    SourceDataManager another;
+    QVERIFY(another.load(product.file(QStringLiteral("plug000"))));
+    another.startScan(product.file(QStringLiteral("plug000")));
+    const bool savedToo = another.save();
+    for (int i = 0; i < threads; ++i)
+        QThreadPool::globalInstance()->releaseThread();
     release.release(threads);
-    QVERIFY(saved);
+    QVERIFY(saved && savedToo);
     QVERIFY(rows >= siblingCount);
+    QCOMPARE(pluginRows(another).size(), rows);
 }
 
 /// Root may read anything, so another user's eyes are needed.
@@ -373,7 +383,7 @@ void TestScan::unreadableForAnUnprivilegedUser()
     if (child == 0) {
         if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0))
             _exit(3);
-        const bool unread = TaskRead::read(path, nullptr, nullptr, QThread::currentThread()) == nullptr;
+        const bool unread = TaskRead::read(path, nullptr, nullptr, QThread::currentThread()).file == nullptr;
         _exit(unread && access(qPrintable(QFileInfo(path).path()), X_OK) == 0 ? 0 : 1);
     }
     int status = -1;

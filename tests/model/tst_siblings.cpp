@@ -208,7 +208,7 @@ void TestSiblings::announcementsGrowWithTheFileOnly()
         body += "<ExtDataSet/>";
     const Product product;
     const QString path = product.add(QStringLiteral("sibling"), "<P>" + body + "</P>");
-    const std::unique_ptr<ScannedFile> file = TaskRead::read(path, nullptr, nullptr, QThread::currentThread());
+    const std::unique_ptr<ScannedFile> file = TaskRead::read(path, nullptr, nullptr, QThread::currentThread()).file;
     QVERIFY(file);
     QCOMPARE(file->announcements().size(), size_t(301 + 300 + 300));
 }
@@ -222,7 +222,7 @@ void TestSiblings::nodesGetTheThreadOfTheTaskMaker()
     std::unique_ptr<ScannedFile> file;
     QThread *mine = QThread::currentThread();
     const std::unique_ptr<QThread> worker(
-        QThread::create([&] { file = TaskRead::read(path, nullptr, nullptr, mine); }));
+        QThread::create([&] { file = TaskRead::read(path, nullptr, nullptr, mine).file; }));
     worker->start();
     worker->wait();
     QVERIFY(file);

@@ -34,5 +34,7 @@ PropertyEditor *LineEditor::create(const PropertyItem &item, QWidget *parent)
 
 PropertyDisplay LineEditor::display(const PropertyItem &item)
 {
-    return { codec().shownText(item), codec().problemOf(item) };
+    const QString shown = codec().shownText(item);
+    const QString problem = codec().problemOf(item);
+    return { shown, problem.isEmpty() ? WholeMatch::doubtAbout(item, shown) : problem };
 }

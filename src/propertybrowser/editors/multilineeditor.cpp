@@ -131,7 +131,7 @@ protected:
     }
 
 private:
-    void check() { mark(isAcceptable() ? QString() : hint(item())); }
+    void check() { mark(isAcceptable() ? WholeMatch::doubtAbout(item(), text()) : hint(item())); }
 
     void fixHeight()
     {
@@ -156,5 +156,5 @@ PropertyEditor *MultiLineEditor::create(const PropertyItem &item, QWidget *paren
 PropertyDisplay MultiLineEditor::display(const PropertyItem &item)
 {
     const QString text = item.value().toString();
-    return { text, matches(item, text) ? QString() : hint(item) };
+    return { text, matches(item, text) ? WholeMatch::doubtAbout(item, text) : hint(item) };
 }

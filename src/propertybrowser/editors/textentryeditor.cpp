@@ -2,6 +2,7 @@
 
 #include "propertybrowser/editors/steppingedit.h"
 #include "propertybrowser/editors/textcodec.h"
+#include "propertybrowser/wholematch.h"
 
 #include <QHBoxLayout>
 #include <QHelpEvent>
@@ -122,5 +123,9 @@ bool TextEntryEditor::eventFilter(QObject *watched, QEvent *event)
 void TextEntryEditor::onTextChanged()
 {
     const bool refused = !isAcceptable();
-    mark(refused && m_codec.hint != nullptr ? m_codec.hint(item()) : QString());
+    if (refused) {
+        mark(m_codec.hint != nullptr ? m_codec.hint(item()) : QString());
+    } else {
+        mark(WholeMatch::doubtAbout(item(), m_line->text()));
+    }
 }

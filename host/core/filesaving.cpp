@@ -1,0 +1,246 @@
+#include "core/filesaving.h"
+
+#include "core/editormanager.h"
+#include "core/filecare.h"
+#include "core/idocument.h"
+#include "core/ieditor.h"
+#include "core/infobar.h"
+
+#include <QBoxLayout>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QToolButton>
+#include <QVariant>
+
+#include <utility>
+
+namespace Core {
+
+namespace {
+
+constexpr char busyProperty[] = "busy";
+constexpr int LookInterval = 50; // milliseconds, all
+constexpr int TimeUntilBar = 400;
+constexpr int TimeUntilNames = 3000;
+constexpr int StatusMessageTime = 4000;
+constexpr int RemarksMessageTime = 15000;
+constexpr int MostNames = 5;
+
+ReportingDocument *reportingDocument(IEditor *editor)
+{
+    return editor ? dynamic_cast<ReportingDocument *>(editor->document()) : nullptr;
+}
+
+/// "a", "b" and so on, by the directories that tell the files from each other.
+QString names(const QStringList &paths)
+{
+    QStringList names;
+    for (const QString &path : paths.mid(0, MostNames))
+        names.append(QFileInfo(QFileInfo(path).path()).fileName());
+    const QString list = names.join(QLatin1String(", "));
+    return paths.size() > MostNames ? FileSaving::tr("%1 and %n more", nullptr, paths.size() - MostNames).arg(list)
+                                    : list;
+}
+
+} // namespace
+
+FileSaving::FileSaving(EditorManager &editors, FileCare &care, QMainWindow &window, QBoxLayout &place)
+    : QObject(&window), m_editors(editors), m_care(care), m_window(window),
+      m_bar(new InfoBar(QStringLiteral("saveBar"), place.parentWidget())), m_detailsButton(new QToolButton(&window))
+{
+    place.addWidget(m_bar);
+    m_goOnButton = m_bar->addButton(QStringLiteral("saveNowButton"), tr("Save &Without Them"));
+    connect(m_goOnButton, &QPushButton::clicked, this, &FileSaving::goOn);
+    connect(m_bar->addButton(QStringLiteral("cancelSaveButton"), tr("&Cancel Saving")), &QPushButton::clicked, this,
+        &FileSaving::giveUp);
+    m_detailsButton->setObjectName(QStringLiteral("saveDetailsButton"));
+    m_detailsButton->setAutoRaise(true);
+    m_detailsButton->setText(tr("Details"));
+    m_detailsButton->hide();
+    connect(m_detailsButton, &QToolButton::clicked, this, &FileSaving::showRemarks);
+    window.statusBar()->addPermanentWidget(m_detailsButton);
+    m_look.setInterval(LookInterval);
+    connect(&m_look, &QTimer::timeout, this, &FileSaving::look);
+}
+
+FileSaving::~FileSaving() = default;
+
+void FileSaving::setEditor(IEditor *editor)
+{
+    giveUp();
+    m_editor = editor;
+    m_remarks.clear();
+    m_detailsButton->hide();
+}
+
+void FileSaving::save(const std::function<void()> &then)
+{
+    if (!m_editor)
+        return;
+    m_then = then;
+    if (m_step == Step::Asking) {
+        m_question->raise();
+        m_question->activateWindow();
+    }
+    if (m_step != Step::None)
+        return;
+    m_step = Step::Waiting;
+    m_waiting.start();
+    m_look.start();
+    look();
+}
+
+void FileSaving::look()
+{
+    const auto *reporting = reportingDocument(m_editor);
+    if (!reporting || !m_editor->document()->property(busyProperty).toBool()) {
+        goOn();
+        return;
+    }
+    if (!m_waiting.hasExpired(TimeUntilBar))
+        return;
+    const QStringList awaited = reporting->awaitedFiles();
+    const bool takesLong = m_waiting.hasExpired(TimeUntilNames) && !awaited.isEmpty();
+    m_goOnButton->setVisible(takesLong);
+    if (takesLong)
+        m_bar->tell(
+            tr("Saving waits for the plug-ins that are still being read: %1. Without them it is not known which "
+               "texts of theirs are translatable.")
+                .arg(names(awaited)));
+    else
+        m_bar->tell(tr("The file is saved as soon as the other plug-ins have been read."));
+}
+
+void FileSaving::goOn()
+{
+    m_look.stop();
+    m_bar->hide();
+    // Not in the middle of a reload: the editor that is to be saved may be about to go.
+    if (m_editors.isWorking()) {
+        giveUp();
+        return;
+    }
+    const QString path = m_editor->document()->filePath().toString();
+    if (!m_care.maySave()) {
+        m_window.statusBar()->showMessage(
+            tr("Not saved: %1 was changed by another program").arg(QDir::toNativeSeparators(path)));
+        giveUp();
+        return;
+    }
+    auto *reporting = reportingDocument(m_editor);
+    const SaveReport report = reporting ? reporting->saveReport() : SaveReport();
+    if (report.question.isEmpty())
+        write(report);
+    else
+        ask(report);
+}
+
+void FileSaving::ask(const SaveReport &report)
+{
+    m_step = Step::Asking;
+    m_question = new QMessageBox(QMessageBox::Warning, tr("Save"), report.question, QMessageBox::Cancel, &m_window);
+    m_question->setObjectName(QStringLiteral("saveReportPrompt"));
+    m_question->setAttribute(Qt::WA_DeleteOnClose);
+    m_question->setTextFormat(Qt::PlainText);
+    m_question->setInformativeText(report.advice);
+    m_question->setDetailedText(report.remarks.join(QLatin1Char('\n')));
+    const QPushButton *anyway = m_question->addButton(tr("&Save Anyway"), QMessageBox::AcceptRole);
+    m_question->setDefaultButton(QMessageBox::Cancel);
+    // After the box is gone: saving may take a while, and may be followed by closing the window.
+    connect(m_question, &QDialog::finished, this,
+        [this, report, saves = QPointer<const QAbstractButton>(anyway), box = m_question.data()] {
+            if (m_step != Step::Asking)
+                return;
+            if (saves && box->clickedButton() == saves)
+                write(report);
+            else
+                giveUp();
+        });
+    m_question->open();
+}
+
+void FileSaving::write(const SaveReport &report)
+{
+    m_step = Step::None;
+    const std::function<void()> then = std::exchange(m_then, {});
+    const QString path = m_editor->document()->filePath().toString();
+    const SaveOutcome outcome = m_editors.save(m_editor);
+    if (!outcome.written) {
+        showMessage(QStringLiteral("errorMessage"), tr("The file could not be saved."), path, outcome.error);
+        return;
+    }
+    m_care.saved();
+    if (!outcome.warning.isEmpty()) {
+        showMessage(QStringLiteral("warningMessage"), tr("The file was saved, but it will not open again."), path,
+            outcome.warning);
+        return;
+    }
+    tell(path, report);
+    // Later: what follows may be the end of the window, and of the question that led here.
+    if (then)
+        QTimer::singleShot(0, this, then);
+}
+
+void FileSaving::tell(const QString &path, const SaveReport &report)
+{
+    m_remarks = report.remarks;
+    m_detailsButton->setVisible(!m_remarks.isEmpty());
+    const QString saved = tr("Saved %1").arg(QDir::toNativeSeparators(path));
+    if (m_remarks.isEmpty())
+        m_window.statusBar()->showMessage(saved, StatusMessageTime);
+    else
+        m_window.statusBar()->showMessage(
+            tr("%1, and not everything as it was: %n remark(s)", nullptr, m_remarks.size()).arg(saved),
+            RemarksMessageTime);
+}
+
+void FileSaving::giveUp()
+{
+    m_look.stop();
+    m_bar->hide();
+    m_then = {};
+    m_step = Step::None;
+    if (m_question)
+        m_question->close();
+}
+
+void FileSaving::showRemarks()
+{
+    auto *dialog = new QDialog(&m_window);
+    dialog->setObjectName(QStringLiteral("saveDetails"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(tr("What the last save changed beside"));
+    auto *text = new QPlainTextEdit(m_remarks.join(QLatin1Char('\n')), dialog);
+    text->setReadOnly(true);
+    text->setAccessibleName(dialog->windowTitle());
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, dialog);
+    connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::close);
+    auto *layout = new QVBoxLayout(dialog);
+    layout->addWidget(text);
+    layout->addWidget(buttons);
+    dialog->resize(640, 320);
+    dialog->open();
+}
+
+void FileSaving::showMessage(const QString &objectName, const QString &text, const QString &path, const QString &reason)
+{
+    const auto icon = objectName == QLatin1String("errorMessage") ? QMessageBox::Critical : QMessageBox::Warning;
+    auto *box = new QMessageBox(icon, tr("ExtPoint Workbench"), text, QMessageBox::Ok, &m_window);
+    box->setObjectName(objectName);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(reason.isEmpty() ? QDir::toNativeSeparators(path)
+                                             : QDir::toNativeSeparators(path) + QLatin1String("\n\n") + reason);
+    box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    box->open();
+}
+
+} // namespace Core

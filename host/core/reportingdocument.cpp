@@ -1,0 +1,7 @@
+#include "core/reportingdocument.h"
+
+namespace Core {
+
+ReportingDocument::~ReportingDocument() = default;
+
+} // namespace Core

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "hostinterfaces.h"
+#include "model/savereport.h"
+
+namespace PointEditor::Internal::SaveReportTexts {
+
+/// What the host shows of \a report.
+[[nodiscard]] Core::SaveReport of(const ::SaveReport &report);
+
+} // namespace PointEditor::Internal::SaveReportTexts

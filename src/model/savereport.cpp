@@ -1,0 +1,59 @@
+#include "savereport.h"
+
+#include "extensionfile/attributes.h"
+#include "pointtreewidgetitem.h"
+
+#include <algorithm>
+
+namespace {
+
+QString describe(const PointTreeWidgetItem *node)
+{
+    const QString id = node->properties().text(QStringLiteral("id"));
+    return id.isEmpty() ? node->kind() : QStringLiteral("%1 \"%2\"").arg(node->kind(), id);
+}
+
+} // namespace
+
+void SaveReport::noteValue(const PointTreeWidgetItem *node, const PropertyHash::Entry &entry, const QString &written,
+    bool isMarked, bool isDeclared)
+{
+    const QString value = entry.value.toString();
+    if (value.isEmpty())
+        return;
+    const auto remark = [&](Kind kind, const QString &detail, Reason reason) {
+        add({ kind, describe(node), entry.key, value, detail, reason });
+    };
+    if (entry.origin == PropertyHash::Origin::ReadWithMarks && !isMarked)
+        remark(Kind::MarksLost, QString(), isDeclared ? Reason::NotDeclared : Reason::Unknown);
+    if (entry.origin == PropertyHash::Origin::Read && isMarked)
+        remark(Kind::MarksGained, QString(), Reason::None);
+    const QString back = ExtensionFile::withoutTranslationMarks(written.trimmed());
+    if (back != value)
+        remark(Kind::ReadOtherwise, back, Reason::None);
+}
+
+void SaveReport::noteDroppedAttribute(const PointTreeWidgetItem *node, const PropertyHash::Entry &entry)
+{
+    if (entry.origin != PropertyHash::Origin::Made)
+        add({ Kind::AttributeDropped, describe(node), entry.key, entry.value.toString(), QString(), Reason::None });
+}
+
+void SaveReport::blame(const QStringList &unread)
+{
+    const bool isAnyUnknown = count(Kind::MarksLost, Reason::Unknown) > 0;
+    if (unread.isEmpty() || !isAnyUnknown)
+        return;
+    m_unread = unread;
+    for (Remark &remark : m_remarks) {
+        if (remark.kind == Kind::MarksLost)
+            remark.reason = Reason::Unread;
+    }
+}
+
+int SaveReport::count(Kind kind, Reason reason) const
+{
+    return int(std::count_if(m_remarks.cbegin(), m_remarks.cend(), [&](const Remark &remark) {
+        return remark.kind == kind && (reason == Reason::None || remark.reason == reason);
+    }));
+}
