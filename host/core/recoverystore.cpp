@@ -58,10 +58,12 @@ bool makeDirectory(const QString &directory)
 
 bool writeAll(int descriptor, const QByteArray &bytes)
 {
+    // A file system may say for ever that a signal came.
+    int interruptionsLeft = 100;
     qint64 done = 0;
     while (done < bytes.size()) {
         const ssize_t count = ::write(descriptor, bytes.constData() + done, size_t(bytes.size() - done));
-        if (count < 0 && errno == EINTR)
+        if (count < 0 && errno == EINTR && --interruptionsLeft > 0)
             continue;
         if (count <= 0)
             return false;

@@ -1,5 +1,7 @@
 #include "workbench/logging.h"
 
+#include "workbench/outofmeans.h"
+
 #include <QLoggingCategory>
 
 namespace Workbench {
@@ -7,32 +9,39 @@ namespace Workbench {
 namespace {
 
 QtMessageHandler defaultHandler = nullptr;
+bool showsAll = false;
+bool endsWithoutThread = false;
 
 /// Remarks of Qt on a bare environment and on windows without a display, which tell nothing about the files that are
-/// edited.
+/// edited; and on an exception that ends the process anyway, with a line of its own.
 bool isIdle(const QString &text)
 {
     return text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))
-        || text.startsWith(QLatin1String("This plugin does not support "));
+        || text.startsWith(QLatin1String("This plugin does not support "))
+        || text.startsWith(QLatin1String("Qt Concurrent has caught an exception"));
 }
 
 void passOn(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
-    if (type != QtWarningMsg || !isIdle(text))
+    if (endsWithoutThread)
+        endIfThreadWasRefused(text);
+    if (showsAll || type != QtWarningMsg || !isIdle(text))
         defaultHandler(type, context, text);
 }
 
 } // namespace
 
-void setUpLogging(bool verbose)
+void setUpLogging(bool verbose, bool isJob)
 {
+    showsAll = verbose;
+    endsWithoutThread = isJob;
+    defaultHandler = qInstallMessageHandler(passOn);
     if (verbose) {
         QLoggingCategory::setFilterRules(QStringLiteral("extpoint.*=true\nextensionsystem=true\nutils.*=true"));
         qSetMessagePattern(QStringLiteral("%{time hh:mm:ss.zzz} %{category} %{type}: %{message}"));
     } else {
         QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=false"));
         qSetMessagePattern(QStringLiteral("%{message}"));
-        defaultHandler = qInstallMessageHandler(passOn);
     }
 }
 

@@ -2,6 +2,7 @@
 #include "extensionsystem/pluginmanager.h"
 #include "workbench/fontpreparation.h"
 #include "workbench/logging.h"
+#include "workbench/outofmeans.h"
 
 #include <QApplication>
 #include <QDir>
@@ -135,6 +136,7 @@ int main(int argc, char **argv)
 {
     // Writing beyond a limit of the file size is to fail like writing to a full disk, not to end the process.
     std::signal(SIGXFSZ, SIG_IGN);
+    Workbench::endWhenOutOfMemory();
     const QStringList arguments = argumentsOf(argc, argv);
     const Core::CommandLine commandLine = Core::CommandLine::parse(arguments);
     const int answer = answerAtOnce(commandLine);
@@ -145,7 +147,7 @@ int main(int argc, char **argv)
     forgetCurrentDirectory("QT_QPA_PLATFORM_PLUGIN_PATH");
     Workbench::FontPreparation fonts;
 
-    Workbench::setUpLogging(commandLine.verbose);
+    Workbench::setUpLogging(commandLine.verbose, commandLine.isJob());
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QCoreApplication::setOrganizationName(QStringLiteral("ExtPoint"));

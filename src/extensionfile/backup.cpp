@@ -1,7 +1,7 @@
 #include "extensionfile/backup.h"
 
-#include "extensionfile/inplacesave.h"
-#include "extensionfile/regularfile.h"
+#include "extensionfile/logging.h"
+#include "extensionfile/unfinishedfile.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -10,7 +10,6 @@
 #include <cerrno>
 #include <cstdlib>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -46,47 +45,36 @@ bool makeDirectory(const QString &directory)
     return ::mkdir(QFile::encodeName(directory).constData(), 0700) == 0 || errno == EEXIST;
 }
 
-/// The name of a new file is part of its directory.
-bool syncDirectory(const QString &directory)
-{
-    const FileDescriptor descriptor(
-        ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return descriptor.isOpen() && syncToDisk(descriptor.get());
-}
-
 } // namespace
 
 Backup::Backup(const QByteArray &path) : m_path(path) { }
 
+Backup::~Backup() = default;
+
 bool Backup::make(const QByteArray &bytes, QString *reason)
 {
-    const auto refuse = [&] {
-        *reason = QStringLiteral("No backup could be made in %1: %2").arg(directory(), systemReason());
+    const QByteArray place = QFile::encodeName(directory());
+    const auto refuse = [&](const QString &why) {
+        *reason = QStringLiteral("No backup could be made in %1: %2").arg(directory(), why);
+        remove();
         return false;
     };
     if (!makeDirectory(directory()))
-        return refuse();
-    const QByteArray name = nameOf(m_path);
+        return refuse(systemReason());
     // A backup has its name only once it is whole.
-    const QByteArray unfinished = QFile::encodeName(directory()) + '/' + name + '.' + QByteArray::number(::getpid());
-    FileDescriptor file(
-        ::open(unfinished.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    qint64 written = 0;
-    const bool made = file.isOpen() && writeFromStart(file.get(), bytes, &written) && syncToDisk(file.get())
-        && file.close() && takeName(unfinished, name) && syncDirectory(directory());
-    if (!made) {
-        (void)refuse();
-        remove();
-    }
-    ::unlink(unfinished.constData());
-    return made;
+    m_file = std::make_unique<UnfinishedFile>(place, S_IRUSR | S_IWUSR);
+    QString why;
+    if (m_file->isOpen() && !m_file->fill(bytes, &why))
+        return refuse(why);
+    return (m_file->isOpen() && takeName() && syncDirectory(place)) || refuse(systemReason());
 }
 
-bool Backup::takeName(const QByteArray &unfinished, const QByteArray &name)
+bool Backup::takeName()
 {
+    const QByteArray name = nameOf(m_path);
     for (int number = 0; number < maximumKept; ++number) {
         const QString fileName = fileOf(name, number);
-        if (::link(unfinished.constData(), QFile::encodeName(fileName).constData()) == 0) {
+        if (m_file->take(QFile::encodeName(fileName))) {
             m_fileName = fileName;
             return true;
         }
@@ -109,10 +97,20 @@ QStringList Backup::keptOf(const QString &path)
     const QByteArray name = nameOf(QFile::encodeName(path));
     for (int number = 0; number < maximumKept; ++number) {
         const QString fileName = fileOf(name, number);
-        if (QFile::exists(fileName))
+        const int problem = UnfinishedFile::probe(QFile::encodeName(fileName));
+        if (problem != ENOENT && problem != ENOTDIR && problem != EWOULDBLOCK)
             kept.append(fileName);
     }
     return kept;
+}
+
+void Backup::reportKept(const QString &path)
+{
+    const QStringList kept = keptOf(path);
+    for (const QString &backup : kept)
+        qCWarning(fileLog).noquote() << oneLine(path)
+                + QLatin1String(": an earlier save was interrupted; what was there before it is kept in ")
+                + oneLine(backup);
 }
 
 QString Backup::directory()

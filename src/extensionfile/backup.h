@@ -4,7 +4,11 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 namespace ExtensionFile {
+
+class UnfinishedFile;
 
 /// The old bytes of one file, kept in the user's state directory for the time in which the file itself may be neither
 /// old nor new. It outlives its object, and the process: only remove() takes it away. Owned by whoever writes the file;
@@ -14,6 +18,7 @@ class Backup final
 public:
     /// `path`: an existing file, in the encoding of file names.
     explicit Backup(const QByteArray &path);
+    ~Backup();
     Backup(const Backup &) = delete;
     Backup &operator=(const Backup &) = delete;
 
@@ -25,16 +30,20 @@ public:
     /// Where the bytes are; empty when there is no backup.
     [[nodiscard]] const QString &fileName() const { return m_fileName; }
 
-    /// What interrupted saves of the file `path` have left behind, in the order in which it was made.
+    /// What interrupted saves of the file `path` have left behind, in the order in which it was made. What a save that
+    /// is going on in another process keeps is not among it.
     [[nodiscard]] static QStringList keptOf(const QString &path);
+    /// Names each of them in a line of the log: whoever opens the file may be looking at half of it.
+    static void reportKept(const QString &path);
 
     /// "extpoint-editor/backups" in $XDG_STATE_HOME, or in ~/.local/state where that is no absolute path.
     [[nodiscard]] static QString directory();
 
 private:
-    [[nodiscard]] bool takeName(const QByteArray &unfinished, const QByteArray &name);
+    [[nodiscard]] bool takeName();
 
     const QByteArray m_path;
+    std::unique_ptr<UnfinishedFile> m_file; ///< locked for as long as the save goes on
     QString m_fileName;
 };
 

@@ -50,7 +50,7 @@ bool readBytes(const QByteArray &bytes, Sink &sink, ReadError *error, const Limi
 bool readDevice(QIODevice &device, qint64 mostBytes, QByteArray *bytes)
 {
     const qint64 blockSize = 64 * 1024;
-    qint64 room = device.isSequential() ? blockSize : qMax<qint64>(1, device.bytesAvailable() + 1);
+    qint64 room = device.isSequential() ? blockSize : qBound<qint64>(0, device.bytesAvailable(), mostBytes) + 1;
     qint64 length = 0;
     for (;;) {
         bytes->resize(int(qMin(length + room, mostBytes)));

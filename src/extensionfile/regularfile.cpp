@@ -3,7 +3,7 @@
 #include <QFile>
 
 #include <algorithm>
-#include <cerrno>
+#include <cstring>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -48,13 +48,6 @@ FileDescriptor::~FileDescriptor()
         ::close(m_descriptor);
 }
 
-bool FileDescriptor::close()
-{
-    const int descriptor = m_descriptor;
-    m_descriptor = -1;
-    return ::close(descriptor) == 0;
-}
-
 bool readRegularFile(const QString &path, qint64 maximumSize, QByteArray *bytes, RegularFileProblem *problem)
 {
     if (path.isEmpty() || path.contains(QChar(QChar::Null)))
@@ -67,7 +60,8 @@ bool readRegularFile(const QString &path, qint64 maximumSize, QByteArray *bytes,
         return failBySystem(problem);
     if (!S_ISREG(status.st_mode))
         return failNotRegular(problem);
-    const FileDescriptor file(::open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    const FileDescriptor file(
+        untilUninterrupted([&] { return ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY); }));
     if (!file.isOpen() || ::fstat(file.get(), &status) != 0)
         return failBySystem(problem);
     if (!S_ISREG(status.st_mode))
@@ -84,12 +78,11 @@ bool readDescriptor(int descriptor, qint64 expected, qint64 maximumSize, QByteAr
     bytes->clear();
     qint64 length = 0;
     // One byte of room beyond the expected size lets the second call see the end.
-    qint64 room = std::min(expected + 1, mostBytes);
+    qint64 room = std::clamp<qint64>(expected, 0, maximumSize) + 1;
     for (;;) {
         bytes->resize(int(room));
-        const ssize_t count = ::read(descriptor, bytes->data() + length, size_t(room - length));
-        if (count < 0 && errno == EINTR)
-            continue;
+        const ssize_t count
+            = untilUninterrupted([&] { return ::read(descriptor, bytes->data() + length, size_t(room - length)); });
         if (count < 0)
             return false;
         length += count;
@@ -100,6 +93,54 @@ bool readDescriptor(int descriptor, qint64 expected, qint64 maximumSize, QByteAr
     }
     bytes->resize(int(length));
     return true;
+}
+
+bool writePart(int descriptor, const QByteArray &bytes, qint64 begin, qint64 end, qint64 *reached)
+{
+    *reached = begin;
+    while (*reached < end) {
+        const ssize_t count = untilUninterrupted([&] {
+            return ::pwrite(descriptor, bytes.constData() + *reached, size_t(end - *reached), off_t(*reached));
+        });
+        // A disk that takes nothing will not take it the next time.
+        if (count == 0)
+            errno = EIO;
+        if (count <= 0)
+            return false;
+        *reached += count;
+    }
+    return true;
+}
+
+bool contains(int descriptor, const QByteArray &bytes)
+{
+    char piece[16 * 1024];
+    qint64 place = 0;
+    for (;;) {
+        const ssize_t count
+            = untilUninterrupted([&] { return ::pread(descriptor, piece, sizeof(piece), off_t(place)); });
+        if (count == 0)
+            return place == bytes.size();
+        if (count < 0 || count > bytes.size() - place
+            || std::memcmp(piece, bytes.constData() + place, size_t(count)) != 0)
+            return false;
+        place += count;
+    }
+}
+
+bool syncToDisk(int descriptor)
+{
+    if (untilUninterrupted([&] { return ::fsync(descriptor); }) != 0 && errno != EINVAL && errno != ENOTSUP
+        && errno != ENOSYS)
+        return false;
+    const int other = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+    return other >= 0 && ::close(other) == 0;
+}
+
+bool syncDirectory(const QByteArray &directory)
+{
+    const FileDescriptor descriptor(::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return descriptor.isOpen() && syncToDisk(descriptor.get());
 }
 
 QString systemReason()

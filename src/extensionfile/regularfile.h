@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <cerrno>
+
 namespace ExtensionFile {
 
 /// A file descriptor that is closed with its owner. Not shared between threads.
@@ -17,13 +19,21 @@ public:
     [[nodiscard]] bool isOpen() const { return m_descriptor >= 0; }
     [[nodiscard]] int get() const { return m_descriptor; }
 
-    /// Closes now, to see a failure that only closing shows (a write delayed by a network file system). False on
-    /// failure, with errno set.
-    [[nodiscard]] bool close();
-
 private:
-    int m_descriptor;
+    const int m_descriptor;
 };
+
+/// Calls the system again when a signal has interrupted it (it returns -1 with EINTR), but not for ever: a file system
+/// may answer every call with that.
+template <typename Call>
+auto untilUninterrupted(Call call)
+{
+    constexpr int maximumTries = 100;
+    auto result = call();
+    for (int tries = 1; result == -1 && errno == EINTR && tries < maximumTries; ++tries)
+        result = call();
+    return result;
+}
 
 /// Which file it is, whatever path leads to it: links of any sort lead to the same one.
 struct FileIdentity
@@ -55,8 +65,22 @@ struct RegularFileProblem
     const QString &path, qint64 maximumSize, QByteArray *bytes, RegularFileProblem *problem);
 
 /// Reads from `descriptor` (at its present position) to the end, at most `maximumSize` + 1 bytes; `expected` is the
-/// size to reckon with. False on failure, with errno set.
+/// size to reckon with, whatever it is. False on failure, with errno set.
 [[nodiscard]] bool readDescriptor(int descriptor, qint64 expected, qint64 maximumSize, QByteArray *bytes);
+
+/// Writes the part of `bytes` from `begin` to before `end` to its place in the file, wherever `descriptor` stands.
+/// `reached` tells where it ended, on failure too; errno is set then.
+[[nodiscard]] bool writePart(int descriptor, const QByteArray &bytes, qint64 begin, qint64 end, qint64 *reached);
+
+/// Whether the file holds `bytes` and nothing else. It takes no memory.
+[[nodiscard]] bool contains(int descriptor, const QByteArray &bytes);
+
+/// Brings `descriptor` to disk, and shows the failure of a delayed write that only closing shows. A file system that
+/// can't synchronise is no failure. False on failure, with errno set.
+[[nodiscard]] bool syncToDisk(int descriptor);
+
+/// The names in a directory are part of it. As syncToDisk(); also false where the directory can't be read.
+[[nodiscard]] bool syncDirectory(const QByteArray &directory);
 
 /// The message of errno's present value.
 [[nodiscard]] QString systemReason();

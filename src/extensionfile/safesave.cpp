@@ -5,17 +5,17 @@
 #include "extensionfile/reader.h"
 #include "extensionfile/regularfile.h"
 #include "extensionfile/savetarget.h"
+#include "extensionfile/unfinishedfile.h"
 #include "extensionfile/writer.h"
 
 #include <QBuffer>
 #include <QFile>
-#include <QSaveFile>
 
-#include <cerrno>
+#include <acl/libacl.h>
+#include <attr/libattr.h>
+
 #include <future>
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace ExtensionFile {
@@ -47,66 +47,55 @@ QString whyNotReadable(const QByteArray &bytes)
     return QStringLiteral("The new contents could not be read again: %1").arg(error.toString());
 }
 
-/// Gives the new file the owner, group and mode of the one that it is to replace; in this order, since a change of
-/// owner takes mode bits away.
+using Fault = std::shared_future<QString>;
+
+int isUserAttribute(const char *name, error_context *)
+{
+    return qstrncmp(name, "user.", 5) == 0;
+}
+
+/// Gives a new file what the one that it is to replace has: owner, group and extended attributes, then the access list
+/// and last the mode, since a change of owner takes mode bits away and a list has none but the rights. A list that
+/// comes from the directory goes.
 bool makeAlike(int descriptor, const SaveTarget &target)
 {
+    const int old = target.file->get();
     struct stat status;
     if (::fstat(descriptor, &status) != 0)
         return false;
-    if ((status.st_uid != target.owner || status.st_gid != target.group)
-        && ::fchown(descriptor, target.owner, target.group) != 0)
+    if ((status.st_uid != target.status.st_uid || status.st_gid != target.status.st_gid)
+        && ::fchown(descriptor, target.status.st_uid, target.status.st_gid) != 0)
         return false;
-    return ::fchmod(descriptor, target.mode) == 0;
+    return ::attr_copy_fd("", old, "", descriptor, isUserAttribute, nullptr) == 0
+        && ::perm_copy_fd("", old, "", descriptor, nullptr) == 0
+        && ::fchmod(descriptor, target.status.st_mode & 07777) == 0;
 }
 
-/// The name is part of the directory. The exchange has been made by now, so there is nothing to report any more; a
-/// directory that may not be read can't be brought to disk at all.
-void syncDirectory(const QByteArray &directory)
-{
-    const FileDescriptor descriptor(::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!descriptor.isOpen() || !syncToDisk(descriptor.get()))
-        qCDebug(fileLog).noquote() << oneLine(QFile::decodeName(directory)) << "not brought to disk";
-}
+enum class Replacement { Done, Failed, Impossible };
 
-bool replaceFile(const SaveTarget &target, const QByteArray &bytes, QString *reason)
+Replacement replaceFile(const SaveTarget &target, const QByteArray &bytes, const Fault &fault, QString *reason)
 {
-    // Read back on another thread while the bytes go to the disk: for a large document both take long. Where there is no
-    // thread to be had, it happens when the answer is asked for.
-    std::future<QString> fault
-        = std::async(std::launch::async | std::launch::deferred, [bytes] { return whyNotReadable(bytes); });
-    QSaveFile file(QFile::decodeName(target.path));
-    const auto failByFile = [&] {
-        *reason = file.errorString();
-        file.cancelWriting();
-        return false;
-    };
-    const auto failBySystem = [&] {
+    // Nobody gets a look at it who has no right to the old one.
+    UnfinishedFile file(target.directory, target.file ? 0600 : 0666);
+    if (!file.isOpen() || (target.file && !makeAlike(file.descriptor(), target))) {
         *reason = systemReason();
-        file.cancelWriting();
-        return false;
-    };
-    if (!file.open(QIODevice::WriteOnly))
-        return failByFile();
-    if (target.exists && !makeAlike(file.handle(), target))
-        return failBySystem();
-    // commit() alone puts a cut file in place when the disk is full, and calls it a success.
-    errno = 0;
-    if (file.write(bytes) != bytes.size() || !file.flush() || file.error() != QFileDevice::NoError) {
-        // A file-size limit, for one, has no text of Qt's.
-        return errno != 0 ? failBySystem() : failByFile();
+        return Replacement::Impossible;
     }
-    if (!syncToDisk(file.handle()))
-        return failBySystem();
+    if (!file.fill(bytes, reason))
+        return Replacement::Failed;
     *reason = fault.get();
-    if (!reason->isEmpty()) {
-        file.cancelWriting();
-        return false;
+    if (!reason->isEmpty())
+        return Replacement::Failed;
+    if (!file.replace(target.path)) {
+        // The file may be a mount point of its own, for one.
+        *reason = systemReason();
+        return Replacement::Impossible;
     }
-    if (!file.commit())
-        return failByFile();
-    syncDirectory(target.directory);
-    return true;
+    // The exchange has been made, so there is nothing to report any more; a directory that may not be read can't be
+    // brought to disk at all.
+    if (!syncDirectory(target.directory))
+        qCDebug(fileLog).noquote() << oneLine(QFile::decodeName(target.directory)) << "not brought to disk";
+    return Replacement::Done;
 }
 
 bool save(const QString &path, const QByteArray &bytes, QString *reason)
@@ -114,10 +103,18 @@ bool save(const QString &path, const QByteArray &bytes, QString *reason)
     SaveTarget target;
     if (!findSaveTarget(path, &target, reason))
         return false;
-    if (target.way == SaveTarget::Way::Replace)
-        return replaceFile(target, bytes, reason);
-    *reason = whyNotReadable(bytes);
-    return reason->isEmpty() && writeInPlace(target.path, bytes, reason);
+    // Read back on another thread while the bytes go to the disk: for a large document both take long. Where there is
+    // no thread to be had, it happens when the answer is asked for.
+    const Fault fault
+        = std::async(std::launch::async | std::launch::deferred, [bytes] { return whyNotReadable(bytes); }).share();
+    const bool hasFurtherLinks = target.file && target.status.st_nlink > 1;
+    if (!hasFurtherLinks) {
+        const Replacement replacement = replaceFile(target, bytes, fault, reason);
+        if (replacement != Replacement::Impossible || !target.file)
+            return replacement == Replacement::Done;
+    }
+    *reason = fault.get();
+    return reason->isEmpty() && writeInPlace(target.file->get(), target.path, bytes, reason);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "attributefields.h"
 #include "controller.h"
+#include "extensionfile/backup.h"
 #include "extensionfile/reader.h"
 #include "extensionfile/safesave.h"
 #include "modellog.h"
@@ -77,6 +78,7 @@ SourceDataManager::~SourceDataManager()
 
 bool SourceDataManager::load(const QString &fileName)
 {
+    ExtensionFile::Backup::reportKept(fileName);
     return load(fileName, [&](ExtensionFile::Sink &sink) { return ExtensionFile::readFile(fileName, sink, nullptr); });
 }
 

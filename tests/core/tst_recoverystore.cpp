@@ -12,15 +12,33 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cerrno>
 #include <csignal>
 #include <memory>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 using Core::ProcessIdentity;
 using Core::RecoveryCopy;
 using Core::RecoveryStore;
+
+namespace {
+
+bool interruptsWriting = false;
+
+} // namespace
+
+/// Stands before the system's.
+extern "C" Q_DECL_EXPORT ssize_t write(int descriptor, const void *bytes, size_t size)
+{
+    if (!interruptsWriting)
+        return ::syscall(SYS_write, descriptor, bytes, size);
+    errno = EINTR;
+    return -1;
+}
 
 namespace {
 
@@ -267,6 +285,7 @@ void tst_RecoveryStore::writeFails_data()
     QTest::newRow("a file in the place of the directory") << QByteArray("Permission denied");
     QTest::newRow("a link in the place of the directory") << QByteArray("Permission denied");
     QTest::newRow("a directory that takes no file") << QByteArray("Permission denied");
+    QTest::newRow("interrupted for ever") << QByteArray("Interrupted");
     QTest::newRow("beyond the limit of the file size") << QByteArray("File too large");
 }
 
@@ -296,6 +315,10 @@ void tst_RecoveryStore::writeFails()
         QVERIFY(::chmod(QFile::encodeName(m_path).constData(), 0555) == 0);
         const Unprivileged rights;
         written = store.write(key, "hash", "data", &m_error);
+    } else if (what.startsWith("interrupted")) {
+        interruptsWriting = true;
+        written = store.write(key, "hash", "data", &m_error);
+        interruptsWriting = false;
     } else {
         std::signal(SIGXFSZ, SIG_IGN);
         QVERIFY(store.write(key, "hash", "earlier", &m_error));

@@ -58,6 +58,12 @@ void Program::laysDownRoot()
         QStringLiteral("--regid=65534"), QStringLiteral("--clear-groups") };
 }
 
+void Program::limitMemory(int mebibytes)
+{
+    m_wrapper
+        = QStringList { QStringLiteral("prlimit"), QStringLiteral("--as=%1").arg(qint64(mebibytes) * 1024 * 1024) };
+}
+
 void Program::holdBack(const QString &file)
 {
     preloadSlowDisk();

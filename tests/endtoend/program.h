@@ -31,6 +31,9 @@ public:
     /// Runs the program as the user "nobody" when the tests run as root, for whom no file is read-only.
     void laysDownRoot();
 
+    /// Gives the program no more than \a mebibytes of memory, all that it maps included.
+    void limitMemory(int mebibytes);
+
     /// Has the next program wait when it opens \a file for reading, until readOn(), or until this object goes.
     void holdBack(const QString &file);
     void readOn();

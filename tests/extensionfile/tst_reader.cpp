@@ -10,6 +10,8 @@
 #include <QTest>
 #include <QTextCodec>
 
+#include <limits>
+
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -508,6 +510,9 @@ void TestReader::descriptorIsReadWhole_data()
     QTest::newRow("size not known") << qint64(0) << qint64(1'000'000) << 200'000;
     QTest::newRow("has grown") << qint64(100'000) << qint64(1'000'000) << 200'000;
     QTest::newRow("has shrunk") << qint64(300'000) << qint64(1'000'000) << 200'000;
+    const qint64 most = std::numeric_limits<qint64>::max();
+    QTest::newRow("2^63 - 1 bytes expected") << most << qint64(1'000'000) << 200'000;
+    QTest::newRow("fewer than no bytes expected") << -most << qint64(1'000'000) << 200'000;
     QTest::newRow("has grown beyond the limit") << qint64(1'000) << qint64(150'000) << 150'001;
 }
 

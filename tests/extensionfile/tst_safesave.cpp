@@ -6,15 +6,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <cerrno>
-#include <csignal>
-#include <cstring>
 #include <functional>
 #include <memory>
 
 #include <grp.h>
-#include <sys/mount.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -89,56 +84,6 @@ void giveAway(const QString &path)
     }
 }
 
-/// The largest size of a file of this process, for the time of its life; what goes beyond fails like on a full disk,
-/// with an error in the middle of writing.
-class FileSizeLimit final
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        m_handler = std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        rlimit limit = m_before;
-        limit.rlim_cur = bytes;
-        m_set = ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
-    }
-    ~FileSizeLimit()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    FileSizeLimit(const FileSizeLimit &) = delete;
-    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
-    [[nodiscard]] bool isSet() const { return m_set; }
-
-private:
-    rlimit m_before = {};
-    void (*m_handler)(int) = SIG_DFL;
-    bool m_set = false;
-};
-
-/// A file system of 64 KiB, if this process may mount one.
-class TinyDisk final
-{
-public:
-    explicit TinyDisk(const QString &directory)
-        : m_directory(QFile::encodeName(directory)),
-          m_mounted(::mount("tmpfs", m_directory.constData(), "tmpfs", 0, "size=64k") == 0)
-    { }
-    ~TinyDisk()
-    {
-        if (m_mounted)
-            ::umount2(m_directory.constData(), MNT_DETACH);
-    }
-    TinyDisk(const TinyDisk &) = delete;
-    TinyDisk &operator=(const TinyDisk &) = delete;
-    [[nodiscard]] bool isMounted() const { return m_mounted; }
-
-private:
-    const QByteArray m_directory;
-    const bool m_mounted;
-};
-
 QStringList filesIn(const QString &directory)
 {
     return QDir(directory).entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
@@ -165,8 +110,6 @@ private slots:
     void modesStay();
     void newFileHasUsualMode();
     void ownerStays();
-    void fullDisk_data();
-    void fullDisk();
     void unprivileged_data();
     void unprivileged();
 
@@ -394,60 +337,6 @@ void TestSafeSave::ownerStays()
     QCOMPARE(after.st_gid, before.st_gid);
     QCOMPARE(after.st_mode, before.st_mode);
     QVERIFY(after.st_ino != before.st_ino);
-}
-
-void TestSafeSave::fullDisk_data()
-{
-    QTest::addColumn<bool>("disk");   // or a limit of the process
-    QTest::addColumn<bool>("linked"); // so that it is written in place
-    QTest::addColumn<bool>("exists");
-
-    QTemporaryDir probe;
-    const bool canMount = TinyDisk(probe.path()).isMounted();
-    for (const bool disk : { false, true }) {
-        if (disk && !canMount)
-            break;
-        const char *way = disk ? "full disk" : "size limit";
-        QTest::addRow("%s, replaced", way) << disk << false << true;
-        QTest::addRow("%s, in place", way) << disk << true << true;
-        QTest::addRow("%s, new file", way) << disk << false << false;
-    }
-}
-
-void TestSafeSave::fullDisk()
-{
-    QFETCH(bool, disk);
-    QFETCH(bool, linked);
-    QFETCH(bool, exists);
-    QTemporaryDir directory;
-    const QString path = in(directory.path(), "file");
-    const TinyDisk tiny(disk ? directory.path() : QString());
-    QCOMPARE(tiny.isMounted(), disk);
-    const QByteArray old = documentOf(20'000);
-    if (exists)
-        QVERIFY(makeFile(path, old));
-    if (linked)
-        QVERIFY(
-            ::link(QFile::encodeName(path).constData(), QFile::encodeName(in(directory.path(), "other")).constData())
-            == 0);
-    const QStringList before = filesIn(directory.path());
-    SaveError error;
-    bool saved = true;
-    {
-        const FileSizeLimit limit(disk ? RLIM_INFINITY : 32'768);
-        QVERIFY(limit.isSet());
-        saved = saveFile(path, documentOf(100'000), &error);
-    }
-    QVERIFY(!saved);
-    QVERIFY2(
-        error.reason.contains(QString::fromLocal8Bit(::strerror(disk ? ENOSPC : EFBIG))), qPrintable(error.reason));
-    QCOMPARE(filesIn(directory.path()), before);
-    if (exists)
-        QCOMPARE(contents(path), old);
-    QCOMPARE(s_messages.size(), 1);
-    // The same file takes what fits.
-    QVERIFY(saveFile(path, documentOf(21'000), nullptr));
-    QCOMPARE(contents(path), documentOf(21'000));
 }
 
 void TestSafeSave::unprivileged_data()

@@ -1,5 +1,6 @@
 #include "faulttesting.h"
 
+#include "extensionfile/backup.h"
 #include "model/announcement.h"
 #include "model/pointtreewidgetitem.h"
 #include "model/sourcedatamanager.h"
@@ -122,6 +123,7 @@ class TestFaultReading : public QObject
 private Q_SLOTS:
     void read_data();
     void read();
+    void interruptedSaveIsNamed();
     void cutAtEveryByte();
 
 private:
@@ -374,6 +376,34 @@ void TestFaultReading::read()
     setMode(directory, 0755);
     QVERIFY2(wrongSibling.isEmpty(), qPrintable(QStringLiteral("as a sibling: ") + wrongSibling));
     QVERIFY2(wrong.isEmpty(), qPrintable(QStringLiteral("as the opened file: ") + wrong));
+}
+
+/// What an interrupted save leaves is half a file or none at all, and the backup is no use to who does not know of it.
+void TestFaultReading::interruptedSaveIsNamed()
+{
+    QTemporaryDir directory;
+    qputenv("XDG_STATE_HOME", QFile::encodeName(directory.path()));
+    const QString path = directory.filePath(QStringLiteral("extension.xml"));
+    makeFile(path, documentOf(5'000));
+    {
+        ExtensionFile::Backup backup(QFile::encodeName(path));
+        QString reason;
+        QVERIFY2(backup.make(documentOf(9'000), &reason), qPrintable(reason));
+        // Somebody is saving; it is no news that there is a backup.
+        const Log log;
+        QVERIFY(SourceDataManager().load(path));
+        QCOMPARE(log.lines(), QStringList());
+    }
+    const QStringList kept = ExtensionFile::Backup::keptOf(path);
+    QCOMPARE(kept.size(), 1);
+    for (const int size : { 5'000, 3'000 }) {
+        QVERIFY(::truncate(QFile::encodeName(path).constData(), size) == 0);
+        const Log log;
+        QCOMPARE(SourceDataManager().load(path), size == 5'000);
+        QCOMPARE(log.lines().size(), size == 5'000 ? 1 : 2);
+        QVERIFY2(log.lines().first().startsWith(path + QLatin1Char(':')) && log.lines().first().endsWith(kept.first()),
+            qPrintable(log.lines().first()));
+    }
 }
 
 void TestFaultReading::cutAtEveryByte()

@@ -7,7 +7,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 using namespace ExtensionFile;
@@ -98,6 +100,46 @@ void fileAndHardLink(const Place &place, int size)
 {
     makeFile(place.file(), documentOf(size, 'o'));
     makeHardLink(place.file(), place.in("other"));
+}
+
+/// Of the extended attribute `name`; empty if there is none.
+QByteArray attribute(const QString &path, const char *name)
+{
+    char value[256];
+    const ssize_t size = ::getxattr(QFile::encodeName(path).constData(), name, value, sizeof(value));
+    return QByteArray(value, int(qMax<ssize_t>(0, size)));
+}
+
+void setAttribute(const QString &path, const char *name, const QByteArray &value)
+{
+    if (::setxattr(QFile::encodeName(path).constData(), name, value.constData(), size_t(value.size()), 0) != 0)
+        qFatal("%s: no attribute %s", qPrintable(path), name);
+}
+
+/// In the kernel's form: the owner and the user 1234 read and write, the group reads, nobody else does anything.
+QByteArray accessList()
+{
+    const quint32 none = 0xffffffff;
+    const struct
+    {
+        quint16 tag;
+        quint16 rights;
+        quint32 id;
+    } entries[] = { { 1, 6, none }, { 2, 6, 1234 }, { 4, 4, none }, { 16, 6, none }, { 32, 0, none } };
+    const quint32 version = 2;
+    return QByteArray(reinterpret_cast<const char *>(&version), sizeof(version))
+        + QByteArray(reinterpret_cast<const char *>(entries), sizeof(entries));
+}
+
+const char *const listName = "system.posix_acl_access";
+
+Check hasList(const QByteArray &list, mode_t mode)
+{
+    return [list, mode](const Place &place) {
+        if (attribute(place.file(), listName) != list)
+            return QStringLiteral("another access list: mode %1").arg(number(statusOf(place.file()).st_mode));
+        return hasMode(mode)(place);
+    };
 }
 
 void inReadOnlyDirectory(const Place &place)
@@ -228,6 +270,22 @@ void TestFaultSaving::addLinks()
     QTest::newRow("hard link, longer") << hard;
     hard.setup = [](const Place &place) { fileAndHardLink(place, large); };
     QTest::newRow("hard link, shorter") << hard;
+
+    // A file system of its own can't be replaced, however the directory is.
+    Row mounted;
+    mounted.diskKiB = 256;
+    mounted.setup = [](const Place &place) {
+        makeFile(place.in("real"), documentOf(5'000, 'o'));
+        makeFile(place.file(), QByteArray());
+        if (::mount(QFile::encodeName(place.in("real")).constData(), QFile::encodeName(place.file()).constData(),
+                nullptr, MS_BIND, nullptr)
+            != 0)
+            qFatal("not mounted");
+    };
+    mounted.check = [](const Place &place) {
+        return contentsOf(place.in("real")) == documentOf(small) ? QString() : QStringLiteral("not what is mounted");
+    };
+    QTest::newRow("mount point") << mounted;
 }
 
 void TestFaultSaving::addOthers()
@@ -254,8 +312,6 @@ void TestFaultSaving::addOthers()
     Row name;
     name.setup = [](const Place &) {};
     name.name = QString(246, QLatin1Char('n')) + QLatin1String(".xml");
-    // What replaces it has a longer name for a moment.
-    name.saved = true;
     QTest::newRow("name of 250 bytes, new") << name;
     const QString longName = name.name;
     name.setup = [longName](const Place &place) {
@@ -286,6 +342,29 @@ void TestFaultSaving::addRights()
         row.check = hasMode(mode);
         QTest::addRow("mode %o", mode) << row;
     }
+    Row listed;
+    listed.setup = [](const Place &place) {
+        makeFile(place.file(), documentOf(5'000, 'o'));
+        setAttribute(place.file(), listName, accessList());
+    };
+    listed.check = hasList(accessList(), 0660);
+    QTest::newRow("access list") << listed;
+    listed.setup = [](const Place &place) {
+        makeFile(place.file(), documentOf(5'000, 'o'), 0640);
+        setAttribute(place.root, "system.posix_acl_default", accessList());
+    };
+    listed.check = hasList(QByteArray(), 0640);
+    QTest::newRow("access list for new files in the directory") << listed;
+    Row attributed;
+    attributed.setup = [](const Place &place) {
+        makeFile(place.file(), documentOf(5'000, 'o'));
+        setAttribute(place.file(), "user.note", "kept");
+    };
+    attributed.check = [](const Place &place) {
+        return attribute(place.file(), "user.note") == "kept" ? QString() : QStringLiteral("the attribute is gone");
+    };
+    QTest::newRow("extended attribute") << attributed;
+
     Row foreign;
     foreign.setup = [](const Place &place) {
         makeFile(place.file(), documentOf(5'000, 'o'), 0666);

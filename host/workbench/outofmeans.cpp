@@ -1,0 +1,71 @@
+#include "workbench/outofmeans.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <new>
+#include <system_error>
+
+#include <unistd.h>
+
+namespace Workbench {
+
+namespace {
+
+std::terminate_handler defaultHandler = nullptr;
+
+/// Takes no memory.
+[[noreturn]] void end(const char *line)
+{
+    static std::atomic_flag ending = ATOMIC_FLAG_INIT;
+    // Threads run out of it at the same time.
+    while (ending.test_and_set())
+        ::pause();
+    (void)!::write(STDERR_FILENO, line, std::strlen(line));
+    ::_exit(EXIT_FAILURE);
+}
+
+[[noreturn]] void endWithoutMemory()
+{
+    end("extpoint-workbench: Out of memory.\n");
+}
+
+[[noreturn]] void endWithoutThread()
+{
+    end("extpoint-workbench: No further thread can be started.\n");
+}
+
+/// Qt's containers throw where the operator new calls its handler.
+[[noreturn]] void endByException()
+{
+    try {
+        if (const std::exception_ptr exception = std::current_exception())
+            std::rethrow_exception(exception);
+    } catch (const std::bad_alloc &) {
+        endWithoutMemory();
+    } catch (const std::system_error &error) {
+        if (error.code() == std::errc::resource_unavailable_try_again)
+            endWithoutThread();
+    } catch (...) {
+        // A fault of the program's.
+    }
+    defaultHandler();
+    std::abort();
+}
+
+} // namespace
+
+void endWhenOutOfMemory()
+{
+    std::set_new_handler(endWithoutMemory);
+    defaultHandler = std::set_terminate(endByException);
+}
+
+void endIfThreadWasRefused(const QString &message)
+{
+    if (message.startsWith(QLatin1String("QThread::start: Thread creation error")))
+        endWithoutThread();
+}
+
+} // namespace Workbench

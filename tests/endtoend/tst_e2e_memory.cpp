@@ -1,0 +1,60 @@
+#include "product.h"
+#include "program.h"
+
+#include <QTest>
+
+/// A large file in a process that may have little memory: it runs out of it at another place in each row.
+class tst_E2eMemory : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void save_data();
+    void save();
+    void cleanupTestCase();
+
+private:
+    int m_refused = 0;
+};
+
+void tst_E2eMemory::save_data()
+{
+    QTest::addColumn<int>("mebibytes");
+    for (const int mebibytes : { 150, 200, 225, 275, 325, 400, 500 })
+        QTest::addRow("%d MiB", mebibytes) << mebibytes;
+}
+
+void tst_E2eMemory::save()
+{
+    QFETCH(int, mebibytes);
+    const Product product;
+    const QString file = product.fileOf(QStringLiteral("tides"));
+    QByteArray old = "<Plugin id=\"tides\"><ExtPointSet>";
+    for (int i = 0; old.size() < 5'000'000; ++i)
+        old += "<ExtPoint id=\"point" + QByteArray::number(i) + "\" label=\"A label\" tips=\"What a point is for\"/>\n";
+    old += "</ExtPointSet></Plugin>\n";
+    writeFile(file, old);
+    Program program;
+    program.limitMemory(mebibytes);
+    const Program::Result result = program.run({ QStringLiteral("--save"), file });
+    const QByteArray found = contentOf(file);
+    if (result.code == 0) {
+        QVERIFY(found != old && found.endsWith("</Plugin>\n"));
+        QCOMPARE(found.count("<ExtPoint "), old.count("<ExtPoint "));
+        return;
+    }
+    ++m_refused;
+    QCOMPARE(result.code, 1);
+    QVERIFY2(result.error.endsWith("Out of memory.\n") || result.error.endsWith("No further thread can be started.\n"),
+        result.error.constData());
+    QCOMPARE(result.error.count('\n'), 1);
+    QCOMPARE(found, old);
+}
+
+void tst_E2eMemory::cleanupTestCase()
+{
+    QVERIFY2(m_refused > 2, "the memory was enough");
+}
+
+QTEST_GUILESS_MAIN(tst_E2eMemory)
+#include "tst_e2e_memory.moc"
