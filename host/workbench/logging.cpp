@@ -1,7 +1,5 @@
 #include "workbench/logging.h"
 
-#include "workbench/outofmeans.h"
-
 #include <QLoggingCategory>
 
 namespace Workbench {
@@ -10,31 +8,29 @@ namespace {
 
 QtMessageHandler defaultHandler = nullptr;
 bool showsAll = false;
-bool endsWithoutThread = false;
 
 /// Remarks of Qt on a bare environment and on windows without a display, which tell nothing about the files that are
-/// edited; and on an exception that ends the process anyway, with a line of its own.
+/// edited; on an exception that ends the process anyway, with a line of its own; on a thread that the system refuses,
+/// without which everything is done as well.
 bool isIdle(const QString &text)
 {
     return text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))
         || text.startsWith(QLatin1String("This plugin does not support "))
-        || text.startsWith(QLatin1String("Qt Concurrent has caught an exception"));
+        || text.startsWith(QLatin1String("Qt Concurrent has caught an exception"))
+        || text.startsWith(QLatin1String("QThread::start: Thread creation error"));
 }
 
 void passOn(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
-    if (endsWithoutThread)
-        endIfThreadWasRefused(text);
     if (showsAll || type != QtWarningMsg || !isIdle(text))
         defaultHandler(type, context, text);
 }
 
 } // namespace
 
-void setUpLogging(bool verbose, bool isJob)
+void setUpLogging(bool verbose)
 {
     showsAll = verbose;
-    endsWithoutThread = isJob;
     defaultHandler = qInstallMessageHandler(passOn);
     if (verbose) {
         QLoggingCategory::setFilterRules(QStringLiteral("extpoint.*=true\nextensionsystem=true\nutils.*=true"));

@@ -147,7 +147,7 @@ int main(int argc, char **argv)
     forgetCurrentDirectory("QT_QPA_PLATFORM_PLUGIN_PATH");
     Workbench::FontPreparation fonts;
 
-    Workbench::setUpLogging(commandLine.verbose, commandLine.isJob());
+    Workbench::setUpLogging(commandLine.verbose);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QCoreApplication::setOrganizationName(QStringLiteral("ExtPoint"));

@@ -5,7 +5,6 @@
 #include <cstring>
 #include <exception>
 #include <new>
-#include <system_error>
 
 #include <unistd.h>
 
@@ -31,11 +30,6 @@ std::terminate_handler defaultHandler = nullptr;
     end("extpoint-workbench: Out of memory.\n");
 }
 
-[[noreturn]] void endWithoutThread()
-{
-    end("extpoint-workbench: No further thread can be started.\n");
-}
-
 /// Qt's containers throw where the operator new calls its handler.
 [[noreturn]] void endByException()
 {
@@ -44,9 +38,6 @@ std::terminate_handler defaultHandler = nullptr;
             std::rethrow_exception(exception);
     } catch (const std::bad_alloc &) {
         endWithoutMemory();
-    } catch (const std::system_error &error) {
-        if (error.code() == std::errc::resource_unavailable_try_again)
-            endWithoutThread();
     } catch (...) {
         // A fault of the program's.
     }
@@ -60,12 +51,6 @@ void endWhenOutOfMemory()
 {
     std::set_new_handler(endWithoutMemory);
     defaultHandler = std::set_terminate(endByException);
-}
-
-void endIfThreadWasRefused(const QString &message)
-{
-    if (message.startsWith(QLatin1String("QThread::start: Thread creation error")))
-        endWithoutThread();
 }
 
 } // namespace Workbench
