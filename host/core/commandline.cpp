@@ -1,5 +1,8 @@
 #include "core/commandline.h"
 
+#include <cerrno>
+#include <cstdio>
+
 namespace Core {
 
 namespace {
@@ -138,6 +141,13 @@ QString CommandLine::help()
             "  --screenshot PNG               write a picture of the window\n"
             "  --save                         save FILE through the editor; needs no display\n"
             "  --timings                      print one JSON object: open_ms, scan_ms, longest_stall_ms, rss_mb\n");
+}
+
+QString printAnswer(const QByteArray &text)
+{
+    if (std::fputs(text.constData(), stdout) >= 0 && std::fflush(stdout) == 0)
+        return QString();
+    return QStringLiteral("the standard output can't be written: %1").arg(qt_error_string(errno));
 }
 
 } // namespace Core

@@ -1,5 +1,7 @@
 #include "workbench/logging.h"
 
+#include "utils/pathtext.h"
+
 #include <QLoggingCategory>
 
 namespace Workbench {
@@ -16,24 +18,30 @@ bool isIdle(const QString &text)
         || text.startsWith(QLatin1String("This plugin does not support "));
 }
 
+bool verbose = false;
+
 void passOn(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
-    if (type != QtWarningMsg || !isIdle(text))
+    // What ends the program is the toolkit's own text, in more than one line.
+    if (type == QtFatalMsg)
         defaultHandler(type, context, text);
+    else if (verbose || type != QtWarningMsg || !isIdle(text))
+        defaultHandler(type, context, Utils::oneLine(text));
 }
 
 } // namespace
 
-void setUpLogging(bool verbose)
+void setUpLogging(bool everything)
 {
+    verbose = everything;
     if (verbose) {
         QLoggingCategory::setFilterRules(QStringLiteral("extpoint.*=true\nextensionsystem=true\nutils.*=true"));
         qSetMessagePattern(QStringLiteral("%{time hh:mm:ss.zzz} %{category} %{type}: %{message}"));
     } else {
         QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=false"));
         qSetMessagePattern(QStringLiteral("%{message}"));
-        defaultHandler = qInstallMessageHandler(passOn);
     }
+    defaultHandler = qInstallMessageHandler(passOn);
 }
 
 } // namespace Workbench
