@@ -40,6 +40,7 @@ private slots:
     void misencodedName();
     void outputNobodyTakes_data();
     void outputNobodyTakes();
+    void settingsThatAreNoFile();
     void brokenPlugins();
     void withoutCore();
     void screenshot();
@@ -282,6 +283,23 @@ void tst_Workbench::outputNobodyTakes()
         withPlugins({}), m_environment, { QStringLiteral("sh"), QStringLiteral("-c"), command, QStringLiteral("sh") });
     QVERIFY2(result.error.endsWith(error), qPrintable(result.error));
     QCOMPARE(result.code, code);
+}
+
+void tst_Workbench::settingsThatAreNoFile()
+{
+    const QString path = m_dir->filePath(QStringLiteral("config/ExtPoint/extpoint-workbench.conf"));
+    QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+    QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    QProcess process;
+    process.setProcessEnvironment(m_environment);
+    process.start(QStringLiteral(EXTPOINT_BINARY_DIR "/bin/extpoint-workbench"),
+        withPlugins({ makeFile(QStringLiteral("a.fake"), "<fake/>") }));
+    QString error;
+    const auto told = [&] { return error += QString::fromUtf8(process.readAllStandardError()); };
+    QTRY_COMPARE_WITH_TIMEOUT(told(), path + QStringLiteral(": not a regular file, so no settings are kept\n"), 20'000);
+    process.terminate();
+    QVERIFY(process.waitForFinished(20'000));
+    QCOMPARE(process.exitCode(), 0);
 }
 
 void tst_Workbench::brokenPlugins()
