@@ -12,6 +12,8 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -37,6 +39,15 @@ int reply(const QString &text)
         return EXIT_SUCCESS;
     complain(reason);
     return EXIT_FAILURE;
+}
+
+/// A standard stream that is closed leaves its number to the next file that is opened, which may be the user's, and
+/// what is printed would go there. What holds the number here refuses it.
+void occupyClosedStreams()
+{
+    for (const int stream : { STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO })
+        if (::fcntl(stream, F_GETFD) < 0)
+            (void)::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
 /// Answers what needs no application object; -1 when the workbench is to start.
@@ -145,6 +156,7 @@ int main(int argc, char **argv)
     std::signal(SIGXFSZ, SIG_IGN);
     // Nor is it to end with unsaved changes because nobody reads its messages any more.
     std::signal(SIGPIPE, SIG_IGN);
+    occupyClosedStreams();
     const QStringList arguments = argumentsOf(argc, argv);
     const Core::CommandLine commandLine = Core::CommandLine::parse(arguments);
     const int answer = answerAtOnce(commandLine);

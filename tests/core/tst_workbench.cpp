@@ -265,6 +265,9 @@ void tst_Workbench::outputNobodyTakes_data()
     const QString full = QStringLiteral("the standard output can't be written: No space left on device\n");
     for (const char *option : { "--help", "--version", "--timings a.fake" })
         QTest::newRow(option) << QStringLiteral("\"$@\" %1 > /dev/full").arg(QString::fromLatin1(option)) << 1 << full;
+    // Its number is not to be that of another file.
+    QTest::newRow("closed") << QStringLiteral("\"$@\" --timings a.fake >&-") << 1
+                            << QStringLiteral("the standard output can't be written: Bad file descriptor\n");
     // A pipe that had a reader when it was opened.
     QTest::newRow("messages") << QStringLiteral(
         "mkfifo pipe && exec 3<> pipe && exec 2> pipe 3<&- && \"$@\" --save a.fake")
