@@ -1,5 +1,8 @@
 #include "core/commandline.h"
 
+#include <cerrno>
+#include <cstdio>
+
 namespace Core {
 
 namespace {
@@ -149,6 +152,13 @@ QString CommandLine::help()
             "                                 texts or a whole part of the file would be lost\n"
             "  --force                        with --save: save all the same\n"
             "  --timings                      print one JSON object: open_ms, scan_ms, longest_stall_ms, rss_mb\n");
+}
+
+QString printAnswer(const QByteArray &text)
+{
+    if (std::fputs(text.constData(), stdout) >= 0 && std::fflush(stdout) == 0)
+        return QString();
+    return QStringLiteral("the standard output can't be written: %1").arg(qt_error_string(errno));
 }
 
 } // namespace Core

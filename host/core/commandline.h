@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -39,5 +40,8 @@ struct CommandLine
     [[nodiscard]] static QString usage();
     [[nodiscard]] static QString help();
 };
+
+/// Writes all of \a text to the standard output. Empty, or why that failed, as a sentence without its end.
+[[nodiscard]] QString printAnswer(const QByteArray &text);
 
 } // namespace Core

@@ -12,9 +12,12 @@
 #include "extensionsystem/pluginmanager.h"
 
 #include <QApplication>
+#include <QFileInfo>
+#include <QLoggingCategory>
 #include <QPointer>
 #include <QProcess>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QTimer>
 
 #include <cstdio>
@@ -51,6 +54,26 @@ void keepBeforeExit(MainWindow *window)
         qWarning("Unsaved changes are not kept when the display goes away.");
 }
 
+Q_LOGGING_CATEGORY(settingsLog, "core.settings")
+
+/// One file by its name: without one QSettings reads whatever stands under three further names, too.
+QString usersSettingsFile()
+{
+    return QStringLiteral("%1/%2/%3.conf")
+        .arg(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation),
+            QCoreApplication::organizationName(), QCoreApplication::applicationName());
+}
+
+/// False, and logged, for what is no file: reading a pipe would wait for ever for somebody to write to it.
+bool canHoldSettings(const QString &path)
+{
+    const QFileInfo file(path);
+    if (!file.exists() || file.isFile())
+        return true;
+    qCWarning(settingsLog, "%s: not a regular file, so no settings are kept", qUtf8Printable(path));
+    return false;
+}
+
 } // namespace
 
 CorePlugin::CorePlugin() = default;
@@ -68,14 +91,13 @@ bool CorePlugin::initialize(const QStringList &arguments, QString *errorString)
         useDarkPalette();
     else
         QApplication::setStyle(new WorkbenchStyle);
-    if (m_commandLine.isJob()) {
-        // Such a run neither shows what an earlier one left behind nor leaves anything behind itself.
-        m_jobSettingsDirectory = std::make_unique<QTemporaryDir>();
-        m_settings = std::make_unique<QSettings>(
-            m_jobSettingsDirectory->filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
-    } else {
-        m_settings = std::make_unique<QSettings>();
+    QString settingsFile = usersSettingsFile();
+    // A run that is a job neither shows what an earlier one left behind nor leaves anything behind itself.
+    if (m_commandLine.isJob() || !canHoldSettings(settingsFile)) {
+        m_passingSettingsDirectory = std::make_unique<QTemporaryDir>();
+        settingsFile = m_passingSettingsDirectory->filePath(QStringLiteral("settings.conf"));
     }
+    m_settings = std::make_unique<QSettings>(settingsFile, QSettings::NativeFormat);
     m_editors = std::make_unique<EditorManager>();
     m_window = std::make_unique<MainWindow>(*m_editors, *m_settings);
     m_window->setLauncher([this](const QString &path) { return startSecondProcess(path); });

@@ -36,7 +36,7 @@ private:
     [[nodiscard]] bool startSecondProcess(const QString &path) const;
 
     CommandLine m_commandLine;
-    std::unique_ptr<QTemporaryDir> m_jobSettingsDirectory;
+    std::unique_ptr<QTemporaryDir> m_passingSettingsDirectory;
     std::unique_ptr<QSettings> m_settings;
     std::unique_ptr<EditorManager> m_editors;
     std::unique_ptr<MainWindow> m_window;

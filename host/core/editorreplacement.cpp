@@ -4,10 +4,13 @@
 #include "core/filecare.h"
 #include "core/idocument.h"
 #include "core/ieditor.h"
+#include "core/recoveredfilesdialog.h"
 #include "core/recoverystore.h"
 #include "core/viewkeeper.h"
+#include "core/welcomepage.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QMessageBox>
 #include <QStatusBar>
 #include <QTimer>
@@ -91,9 +94,50 @@ void MainWindow::replaceByRecovered(const QString &path, const RecoveryCopy &cop
         m_care->dropCopy();
         m_editors.close(m_editor);
     }
-    m_care->adopt(copy);
+    m_care->adopt(path, copy);
     attach(outcome.editor, state);
     m_care->offerCopies(path);
+}
+
+void MainWindow::openRecovered(const QString &path, const RecoveryCopy &copy)
+{
+    const RecoveryKey key = RecoveryStore::keyOf(path);
+    QString error;
+    if (m_editor && RecoveryStore::keyOf(m_editor->document()->filePath().toString()).hash != key.hash) {
+        // The other window offers it to whoever opens the file there.
+        if (m_recoveryStore->assign(copy, key, &error))
+            openFile(path);
+        else
+            showMessage(QStringLiteral("errorMessage"), tr("The changes could not be restored."), path, error);
+        return;
+    }
+    const DiskState state = DiskState::of(path);
+    if (m_editor || path == copy.key.path || state.kind == DiskState::Missing || state.hash == copy.originalHash)
+        restore(path, copy);
+    else if (!m_question)
+        askThen(QStringLiteral("recoverPrompt"),
+            tr("%1 is not what the kept changes were made to. Open them in its place? Saving replaces the file then.")
+                .arg(QDir::toNativeSeparators(path)),
+            tr("&Open"), [this, path, copy] {
+                if (!m_editor)
+                    replaceByRecovered(path, copy);
+            });
+}
+
+void MainWindow::showRecoveredFiles()
+{
+    auto *dialog = new RecoveredFilesDialog(m_recoveryStore, this);
+    connect(dialog, &QDialog::accepted, this, [this, dialog] {
+        // After the dialog is gone: restoring may take a while, and may ask.
+        QMetaObject::invokeMethod(
+            this, [this, path = dialog->chosenPath(), copy = dialog->chosenCopy()] { openRecovered(path, copy); },
+            Qt::QueuedConnection);
+    });
+    connect(dialog, &QDialog::finished, this, [this] {
+        m_welcome->refresh();
+        m_care->offerAgain();
+    });
+    dialog->open();
 }
 
 void MainWindow::endSession()

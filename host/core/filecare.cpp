@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QBoxLayout>
+#include <QDir>
 #include <QFileInfo>
 #include <QLocale>
 #include <QPushButton>
@@ -239,6 +240,12 @@ void FileCare::offerCopies(const QString &path)
     showNextCopy();
 }
 
+void FileCare::offerAgain()
+{
+    if (!m_copies.empty())
+        offerCopies(QString(m_offeredPath));
+}
+
 void FileCare::showNextCopy()
 {
     if (m_copies.empty()) {
@@ -249,6 +256,8 @@ void FileCare::showNextCopy()
     const DiskState now = DiskState::of(m_offeredPath);
     QString text = tr("The workbench ended with unsaved changes to this file. They were kept on %1.")
                        .arg(QLocale().toString(copy.time.toLocalTime(), QLocale::ShortFormat));
+    if (!copy.key.path.isEmpty() && !QFileInfo::exists(copy.key.path) && copy.key.path != m_offeredPath)
+        text += QLatin1Char(' ') + tr("It was %1 then.").arg(QDir::toNativeSeparators(copy.key.path));
     if (now.kind == DiskState::Missing)
         text += QLatin1Char(' ') + tr("The file itself is no longer there.");
     else if (now.hash != copy.originalHash)
@@ -266,11 +275,10 @@ void FileCare::discardCopy()
     showNextCopy();
 }
 
-void FileCare::adopt(const RecoveryCopy &copy)
+void FileCare::adopt(const QString &path, const RecoveryCopy &copy)
 {
-    const QByteArray key = RecoveryStore::keyOf(m_offeredPath);
     QString error;
-    if (m_store->write(key, copy.originalHash, copy.data, &error))
+    if (m_store->write(RecoveryStore::keyOf(path), copy.originalHash, copy.data, &error))
         m_store->remove(copy);
     else
         emit copyFailed(error);

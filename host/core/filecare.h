@@ -58,8 +58,10 @@ public:
 
     /// Offers what earlier processes have left behind of the file, open or not.
     void offerCopies(const QString &path);
-    /// The copy is this process's own from now on.
-    void adopt(const RecoveryCopy &copy);
+    /// Offers no more what has been decided on elsewhere.
+    void offerAgain();
+    /// The copy is this process's own from now on, as one of the file \a path.
+    void adopt(const QString &path, const RecoveryCopy &copy);
     /// For a file that can't be read again.
     void tellUnreadable(const QString &reason);
 

@@ -1,5 +1,7 @@
 #include "core/filestamp.h"
 
+#include "utils/pathtext.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
@@ -76,6 +78,8 @@ QString whyNotReadable(const QString &path)
         const int code = errno;
         if (code == ENOENT && QFileInfo(path).isSymLink())
             return text("The file is a link to something that does not exist.");
+        if (code == ENOENT && Utils::isMisencoded(path))
+            return text("The name of the file, or of a directory above it, is not in the encoding of the system.");
         if (code == ENOENT)
             return text("The file does not exist.");
         return text("The file cannot be reached: %1.").arg(systemReason(code));

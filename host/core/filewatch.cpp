@@ -6,7 +6,41 @@ namespace Core {
 
 namespace {
 
-constexpr int SettleTime = 250; // milliseconds
+constexpr int SettleTime = 250;    // milliseconds
+constexpr int LongestSettling = 4; // settle times
+constexpr int MostLinks = 40;      // as the system follows them
+constexpr int MostDirectories = 64;
+
+/// The directories in which the names on the way to \a path are looked up, the nearest last: those of the path and of
+/// every link on it. Whoever exchanges one of these names exchanges the file.
+QStringList directoriesOnTheWay(const QString &path)
+{
+    QStringList directories;
+    QString place = QStringLiteral("/");
+    QStringList names = path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    for (int links = 0; !names.isEmpty();) {
+        directories.removeOne(place);
+        directories.append(place);
+        const QString name = names.takeFirst();
+        if (name == QLatin1String("..")) {
+            place = QFileInfo(place).path();
+            continue;
+        }
+        if (name == QLatin1String("."))
+            continue;
+        const QString entry = (place.endsWith(QLatin1Char('/')) ? place : place + QLatin1Char('/')) + name;
+        const QFileInfo info(entry);
+        if (!info.isSymLink()) {
+            place = entry;
+        } else if (++links <= MostLinks) {
+            names = info.symLinkTarget().split(QLatin1Char('/'), Qt::SkipEmptyParts) + names;
+            place = QStringLiteral("/");
+        } else {
+            break;
+        }
+    }
+    return directories.mid(qMax(0, directories.size() - MostDirectories));
+}
 
 } // namespace
 
@@ -14,7 +48,7 @@ FileWatch::FileWatch(const QString &path, const DiskState &known, QObject *paren
     : QObject(parent), m_path(path), m_known(known), m_seen(known)
 {
     m_settle.setSingleShot(true);
-    m_settle.setInterval(SettleTime);
+    setSettleTime(SettleTime);
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &FileWatch::lookSoon);
     connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &FileWatch::lookSoon);
     connect(&m_settle, &QTimer::timeout, this, &FileWatch::look);
@@ -31,26 +65,23 @@ void FileWatch::setKnown(const DiskState &state)
 
 void FileWatch::watch()
 {
-    const QFileInfo file(m_path);
-    // Behind a link it is the directory of the target in which files are replaced.
-    QStringList paths { file.absolutePath() };
-    const QString target = file.canonicalFilePath();
-    if (!target.isEmpty()) {
-        paths.append(file.absoluteFilePath());
-        if (!paths.contains(QFileInfo(target).absolutePath()))
-            paths.append(QFileInfo(target).absolutePath());
-        // The old file is still watched under this name when another one was renamed to it.
-        m_watcher.removePath(file.absoluteFilePath());
-    }
+    // All of it anew: what was renamed or replaced is still watched under the name that another one has now.
     const QStringList watched = m_watcher.files() + m_watcher.directories();
-    for (const QString &path : qAsConst(paths))
-        if (!watched.contains(path) && QFileInfo::exists(path))
+    if (!watched.isEmpty())
+        m_watcher.removePaths(watched);
+    const QStringList paths = directoriesOnTheWay(m_path) + QStringList { m_path };
+    for (const QString &path : paths)
+        // Of others the watcher would complain on the standard error output, each time.
+        if (QFileInfo(path).isReadable())
             m_watcher.addPath(path);
 }
 
 void FileWatch::lookSoon()
 {
-    m_settle.start();
+    // A directory in which others work without a pause must not postpone the look for ever.
+    if (!m_settle.isActive())
+        m_sinceNews.start();
+    m_settle.start(int(qBound<qint64>(0, LongestSettling * m_settleTime - m_sinceNews.elapsed(), m_settleTime)));
 }
 
 void FileWatch::look()

@@ -3,14 +3,16 @@
 #include "core/core_global.h"
 #include "core/diskstate.h"
 
+#include <QElapsedTimer>
 #include <QFileSystemWatcher>
 #include <QObject>
 #include <QTimer>
 
 namespace Core {
 
-/// Watches one file for changes of its content by others. It watches the directory, too: a file that is replaced by
-/// renaming is another file to the system, and a removed one may come back. Owned by FileCare; GUI thread.
+/// Watches one file for changes of its content by others. It watches the directories on the way to it, too, and those
+/// on the way behind links: a file that is replaced by renaming is another file to the system, and so is one whose
+/// directory is exchanged or whose link is turned; a removed one may come back. Owned by FileCare; GUI thread.
 class CORE_EXPORT FileWatch final : public QObject
 {
     Q_OBJECT
@@ -19,8 +21,9 @@ public:
     /// \a known is the state that its user has taken in. One that differs from the disk is noticed, too.
     FileWatch(const QString &path, const DiskState &known, QObject *parent = nullptr);
 
-    /// How long no further change must come before the file is looked at, in milliseconds.
-    void setSettleTime(int milliseconds) { m_settle.setInterval(milliseconds); }
+    /// How long no further change must come before the file is looked at, in milliseconds. After four times as long it
+    /// is looked at in any case.
+    void setSettleTime(int milliseconds) { m_settleTime = milliseconds; }
 
     [[nodiscard]] const DiskState &known() const { return m_known; }
     /// What stood there when changed() was emitted last, or known().
@@ -44,6 +47,8 @@ private:
     DiskState m_seen;
     QFileSystemWatcher m_watcher;
     QTimer m_settle;
+    QElapsedTimer m_sinceNews; ///< Since the first one that has not been looked at.
+    int m_settleTime = 0;
 };
 
 } // namespace Core

@@ -111,6 +111,7 @@ MainWindow::MainWindow(EditorManager &editors, QSettings &settings, QWidget *par
     createStatusBar();
 
     connect(m_welcome, &WelcomePage::openRequested, this, &MainWindow::chooseFile);
+    connect(m_welcome, &WelcomePage::recoveredFilesRequested, this, &MainWindow::showRecoveredFiles);
     connect(m_welcome, &WelcomePage::fileRequested, this, &MainWindow::openFile);
     connect(&m_editors, &EditorManager::aboutToClose, this, &MainWindow::detach);
     connect(&m_editors, &EditorManager::documentChanged, this, &MainWindow::updateState);
@@ -135,6 +136,10 @@ void MainWindow::createMenus()
     m_recentMenu = file->addMenu(tr("Open &Recent"));
     m_recentMenu->setObjectName(QStringLiteral("recentMenu"));
     connect(m_recentMenu, &QMenu::aboutToShow, this, &MainWindow::fillRecentMenu);
+    m_recoveredAction
+        = addAction(file, QString(), tr("Recovered &Files…"), QKeySequence(), &MainWindow::showRecoveredFiles);
+    m_recoveredAction->setObjectName(QStringLiteral("recoveredFilesAction"));
+    m_recoveredAction->setEnabled(false);
     file->addSeparator();
     m_saveAction = addAction(file, QStringLiteral("document-save"), tr("&Save"), QKeySequence::Save, &MainWindow::save);
     m_saveAction->setObjectName(QStringLiteral("saveAction"));
@@ -295,7 +300,10 @@ void MainWindow::fillRecentMenu()
 
 void MainWindow::setRecoveryStore(std::shared_ptr<const RecoveryStore> store)
 {
-    m_care->setRecoveryStore(std::move(store));
+    m_recoveryStore = std::move(store);
+    m_recoveredAction->setEnabled(m_recoveryStore != nullptr);
+    m_care->setRecoveryStore(m_recoveryStore);
+    m_welcome->setRecoveryStore(m_recoveryStore);
 }
 
 void MainWindow::attach(IEditor *editor, const DiskState &opened)

@@ -89,6 +89,9 @@ private:
     [[nodiscard]] bool replaceByFresh(QString *error);
     void reload();
     void restore(const QString &path, const RecoveryCopy &copy);
+    /// As restore(), in a window of its own when another file is open here.
+    void openRecovered(const QString &path, const RecoveryCopy &copy);
+    void showRecoveredFiles();
     void replaceByRecovered(const QString &path, const RecoveryCopy &copy);
     void askThen(
         const QString &objectName, const QString &text, const QString &answer, const std::function<void()> &proceed);
@@ -114,6 +117,7 @@ private:
     QSettings &m_settings;
     RecentFiles m_recentFiles;
     Launcher m_launcher;
+    std::shared_ptr<const RecoveryStore> m_recoveryStore;
     IEditor *m_editor = nullptr;
     QPointer<QMessageBox> m_question;
     QStackedWidget *m_stack = nullptr;
@@ -123,6 +127,7 @@ private:
     BusyIndicator *m_busy = nullptr;
     QMenu *m_recentMenu = nullptr;
     QMenu *m_viewMenu = nullptr;
+    QAction *m_recoveredAction = nullptr;
     QAction *m_saveAction = nullptr;
     QAction *m_revertAction = nullptr;
     QAction *m_closeAction = nullptr;

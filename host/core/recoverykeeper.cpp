@@ -14,7 +14,7 @@ constexpr int LongestWaitForWriting = 2000;
 
 } // namespace
 
-RecoveryKeeper::RecoveryKeeper(const RecoverableDocument &document, const QByteArray &key,
+RecoveryKeeper::RecoveryKeeper(const RecoverableDocument &document, const RecoveryKey &key,
     std::shared_ptr<const RecoveryStore> store, QObject *parent)
     : QObject(parent), m_document(document), m_key(key), m_store(std::move(store)), m_interval(Interval)
 {

@@ -21,7 +21,7 @@ class CORE_EXPORT RecoveryKeeper final : public QObject
     Q_OBJECT
 
 public:
-    RecoveryKeeper(const RecoverableDocument &document, const QByteArray &key,
+    RecoveryKeeper(const RecoverableDocument &document, const RecoveryKey &key,
         std::shared_ptr<const RecoveryStore> store, QObject *parent = nullptr);
     /// The copy stays, as it was written last.
     ~RecoveryKeeper() override;
@@ -49,7 +49,7 @@ private:
     bool write();
 
     const RecoverableDocument &m_document;
-    const QByteArray m_key;
+    const RecoveryKey m_key;
     const std::shared_ptr<const RecoveryStore> m_store;
     QByteArray m_originalHash;
     QByteArray m_written;

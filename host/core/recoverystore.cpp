@@ -9,12 +9,13 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLoggingCategory>
+#include <QUuid>
+#include <QXmlStreamReader>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,7 +25,9 @@ namespace {
 
 Q_LOGGING_CATEGORY(recoveryLog, "core.recovery")
 
-constexpr qint64 LongestHeader = 16 * 1024; // bytes
+constexpr qint64 LongestHeader = 64 * 1024;    // bytes
+constexpr qint64 LongestBeginning = 64 * 1024; // bytes
+constexpr int LongestId = 500;                 // characters
 const QString suffix = QStringLiteral(".recovery");
 const QString unfinishedSuffix = QStringLiteral(".unfinished");
 
@@ -96,28 +99,69 @@ void syncDirectory(const QString &directory)
     ::close(descriptor);
 }
 
-struct Parsed
+/// Name and "id" of the root element, with which an XML document begins; empty for anything else.
+QString documentOf(const QString &path)
 {
-    RecoveryCopy copy;
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+        return QString();
+    QXmlStreamReader reader(file.read(LongestBeginning));
+    reader.setNamespaceProcessing(false);
+    if (!reader.readNextStartElement())
+        return QString();
+    const QXmlStreamAttributes attributes = reader.attributes();
+    const QString id = attributes.value(QLatin1String("id")).toString();
+    return id.isEmpty() || id.size() > LongestId ? QString() : reader.qualifiedName() + QLatin1Char(' ') + id;
+}
+
+struct Header
+{
+    RecoveryCopy copy; ///< Without its data.
     ProcessIdentity process;
+    QByteArray checkSum;
 };
 
-std::optional<Parsed> parse(const QString &fileName, const QByteArray &key)
+Header readHeader(const QFileInfo &info, const QByteArray &line)
 {
-    QFile file(fileName);
-    if (!QFileInfo(fileName).isFile() || !file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    const QJsonObject header = QJsonDocument::fromJson(file.readLine(LongestHeader)).object();
-    const auto text = [&](const char *name) { return header.value(QLatin1String(name)).toString().toLatin1(); };
-    Parsed parsed;
-    parsed.process = { text("pid").toLongLong(), text("start").toULongLong(), text("boot") };
-    parsed.copy.fileName = fileName;
-    parsed.copy.originalHash = text("original");
-    parsed.copy.time = QDateTime::fromString(header.value(QLatin1String("time")).toString(), Qt::ISODateWithMs);
-    parsed.copy.data = file.readAll();
-    const bool sound = text("file") == key && parsed.copy.time.isValid() && !parsed.copy.data.isEmpty()
-        && text("sha256") == checkSum(parsed.copy.data);
-    return sound ? std::make_optional(parsed) : std::nullopt;
+    const QJsonObject fields = QJsonDocument::fromJson(line).object();
+    const auto text = [&](const char *name) { return fields.value(QLatin1String(name)).toString(); };
+    const QString nameHash = info.fileName().section(QLatin1Char('-'), 0, 0);
+    Header header;
+    RecoveryCopy &copy = header.copy;
+    copy.fileName = info.filePath();
+    copy.key = { nameHash.toLatin1(), text("path"), text("document") };
+    copy.originalHash = text("original").toLatin1();
+    copy.time = QDateTime::fromString(text("time"), Qt::ISODateWithMs);
+    copy.damaged = text("file") != nameHash || !copy.time.isValid();
+    if (!copy.time.isValid())
+        copy.time = info.lastModified();
+    header.process = { text("pid").toLongLong(), text("start").toULongLong(), text("boot").toLatin1() };
+    header.checkSum = text("sha256").toLatin1();
+    return header;
+}
+
+bool isOf(const RecoveryKey &copy, const RecoveryKey &file)
+{
+    if (copy.hash == file.hash || (!copy.path.isEmpty() && copy.path == file.path))
+        return true;
+    return !copy.path.isEmpty() && !copy.document.isEmpty() && copy.document == file.document
+        && !QFileInfo::exists(copy.path);
+}
+
+QJsonObject headerOf(const RecoveryKey &key, const QByteArray &originalHash, const QDateTime &time,
+    const ProcessIdentity &process, const QByteArray &data)
+{
+    return {
+        { QStringLiteral("file"), QString::fromLatin1(key.hash) },
+        { QStringLiteral("path"), key.path },
+        { QStringLiteral("document"), key.document },
+        { QStringLiteral("original"), QString::fromLatin1(originalHash) },
+        { QStringLiteral("time"), time.toString(Qt::ISODateWithMs) },
+        { QStringLiteral("pid"), QString::number(process.pid) },
+        { QStringLiteral("start"), QString::number(process.start) },
+        { QStringLiteral("boot"), QString::fromLatin1(process.boot) },
+        { QStringLiteral("sha256"), QString::fromLatin1(checkSum(data)) },
+    };
 }
 
 } // namespace
@@ -132,7 +176,7 @@ QString RecoveryStore::defaultDirectory()
     return QDir::cleanPath(state + QLatin1String("/extpoint-workbench/recovery"));
 }
 
-QByteArray RecoveryStore::keyOf(const QString &path)
+RecoveryKey RecoveryStore::keyOf(const QString &path)
 {
     const QFileInfo file(path);
     QString whole = file.canonicalFilePath();
@@ -141,29 +185,38 @@ QByteArray RecoveryStore::keyOf(const QString &path)
         whole = (directory.isEmpty() ? QDir::cleanPath(file.absolutePath()) : directory) + QLatin1Char('/')
             + file.fileName();
     }
-    return checkSum(QFile::encodeName(whole));
+    return { checkSum(QFile::encodeName(whole)), QDir::cleanPath(file.absoluteFilePath()), documentOf(path) };
 }
 
-QString RecoveryStore::ownFile(const QByteArray &key) const
+QString RecoveryStore::fileOf(const RecoveryKey &key, const QString &writer) const
 {
-    return m_directory + QLatin1Char('/') + QString::fromLatin1(key) + QLatin1Char('-') + QString::number(::getpid())
-        + suffix;
+    return m_directory + QLatin1Char('/') + QString::fromLatin1(key.hash) + QLatin1Char('-') + writer + suffix;
+}
+
+QString RecoveryStore::ownFile(const RecoveryKey &key) const
+{
+    return fileOf(key, QString::number(::getpid()));
 }
 
 bool RecoveryStore::write(
-    const QByteArray &key, const QByteArray &originalHash, const QByteArray &data, QString *error) const
+    const RecoveryKey &key, const QByteArray &originalHash, const QByteArray &data, QString *error) const
 {
-    const ProcessIdentity process = ProcessIdentity::current();
-    const QJsonObject header {
-        { QStringLiteral("file"), QString::fromLatin1(key) },
-        { QStringLiteral("original"), QString::fromLatin1(originalHash) },
-        { QStringLiteral("time"), QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs) },
-        { QStringLiteral("pid"), QString::number(process.pid) },
-        { QStringLiteral("start"), QString::number(process.start) },
-        { QStringLiteral("boot"), QString::fromLatin1(process.boot) },
-        { QStringLiteral("sha256"), QString::fromLatin1(checkSum(data)) },
-    };
-    const QString name = ownFile(key);
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    return put(ownFile(key), headerOf(key, originalHash, now, ProcessIdentity::current(), data), data, error);
+}
+
+bool RecoveryStore::assign(const RecoveryCopy &copy, const RecoveryKey &key, QString *error) const
+{
+    // Nobody's, under a name of its own: the process that is gone may have left a copy of that file as well.
+    const QString name = fileOf(key, QStringLiteral("0-") + QUuid::createUuid().toString(QUuid::Id128));
+    if (!put(name, headerOf(key, copy.originalHash, copy.time, ProcessIdentity(), copy.data), copy.data, error))
+        return false;
+    remove(copy);
+    return true;
+}
+
+bool RecoveryStore::put(const QString &name, const QJsonObject &header, const QByteArray &data, QString *error) const
+{
     const QByteArray finished = QFile::encodeName(name);
     const QByteArray unfinished = QFile::encodeName(name + unfinishedSuffix);
     if (!makeDirectory(m_directory)) {
@@ -182,37 +235,55 @@ bool RecoveryStore::write(
     return true;
 }
 
-void RecoveryStore::drop(const QByteArray &key) const
+void RecoveryStore::drop(const RecoveryKey &key) const
 {
     (void)::unlink(QFile::encodeName(ownFile(key)).constData());
 }
 
-std::vector<RecoveryCopy> RecoveryStore::abandoned(const QByteArray &key) const
+std::vector<RecoveryCopy> RecoveryStore::collect(const std::function<bool(const RecoveryKey &)> &wanted) const
 {
     std::vector<RecoveryCopy> copies;
-    const QStringList names
-        = QDir(m_directory).entryList({ QString::fromLatin1(key) + QLatin1String("-*") + suffix }, QDir::Files);
+    const QStringList names = QDir(m_directory).entryList({ QLatin1Char('*') + suffix }, QDir::Files);
     for (const QString &name : names) {
-        const QString fileName = m_directory + QLatin1Char('/') + name;
-        const std::optional<Parsed> parsed = parse(fileName, key);
-        if (!parsed)
-            qCWarning(recoveryLog, "%s: this recovery copy is damaged", qUtf8Printable(fileName));
-        else if (!parsed->process.isAlive())
-            copies.push_back(parsed->copy);
+        QFile file(m_directory + QLatin1Char('/') + name);
+        const bool readable = file.open(QIODevice::ReadOnly);
+        Header header = readHeader(QFileInfo(file), readable ? file.readLine(LongestHeader) : QByteArray());
+        RecoveryCopy &copy = header.copy;
+        if (header.process.isAlive() || !wanted(copy.key))
+            continue;
+        if (readable)
+            copy.data = file.readAll();
+        copy.damaged = copy.damaged || copy.data.isEmpty() || header.checkSum != checkSum(copy.data);
+        copies.push_back(copy);
     }
-    removeUnfinished(key);
+    removeUnfinished();
     std::sort(
         copies.begin(), copies.end(), [](const RecoveryCopy &a, const RecoveryCopy &b) { return a.time > b.time; });
     return copies;
 }
 
-void RecoveryStore::removeUnfinished(const QByteArray &key) const
+std::vector<RecoveryCopy> RecoveryStore::abandoned() const
 {
-    const QString start = QString::fromLatin1(key) + QLatin1Char('-');
+    return collect([](const RecoveryKey &) { return true; });
+}
+
+std::vector<RecoveryCopy> RecoveryStore::abandoned(const RecoveryKey &key) const
+{
+    std::vector<RecoveryCopy> copies = collect([&key](const RecoveryKey &copy) { return isOf(copy, key); });
+    const auto sound
+        = std::stable_partition(copies.begin(), copies.end(), [](const RecoveryCopy &copy) { return !copy.damaged; });
+    for (auto copy = sound; copy != copies.end(); ++copy)
+        qCWarning(recoveryLog, "%s: this recovery copy is damaged", qUtf8Printable(copy->fileName));
+    copies.erase(sound, copies.end());
+    return copies;
+}
+
+void RecoveryStore::removeUnfinished() const
+{
     const QStringList names
-        = QDir(m_directory).entryList({ start + QLatin1Char('*') + suffix + unfinishedSuffix }, QDir::Files);
+        = QDir(m_directory).entryList({ QLatin1Char('*') + suffix + unfinishedSuffix }, QDir::Files);
     for (const QString &name : names) {
-        const qint64 pid = name.mid(start.size()).section(QLatin1Char('.'), 0, 0).toLongLong();
+        const qint64 pid = name.section(QLatin1Char('-'), 1, 1).section(QLatin1Char('.'), 0, 0).toLongLong();
         if (!ProcessIdentity { pid, 0, ProcessIdentity::current().boot }.isAlive())
             (void)::unlink(QFile::encodeName(m_directory + QLatin1Char('/') + name).constData());
     }

@@ -4,6 +4,7 @@
 #include "core/ieditor.h"
 #include "core/mainwindow.h"
 #include "core/reportingdocument.h"
+#include "utils/pathtext.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -128,8 +129,7 @@ bool StartupJob::tellSaveReport() const
     if (!report.question.isEmpty())
         lines << report.question << report.advice;
     for (const QString &line : qAsConst(lines))
-        std::fprintf(stderr, "extpoint-workbench: %s: %s\n", QFile::encodeName(m_commandLine.file).constData(),
-            line.toLocal8Bit().constData());
+        tell(line);
     return report.question.isEmpty() || m_commandLine.force;
 }
 
@@ -153,11 +153,15 @@ void StartupJob::work()
             return;
         }
         if (!outcome.warning.isEmpty())
-            std::fprintf(
-                stderr, "extpoint-workbench: %s: %s\n", qPrintable(m_commandLine.file), qPrintable(outcome.warning));
+            tell(outcome.warning);
     }
-    if (m_commandLine.timings)
-        printTimings();
+    if (m_commandLine.timings) {
+        const QString reason = printTimings();
+        if (!reason.isEmpty()) {
+            fail(reason);
+            return;
+        }
+    }
     QCoreApplication::exit(0);
 }
 
@@ -167,12 +171,15 @@ QString StartupJob::takePicture()
     QFile file(m_commandLine.screenshot);
     if (picture.isNull())
         return tr("the window has no picture");
+    // It would come to stand under another name than the one that was asked for.
+    if (Utils::isMisencoded(m_commandLine.screenshot))
+        return tr("%1 is not in the encoding of the system").arg(m_commandLine.screenshot);
     if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !file.flush())
         return tr("%1 cannot be written: %2").arg(m_commandLine.screenshot, file.errorString());
     return QString();
 }
 
-void StartupJob::printTimings() const
+QString StartupJob::printTimings() const
 {
     const QJsonObject figures {
         { QStringLiteral("open_ms"), milliseconds(m_openTime) },
@@ -180,16 +187,19 @@ void StartupJob::printTimings() const
         { QStringLiteral("longest_stall_ms"), milliseconds(m_longestStall) },
         { QStringLiteral("rss_mb"), qRound(residentBytes() / 1024.0 / 102.4) / 10.0 },
     };
-    std::fprintf(stdout, "%s\n", QJsonDocument(figures).toJson(QJsonDocument::Compact).constData());
-    std::fflush(stdout);
+    return printAnswer(QJsonDocument(figures).toJson(QJsonDocument::Compact) + '\n');
+}
+
+void StartupJob::tell(const QString &reason) const
+{
+    const QString subject = m_commandLine.file.isEmpty() ? m_commandLine.screenshot : m_commandLine.file;
+    std::fprintf(stderr, "extpoint-workbench: %s: %s\n", qPrintable(Utils::oneLine(subject)),
+        qPrintable(Utils::oneLine(reason.simplified())));
 }
 
 void StartupJob::fail(const QString &reason) const
 {
-    QString line = reason.simplified();
-    const QString subject = m_commandLine.file.isEmpty() ? m_commandLine.screenshot : m_commandLine.file;
-    std::fprintf(
-        stderr, "extpoint-workbench: %s: %s\n", QFile::encodeName(subject).constData(), line.toLocal8Bit().constData());
+    tell(reason);
     QCoreApplication::exit(1);
 }
 

@@ -34,7 +34,9 @@ private:
     [[nodiscard]] bool tellSaveReport() const;
     /// Empty, or why no picture was written.
     [[nodiscard]] QString takePicture();
-    void printTimings() const;
+    /// As takePicture().
+    [[nodiscard]] QString printTimings() const;
+    void tell(const QString &reason) const;
     void fail(const QString &reason) const;
 
     const CommandLine m_commandLine;

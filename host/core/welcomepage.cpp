@@ -1,6 +1,7 @@
 #include "core/welcomepage.h"
 
 #include "core/recentfiles.h"
+#include "core/recoverystore.h"
 
 #include <QCommandLinkButton>
 #include <QDir>
@@ -24,7 +25,7 @@ WelcomePage::WelcomePage(const RecentFiles &recentFiles, QWidget *parent) : QWid
 
 void WelcomePage::showEvent(QShowEvent *event)
 {
-    if (!m_recent)
+    if (!m_links)
         build();
     refresh();
     QWidget::showEvent(event);
@@ -51,8 +52,8 @@ void WelcomePage::build()
     open->setDefault(true);
     connect(open, &QPushButton::clicked, this, &WelcomePage::openRequested);
     auto *hint = new QLabel(tr("… or drop a file on this window."), column);
-    m_recent = new QVBoxLayout;
-    m_recent->setSpacing(0);
+    m_links = new QVBoxLayout;
+    m_links->setSpacing(0);
 
     auto *openRow = new QHBoxLayout;
     openRow->addWidget(open);
@@ -63,7 +64,7 @@ void WelcomePage::build()
     columnLayout->addWidget(title);
     columnLayout->addWidget(explanation);
     columnLayout->addLayout(openRow);
-    columnLayout->addLayout(m_recent);
+    columnLayout->addLayout(m_links);
 
     // An alignment flag would give the column the height of unwrapped text.
     auto *middle = new QHBoxLayout;
@@ -78,18 +79,40 @@ void WelcomePage::build()
 
 void WelcomePage::refresh()
 {
-    if (!m_recent)
+    if (!m_links)
         return;
-    while (QLayoutItem *item = m_recent->takeAt(0)) {
+    while (QLayoutItem *item = m_links->takeAt(0)) {
         // A click on one of these links may be what brought us here.
         if (item->widget())
             item->widget()->deleteLater();
         delete item;
     }
+    addRecovered();
+    addRecent();
+}
+
+void WelcomePage::addRecovered()
+{
+    const auto count = m_store ? m_store->abandoned().size() : 0;
+    if (count == 0)
+        return;
+    auto *link = new QCommandLinkButton(tr("Recovered Files…"), this);
+    link->setObjectName(QStringLiteral("welcomeRecoveredButton"));
+    link->setDescription(count == 1
+            ? tr("The workbench ended with unsaved changes to a file. They were kept.")
+            : tr("The workbench ended with unsaved changes to files. %1 copies were kept.").arg(count));
+    link->setAccessibleDescription(link->description());
+    link->setIcon(style()->standardIcon(QStyle::SP_MessageBoxWarning));
+    connect(link, &QCommandLinkButton::clicked, this, &WelcomePage::recoveredFilesRequested);
+    m_links->addWidget(link);
+}
+
+void WelcomePage::addRecent()
+{
     const QStringList shown = m_recentFiles.files().mid(0, ShownFiles);
     if (shown.isEmpty())
         return;
-    m_recent->addWidget(new QLabel(tr("Opened last:"), this));
+    m_links->addWidget(new QLabel(tr("Opened last:"), this));
     for (const QString &path : shown) {
         const QString directory = QDir::toNativeSeparators(QFileInfo(path).absolutePath());
         auto *link = new QCommandLinkButton(QFileInfo(QFileInfo(path).absolutePath()).fileName(), this);
@@ -97,7 +120,7 @@ void WelcomePage::refresh()
         link->setToolTip(QDir::toNativeSeparators(path));
         link->setIcon(style()->standardIcon(QStyle::SP_FileIcon));
         connect(link, &QCommandLinkButton::clicked, this, [this, path] { emit fileRequested(path); });
-        m_recent->addWidget(link);
+        m_links->addWidget(link);
     }
 }
 

@@ -2,11 +2,11 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QSysInfo>
 #include <QVector>
 
 #include <cstring>
 
+#include <dlfcn.h>
 #include <link.h>
 
 namespace ExtensionSystem {
@@ -15,6 +15,16 @@ namespace {
 
 using FileHeader = ElfW(Ehdr);
 using SectionHeader = ElfW(Shdr);
+
+/// The header of this library, which runs here.
+const FileHeader &ownHeader()
+{
+    Dl_info info = {};
+    const int found = ::dladdr(reinterpret_cast<const void *>(&ownHeader), &info);
+    Q_ASSERT(found != 0);
+    Q_UNUSED(found)
+    return *static_cast<const FileHeader *>(info.dli_fbase);
+}
 
 /// Walks the headers of one open file. A damaged header is an ordinary outcome, so every offset is checked against the
 /// size of the file before it is used. Lives for one inspection.
@@ -40,9 +50,10 @@ public:
         FileHeader header;
         if (!readAt(0, &header, sizeof header))
             return damaged(tr("the file is truncated"));
-        const int nativeClass = QSysInfo::WordSize == 64 ? ELFCLASS64 : ELFCLASS32;
-        const int nativeData = QSysInfo::ByteOrder == QSysInfo::LittleEndian ? ELFDATA2LSB : ELFDATA2MSB;
-        if (header.e_ident[EI_CLASS] != nativeClass || header.e_ident[EI_DATA] != nativeData)
+        // The loader says of a machine that it doesn't know that there is no such file.
+        const FileHeader &own = ownHeader();
+        if (header.e_ident[EI_CLASS] != own.e_ident[EI_CLASS] || header.e_ident[EI_DATA] != own.e_ident[EI_DATA]
+            || header.e_machine != own.e_machine)
             return damaged(tr("the file was built for another machine"));
         if (header.e_shoff == 0 || header.e_shnum == 0)
             return {};

@@ -1,5 +1,7 @@
 #include "utils/mimedocument.h"
 
+#include "utils/pathtext.h"
+
 #include <QIODevice>
 #include <QXmlStreamReader>
 
@@ -13,19 +15,8 @@ namespace {
 constexpr qint64 MaximumSize = 4 * 1024 * 1024;
 /// Nested matches are read and tried by recursion; real documents nest four deep.
 constexpr int MaximumMatchDepth = 32;
-
-/// \a reason as one line of a log: the parser quotes the document, which may hold line breaks and any amount of text.
-QString oneLine(const QString &reason)
-{
-    constexpr int maximumLength = 500;
-    QString line = reason.left(maximumLength);
-    for (QChar &character : line) {
-        if (character.category() == QChar::Other_Control || character.category() == QChar::Separator_Line
-            || character.category() == QChar::Separator_Paragraph)
-            character = QLatin1Char('?');
-    }
-    return line;
-}
+/// Characters. The parser's reasons quote the document, which may hold line breaks and any amount of text.
+constexpr int LongestReason = 500;
 
 /// Reads one document, one function per element. Lives for one reading.
 class DocumentReader final
@@ -50,7 +41,7 @@ public:
             result.errorString = QStringLiteral("%1:%2: %3")
                                      .arg(m_xml.lineNumber())
                                      .arg(qMax<qint64>(m_xml.columnNumber(), 1))
-                                     .arg(oneLine(m_xml.errorString()));
+                                     .arg(oneLine(m_xml.errorString().left(LongestReason)));
         }
         return result;
     }

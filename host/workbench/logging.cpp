@@ -1,5 +1,7 @@
 #include "workbench/logging.h"
 
+#include "utils/pathtext.h"
+
 #include <QLoggingCategory>
 
 namespace Workbench {
@@ -7,7 +9,7 @@ namespace Workbench {
 namespace {
 
 QtMessageHandler defaultHandler = nullptr;
-bool showsAll = false;
+bool verbose = false;
 
 /// Remarks of Qt on a bare environment and on windows without a display, which tell nothing about the files that are
 /// edited; on an exception that ends the process anyway, with a line of its own; on a thread that the system refuses,
@@ -22,16 +24,18 @@ bool isIdle(const QString &text)
 
 void passOn(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
-    if (showsAll || type != QtWarningMsg || !isIdle(text))
+    // What ends the program is the toolkit's own text, in more than one line.
+    if (type == QtFatalMsg)
         defaultHandler(type, context, text);
+    else if (verbose || type != QtWarningMsg || !isIdle(text))
+        defaultHandler(type, context, Utils::oneLine(text));
 }
 
 } // namespace
 
-void setUpLogging(bool verbose)
+void setUpLogging(bool everything)
 {
-    showsAll = verbose;
-    defaultHandler = qInstallMessageHandler(passOn);
+    verbose = everything;
     if (verbose) {
         QLoggingCategory::setFilterRules(QStringLiteral("extpoint.*=true\nextensionsystem=true\nutils.*=true"));
         qSetMessagePattern(QStringLiteral("%{time hh:mm:ss.zzz} %{category} %{type}: %{message}"));
@@ -39,6 +43,7 @@ void setUpLogging(bool verbose)
         QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=false"));
         qSetMessagePattern(QStringLiteral("%{message}"));
     }
+    defaultHandler = qInstallMessageHandler(passOn);
 }
 
 } // namespace Workbench

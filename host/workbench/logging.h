@@ -2,8 +2,8 @@
 
 namespace Workbench {
 
-/// What the process logs to the standard error stream: warnings, with nothing around their text; or, \a verbose,
-/// everything, with time and category.
-void setUpLogging(bool verbose);
+/// What the process logs to the standard error stream: warnings, with nothing around their text; or
+/// \a everything, with time and category. A message is one line, whatever the names of files in it hold.
+void setUpLogging(bool everything);
 
 } // namespace Workbench

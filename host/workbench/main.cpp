@@ -1,5 +1,6 @@
 #include "core/commandline.h"
 #include "extensionsystem/pluginmanager.h"
+#include "utils/pathtext.h"
 #include "workbench/fontpreparation.h"
 #include "workbench/logging.h"
 #include "workbench/outofmeans.h"
@@ -13,6 +14,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
@@ -28,9 +30,27 @@ QStringList argumentsOf(int argc, char **argv)
     return arguments;
 }
 
-void print(FILE *stream, const QString &text)
+void complain(const QString &reason)
 {
-    std::fputs(text.toLocal8Bit().constData(), stream);
+    std::fprintf(stderr, "extpoint-workbench: %s\n", qPrintable(Utils::oneLine(reason)));
+}
+
+int reply(const QString &text)
+{
+    const QString reason = Core::printAnswer(text.toLocal8Bit());
+    if (reason.isEmpty())
+        return EXIT_SUCCESS;
+    complain(reason);
+    return EXIT_FAILURE;
+}
+
+/// A standard stream that is closed leaves its number to the next file that is opened, which may be the user's, and
+/// what is printed would go there. What holds the number here refuses it.
+void occupyClosedStreams()
+{
+    for (const int stream : { STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO })
+        if (::fcntl(stream, F_GETFD) < 0)
+            (void)::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
 /// Answers what needs no application object; -1 when the workbench is to start.
@@ -38,13 +58,12 @@ int answerAtOnce(const Core::CommandLine &commandLine)
 {
     switch (commandLine.request) {
     case Core::CommandLine::Request::Help:
-        print(stdout, Core::CommandLine::help());
-        return EXIT_SUCCESS;
+        return reply(Core::CommandLine::help());
     case Core::CommandLine::Request::Version:
-        print(stdout, QStringLiteral("extpoint-workbench " EXTPOINT_VERSION "\n"));
-        return EXIT_SUCCESS;
+        return reply(QStringLiteral("extpoint-workbench " EXTPOINT_VERSION "\n"));
     case Core::CommandLine::Request::Refuse:
-        print(stderr, QStringLiteral("extpoint-workbench: %1\n").arg(commandLine.error) + Core::CommandLine::usage());
+        complain(commandLine.error);
+        std::fputs(qPrintable(Core::CommandLine::usage()), stderr);
         return UsageError;
     case Core::CommandLine::Request::Start:
         break;
@@ -92,7 +111,9 @@ void tellMissingDirectories(const QStringList &paths)
 {
     for (const QString &path : paths)
         if (!QDir(path).exists())
-            print(stderr, QStringLiteral("extpoint-workbench: %1: no such directory\n").arg(path));
+            complain((Utils::isMisencoded(path) ? QStringLiteral("%1: the name is not in the encoding of the system")
+                                                : QStringLiteral("%1: no such directory"))
+                         .arg(path));
 }
 
 /// A line for every plug-in that was not loaded.
@@ -119,7 +140,7 @@ bool isRunning(const ExtensionSystem::PluginManager &manager, const QString &nam
 int giveUp(const Core::CommandLine &commandLine, const QStringList &paths, const QString &reasons)
 {
     const QString text = QStringLiteral("The plug-in \"Core\" could not be loaded.");
-    print(stderr, QStringLiteral("extpoint-workbench: %1\n").arg(text));
+    complain(text);
     if (!commandLine.isJob()) {
         QMessageBox box(QMessageBox::Critical, QStringLiteral("ExtPoint Workbench"), text, QMessageBox::Close);
         box.setTextFormat(Qt::PlainText);
@@ -137,6 +158,9 @@ int main(int argc, char **argv)
     // Writing beyond a limit of the file size is to fail like writing to a full disk, not to end the process.
     std::signal(SIGXFSZ, SIG_IGN);
     Workbench::endWhenOutOfMemory();
+    // Nor is it to end with unsaved changes because nobody reads its messages any more.
+    std::signal(SIGPIPE, SIG_IGN);
+    occupyClosedStreams();
     const QStringList arguments = argumentsOf(argc, argv);
     const Core::CommandLine commandLine = Core::CommandLine::parse(arguments);
     const int answer = answerAtOnce(commandLine);

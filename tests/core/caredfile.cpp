@@ -89,17 +89,18 @@ QString CaredFile::textOf(const char *barName) const
 
 void CaredFile::leaveCopy(const QByteArray &data, const QByteArray &original, int number)
 {
-    const QByteArray key = RecoveryStore::keyOf(m_path);
+    const Core::RecoveryKey key = RecoveryStore::keyOf(m_path);
     QString error;
     if (!RecoveryStore(m_state).write(key, original, data, &error))
         qFatal("%s", qPrintable(error));
     const QString own = QStringLiteral("%1/%2-%3.recovery")
-                            .arg(m_state, QString::fromLatin1(key))
+                            .arg(m_state, QString::fromLatin1(key.hash))
                             .arg(QCoreApplication::applicationPid());
     QByteArray content = contentOf(own);
     content.replace(Core::ProcessIdentity::current().boot, "another boot");
     QFile::remove(own);
-    writeFile(QStringLiteral("%1/%2-%3.recovery").arg(m_state, QString::fromLatin1(key)).arg(2'000'000'000 + number),
+    writeFile(
+        QStringLiteral("%1/%2-%3.recovery").arg(m_state, QString::fromLatin1(key.hash)).arg(2'000'000'000 + number),
         content);
 }
 

@@ -47,8 +47,12 @@ void tst_FileCare::changedByOthers_data()
         row("replaced", true);
         row("replaced, then written", true);
         row("removed and made anew", true);
+        row("written while others work beside it", true);
         row("written behind the link", true);
         row("replaced behind the link", true);
+        row("move old/one aside; move new/one old/one", true);
+        row("move old aside; move new old", true);
+        row("move turned link", true);
         row("written with the same", false);
         row("replaced by the same", false);
         row("another file beside it", false);
@@ -69,6 +73,13 @@ void tst_FileCare::changedByOthers()
         writeFile(target, old);
         QVERIFY(QFile::link(target, m_path));
     }
+    const QDir files(m_dir->filePath(s("files")));
+    if (how.startsWith(s("move"))) {
+        QVERIFY(files.mkpath(s("old/one")) && files.mkpath(s("new/one")));
+        QVERIFY(QFile::link(s("old"), files.filePath(s("link"))) && QFile::link(s("new"), files.filePath(s("turned"))));
+        writeFile(files.filePath(s("new/one/a.fake")), fresh);
+        m_path = files.filePath(s("link/one/a.fake"));
+    }
     const QPointer<FakeDocument> first = open(old);
     QVERIFY(first);
     m_window->currentEditor()->widget()->findChild<QTabWidget *>(s("tabWidget"))->setCurrentIndex(1);
@@ -76,8 +87,20 @@ void tst_FileCare::changedByOthers()
         first->modify("content of mine");
     // The first look is over, so that it is the watching that notices.
     QTest::qWait(2 * SettleTime);
+    QTimer others;
+    connect(&others, &QTimer::timeout, this, [this] { replaceFile(m_path + s(".beside"), "x"); });
+    if (how.endsWith(s("beside it")))
+        others.start(SettleTime / 5);
 
-    if (how.startsWith(s("written")))
+    if (how.startsWith(s("move"))) {
+        const QStringList moves = how.split(s("; "));
+        for (const QString &move : moves) {
+            const QStringList words = move.split(QLatin1Char(' '));
+            QCOMPARE(::rename(QFile::encodeName(files.filePath(words.at(1))).constData(),
+                         QFile::encodeName(files.filePath(words.at(2))).constData()),
+                0);
+        }
+    } else if (how.startsWith(s("written")))
         writeFile(target, changed ? fresh : old);
     else if (how.startsWith(s("replaced")))
         replaceFile(target, changed ? fresh : old);

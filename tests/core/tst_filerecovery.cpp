@@ -5,7 +5,10 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
+#include <QLabel>
 #include <QSignalSpy>
+#include <QTableWidget>
 #include <QTest>
 
 using Core::DiskState;
@@ -27,9 +30,19 @@ private slots:
     void offer_data();
     void offer();
     void offerOfAMissingFile();
+    void offerInAnotherPlace_data();
+    void offerInAnotherPlace();
     void severalCopies();
     void restoreOverChanges_data();
     void restoreOverChanges();
+    void recoveredFiles_data();
+    void recoveredFiles();
+    void recoveredFilesDiscarded();
+
+private:
+    QDialog *openDialog();
+    /// The texts of the rows of the dialog, the first column and the note that comes with it.
+    QStringList rows(const QDialog &dialog) const;
 };
 
 void tst_FileRecovery::copyComesAndGoes_data()
@@ -186,6 +199,52 @@ void tst_FileRecovery::offerOfAMissingFile()
     QVERIFY(!bar("recoveryBar")->isVisible() && !bar("changeBar")->isVisible());
 }
 
+void tst_FileRecovery::offerInAnotherPlace_data()
+{
+    QTest::addColumn<QString>("opened");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("oldStays");
+    QTest::addColumn<bool>("offered");
+
+    const QString renamed = s("files/renamed/a.fake");
+    const QByteArray other = "<fake id='1' other='2'/>";
+    QTest::newRow("directory renamed") << renamed << other << false << true;
+    QTest::newRow("another document") << renamed << QByteArray("<fake id='2'/>") << false << false;
+    QTest::newRow("document without a name") << renamed << QByteArray("<fake/>") << false << false;
+    QTest::newRow("copy of a document") << renamed << other << true << false;
+    QTest::newRow("link turned") << s("files/link/a.fake") << QByteArray("<fake id='2'/>") << true << true;
+}
+
+void tst_FileRecovery::offerInAnotherPlace()
+{
+    QFETCH(QString, opened);
+    QFETCH(QByteArray, content);
+    QFETCH(bool, oldStays);
+    QFETCH(bool, offered);
+    const QDir files(m_dir->filePath(s("files")));
+    QVERIFY(files.mkdir(s("old")) && files.mkdir(s("renamed")) && QFile::link(s("old"), files.filePath(s("link"))));
+    writeFile(files.filePath(s("old/a.fake")), "<fake id='1'/>");
+    writeFile(files.filePath(s("renamed/a.fake")), content);
+    m_path = files.filePath(opened.contains(s("link")) ? s("link/a.fake") : s("old/a.fake"));
+    leaveCopy("content of mine", DiskState::of(m_path).hash);
+    if (!oldStays)
+        QVERIFY(QFile::remove(m_path));
+    QVERIFY(QFile::remove(files.filePath(s("link"))) && QFile::link(s("renamed"), files.filePath(s("link"))));
+
+    m_path = m_dir->filePath(opened);
+    QVERIFY(open(content));
+    QCOMPARE(bar("recoveryBar")->isVisible(), offered);
+    if (!offered)
+        return;
+    QCOMPARE(textOf("recoveryBar").contains(files.filePath(s("old/a.fake"))), !oldStays);
+    button("restoreButton")->click();
+    QTRY_COMPARE(document()->recoveryData(), QByteArray("content of mine"));
+    QCOMPARE(document()->filePath().toString(), m_path);
+    QCOMPARE(copies().size(), 1);
+    trigger("saveAction");
+    QVERIFY(contentOf(m_path).contains("saves=") && copies().isEmpty());
+}
+
 void tst_FileRecovery::severalCopies()
 {
     writeFile(m_path, "<fake id='1'/>");
@@ -225,6 +284,117 @@ void tst_FileRecovery::restoreOverChanges()
     QCOMPARE(document()->recoveryData(), confirmed ? QByteArray("content of kept") : QByteArray("content of new work"));
     QVERIFY(m_window->isWindowModified());
     QCOMPARE(bar("recoveryBar")->isVisible(), !confirmed);
+}
+
+QDialog *tst_FileRecovery::openDialog()
+{
+    trigger("recoveredFilesAction");
+    return m_window->findChild<QDialog *>(s("recoveredFilesDialog"));
+}
+
+QStringList tst_FileRecovery::rows(const QDialog &dialog) const
+{
+    QStringList result;
+    auto *table = dialog.findChild<QTableWidget *>(s("recoveredFilesTable"));
+    for (int row = 0; row < table->rowCount(); ++row) {
+        table->selectRow(row);
+        result.append(table->item(row, 0)->text() + s(": ")
+            + dialog.findChild<QLabel *>(s("recoveredFilesNote"))->text().section(QLatin1Char('.'), 0, 0));
+    }
+    return result;
+}
+
+void tst_FileRecovery::recoveredFiles_data()
+{
+    QTest::addColumn<QString>("chosen");
+    QTest::addColumn<QString>("open");
+    QTest::addColumn<QString>("asked");
+
+    QTest::newRow("its file") << QString() << QString() << QString();
+    QTest::newRow("another file") << s("files/b.fake") << QString() << s("recoverPrompt");
+    QTest::newRow("a new file") << s("files/new.fake") << QString() << QString();
+    QTest::newRow("its file, unsaved changes") << QString() << s("files/a.fake") << s("restorePrompt");
+    QTest::newRow("its file, another one open") << QString() << s("files/b.fake") << s("launched");
+    QTest::newRow("a new file, another one open") << s("files/new.fake") << s("files/b.fake") << s("launched");
+}
+
+void tst_FileRecovery::recoveredFiles()
+{
+    QFETCH(QString, chosen);
+    QFETCH(QString, open);
+    QFETCH(QString, asked);
+    writeFile(m_path, "<fake id='1'/>");
+    writeFile(m_dir->filePath(s("files/b.fake")), "<fake id='2'/>");
+    leaveCopy("content of mine", DiskState::of(m_path).hash);
+    QString launched;
+    m_window->setLauncher([&launched](const QString &path) { return !(launched = path).isEmpty(); });
+    if (!open.isEmpty()) {
+        m_window->openFile(m_dir->filePath(open));
+        document()->modify("content of new work");
+    }
+    QDialog *dialog = openDialog();
+    QCOMPARE(rows(*dialog), QStringList { s("files/a.fake: The file is as it was before these changes") });
+    const QString path = m_dir->filePath(chosen.isEmpty() ? s("files/a.fake") : chosen);
+    if (chosen.isEmpty()) {
+        QTest::keyClick(dialog->findChild<QWidget *>(s("recoveredFilesTable")), Qt::Key_Return);
+    } else {
+        dialog->findChild<QPushButton *>(s("openRecoveredForButton"))->click();
+        auto *files = dialog->findChild<QFileDialog *>(s("openRecoveredForDialog"));
+        files->selectFile(path);
+        static_cast<QDialog *>(files)->accept();
+    }
+    if (asked.endsWith(s("Prompt"))) {
+        QTRY_VERIFY(box(asked.toLatin1().constData()));
+        answer(asked.toLatin1().constData(), true);
+    }
+    if (asked == s("launched")) {
+        QTRY_COMPARE(launched, path);
+        QCOMPARE(document()->recoveryData(), QByteArray("content of new work"));
+        const auto offered = RecoveryStore(m_state).abandoned(RecoveryStore::keyOf(path));
+        QCOMPARE(offered.size(), std::size_t(1));
+        QCOMPARE(offered.front().data, QByteArray("content of mine"));
+        return;
+    }
+    QTRY_VERIFY(document() && document()->recoveryData() == "content of mine");
+    QCOMPARE(document()->filePath().toString(), path);
+    QVERIFY(m_window->isWindowModified());
+    QTRY_VERIFY(!m_window->findChild<QDialog *>(s("recoveredFilesDialog")));
+    QVERIFY(RecoveryStore(m_state).abandoned().empty());
+    QCOMPARE(copies().size(), 1);
+}
+
+void tst_FileRecovery::recoveredFilesDiscarded()
+{
+    writeFile(m_path, "<fake id='1'/>");
+    leaveCopy("content of older", DiskState::of(m_path).hash, 1);
+    QTest::qWait(20); // longer than a tick of the clock of the file system
+    writeFile(m_state + s("/damaged-2000000000.recovery"), "no header\ncontent of damaged");
+    QVERIFY(QFile::remove(m_path));
+    m_window->hide();
+    m_window->show();
+    QTRY_VERIFY(m_window->findChild<QAbstractButton *>(s("welcomeRecoveredButton")));
+    m_window->findChild<QAbstractButton *>(s("welcomeRecoveredButton"))->click();
+    auto *dialog = m_window->findChild<QDialog *>(s("recoveredFilesDialog"));
+    QCOMPARE(rows(*dialog),
+        (QStringList { s("Unknown file (damaged): This copy is damaged and can't be opened"),
+            s("files/a.fake: The file is no longer there") }));
+    auto *table = dialog->findChild<QTableWidget *>(s("recoveredFilesTable"));
+    auto *discard = dialog->findChild<QPushButton *>(s("discardRecoveredButton"));
+    table->selectRow(0);
+    QVERIFY(!dialog->findChild<QPushButton *>(s("openRecoveredButton"))->isEnabled());
+    QVERIFY(!dialog->findChild<QPushButton *>(s("openRecoveredForButton"))->isEnabled());
+    for (const auto reply : { QMessageBox::Cancel, QMessageBox::Discard, QMessageBox::Discard }) {
+        const int before = table->rowCount();
+        discard->click();
+        box("discardRecoveredPrompt")->button(reply)->click();
+        QTRY_VERIFY(!box("discardRecoveredPrompt"));
+        QCOMPARE(table->rowCount(), before - (reply == QMessageBox::Discard ? 1 : 0));
+        QCOMPARE(copies().size(), table->rowCount());
+        QTest::qWait(1); // the box is destroyed
+    }
+    QVERIFY(!discard->isEnabled());
+    dialog->reject();
+    QTRY_VERIFY(!m_window->findChild<QAbstractButton *>(s("welcomeRecoveredButton")));
 }
 
 QTEST_MAIN(tst_FileRecovery)

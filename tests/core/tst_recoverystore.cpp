@@ -42,7 +42,7 @@ extern "C" Q_DECL_EXPORT ssize_t write(int descriptor, const void *bytes, size_t
 
 namespace {
 
-const QByteArray key = RecoveryStore::keyOf(QStringLiteral("/nowhere/extension.xml"));
+const Core::RecoveryKey key = RecoveryStore::keyOf(QStringLiteral("/nowhere/extension.xml"));
 
 unsigned modeOf(const QString &path)
 {
@@ -142,14 +142,14 @@ void tst_RecoveryStore::directory()
 void tst_RecoveryStore::keys()
 {
     const QString path = m_dir->filePath(QStringLiteral("a.xml"));
-    const QByteArray missing = RecoveryStore::keyOf(path);
+    const QByteArray missing = RecoveryStore::keyOf(path).hash;
     writeFile(path, "x");
     const QString link = m_dir->filePath(QStringLiteral("link.xml"));
     QVERIFY(QFile::link(path, link));
-    QCOMPARE(RecoveryStore::keyOf(path), missing);
-    QCOMPARE(RecoveryStore::keyOf(link), missing);
-    QCOMPARE(RecoveryStore::keyOf(m_dir->filePath(QStringLiteral("./b/../a.xml"))), missing);
-    QVERIFY(RecoveryStore::keyOf(m_dir->filePath(QStringLiteral("b.xml"))) != missing);
+    QCOMPARE(RecoveryStore::keyOf(path).hash, missing);
+    QCOMPARE(RecoveryStore::keyOf(link).hash, missing);
+    QCOMPARE(RecoveryStore::keyOf(m_dir->filePath(QStringLiteral("./b/../a.xml"))).hash, missing);
+    QVERIFY(RecoveryStore::keyOf(m_dir->filePath(QStringLiteral("b.xml"))).hash != missing);
 }
 
 void tst_RecoveryStore::rights()
@@ -184,9 +184,10 @@ void tst_RecoveryStore::offered_data()
     row("of another boot", "boot", QStringLiteral("another"), true);
     row("of another user's process", "pid", QStringLiteral("1"), false);
     row("of nobody", "pid", QString(), true);
-    row("of another file", "file", QString::fromLatin1(QByteArray(key).toUpper()), false, true);
+    row("of another file", "file", QString::fromLatin1(key.hash.toUpper()), false, true);
     row("with another check sum", "sha256", QStringLiteral("00"), false, true);
     row("without a time", "time", QString(), false, true);
+    row("without a header", "", QString(), false, true);
 }
 
 void tst_RecoveryStore::offered()
@@ -216,16 +217,24 @@ void tst_RecoveryStore::offered()
     // The start belongs to the process; without one the number alone is compared.
     if (field == QLatin1String("pid") && value != QString::number(ProcessIdentity::current().pid))
         changeHeader(QStringLiteral("start"), QString());
-    changeHeader(field, value);
-    if (damaged)
+    if (field.isEmpty())
+        writeFile(file(), "no header\ndata");
+    else
+        changeHeader(field, value);
+    if (damaged) {
+        changeHeader(QStringLiteral("boot"), QStringLiteral("another"));
         QTest::ignoreMessage(
             QtWarningMsg, QRegularExpression(QRegularExpression::escape(file()) + QStringLiteral(".*damaged")));
+    }
 
     const std::vector<RecoveryCopy> copies = store.abandoned(key);
     if (zombie != 0)
         ::waitpid(zombie, nullptr, 0);
     QCOMPARE(!copies.empty(), offered);
-    QVERIFY(store.abandoned(QByteArray("another")).empty());
+    const std::vector<RecoveryCopy> listed = store.abandoned();
+    QCOMPARE(listed.size(), std::size_t(offered || damaged ? 1 : 0));
+    QVERIFY(listed.empty() || (listed.front().damaged == damaged && listed.front().key.hash == key.hash));
+    QVERIFY(store.abandoned(RecoveryStore::keyOf(QStringLiteral("/another"))).empty());
     if (offered) {
         QCOMPARE(copies.front().originalHash, QByteArray("hash"));
         QCOMPARE(copies.front().data, QByteArray("da\0ta\n", 6));
@@ -248,7 +257,7 @@ void tst_RecoveryStore::newestFirst()
     }
     for (int i = 0; i < names.size(); ++i)
         QVERIFY(QFile::rename(names.at(i),
-            m_path + QStringLiteral("/%1-%2.recovery").arg(QString::fromLatin1(key)).arg(1'000'000'000 + i)));
+            m_path + QStringLiteral("/%1-%2.recovery").arg(QString::fromLatin1(key.hash)).arg(1'000'000'000 + i)));
     QList<QByteArray> found;
     for (const RecoveryCopy &copy : store.abandoned(key))
         found.append(copy.data.left(4));
@@ -269,7 +278,7 @@ void tst_RecoveryStore::replacedAtOnce()
 
     // Of a process that nobody will come after, unlike the one that still writes.
     const QString others
-        = m_path + QLatin1Char('/') + QString::fromLatin1(key) + QStringLiteral("-%1.recovery.unfinished");
+        = m_path + QLatin1Char('/') + QString::fromLatin1(key.hash) + QStringLiteral("-%1.recovery.unfinished");
     writeFile(others.arg(2'000'000'000), "half");
     writeFile(others.arg(1), "half");
     QVERIFY(store.abandoned(key).empty());

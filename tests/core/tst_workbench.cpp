@@ -36,6 +36,11 @@ private slots:
     void saveReadOnly();
     void saveBeyondFileSizeLimit();
     void saveWithoutDisplay();
+    void misencodedName_data();
+    void misencodedName();
+    void outputNobodyTakes_data();
+    void outputNobodyTakes();
+    void settingsThatAreNoFile();
     void brokenPlugins();
     void withoutCore();
     void screenshot();
@@ -214,21 +219,111 @@ void tst_Workbench::saveWithoutDisplay()
     QCOMPARE(result.code, 0);
 }
 
+void tst_Workbench::misencodedName_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("error");
+
+    const QString file
+        = QStringLiteral("The name of the file, or of a directory above it, is not in the encoding of the system.\n");
+    const auto row = [](const char *name, const char *command, int code, const QString &error) {
+        QTest::newRow(name) << QString::fromLatin1(command) << code << error;
+    };
+    row("directory", "\"$@\" --save \"$PWD/$d/a.fake\"", 1, file);
+    row("directory, in the C locale", "LC_ALL=C \"$@\" --save \"$PWD/$d/a.fake\"", 1, file);
+    row("current directory", "cd \"$d\" && \"$@\" --save a.fake", 1, file);
+    row("file", "cp a.fake \"$d.fake\" && \"$@\" --save \"$d.fake\"", 1, file);
+    row("directory of plug-ins", "\"$@\" --plugin-path \"$d\" --save a.fake", 0,
+        QStringLiteral(": the name is not in the encoding of the system\n"));
+    row("picture", "\"$@\" --screenshot \"$d.png\" a.fake", 1,
+        QStringLiteral(" is not in the encoding of the system\n"));
+}
+
+void tst_Workbench::misencodedName()
+{
+    QFETCH(QString, command);
+    QFETCH(int, code);
+    QFETCH(QString, error);
+    makeFile(QStringLiteral("a.fake"), "<fake/>");
+    const QString script
+        = QStringLiteral("cd \"$0\" && d=$(printf 'd\\351') && mkdir \"$d\" && cp a.fake \"$d\" && ") + command;
+    const Result result
+        = run(withPlugins({}), m_environment, { QStringLiteral("sh"), QStringLiteral("-c"), script, m_dir->path() });
+    // What Qt can't name it can't remove either.
+    QCOMPARE(QProcess::execute(QStringLiteral("rm"), { QStringLiteral("-r"), m_dir->path() }), 0);
+    QVERIFY2(result.error.endsWith(error) && result.error.count(QLatin1Char('\n')) == 1, qPrintable(result.error));
+    QCOMPARE(result.code, code);
+}
+
+void tst_Workbench::outputNobodyTakes_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("error");
+
+    const QString full = QStringLiteral("the standard output can't be written: No space left on device\n");
+    for (const char *option : { "--help", "--version", "--timings a.fake" })
+        QTest::newRow(option) << QStringLiteral("\"$@\" %1 > /dev/full").arg(QString::fromLatin1(option)) << 1 << full;
+    // Its number is not to be that of another file.
+    QTest::newRow("closed") << QStringLiteral("\"$@\" --timings a.fake >&-") << 1
+                            << QStringLiteral("the standard output can't be written: Bad file descriptor\n");
+    // A pipe that had a reader when it was opened.
+    QTest::newRow("messages") << QStringLiteral(
+        "mkfifo pipe && exec 3<> pipe && exec 2> pipe 3<&- && \"$@\" --save a.fake")
+                              << 0 << QString();
+}
+
+void tst_Workbench::outputNobodyTakes()
+{
+    QFETCH(QString, command);
+    QFETCH(int, code);
+    QFETCH(QString, error);
+    // Saving it comes with a warning.
+    makeFile(QStringLiteral("a.fake"), R"(<fake save="instruction"/>)");
+    m_current = m_dir->path();
+    const Result result = run(
+        withPlugins({}), m_environment, { QStringLiteral("sh"), QStringLiteral("-c"), command, QStringLiteral("sh") });
+    QVERIFY2(result.error.endsWith(error), qPrintable(result.error));
+    QCOMPARE(result.code, code);
+}
+
+void tst_Workbench::settingsThatAreNoFile()
+{
+    const QString path = m_dir->filePath(QStringLiteral("config/ExtPoint/extpoint-workbench.conf"));
+    QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+    QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    QProcess process;
+    process.setProcessEnvironment(m_environment);
+    process.start(QStringLiteral(EXTPOINT_BINARY_DIR "/bin/extpoint-workbench"),
+        withPlugins({ makeFile(QStringLiteral("a.fake"), "<fake/>") }));
+    QString error;
+    const auto told = [&] { return error += QString::fromUtf8(process.readAllStandardError()); };
+    QTRY_COMPARE_WITH_TIMEOUT(told(), path + QStringLiteral(": not a regular file, so no settings are kept\n"), 20'000);
+    process.terminate();
+    QVERIFY(process.waitForFinished(20'000));
+    QCOMPARE(process.exitCode(), 0);
+}
+
 void tst_Workbench::brokenPlugins()
 {
     const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
-    const QString missing = m_dir->filePath(QStringLiteral("nowhere"));
+    const QString missing = m_dir->filePath(QStringLiteral("no\nwhere"));
     QFile intact(QStringLiteral(EXTPOINT_BINARY_DIR "/tests/fakeplugins/libFakePlugin.so"));
     QVERIFY(intact.open(QIODevice::ReadOnly));
-    const QString damaged = makeFile(QStringLiteral("libdamaged.so"), intact.read(2000));
+    QString damaged = makeFile(QStringLiteral("libdam\naged.so"), intact.read(2000));
     const Result result = run(withPlugins({ QStringLiteral("--plugin-path"), missing, QStringLiteral("--plugin-path"),
                                   m_dir->path(), QStringLiteral("--save"), path }),
         m_environment);
     QCOMPARE(result.code, 0);
     const QStringList lines = result.error.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), 2);
+    const QLatin1Char inPlace('?');
+    damaged.replace(QLatin1Char('\n'), inPlace);
     QVERIFY2(lines.at(0).startsWith(damaged + QLatin1String(": ")), qPrintable(lines.at(0)));
-    QCOMPARE(lines.at(1), QStringLiteral("extpoint-workbench: %1: no such directory").arg(missing));
+    QCOMPARE(lines.at(1),
+        QStringLiteral("extpoint-workbench: %1: no such directory")
+            .arg(QString(missing).replace(QLatin1Char('\n'), inPlace)));
 }
 
 void tst_Workbench::withoutCore()

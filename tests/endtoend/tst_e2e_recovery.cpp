@@ -134,13 +134,15 @@ void tst_E2eRecovery::ended_data()
     QTest::addColumn<int>("signal");
     QTest::addColumn<bool>("atOnce");
     QTest::addColumn<bool>("theirs");
+    QTest::addColumn<bool>("moved");
 
-    QTest::newRow("killed") << SIGKILL << false << false;
-    QTest::newRow("killed, the file changed before the next start") << SIGKILL << false << true;
-    QTest::newRow("told to end") << SIGTERM << true << false;
-    QTest::newRow("interrupted") << SIGINT << true << false;
-    QTest::newRow("its terminal closed") << SIGHUP << true << false;
-    QTest::newRow("its display gone") << 0 << true << false;
+    QTest::newRow("killed") << SIGKILL << false << false << false;
+    QTest::newRow("killed, the file changed before the next start") << SIGKILL << false << true << false;
+    QTest::newRow("killed, the directory renamed before the next start") << SIGKILL << false << false << true;
+    QTest::newRow("told to end") << SIGTERM << true << false << false;
+    QTest::newRow("interrupted") << SIGINT << true << false << false;
+    QTest::newRow("its terminal closed") << SIGHUP << true << false << false;
+    QTest::newRow("its display gone") << 0 << true << false << false;
 }
 
 void tst_E2eRecovery::ended()
@@ -148,6 +150,7 @@ void tst_E2eRecovery::ended()
     QFETCH(int, signal);
     QFETCH(bool, atOnce);
     QFETCH(bool, theirs);
+    QFETCH(bool, moved);
     QVERIFY2(openSample(), qPrintable(m_workbench->problem()));
     QVERIFY2(rename(QStringLiteral("Chart layers"), QStringLiteral("Sheets"), QStringLiteral("Return")),
         qPrintable(m_workbench->problem()));
@@ -166,6 +169,10 @@ void tst_E2eRecovery::ended()
     QByteArray onDisk = m_original;
     if (theirs)
         replaceFile(m_file, onDisk.replace("Chart layers", "Their layers"));
+    if (moved) {
+        QVERIFY(QDir(m_product->plugins()).rename(QStringLiteral("chartdesk"), QStringLiteral("desk")));
+        m_file = m_product->fileOf(QStringLiteral("desk"));
+    }
 
     STEP(*m_workbench, open(m_file));
     EVENTUALLY(isShown("recoveryBar"), true);

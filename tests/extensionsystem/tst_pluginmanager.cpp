@@ -287,6 +287,8 @@ void TestPluginManager::files_data()
     const QByteArray whole = pluginBytes(QStringLiteral("b"));
     QByteArray otherClass = whole;
     otherClass[4] = static_cast<char>(3 - otherClass.at(4));
+    QByteArray otherMachine = whole;
+    otherMachine[18] = static_cast<char>(~whole.at(18));
     QByteArray noSections = whole;
     noSections.replace(40, 8, QByteArray(8, '\0'));
     QByteArray farSections = whole;
@@ -313,6 +315,7 @@ void TestPluginManager::files_data()
     row("half", "p.so", whole.left(whole.size() / 2), "p Invalid: the file is truncated");
     row("one byte missing", "p.so", whole.left(whole.size() - 1), "p Invalid: the file is truncated");
     row("another word size", "p.so", otherClass, "p Invalid: the file was built for another machine");
+    row("another machine", "p.so", otherMachine, "p Invalid: the file was built for another machine");
     row("no sections", "p.so", noSections, "");
     row("sections out of reach", "p.so", farSections, "p Invalid: the file is truncated");
     row("section too big", "p.so", bigSection, "p Invalid: the file is truncated");
