@@ -152,18 +152,24 @@ void FileSaving::ask(const SaveReport &report)
     m_question->setTextFormat(Qt::PlainText);
     m_question->setInformativeText(report.advice);
     m_question->setDetailedText(report.remarks.join(QLatin1Char('\n')));
-    const QPushButton *anyway = m_question->addButton(tr("&Save Anyway"), QMessageBox::AcceptRole);
+    const QAbstractButton *anyway = m_question->addButton(tr("&Save Anyway"), QMessageBox::AcceptRole);
     m_question->setDefaultButton(QMessageBox::Cancel);
-    // After the box is gone: saving may take a while, and may be followed by closing the window.
-    connect(m_question, &QDialog::finished, this,
-        [this, report, saves = QPointer<const QAbstractButton>(anyway), box = m_question.data()] {
-            if (m_step != Step::Asking)
-                return;
-            if (saves && box->clickedButton() == saves)
-                write(report);
-            else
-                giveUp();
-        });
+    connect(m_question, &QDialog::finished, this, [this, report, anyway, box = m_question.data()] {
+        if (m_step != Step::Asking)
+            return;
+        if (box->clickedButton() != anyway) {
+            giveUp();
+            return;
+        }
+        // After the box is gone: saving may take a while, and may be followed by closing the window.
+        QMetaObject::invokeMethod(
+            this,
+            [this, report] {
+                if (m_step == Step::Asking)
+                    write(report);
+            },
+            Qt::QueuedConnection);
+    });
     m_question->open();
 }
 
@@ -184,9 +190,8 @@ void FileSaving::write(const SaveReport &report)
         return;
     }
     tell(path, report);
-    // Later: what follows may be the end of the window, and of the question that led here.
     if (then)
-        QTimer::singleShot(0, this, then);
+        then();
 }
 
 void FileSaving::tell(const QString &path, const SaveReport &report)

@@ -27,7 +27,7 @@ void passOn(QtMsgType type, const QMessageLogContext &context, const QString &te
     // What ends the program is the toolkit's own text, in more than one line.
     if (type == QtFatalMsg)
         defaultHandler(type, context, text);
-    else if (verbose || type != QtWarningMsg || !isIdle(text))
+    else if (verbose || !isIdle(text))
         defaultHandler(type, context, Utils::oneLine(text));
 }
 

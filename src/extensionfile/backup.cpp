@@ -97,8 +97,8 @@ QStringList Backup::keptOf(const QString &path)
     const QByteArray name = nameOf(QFile::encodeName(path));
     for (int number = 0; number < maximumKept; ++number) {
         const QString fileName = fileOf(name, number);
-        const int problem = UnfinishedFile::probe(QFile::encodeName(fileName));
-        if (problem != ENOENT && problem != ENOTDIR && problem != EWOULDBLOCK)
+        // While a save goes on, its backup is locked.
+        if (QFile::exists(fileName) && UnfinishedFile::probe(QFile::encodeName(fileName)) != EWOULDBLOCK)
             kept.append(fileName);
     }
     return kept;

@@ -116,7 +116,7 @@ Core::SaveReport SaveReportTexts::of(const ::SaveReport &report)
                 lost)
                   .arg(names(report.unread()));
         texts.advice = text(QT_TRANSLATE_NOOP("SaveReport",
-            "Repair the files of these plug-ins, or wait until they have been read, and open this one again."));
+            "Repair the files of these plug-ins and open this one again, or wait until they have been read."));
     }
     return texts;
 }

@@ -211,6 +211,8 @@ void tst_E2eRealizationScan::aDeadNeighbour()
     STEP(*m_desk, definitionPage());
     STEP(workbench, click(Place::widget(s("restoreButton"))));
     EVENTUALLY(workbench.tree(s("defintionTree")).value(1).trimmed(), s("Kept"));
+    STEP(*m_desk, realizationPage());
+    EVENTUALLY(workbench.topRows(s("realizationTree")), 60 + 1);
     for (const bool anyway : { false, true }) {
         STEP(workbench, key(s("ctrl+s")));
         EVENTUALLY(isShown("saveNowButton"), true);
@@ -232,11 +234,13 @@ void tst_E2eRealizationScan::aDeadNeighbour()
 
     STEP(*this, rename(s("Again")));
     QVERIFY(workbench.program().signal(SIGTERM));
-    STEP(workbench, ended());
+    QCOMPARE(workbench.program().result().code, 0);
     QCOMPARE(copyCount(), 1);
 
+    // Closing waits for nobody either.
     STEP(*m_desk, openWhileReading(s("a-shell")));
-    STEP(workbench, close());
+    STEP(workbench, key(s("alt+F4")));
+    QCOMPARE(workbench.program().result().code, 0);
 }
 
 QTEST_GUILESS_MAIN(tst_E2eRealizationScan)

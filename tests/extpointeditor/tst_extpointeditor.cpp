@@ -389,9 +389,12 @@ void TestExtPointEditor::recoveryData()
     QVERIFY(recoverable);
     QCOMPARE(recoverable->recoveryData(), QByteArray());
     QCOMPARE(editor.open(path), Core::IDocument::OpenResult::Success);
-    // What is translatable is not known yet.
+    // What is translatable is not known yet; the marks are kept as they were read.
     QVERIFY(editor.busy());
-    QCOMPARE(recoverable->recoveryData(), QByteArray());
+    const auto markedValues = [](const QByteArray &file) {
+        return QString::fromUtf8(file).count(QRegularExpression(s("=\"[^\"]*tr\\('")));
+    };
+    QVERIFY(markedValues(recoverable->recoveryData()) >= markedValues(original));
     QTRY_VERIFY(!editor.busy());
     QVERIFY(QMetaObject::invokeMethod(editor.widget(), "modified", Q_ARG(bool, true)));
     const QByteArray data = recoverable->recoveryData();
