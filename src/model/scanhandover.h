@@ -2,6 +2,7 @@
 
 #include "announcement.h"
 #include "extensionfile/regularfile.h"
+#include "scanbudget.h"
 
 #include <condition_variable>
 #include <memory>
@@ -36,6 +37,8 @@ public:
     /// Blocks until file @p index has arrived. Only for a file that was claimed, else nobody would bring it.
     void waitFor(int index);
 
+    [[nodiscard]] ScanBudget *budget() { return &m_budget; }
+
     /// The receiver is going: nothing is started any more, and what still arrives is destroyed.
     void abandon();
 
@@ -51,6 +54,7 @@ private:
     std::condition_variable m_arrived;
     std::vector<Slot> m_slots;
     const ExtensionFile::FileIdentity m_opened;
+    ScanBudget m_budget;
     ScanSequence *m_receiver;
     int m_awaited = -1;
 };

@@ -62,7 +62,8 @@ void ScanSequence::complete()
     const QPointer<ScanSequence> alive(this);
     for (int i = m_next + (m_haveCurrent ? 1 : 0); i < m_paths.size(); ++i) {
         if (m_handover->claim(i))
-            m_handover->put(i, m_paths.at(i), TaskRead::read(m_paths.at(i), m_roots.points, m_roots.data, thread()));
+            m_handover->put(i, m_paths.at(i),
+                TaskRead::read(m_paths.at(i), m_roots.points, m_roots.data, thread(), m_handover->budget()));
         else
             m_handover->waitFor(i);
     }

@@ -1,13 +1,17 @@
 #include "taskread.h"
 
+#include "extensionfile/logging.h"
 #include "extensionfile/reader.h"
 #include "modellog.h"
 #include "pointtreewidgetitem.h"
+#include "scanbudget.h"
 #include "scanhandover.h"
 #include "siblingsink.h"
 
 #include <QFileInfo>
 #include <QThread>
+
+#include <mutex>
 
 #include <utility>
 
@@ -16,6 +20,9 @@ namespace {
 // A file beyond this may be taken in in more than one portion. Guarding its nodes takes as long as such a portion, so
 // it is done here, before anybody waits.
 constexpr size_t announcementsTakenInAtOnce = 1000;
+
+// Bytes. Hand-made files stay below; one of a few bytes for each element makes hundreds of times as much of itself.
+constexpr qint64 largeFileSize = 1024 * 1024;
 
 QString directoryOf(const QString &path)
 {
@@ -47,33 +54,46 @@ void TaskRead::run()
     (void)m_ready.load(std::memory_order_acquire);
     if (m_handover) {
         if (m_handover->claim(m_index))
-            m_handover->put(m_index, m_path, read(m_path, m_pointsRoot, m_dataRoot, m_nodeThread));
+            m_handover->put(
+                m_index, m_path, read(m_path, m_pointsRoot, m_dataRoot, m_nodeThread, m_handover->budget()));
         return;
     }
     SiblingSink sink(directoryOf(m_path), m_pointsRoot, m_dataRoot, SiblingSink::EarlierFormats::Repeat);
-    const std::unique_ptr<ScannedFile> file = build(m_path, sink, m_nodeThread);
+    const std::unique_ptr<ScannedFile> file = build(m_path, sink, m_nodeThread, nullptr);
     while (file && !file->atEnd())
         announce(*file->next());
 }
 
-std::unique_ptr<ScannedFile> TaskRead::read(
-    const QString &path, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot, QThread *thread)
+std::unique_ptr<ScannedFile> TaskRead::read(const QString &path, PointTreeWidgetItem *pointsRoot,
+    PointTreeWidgetItem *dataRoot, QThread *thread, ScanBudget *budget)
 {
+    // One at a time: until it is known what they bring, all together may take any amount of memory.
+    static std::mutex largeFiles;
+    std::unique_lock<std::mutex> alone(largeFiles, std::defer_lock);
+    if (QFileInfo(path).size() > largeFileSize)
+        alone.lock();
     // The manager knows the formats of the earlier data sets by then.
     SiblingSink sink(directoryOf(path), pointsRoot, dataRoot, SiblingSink::EarlierFormats::Omit);
-    std::unique_ptr<ScannedFile> file = build(path, sink, thread);
+    std::unique_ptr<ScannedFile> file = build(path, sink, thread, budget);
     if (file && file->announcements().size() > announcementsTakenInAtOnce)
         file->putAside();
     return file;
 }
 
-std::unique_ptr<ScannedFile> TaskRead::build(const QString &path, SiblingSink &sink, QThread *thread)
+std::unique_ptr<ScannedFile> TaskRead::build(
+    const QString &path, SiblingSink &sink, QThread *thread, ScanBudget *budget)
 {
     if (path.isEmpty())
         return nullptr;
     ExtensionFile::ReadError error;
     if (!ExtensionFile::readFile(path, sink, &error))
         return nullptr;
+    if (budget && !budget->take(sink.nodeCount(), sink.textSize())) {
+        qCWarning(scanLog).noquote() << ExtensionFile::oneLine(path)
+                + QLatin1String(": Not taken in: the files of all plug-ins together have "
+                                "too many elements or too much text.");
+        return nullptr;
+    }
     return sink.take(thread);
 }
 

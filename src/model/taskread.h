@@ -11,6 +11,7 @@
 
 class PointTreeWidgetItem;
 class QThread;
+class ScanBudget;
 class ScanHandover;
 class SiblingSink;
 
@@ -35,11 +36,11 @@ public:
 
     void run() override;
 
-    /// Reads @p path for a scan; null when there is no such file or it can't be read or parsed. The nodes get the
-    /// affinity of
-    /// @p thread. Any thread.
-    [[nodiscard]] static std::unique_ptr<ScannedFile> read(
-        const QString &path, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot, QThread *thread);
+    /// Reads @p path for a scan; null when there is no such file, when it can't be read or parsed and, which is logged,
+    /// when it brings more than is left of @p budget (null: any amount). The nodes get the affinity of @p thread. Any
+    /// thread.
+    [[nodiscard]] static std::unique_ptr<ScannedFile> read(const QString &path, PointTreeWidgetItem *pointsRoot,
+        PointTreeWidgetItem *dataRoot, QThread *thread, ScanBudget *budget = nullptr);
 
 Q_SIGNALS:
     void definData(QString key, PointTreeWidgetItem *item);
@@ -49,7 +50,8 @@ Q_SIGNALS:
     void layoutRelization(PointTreeWidgetItem *layout);
 
 private:
-    [[nodiscard]] static std::unique_ptr<ScannedFile> build(const QString &path, SiblingSink &sink, QThread *thread);
+    [[nodiscard]] static std::unique_ptr<ScannedFile> build(
+        const QString &path, SiblingSink &sink, QThread *thread, ScanBudget *budget);
     void announce(const Announcement &announcement);
 
     QString m_path;
