@@ -3,7 +3,7 @@
 #include "definitions.h"
 #include "extensionfile/attributes.h"
 #include "extensionfile/writer.h"
-#include "pointtreewidgetitem.h"
+#include "subtree.h"
 #include "translatablekeys.h"
 
 #include <QFileInfo>
@@ -62,10 +62,15 @@ QByteArray ModelWriter::write(const PointTreeWidgetItem *definitionRoot, const P
                 writer.startElement(set->kind());
                 writeAttributes(writer, set->properties());
                 for (PointObject *child : set->children()) {
-                    if (side == definitionRoot)
-                        writeDefinition(writer, child->item());
-                    else
-                        writeRealization(writer, child->item());
+                    walkSubtree(
+                        child->item(),
+                        [&](const PointTreeWidgetItem *node) {
+                            if (side == definitionRoot)
+                                startDefinition(writer, node);
+                            else
+                                startRealization(writer, node);
+                        },
+                        [&writer](const PointTreeWidgetItem *) { writer.endElement(); });
                 }
                 writer.endElement();
             }
@@ -75,19 +80,16 @@ QByteArray ModelWriter::write(const PointTreeWidgetItem *definitionRoot, const P
     return writer.finish();
 }
 
-void ModelWriter::writeDefinition(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node)
+void ModelWriter::startDefinition(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node)
 {
     writer.startElement(node->kind());
     for (const PropertyHash::Entry &entry : node->properties()) {
         if (!isTypeKey(entry.key) && !leftOutOfDefinition(node, entry.key))
             writer.attribute(entry.key, entry.value.toString());
     }
-    for (PointObject *child : node->children())
-        writeDefinition(writer, child->item());
-    writer.endElement();
 }
 
-void ModelWriter::writeRealization(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node)
+void ModelWriter::startRealization(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node)
 {
     learn(node);
     writer.startElement(node->kind());
@@ -98,9 +100,6 @@ void ModelWriter::writeRealization(ExtensionFile::Writer &writer, const PointTre
         const bool wrapped = !value.isEmpty() && m_translatable.isTranslatable(entry.key);
         writer.attribute(entry.key, wrapped ? ExtensionFile::withTranslationMarks(value) : value);
     }
-    for (PointObject *child : node->children())
-        writeRealization(writer, child->item());
-    writer.endElement();
 }
 
 void ModelWriter::learn(const PointTreeWidgetItem *node)

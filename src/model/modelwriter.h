@@ -27,8 +27,8 @@ public:
         const PointTreeWidgetItem *definitionRoot, const PointTreeWidgetItem *realizationRoot);
 
 private:
-    void writeDefinition(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node);
-    void writeRealization(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node);
+    void startDefinition(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node);
+    void startRealization(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node);
 
     void learn(const PointTreeWidgetItem *node);
 
