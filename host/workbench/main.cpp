@@ -11,9 +11,14 @@
 #include <QMessageBox>
 #include <QThreadPool>
 
+#include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -69,6 +74,24 @@ int answerAtOnce(const Core::CommandLine &commandLine)
         break;
     }
     return -1;
+}
+
+/// Whether a few more files can be opened. Without them libraries that the toolkit loads end the process on the spot.
+bool hasFreeDescriptors()
+{
+    constexpr int wanted = 32;
+    std::array<int, wanted> opened {};
+    int count = 0;
+    for (; count < wanted; ++count) {
+        opened[size_t(count)] = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0);
+        if (opened[size_t(count)] < 0)
+            break;
+    }
+    // Where there is no such stream, nothing is known.
+    const bool known = count > 0 || errno != EBADF;
+    for (int i = 0; i < count; ++i)
+        ::close(opened[size_t(i)]);
+    return count == wanted || !known;
 }
 
 /// Saving shows no window, so that it works where there is no display to show it on.
@@ -166,6 +189,10 @@ int main(int argc, char **argv)
     const int answer = answerAtOnce(commandLine);
     if (answer >= 0)
         return answer;
+    if (!hasFreeDescriptors()) {
+        print(stderr, QStringLiteral("extpoint-workbench: Too few files may be open at once (see \"ulimit -n\").\n"));
+        return EXIT_FAILURE;
+    }
     useNoDisplayIfPossible(commandLine);
     forgetCurrentDirectory("QT_PLUGIN_PATH");
     forgetCurrentDirectory("QT_QPA_PLATFORM_PLUGIN_PATH");

@@ -1,5 +1,7 @@
 #include "tablecells.h"
 
+#include "extensionfile/showntext.h"
+
 #include <QHeaderView>
 #include <QTableWidget>
 
@@ -7,6 +9,23 @@ namespace {
 
 // Pixels: an empty column stays wide enough to aim at.
 constexpr int minimumColumnWidth = 56;
+
+/// Whether the cell has shown something else. One that is not there yet is made.
+bool setCell(QTableWidget *table, int row, int column, const QString &text)
+{
+    const QString shown = ExtensionFile::shown(text);
+    QTableWidgetItem *cell = table->item(row, column);
+    if (cell && cell->text() == shown)
+        return false;
+    if (!cell) {
+        cell = new QTableWidgetItem;
+        cell->setFlags(cell->flags() & ~Qt::ItemIsEditable);
+        table->setItem(row, column, cell);
+    }
+    cell->setText(shown);
+    cell->setToolTip(shown);
+    return true;
+}
 
 } // namespace
 
@@ -23,12 +42,8 @@ void TableCells::appendRow(QTableWidget *table, const QStringList &texts)
 {
     const int row = table->rowCount();
     table->insertRow(row);
-    for (int column = 0; column < texts.size(); ++column) {
-        auto *cell = new QTableWidgetItem(texts.at(column));
-        cell->setFlags(cell->flags() & ~Qt::ItemIsEditable);
-        cell->setToolTip(cell->text());
-        table->setItem(row, column, cell);
-    }
+    for (int column = 0; column < texts.size(); ++column)
+        setCell(table, row, column, texts.at(column));
 }
 
 void TableCells::fit(QTableWidget *table)
@@ -40,24 +55,12 @@ void TableCells::fit(QTableWidget *table)
 
 void TableCells::setRows(QTableWidget *table, const QList<QStringList> &rows)
 {
-    while (table->rowCount() > rows.size())
-        table->removeRow(table->rowCount() - 1);
+    // At once: with each row that comes or goes alone, the table goes through all of them.
+    table->setRowCount(rows.size());
     bool changed = false;
     for (int row = 0; row < rows.size(); ++row) {
-        if (row == table->rowCount()) {
-            appendRow(table, rows.at(row));
-            changed = true;
-            continue;
-        }
-        for (int column = 0; column < rows.at(row).size(); ++column) {
-            QTableWidgetItem *cell = table->item(row, column);
-            const QString &text = rows.at(row).at(column);
-            if (!cell || cell->text() == text)
-                continue;
-            cell->setText(text);
-            cell->setToolTip(text);
-            changed = true;
-        }
+        for (int column = 0; column < rows.at(row).size(); ++column)
+            changed = setCell(table, row, column, rows.at(row).at(column)) || changed;
     }
     if (changed)
         fit(table);
@@ -65,11 +68,8 @@ void TableCells::setRows(QTableWidget *table, const QList<QStringList> &rows)
 
 void TableCells::setText(QTableWidget *table, int row, int column, const QString &text)
 {
-    if (QTableWidgetItem *cell = table->item(row, column)) {
-        cell->setText(text);
-        cell->setToolTip(text);
+    if (table->item(row, column) && setCell(table, row, column, text))
         fit(table);
-    }
 }
 
 void TableCells::prepare(QTableWidget *table, const QString &accessibleName)

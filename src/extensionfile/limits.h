@@ -12,10 +12,10 @@ struct Limits
     /// Bytes. Large hand-made files stay under 1 MiB; this is read into memory whole, together with one decoded copy.
     qint64 maximumFileSize = 64 * 1024 * 1024;
 
-    /// Levels of elements, the root being the first. The parser itself needs no stack, but what is built from it does:
-    /// rows destroy the rows under them, and views lay them out, by recursion. This is twice what has to work, and
-    /// leaves an 8 MiB stack 4 KiB for each level.
-    int maximumDepth = 2'000;
+    /// Levels of elements, the root being the first. Neither the parser nor the model needs any stack for them, but the
+    /// views of the toolkit lay rows out by recursion: this many levels take a quarter of a stack of 512 KiB, which is
+    /// as little as threads are given. 1,000 levels of points or of data have to work.
+    int maximumDepth = 1'024;
 
     /// Elements of a document. Each becomes a tree row of several hundred bytes out of as few as four bytes of file.
     int maximumElements = 1'000'000;
@@ -36,6 +36,13 @@ struct Limits
 
     /// Characters that one reference to a declared entity may become, everything nested in it included.
     int maximumEntityLength = 4'096;
+
+    /// Nodes, of all siblings that are read in one scan: about 1 GB of memory. Each sibling may have a million by
+    /// itself, and nobody has asked for any of them. 8,000 plug-ins of a hundred elements have 800,000.
+    qint64 maximumScanElements = 2'000'000;
+
+    /// Characters of all their attributes, at two bytes each.
+    qint64 maximumScanAttributeText = 256 * 1024 * 1024;
 
     /// References to declared entities in a document. With the length above this bounds what a small file can expand
     /// to.

@@ -26,7 +26,7 @@ bool Definitions::attributes(const QString &kind, const QString &pointId, Attrib
     const Nodes definitions = of(kind.toLower(), pointId);
     if (definitions.isEmpty())
         return false;
-    const Nodes declared = declarations(definitions.constFirst());
+    const Nodes declared = declarations(definitions.constFirst()).mid(0, mostDeclarations);
     for (PointTreeWidgetItem *declaration : declared) {
         const QString key = declaration->property(QStringLiteral("key")).toString();
         if (!attributes->types.contains(key))
@@ -114,7 +114,7 @@ QString Definitions::realizedKind(const PointTreeWidgetItem *definition)
 PropertyHash Definitions::defaults(const PointTreeWidgetItem *definition)
 {
     PropertyHash defaults;
-    const Nodes declared = declarations(definition);
+    const Nodes declared = declarations(definition).mid(0, mostDeclarations);
     for (PointTreeWidgetItem *declaration : declared) {
         const QString key = declaration->property(QStringLiteral("key")).toString();
         if (ExtensionFile::isValidAttributeName(key))

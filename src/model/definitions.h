@@ -1,5 +1,6 @@
 #pragma once
 
+#include "extensionfile/limits.h"
 #include "propertyhash.h"
 
 #include <QHash>
@@ -37,6 +38,10 @@ public:
     /// plug-in may use the same key for a sub point of its own, so where none under the key belongs to the point, the
     /// ones stored under the point id answer.
     [[nodiscard]] Nodes of(const QString &key, const QString &pointId) const;
+
+    /// Declarations that a record follows: the first ones, so that with what it has of its own it stays within what
+    /// the reader takes.
+    static constexpr int mostDeclarations = ExtensionFile::Limits().maximumAttributesPerElement - 50;
 
     /// False, with @p attributes untouched, when nothing defines a node of this kind at this point.
     [[nodiscard]] bool attributes(const QString &kind, const QString &pointId, Attributes *attributes) const;

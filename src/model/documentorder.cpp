@@ -4,6 +4,8 @@
 
 #include <QVector>
 
+#include <algorithm>
+
 namespace {
 
 /// From the top of the tree down to @p node.
@@ -11,7 +13,8 @@ QVector<PointObject *> pathTo(const PointTreeWidgetItem *node)
 {
     QVector<PointObject *> path;
     for (auto *object = const_cast<PointTreeWidgetItem *>(node); object; object = object->parentItem())
-        path.prepend(object);
+        path.append(object);
+    std::reverse(path.begin(), path.end());
     return path;
 }
 

@@ -1,5 +1,7 @@
 #include "formatmerger.h"
 
+#include "extensionfile/logging.h"
+#include "modellog.h"
 #include "pointtreewidgetitem.h"
 
 #include <QHash>
@@ -65,9 +67,11 @@ bool isWithinFormat(const Item *node)
     return false;
 }
 
-bool rowIsWithin(const QTreeWidgetItem *row, const QTreeWidgetItem *other)
+/// Adds the levels looked at to @p steps.
+bool rowIsWithin(const QTreeWidgetItem *row, const QTreeWidgetItem *other, qint64 *steps)
 {
     for (; row; row = row->parent()) {
+        ++*steps;
         if (row == other)
             return true;
     }
@@ -75,10 +79,11 @@ bool rowIsWithin(const QTreeWidgetItem *row, const QTreeWidgetItem *other)
 }
 
 /// Nothing happens where the node would come to stand under itself, in the lists or in the rows: a node can stand in
-/// two lists, so its parents alone do not tell.
-bool move(Item *node, Item *from, Item *to)
+/// two lists, so its parents alone do not tell. Adds what it took to @p steps.
+bool move(Item *node, Item *from, Item *to, qint64 *steps)
 {
-    if (node->reaches(to) || rowIsWithin(to, node))
+    ++*steps;
+    if (rowIsWithin(to, node, steps) || node->reaches(to))
         return false;
     if (node->QTreeWidgetItem::parent() == from)
         node->takeRow();
@@ -89,6 +94,10 @@ bool move(Item *node, Item *from, Item *to)
     to->QTreeWidgetItem::addChild(node);
     return true;
 }
+
+// A merge may look at so many nodes: one that means well looks at a few for each entry that it brings. Ids and parents
+// that are all the same, or make long chains, would have every entry looked for among all others.
+constexpr qint64 mostSteps = 500'000;
 
 /// Sorts @p some children of @p node as they stand in its list.
 void sortAsListed(const Item *node, Items *some)
@@ -122,6 +131,8 @@ public:
 
     void merge(Item *arrived);
     [[nodiscard]] bool isStale() const { return m_isStale; }
+    /// How many entries the last merge had no time to look for a place for.
+    [[nodiscard]] int leftCount() const { return m_leftCount; }
 
 private:
     struct Match
@@ -148,7 +159,10 @@ private:
 
     void takeInAll();
     void takeInChildren(const Items &children);
+    /// @p node, and what is below it.
     void takeIn(Item *node, Item *holder, QSet<QString> *idsInList);
+    /// @p node alone. False when what is below it is not to be taken in with it.
+    bool takeInOne(Item *node, Item *holder, QSet<QString> *idsInList);
     void noteBelow(const QString &id, Item *node);
     QSet<QString> &idsIn(Item *node);
 
@@ -180,6 +194,8 @@ private:
 
     QSet<const Item *> m_taken; ///< in one go
     QSet<QString> m_newIds;
+    mutable qint64 m_steps = 0; ///< of this merge, see mostSteps
+    int m_leftCount = 0;
     bool m_isStale = false;
 };
 
@@ -191,6 +207,8 @@ FormatMerger::Root::Root(Item *root) : m_root(root)
 
 void FormatMerger::Root::merge(Item *arrived)
 {
+    m_steps = 0;
+    m_leftCount = 0;
     Items newChildren;
     QVector<Match> newEntries;
     bool moved = false;
@@ -201,7 +219,7 @@ void FormatMerger::Root::merge(Item *arrived)
                 continue;
             const Items entries = childItems(child);
             for (Item *entry : entries) {
-                if (!move(entry, child, bar))
+                if (!move(entry, child, bar, &m_steps))
                     continue;
                 moved = true;
                 // A bar that has just come is itself taken in with all that it has by then.
@@ -209,7 +227,7 @@ void FormatMerger::Root::merge(Item *arrived)
                     newEntries.push_back({ bar, entry });
             }
         }
-        if (!moved && move(child, arrived, m_root)) {
+        if (!moved && move(child, arrived, m_root, &m_steps)) {
             newChildren.append(child);
             if (isBar(child))
                 m_bars.append(child);
@@ -262,6 +280,22 @@ void FormatMerger::Root::takeInChildren(const Items &children)
 
 void FormatMerger::Root::takeIn(Item *node, Item *holder, QSet<QString> *idsInList)
 {
+    Items open;
+    if (takeInOne(node, holder, idsInList))
+        open.append(node);
+    while (!open.isEmpty()) {
+        Item *next = open.takeLast();
+        QSet<QString> ids { idOf(next) };
+        const Items children = childItems(next);
+        for (Item *child : children) {
+            if (takeInOne(child, next, &ids))
+                open.append(child);
+        }
+    }
+}
+
+bool FormatMerger::Root::takeInOne(Item *node, Item *holder, QSet<QString> *idsInList)
+{
     const bool isInRoot = m_positions.contains(node);
     // A node behind another one of its id is never found, nor is one under a node of its id. But a child of the root is
     // passed over by its own search, so it hides nothing.
@@ -275,12 +309,9 @@ void FormatMerger::Root::takeIn(Item *node, Item *holder, QSet<QString> *idsInLi
     if (isInRoot || node->parentItem() != holder)
         m_otherHolders[node].append(holder);
     if (isInRoot || m_taken.contains(node))
-        return;
+        return false;
     m_taken.insert(node);
-    QSet<QString> ids { id };
-    const Items children = childItems(node);
-    for (Item *child : children)
-        takeIn(child, node, &ids);
+    return true;
 }
 
 void FormatMerger::Root::noteBelow(const QString &id, Item *node)
@@ -320,16 +351,24 @@ void FormatMerger::Root::placeAll(const Items &newChildren)
     sortByPosition(&due);
     for (Item *child : qAsConst(due)) {
         const QString parentId = folded(child, QStringLiteral("parent"));
-        if (!parentId.isEmpty())
+        if (parentId.isEmpty())
+            continue;
+        if (m_steps < mostSteps) {
             place(child, parentId);
+        } else {
+            ++m_leftCount;
+            m_waiting[parentId].append(child);
+        }
     }
 }
 
 void FormatMerger::Root::place(Item *child, const QString &parentId)
 {
     const QVector<Match> matches = matchesFor(child, parentId);
-    for (const Match &match : matches)
-        put(child, match);
+    for (const Match &match : matches) {
+        if (m_steps < mostSteps)
+            put(child, match);
+    }
     if (!child->isHeldBy(m_root))
         return;
     if (!matches.isEmpty() && matches.last().holder == m_root)
@@ -347,7 +386,8 @@ void FormatMerger::Root::put(Item *child, const Match &match)
     const bool leaves = child->isHeldBy(match.holder);
     const QString id = idOf(child);
     QSet<QString> *ids = wasThere || id.isEmpty() ? nullptr : &idsIn(match.node);
-    if (!move(child, match.holder, match.node))
+    m_steps += m_otherHolders.value(child).size();
+    if (!move(child, match.holder, match.node, &m_steps))
         return;
     if (leaves && match.holder != m_root) {
         // Only a format within a format brings a node that stands in two lists already. What it has hidden appears.
@@ -366,15 +406,17 @@ void FormatMerger::Root::put(Item *child, const Match &match)
 }
 
 /// What stands below a node that has moved may be found otherwise than before. The node itself is noted where it came.
+/// Moving its row has already taken as many steps as this.
 void FormatMerger::Root::searchAgainBelow(const Item *moved)
 {
-    Items open = m_searched.isEmpty() ? Items() : childItems(moved);
+    Items open = childItems(moved);
     QSet<const Item *> seen;
     while (!open.isEmpty()) {
         Item *node = open.takeLast();
         if (seen.contains(node))
             continue;
         seen.insert(node);
+        ++m_steps;
         open += childItems(node);
         const QString id = idOf(node);
         const auto searched = m_searched.find(id);
@@ -434,6 +476,7 @@ QVector<FormatMerger::Root::Match> FormatMerger::Root::search(
     QSet<const Item *> carriers;
     Items open;
     for (const Node &carrier : below) {
+        ++m_steps;
         if (!carrier || carrier == passedOver || carriers.contains(carrier))
             continue;
         carriers.insert(carrier);
@@ -451,6 +494,7 @@ QVector<FormatMerger::Root::Match> FormatMerger::Root::search(
         if (i >= carrierCount && idOf(node) == id)
             continue;
         const Items holders = holdersOf(node);
+        m_steps += 4 + holders.size();
         for (Item *holder : holders) {
             if (holder != m_root)
                 open.append(holder);
@@ -480,6 +524,7 @@ QVector<FormatMerger::Root::Match> FormatMerger::Root::search(
             sortByPosition(&ways);
         else
             sortAsListed(node, &ways);
+        m_steps += 1 + ways.size();
         const auto first = std::find_if(ways.cbegin(), ways.cend(), [&](Item *way) { return carriers.contains(way); });
         for (auto way = first == ways.cend() ? first : first + 1; way != ways.cbegin();)
             next.push_back({ node, *--way });
@@ -532,6 +577,12 @@ void FormatMerger::merge(PointTreeWidgetItem *known, PointTreeWidgetItem *arrive
     if (!root)
         root = std::make_unique<Root>(known);
     root->merge(arrived);
+    if (root->leftCount() > 0)
+        qCWarning(modelLog).noquote() << ExtensionFile::oneLine(
+            QStringLiteral("%1extension.xml: %2 entries stay directly under their format, since too many nodes may be "
+                           "meant by what they name as \"parent\"")
+                .arg(arrived->basePath())
+                .arg(root->leftCount()));
     if (root->isStale())
         m_roots.erase(known);
 }

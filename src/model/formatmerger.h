@@ -29,6 +29,9 @@ public:
     /// match of its own although another has given one. The node is taken out of the list that was searched, which is
     /// its own only on the first level: with a match deeper down it stays a child of @p known as well. A node is never
     /// put under itself or under one of its descendants; the search stops at such a match all the same.
+    ///
+    /// A merge that would take seconds, since thousands of children name an id that thousands of nodes have, leaves
+    /// those that are still to be put somewhere where they are, and logs how many.
     void merge(PointTreeWidgetItem *known, PointTreeWidgetItem *arrived);
 
     void clear();

@@ -3,8 +3,8 @@
 #include "definitions.h"
 #include "extensionfile/attributes.h"
 #include "extensionfile/writer.h"
-#include "pointtreewidgetitem.h"
 #include "savereport.h"
+#include "subtree.h"
 #include "translatablekeys.h"
 
 #include <QFileInfo>
@@ -51,10 +51,15 @@ QByteArray ModelWriter::write(const PointTreeWidgetItem *definitionRoot, const P
                 const PointTreeWidgetItem *set = object->item();
                 startDefinition(writer, set);
                 for (PointObject *child : set->children()) {
-                    if (side == definitionRoot)
-                        writeDefinition(writer, child->item());
-                    else
-                        writeRealization(writer, child->item());
+                    walkSubtree(
+                        child->item(),
+                        [&](const PointTreeWidgetItem *node) {
+                            if (side == definitionRoot)
+                                startDefinition(writer, node);
+                            else
+                                startRealization(writer, node);
+                        },
+                        [&writer](const PointTreeWidgetItem *) { writer.endElement(); });
                 }
                 writer.endElement();
             }
@@ -82,15 +87,7 @@ void ModelWriter::startDefinition(ExtensionFile::Writer &writer, const PointTree
     }
 }
 
-void ModelWriter::writeDefinition(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node)
-{
-    startDefinition(writer, node);
-    for (PointObject *child : node->children())
-        writeDefinition(writer, child->item());
-    writer.endElement();
-}
-
-void ModelWriter::writeRealization(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node)
+void ModelWriter::startRealization(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node)
 {
     const bool isDeclared = learn(node);
     writer.startElement(node->kind());
@@ -109,9 +106,6 @@ void ModelWriter::writeRealization(ExtensionFile::Writer &writer, const PointTre
         if (m_report)
             m_report->noteValue(node, entry, written, isMarked, isDeclared);
     }
-    for (PointObject *child : node->children())
-        writeRealization(writer, child->item());
-    writer.endElement();
 }
 
 bool ModelWriter::learn(const PointTreeWidgetItem *node)

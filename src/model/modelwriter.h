@@ -38,8 +38,7 @@ public:
 
 private:
     void startDefinition(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node);
-    void writeDefinition(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node);
-    void writeRealization(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node);
+    void startRealization(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node);
 
     /// Whether anybody declares such a node.
     bool learn(const PointTreeWidgetItem *node);

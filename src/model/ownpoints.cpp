@@ -4,8 +4,8 @@
 #include "modelchanges.h"
 #include "nodeindexes.h"
 #include "openedfilesink.h"
-#include "pointtreewidgetitem.h"
 #include "siblingsink.h"
+#include "subtree.h"
 
 #include <QThread>
 
@@ -28,21 +28,23 @@ ExtensionFile::Attributes attributesOf(const PointTreeWidgetItem *node)
 /// it.
 void read(PointTreeWidgetItem *definition, SiblingSink *sink)
 {
-    sink->startElement(definition->kind(), attributesOf(definition), {});
-    definition->setLink(sink->current());
-    for (PointObject *child : definition->children())
-        read(child->item(), sink);
-    sink->endElement();
+    walkSubtree(
+        definition,
+        [sink](PointTreeWidgetItem *node) {
+            sink->startElement(node->kind(), attributesOf(node), {});
+            node->setLink(sink->current());
+        },
+        [sink](PointTreeWidgetItem *) { sink->endElement(); });
 }
 
 /// A set, which stands directly under the root, belongs to no point.
 void describeOwn(PointTreeWidgetItem *node, const QString &pluginId)
 {
-    const PointTreeWidgetItem *above = node->parentItem();
-    if (above && above->parentItem())
-        OpenedFileSink::describeDefinition(node, *above, pluginId);
-    for (PointObject *child : node->children())
-        describeOwn(child->item(), pluginId);
+    forSubtree(node, [&pluginId](PointTreeWidgetItem *item) {
+        const PointTreeWidgetItem *above = item->parentItem();
+        if (above && above->parentItem())
+            OpenedFileSink::describeDefinition(item, *above, pluginId);
+    });
 }
 
 } // namespace
@@ -218,9 +220,7 @@ void OwnPoints::kindChanged(PointTreeWidgetItem *node, const QString &old)
 
 void OwnPoints::describeOffered(PointTreeWidgetItem *offered)
 {
-    SiblingSink::describe(offered, offered->parentItem());
-    for (PointObject *child : offered->children())
-        describeOffered(child->item());
+    forSubtree(offered, [](PointTreeWidgetItem *item) { SiblingSink::describe(item, item->parentItem()); });
 }
 
 void OwnPoints::followRoot()

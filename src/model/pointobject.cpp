@@ -3,6 +3,7 @@
 #include "modellog.h"
 
 #include <QSet>
+#include <QVarLengthArray>
 
 #include <utility>
 
@@ -263,22 +264,24 @@ void PointObject::releaseChildren()
 
 bool PointObject::reaches(const PointObject *sought) const
 {
-    // Only what stands in several lists is come to more than once.
+    // Upwards, where there is one way as a rule. Only what stands in several lists is come to more than once.
     QSet<const PointObject *> shared;
-    QVector<const PointObject *> open { this };
+    QVarLengthArray<const PointObject *, 16> open;
+    open.append(sought);
     while (!open.isEmpty()) {
-        const PointObject *node = open.takeLast();
-        if (node == sought)
+        const PointObject *node = open.last();
+        open.removeLast();
+        if (node == this)
             return true;
         if (!node->m_otherHolders.isEmpty()) {
             if (shared.contains(node))
                 continue;
             shared.insert(node);
+            for (const PointObject *holder : node->m_otherHolders)
+                open.append(holder);
         }
-        for (const PointObject *child : node->m_children) {
-            if (!child->m_children.isEmpty() || child == sought)
-                open.append(child);
-        }
+        if (node->m_holder)
+            open.append(node->m_holder);
     }
     return false;
 }

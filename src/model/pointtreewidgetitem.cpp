@@ -1,5 +1,6 @@
 #include "pointtreewidgetitem.h"
 
+#include "extensionfile/showntext.h"
 #include "nodeindexes.h"
 #include "nodewatcher.h"
 
@@ -98,7 +99,9 @@ QVariant PointTreeWidgetItem::data(int column, int role) const
 {
     if (isKeptText(column, role)) {
         const QString &text = m_texts[size_t(column)];
-        return text.isNull() ? QVariant() : QVariant(text);
+        if (text.isNull())
+            return {};
+        return role == Qt::DisplayRole ? ExtensionFile::shown(text) : text;
     }
     return QTreeWidgetItem::data(column, role);
 }

@@ -41,7 +41,9 @@ public:
     using PointObject::removeChild;
     using PointObject::setProperty;
     using PointObject::setText;
-    using QTreeWidgetItem::text;
+
+    /// The row's text as it is; of a very long one QTreeWidgetItem::text(), which is what views show, is the beginning.
+    [[nodiscard]] QString text(int column) const { return data(column, Qt::EditRole).toString(); }
 
     /// Point id, plug-in id, kind, base path, `hasFormat` and `isNew` of @p other; deliberately not `isDroppedCopy`,
     /// nor properties, children or link.
@@ -75,7 +77,7 @@ public:
     [[nodiscard]] static PointTreeWidgetItem *fromRow(QTreeWidgetItem *row);
 
     // The texts of the first two columns are kept here: as a rule they are attributes and share their strings, where
-    // the row would make three blocks of memory of the first one alone.
+    // the row would make three blocks of memory of the first one alone. Qt::EditRole has the whole text.
     [[nodiscard]] QVariant data(int column, int role) const override;
     void setData(int column, int role, const QVariant &value) override;
 

@@ -1,7 +1,7 @@
 // The manager's changes of the opened file's realization side.
 
-#include "pointtreewidgetitem.h"
 #include "sourcedatamanager.h"
+#include "subtree.h"
 
 namespace {
 
@@ -18,14 +18,6 @@ void insertRow(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int index
         parent->QTreeWidgetItem::addChild(node);
     else
         parent->QTreeWidgetItem::insertChild(row, node);
-}
-
-template <typename Visitor>
-void forSubtree(PointTreeWidgetItem *node, Visitor visit)
-{
-    visit(node);
-    for (PointObject *child : node->children())
-        forSubtree(child->item(), visit);
 }
 
 } // namespace

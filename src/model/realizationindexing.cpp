@@ -4,22 +4,12 @@
 #include "modelchanges.h"
 #include "nodeindexes.h"
 #include "openedfilesink.h"
-#include "pointtreewidgetitem.h"
+#include "subtree.h"
 
 namespace {
 
 const QString idKey = QStringLiteral("id");
 const QString targetKey = QStringLiteral("target");
-
-template <typename Visitor>
-void forSubtree(PointTreeWidgetItem *node, Visitor visit)
-{
-    visit(node);
-    for (PointObject *child : node->children()) {
-        if (child->item())
-            forSubtree(child->item(), visit);
-    }
-}
 
 /// Whether nothing in the document comes after what stands under @p node.
 bool isAtEnd(const PointTreeWidgetItem *node)

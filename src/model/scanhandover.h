@@ -2,6 +2,7 @@
 
 #include "announcement.h"
 #include "extensionfile/regularfile.h"
+#include "scanbudget.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -51,6 +52,8 @@ public:
     /// A file that nobody reads while nobody reads any other; -1 when there is none, or somebody does.
     [[nodiscard]] int forgotten() const;
 
+    [[nodiscard]] ScanBudget *budget() { return &m_budget; }
+
     /// The receiver is going: nothing is started any more, and what still arrives is destroyed.
     void abandon();
 
@@ -69,6 +72,7 @@ private:
     std::condition_variable m_news;
     std::vector<Slot> m_slots;
     const ExtensionFile::FileIdentity m_opened;
+    ScanBudget m_budget;
     ScanSequence *m_receiver;
     bool m_hasNews = false;
     bool m_receiverWaits = false;

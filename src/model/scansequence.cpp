@@ -131,8 +131,8 @@ void ScanSequence::readHere(int index)
     if (!m_handover->claim(index))
         return;
     m_handover->put(index, m_paths.at(index),
-        TaskRead::read(
-            m_paths.at(index), m_roots.points, m_roots.data, thread(), [this, index] { m_handover->noteRead(index); }));
+        TaskRead::read(m_paths.at(index), m_roots.points, m_roots.data, thread(), m_handover->budget(),
+            [this, index] { m_handover->noteRead(index); }));
     // As quickly as the window allows, once it is known that nobody else does.
     QTimer::singleShot(0, this, &ScanSequence::tend);
 }

@@ -44,6 +44,7 @@ void SiblingSink::restart()
     m_levels.clear();
     m_nodes.clear();
     m_formats.clear();
+    m_textSize = 0;
     m_ignoredDepth = 0;
 }
 
@@ -54,6 +55,8 @@ void SiblingSink::startElement(
         ++m_ignoredDepth;
         return;
     }
+    for (const ExtensionFile::Attribute &attribute : attributes)
+        m_textSize += attribute.value.size();
     if (m_levels.isEmpty()) {
         m_rootProperties = NodeAttributes::asWritten(attributes);
         m_levels.append({ Root, nullptr });

@@ -50,6 +50,10 @@ public:
         const ExtensionFile::Location &where) override;
     void endElement() override;
 
+    [[nodiscard]] int nodeCount() const { return m_nodes.size(); }
+    /// Characters of all attributes' values.
+    [[nodiscard]] qint64 textSize() const { return m_textSize; }
+
     /// What was built, its nodes moved to @p thread. Only for a file that was read to its end without a fault.
     [[nodiscard]] std::unique_ptr<ScannedFile> take(QThread *thread);
 
@@ -80,5 +84,6 @@ private:
     QVector<PointTreeWidgetItem *> m_formats;
     EarlierFormats m_earlierFormats;
     std::function<void()> m_whenRead;
+    qint64 m_textSize = 0;
     int m_ignoredDepth = 0;
 };

@@ -8,6 +8,7 @@
 #include "modellog.h"
 #include "openedfilesink.h"
 #include "pointtreewidgetitem.h"
+#include "subtree.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -178,20 +179,19 @@ SaveReport SourceDataManager::saveReport() const
 void SourceDataManager::noteWritten()
 {
     m_dropped.clear();
-    const auto note = [this](const auto &self, const PointObject *parent) -> void {
-        for (PointObject *node : parent->children()) {
-            const PropertyHash properties = node->properties();
-            for (const PropertyHash::Entry &entry : properties) {
-                const auto origin = m_translatableKeys.isTranslatable(entry.key) ? PropertyHash::Origin::ReadWithMarks
-                                                                                 : PropertyHash::Origin::Read;
-                if (entry.origin != origin)
-                    node->setOrigin(entry.key, origin);
-            }
-            self(self, node);
+    const auto note = [this](PointTreeWidgetItem *node) {
+        const PropertyHash properties = node->properties();
+        for (const PropertyHash::Entry &entry : properties) {
+            const auto origin = m_translatableKeys.isTranslatable(entry.key) ? PropertyHash::Origin::ReadWithMarks
+                                                                             : PropertyHash::Origin::Read;
+            if (entry.origin != origin)
+                node->setOrigin(entry.key, origin);
         }
     };
-    for (const PointObject *set : m_realizationRoot->children())
-        note(note, set);
+    for (const PointObject *set : m_realizationRoot->children()) {
+        for (PointObject *node : set->children())
+            forSubtree(node->item(), note);
+    }
 }
 
 QStringList SourceDataManager::awaitedFiles() const

@@ -1,13 +1,17 @@
 #include "taskread.h"
 
+#include "extensionfile/logging.h"
 #include "extensionfile/reader.h"
 #include "modellog.h"
 #include "pointtreewidgetitem.h"
+#include "scanbudget.h"
 #include "scanhandover.h"
 #include "siblingsink.h"
 
 #include <QFileInfo>
 #include <QThread>
+
+#include <mutex>
 
 #include <utility>
 
@@ -16,6 +20,9 @@ namespace {
 // A file beyond this may be taken in in more than one portion. Guarding its nodes takes as long as such a portion, so
 // it is done here, before anybody waits.
 constexpr size_t announcementsTakenInAtOnce = 1000;
+
+// Bytes. Hand-made files stay below; one of a few bytes for each element makes hundreds of times as much of itself.
+constexpr qint64 largeFileSize = 1024 * 1024;
 
 QString directoryOf(const QString &path)
 {
@@ -48,35 +55,50 @@ void TaskRead::run()
     if (m_handover) {
         if (m_handover->claim(m_index))
             m_handover->put(m_index, m_path,
-                read(m_path, m_pointsRoot, m_dataRoot, m_nodeThread, [this] { m_handover->noteRead(m_index); }));
+                read(m_path, m_pointsRoot, m_dataRoot, m_nodeThread, m_handover->budget(),
+                    [this] { m_handover->noteRead(m_index); }));
         return;
     }
     SiblingSink sink(directoryOf(m_path), m_pointsRoot, m_dataRoot, SiblingSink::EarlierFormats::Repeat);
-    const ScanResult result = build(m_path, sink, m_nodeThread);
+    const ScanResult result = build(m_path, sink, m_nodeThread, nullptr);
     while (result.file && !result.file->atEnd())
         announce(*result.file->next());
 }
 
 ScanResult TaskRead::read(const QString &path, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot,
-    QThread *thread, const std::function<void()> &whenRead)
+    QThread *thread, ScanBudget *budget, const std::function<void()> &whenRead)
 {
+    // One at a time: until it is known what they bring, all together may take any amount of memory.
+    static std::mutex largeFiles;
+    std::unique_lock<std::mutex> alone(largeFiles, std::defer_lock);
+    const bool isLarge = QFileInfo(path).size() > largeFileSize;
     // The manager knows the formats of the earlier data sets by then.
     SiblingSink sink(directoryOf(path), pointsRoot, dataRoot, SiblingSink::EarlierFormats::Omit);
-    sink.whenRead(whenRead);
-    ScanResult result = build(path, sink, thread);
+    sink.whenRead([&] {
+        if (whenRead)
+            whenRead();
+        if (isLarge)
+            alone.lock();
+    });
+    ScanResult result = build(path, sink, thread, budget);
     if (result.file && result.file->announcements().size() > announcementsTakenInAtOnce)
         result.file->putAside();
     return result;
 }
 
-ScanResult TaskRead::build(const QString &path, SiblingSink &sink, QThread *thread)
+ScanResult TaskRead::build(const QString &path, SiblingSink &sink, QThread *thread, ScanBudget *budget)
 {
     if (path.isEmpty())
         return {};
     ExtensionFile::ReadError error;
-    if (ExtensionFile::readFile(path, sink, &error))
+    if (!ExtensionFile::readFile(path, sink, &error))
+        return { nullptr, error.kind == ExtensionFile::ReadError::Kind::Missing ? QString() : error.toString() };
+    if (!budget || budget->take(sink.nodeCount(), sink.textSize()))
         return { sink.take(thread), QString() };
-    return { nullptr, error.kind == ExtensionFile::ReadError::Kind::Missing ? QString() : error.toString() };
+    const QString failure = ExtensionFile::oneLine(path)
+        + QLatin1String(": Not taken in: the files of all plug-ins together have too many elements or too much text.");
+    qCWarning(scanLog).noquote() << failure;
+    return { nullptr, failure };
 }
 
 void TaskRead::announce(const Announcement &announcement)

@@ -12,6 +12,7 @@
 
 class PointTreeWidgetItem;
 class QThread;
+class ScanBudget;
 class ScanHandover;
 class SiblingSink;
 
@@ -36,10 +37,12 @@ public:
 
     void run() override;
 
-    /// Reads @p path for a scan, and calls @p whenRead once its bytes are there. The nodes get the affinity of @p
-    /// thread. Any thread.
+    /// Reads @p path for a scan, and calls @p whenRead once its bytes are there. What brings more than is left of @p
+    /// budget (null: any amount) is logged and counts as unreadable. The nodes get the affinity of @p thread. Any
+    /// thread.
     [[nodiscard]] static ScanResult read(const QString &path, PointTreeWidgetItem *pointsRoot,
-        PointTreeWidgetItem *dataRoot, QThread *thread, const std::function<void()> &whenRead = {});
+        PointTreeWidgetItem *dataRoot, QThread *thread, ScanBudget *budget = nullptr,
+        const std::function<void()> &whenRead = {});
 
 Q_SIGNALS:
     void definData(QString key, PointTreeWidgetItem *item);
@@ -49,7 +52,7 @@ Q_SIGNALS:
     void layoutRelization(PointTreeWidgetItem *layout);
 
 private:
-    [[nodiscard]] static ScanResult build(const QString &path, SiblingSink &sink, QThread *thread);
+    [[nodiscard]] static ScanResult build(const QString &path, SiblingSink &sink, QThread *thread, ScanBudget *budget);
     void announce(const Announcement &announcement);
 
     QString m_path;

@@ -1,5 +1,6 @@
 #include "propertybrowser/editortable.h"
 
+#include "extensionfile/showntext.h"
 #include "propertybrowser/editors/checkboxeditor.h"
 #include "propertybrowser/editors/choiceeditor.h"
 #include "propertybrowser/editors/coloreditor.h"
@@ -49,7 +50,7 @@ const EditorTable::Kind kinds[] = {
 
 const EditorTable::Kind &EditorTable::kindOf(const PropertyItem &item)
 {
-    if (item.isEditable()) {
+    if (item.isEditable() && !isTooLong(item)) {
         for (const Kind &kind : kinds) {
             if (kind.type == item.type()) {
                 return kind;
@@ -57,6 +58,12 @@ const EditorTable::Kind &EditorTable::kindOf(const PropertyItem &item)
         }
     }
     return readOnly;
+}
+
+bool EditorTable::isTooLong(const PropertyItem &item)
+{
+    const QVariant value = item.value();
+    return value.userType() == QMetaType::QString && value.toString().size() > ExtensionFile::maximumEditableLength;
 }
 
 bool EditorTable::isEditable(const PropertyItem &item)

@@ -18,8 +18,10 @@ struct Kind
     bool dropsDown = false; ///< an editor that opens in place opens its list, too
 };
 
-/// That of a read-only text for what is not editable, has no type or an unknown one.
+/// That of a read-only text for what is not editable, has an unknown type or is too long for any field.
 [[nodiscard]] const Kind &kindOf(const PropertyItem &item);
+/// Whether the value is too long for a field to work on it in time.
+[[nodiscard]] bool isTooLong(const PropertyItem &item);
 /// Whether the row can be changed, so that Tab stops there.
 [[nodiscard]] bool isEditable(const PropertyItem &item);
 

@@ -1,5 +1,6 @@
 #include "propertybrowser/propertydelegate.h"
 
+#include "extensionfile/showntext.h"
 #include "propertybrowser/editors/propertyeditor.h"
 #include "propertybrowser/invalidmark.h"
 
@@ -117,7 +118,7 @@ bool PropertyDelegate::helpEvent(
     if (isCut || whole != index.data(Qt::DisplayRole).toString()) {
         lines.append(whole.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")));
     }
-    const QString problem = index.data(ProblemRole).toString();
+    const QString problem = ExtensionFile::shown(index.data(ProblemRole).toString());
     if (!problem.isEmpty()) {
         lines.append(problem.toHtmlEscaped());
     }

@@ -1,5 +1,7 @@
 #include "propertybrowser/propertyitem.h"
 
+#include "extensionfile/showntext.h"
+
 #include <optional>
 
 namespace {
@@ -25,19 +27,20 @@ bool areSame(const QVariant &one, const QVariant &other)
 } // namespace
 
 PropertyItem::PropertyItem(PropertyType type, const QString &name, const QString &displayText, const QVariant &value)
-    : m_type(type), m_name(name), m_displayText(displayText), m_value(value)
+    : m_type(type), m_name(name), m_displayText(ExtensionFile::shown(displayText)), m_value(value)
 { }
 
 void PropertyItem::insertOption(int index, const OptionItem &option)
 {
-    m_options.insert(qBound(0, index, m_options.size()), option);
+    m_options.insert(
+        qBound(0, index, m_options.size()), { option.value, ExtensionFile::shown(option.text), option.icon });
 }
 
 void PropertyItem::setOptionList(const QStringList &options)
 {
     m_options.clear();
     for (const QString &option : options) {
-        m_options.append({ option, option, QString() });
+        addOption({ option, option, QString() });
     }
 }
 

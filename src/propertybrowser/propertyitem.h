@@ -40,7 +40,7 @@ public:
     struct OptionItem
     {
         QString value; ///< becomes the property's value when chosen
-        QString text;  ///< shown in the drop-down
+        QString text;  ///< shown in the drop-down, the beginning of a very long one
         QString icon;  ///< path of an icon, or empty
 
         [[nodiscard]] bool operator==(const OptionItem &other) const
@@ -54,6 +54,7 @@ public:
 
     [[nodiscard]] PropertyType type() const { return m_type; }
     [[nodiscard]] QString name() const { return m_name; }
+    /// The beginning of a very long one.
     [[nodiscard]] QString displayText() const { return m_displayText; }
     [[nodiscard]] QVariant value() const { return m_value; }
     /// An invalid variant for a key that was never set, which stands for "no restriction".
@@ -64,7 +65,7 @@ public:
 
     void setData(const QString &key, const QVariant &value) { m_data.insert(key, value); }
     void setVal(const QVariant &value) { m_value = value; }
-    void addOption(const OptionItem &option) { m_options.append(option); }
+    void addOption(const OptionItem &option) { insertOption(m_options.size(), option); }
     /// An index below 0 prepends, one past the end appends.
     void insertOption(int index, const OptionItem &option);
     /// Replaces the options; each string serves as value and as text.

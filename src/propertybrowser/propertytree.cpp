@@ -1,5 +1,6 @@
 #include "propertybrowser/propertytree.h"
 
+#include "extensionfile/showntext.h"
 #include "propertybrowser/editors/propertydisplay.h"
 #include "propertybrowser/editortable.h"
 #include "propertybrowser/propertydelegate.h"
@@ -198,7 +199,8 @@ void PropertyTree::keyPressEvent(QKeyEvent *event)
     if (row < 0) {
         QTreeWidget::keyPressEvent(event);
     } else if (event->matches(QKeySequence::Copy)) {
-        QApplication::clipboard()->setText(topLevelItem(row)->data(ValueColumn, Qt::AccessibleTextRole).toString());
+        const PropertyItem &item = m_items.at(row);
+        QApplication::clipboard()->setText(EditorTable::kindOf(item).display(item).text);
     } else if (event->key() == Qt::Key_F2) {
         openEditor(row);
     } else if (!command && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
@@ -356,8 +358,9 @@ void PropertyTree::showRow(int row)
     const EditorTable::Kind &kind = EditorTable::kindOf(item);
     const PropertyDisplay display = kind.display(item);
     QTreeWidgetItem *rowItem = topLevelItem(row);
-    rowItem->setText(ValueColumn, firstLine(display.text));
-    rowItem->setData(ValueColumn, Qt::AccessibleTextRole, display.text);
+    const QString text = ExtensionFile::shown(display.text);
+    rowItem->setText(ValueColumn, firstLine(text));
+    rowItem->setData(ValueColumn, Qt::AccessibleTextRole, text);
     rowItem->setData(ValueColumn, Qt::AccessibleDescriptionRole, display.problem);
     rowItem->setIcon(ValueColumn, iconOf(display, this));
     rowItem->setData(ValueColumn, PropertyDelegate::ProblemRole, display.problem);

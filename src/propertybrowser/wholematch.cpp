@@ -1,5 +1,6 @@
 #include "propertybrowser/wholematch.h"
 
+#include "extensionfile/showntext.h"
 #include "propertybrowser/propertyitem.h"
 #include "propertybrowser/propertykeys.h"
 
@@ -23,6 +24,12 @@ QRegularExpression compiled(const QString &pattern, QRegularExpression::PatternO
     return expression;
 }
 
+bool restricts(const QString &pattern, QRegularExpression::PatternOptions options = {})
+{
+    return !pattern.isEmpty() && pattern.size() <= ExtensionFile::maximumEditableLength
+        && compiled(pattern, options).isValid();
+}
+
 } // namespace
 
 bool WholeMatch::matches(const QString &pattern, const QString &text, Lines lines)
@@ -30,7 +37,7 @@ bool WholeMatch::matches(const QString &pattern, const QString &text, Lines line
     const QRegularExpression::PatternOptions options
         = lines == Lines::Many ? QRegularExpression::DotMatchesEverythingOption : QRegularExpression::NoPatternOption;
     // Tested before it is wrapped: "a)(b" is no expression, but it would be one inside the parentheses.
-    if (pattern.isEmpty() || !compiled(pattern, options).isValid()) {
+    if (!restricts(pattern, options)) {
         return true;
     }
     // The group keeps alternatives together. An expression that is fine by itself may still swallow the end of the
@@ -48,7 +55,7 @@ bool WholeMatch::matches(const QString &pattern, const QString &text, Lines line
 QString WholeMatch::patternOf(const PropertyItem &item)
 {
     const QString pattern = item.data(PropertyKey::RegExp).toString();
-    return pattern.isEmpty() || compiled(pattern).isValid() ? pattern : QString();
+    return restricts(pattern) ? pattern : QString();
 }
 
 QString WholeMatch::doubtAbout(const PropertyItem &item, const QString &text)

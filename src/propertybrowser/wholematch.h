@@ -4,7 +4,7 @@ class PropertyItem;
 class QString;
 
 /// How the "regexp" of a row is applied: it must match the whole text, whether or not it is written with anchors. An
-/// empty pattern and one that is no valid expression restrict nothing.
+/// empty pattern, one that is no valid expression and one that is too long to be shown in a field restrict nothing.
 namespace WholeMatch {
 
 enum class Lines { One, Many };

@@ -58,6 +58,12 @@ bool isHarmless(const QByteArray &drawing)
     return !reader.hasError();
 }
 
+/// Programs write a dozen at most.
+bool hasTooManyScans(const QByteArray &jpeg)
+{
+    return jpeg.count("\xff\xda") > BoundedImage::maximumScans;
+}
+
 QSize shrunk(const QSize &size, int side)
 {
     return size.scaled(side, side, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
@@ -85,6 +91,10 @@ BoundedImage::Picture decoded(const QByteArray &bytes, int side, QString *proble
     }
     if (!drawing && qint64(size.width()) * size.height() > BoundedImage::maximumPixels) {
         *problem = QStringLiteral("A picture of %1x%2 pixels.").arg(size.width()).arg(size.height());
+        return {};
+    }
+    if (reader.format() == "jpeg" && hasTooManyScans(bytes)) {
+        *problem = QStringLiteral("A picture in more than %1 scans.").arg(BoundedImage::maximumScans);
         return {};
     }
     BoundedImage::Picture picture { {}, drawing ? bytes : QByteArray(), size };

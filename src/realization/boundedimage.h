@@ -11,8 +11,11 @@ namespace BoundedImage {
 
 /// In bytes; a picture for an icon has a few thousand.
 constexpr qint64 maximumFileSize = 4 * 1024 * 1024;
-/// In pixels of the stored picture, which has to be decoded whole before it is made smaller.
-constexpr qint64 maximumPixels = 64 * 1000 * 1000;
+/// In pixels of the stored picture, which has to be decoded whole before it is made smaller, while it is painted: a
+/// screenful of the largest ones is not to take a second.
+constexpr qint64 maximumPixels = 1024 * 1024;
+/// Times that a picture may go over itself to become clearer; each takes as long as decoding a whole one.
+constexpr int maximumScans = 30;
 /// In pixels: larger pictures are made smaller, in proportion.
 constexpr int maximumSide = 256;
 

@@ -4,15 +4,19 @@
 #include "model/pointtreewidgetitem.h"
 
 #include <QTreeWidget>
+#include <QVarLengthArray>
 
 namespace {
 
-QTreeWidgetItem *itemAt(const QTreeWidget *tree, const QModelIndex &index)
+QTreeWidgetItem *itemAt(const QTreeWidget *tree, QModelIndex index)
 {
-    if (!index.isValid())
-        return tree->invisibleRootItem();
-    const QTreeWidgetItem *above = itemAt(tree, index.parent());
-    return above ? above->child(index.row()) : nullptr;
+    QVarLengthArray<int, 32> rows;
+    for (; index.isValid(); index = index.parent())
+        rows.append(index.row());
+    QTreeWidgetItem *item = tree->invisibleRootItem();
+    for (int level = rows.size() - 1; item && level >= 0; --level)
+        item = item->child(rows.at(level));
+    return item;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "formatfilling.h"
 
+#include "extensionfile/limits.h"
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
 #include "realizationicons.h"
@@ -38,7 +39,7 @@ bool belongsTo(const PointObject *child, const PointObject *parent)
 
 void setRowText(PointTreeWidgetItem *row, int column, const QString &text)
 {
-    if (row->QTreeWidgetItem::text(column) != text)
+    if (row->text(column) != text)
         row->QTreeWidgetItem::setText(column, text);
 }
 
@@ -114,40 +115,56 @@ FormatFilling::Row *FormatFilling::makeRow(PointTreeWidgetItem *source)
 
 void FormatFilling::addUnder(Row *row, PointTreeWidgetItem *source)
 {
+    if (Row *added = addOne(row, source))
+        addChildren(added, source);
+}
+
+FormatFilling::Row *FormatFilling::addOne(Row *row, PointTreeWidgetItem *source)
+{
     if (Row *known = rowFor(source)) {
-        mergeInto(known, source);
-        return;
+        known->further.append(source);
+        remember(source, known);
+        return known;
     }
     if (waits(source)) {
         m_waiting.append({ row, source });
-        return;
+        return nullptr;
     }
+    if (row->depth >= ExtensionFile::Limits().maximumDepth)
+        row = m_root;
     Row *added = makeRow(source);
+    added->depth = row->depth + 1;
     row->children.append(added);
     if (row == m_root && isBar(source) && !m_bars.contains(source->kind().toLower()))
         m_bars.insert(source->kind().toLower(), added);
-    addChildren(added, source);
+    return added;
 }
 
 void FormatFilling::addChildren(Row *row, PointTreeWidgetItem *source)
 {
-    const bool isRoot = m_merges && (source == m_root->source || m_furtherRoots.contains(source));
-    for (PointObject *object : source->children()) {
-        PointTreeWidgetItem *child = object->item();
-        if (!belongsTo(child, source))
+    struct Open
+    {
+        Row *row;
+        PointTreeWidgetItem *above;
+        PointTreeWidgetItem *source;
+    };
+    // Chains of "parent" are deeper than a stack carries.
+    QVector<Open> open; // the next one is the last
+    const auto push = [&open](Row *under, PointTreeWidgetItem *above) {
+        for (int i = above->children().size() - 1; i >= 0; --i)
+            open.append({ under, above, above->children().at(i)->item() });
+    };
+    push(row, source);
+    while (!open.isEmpty()) {
+        const Open next = open.takeLast();
+        const bool isInRoot = m_merges && (next.above == m_root->source || m_furtherRoots.contains(next.above));
+        if (!belongsTo(next.source, next.above))
             continue;
-        if (isRoot && !value(child, parentKey).isEmpty())
-            m_waiting.append({ nullptr, child });
-        else
-            addUnder(row, child);
+        if (isInRoot && !value(next.source, parentKey).isEmpty())
+            m_waiting.append({ nullptr, next.source });
+        else if (Row *added = addOne(next.row, next.source))
+            push(added, next.source);
     }
-}
-
-void FormatFilling::mergeInto(Row *row, PointTreeWidgetItem *source)
-{
-    row->further.append(source);
-    remember(source, row);
-    addChildren(row, source);
 }
 
 bool FormatFilling::waits(const PointTreeWidgetItem *source) const

@@ -19,6 +19,7 @@ struct FormatPlan
         PointTreeWidgetItem *source = nullptr;
         QVector<PointTreeWidgetItem *> further; ///< nodes of other roots that the row stands for as well
         QVector<Row *> children;
+        int depth = 0; ///< rows above it
     };
 
     std::deque<Row> rows; ///< owns them; the first one is the root's
@@ -35,6 +36,8 @@ struct FormatPlan
 ///   with one root only shows that as it is.
 /// - A bar ("menubar", "toolbars") of a further root gets no row of its own when there is one of its kind: its entries
 ///   go into that one. The same holds for a sibling's entry that mirrors an own one (see FormatSources).
+/// - Where a chain of entries, each the "parent" of the next one, is deeper than a file may be, it goes on below the
+///   root.
 class FormatFilling final
 {
 public:
@@ -53,9 +56,11 @@ private:
     using Row = FormatPlan::Row;
 
     Row *makeRow(PointTreeWidgetItem *source);
+    /// @p source, and what is below it.
     void addUnder(Row *row, PointTreeWidgetItem *source);
     void addChildren(Row *row, PointTreeWidgetItem *source);
-    void mergeInto(Row *row, PointTreeWidgetItem *source);
+    /// @p source alone; the row that stands for it now, null when it waits.
+    Row *addOne(Row *row, PointTreeWidgetItem *source);
     [[nodiscard]] bool waits(const PointTreeWidgetItem *source) const;
     [[nodiscard]] Row *rowFor(PointTreeWidgetItem *source) const;
     void remember(const PointTreeWidgetItem *source, Row *row);

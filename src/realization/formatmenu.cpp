@@ -1,9 +1,17 @@
 #include "formatmenu.h"
 
+#include "extensionfile/showntext.h"
 #include "formatediting.h"
 #include "model/pointtreewidgetitem.h"
 
 #include <QMenu>
+
+namespace {
+
+// More than anybody looks through; a menu of a hundred thousand takes a minute to come up.
+constexpr int mostTypes = 500;
+
+} // namespace
 
 FormatMenu::FormatMenu(QObject *parent)
     : QObject(parent), m_menu(std::make_unique<QMenu>()),
@@ -22,9 +30,9 @@ void FormatMenu::fitTo(PointTreeWidgetItem *row)
     m_childTypes->setEnabled(false);
     m_childTypes->menuAction()->setEnabled(false);
     m_childTypes->clear();
-    const QStringList types = FormatEditing::childTypes(row);
+    const QStringList types = FormatEditing::childTypes(row).mid(0, mostTypes);
     for (const QString &type : types)
-        m_childTypes->addAction(type);
+        m_childTypes->addAction(ExtensionFile::shown(type))->setData(type);
     const bool offers = FormatEditing::isDeletable(row) && row->kind() != QLatin1String("Format");
     if (!types.isEmpty() && offers) {
         m_childTypes->setEnabled(true);

@@ -46,8 +46,5 @@ struct FormatSources
     Nodes siblings;
 
 private:
-    void collectOwn(const PointObject *node);
-    void link(PointObject *node) const;
-
     QHash<QString, PointObject *> m_ownById; ///< the first entry of each id
 };

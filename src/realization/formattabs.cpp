@@ -1,5 +1,6 @@
 #include "formattabs.h"
 
+#include "extensionfile/showntext.h"
 #include "model/controller.h"
 #include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
@@ -42,7 +43,8 @@ QString firstFilled(const QStringList &texts)
 
 QString label(PointTreeWidgetItem *root, const QString &name)
 {
-    return firstFilled({ text(root, QStringLiteral("title")), text(root, QStringLiteral("toolTip")), name });
+    return ExtensionFile::shown(
+        firstFilled({ text(root, QStringLiteral("title")), text(root, QStringLiteral("toolTip")), name }));
 }
 
 QIcon icon(PointTreeWidgetItem *root)
@@ -130,7 +132,7 @@ void FormatTabs::insert(const QVector<WaitingTab> &tabs)
     for (int i = alone; i < tabs.size(); ++i)
         m_tabs->addTab(pages.at(i), tabs.at(i).icon, tabs.at(i).label);
     for (int i = 0; i < tabs.size(); ++i)
-        bar->setTabToolTip(bar->count() - tabs.size() + i, tabs.at(i).name);
+        bar->setTabToolTip(bar->count() - tabs.size() + i, ExtensionFile::shown(tabs.at(i).name));
     if (hasFocus)
         bar->setFocus();
 }
@@ -209,11 +211,11 @@ FormatTabs::Face FormatTabs::faceOf(const QString &name) const
     for (PointTreeWidgetItem *root : siblings) {
         const bool isLayout = root->isKind(QLatin1String("Layout"));
         if (!isOwn && root == siblings.first()) {
-            face = isLayout ? Face { icon(root), label(root, name) } : Face { QIcon(), name };
+            face = isLayout ? Face { icon(root), label(root, name) } : Face { QIcon(), ExtensionFile::shown(name) };
         } else if (isLayout) {
             const QString toolTip = text(root, QStringLiteral("toolTip"));
-            if (!toolTip.isEmpty() || face.label == name)
-                face.label = toolTip.isEmpty() ? label(root, name) : toolTip;
+            if (!toolTip.isEmpty() || face.label == ExtensionFile::shown(name))
+                face.label = toolTip.isEmpty() ? label(root, name) : ExtensionFile::shown(toolTip);
             if (face.icon.isNull())
                 face.icon = icon(root);
         }
@@ -233,8 +235,8 @@ void FormatTabs::addLayout(PointTreeWidgetItem *layout)
     const int index = indexOf(name);
     const QString toolTip = text(layout, QStringLiteral("toolTip"));
     if (!toolTip.isEmpty())
-        m_tabs->setTabText(index, toolTip);
-    else if (m_tabs->tabText(index) == name)
+        m_tabs->setTabText(index, ExtensionFile::shown(toolTip));
+    else if (m_tabs->tabText(index) == ExtensionFile::shown(name))
         m_tabs->setTabText(index, label(layout, name));
     if (m_tabs->tabIcon(index).isNull())
         m_tabs->setTabIcon(index, icon(layout));
@@ -244,7 +246,7 @@ void FormatTabs::addFormatRoot(PointTreeWidgetItem *root)
 {
     const QString name = firstFilled({ text(root, QStringLiteral("target")), text(root, QStringLiteral("id")) });
     if (!name.isEmpty() && !has(name))
-        addPage(name, QIcon(), name);
+        addPage(name, QIcon(), ExtensionFile::shown(name));
 }
 
 void FormatTabs::show(PointTreeWidgetItem *root)
@@ -280,7 +282,7 @@ void FormatTabs::rename(const QString &oldName, const QString &newName)
         return;
     m_pages.insert(newName, m_pages.take(oldName));
     m_tabs->widget(index)->setObjectName(newName);
-    m_tabs->setTabToolTip(index, newName);
+    m_tabs->setTabToolTip(index, ExtensionFile::shown(newName));
 }
 
 void FormatTabs::remove(const QString &name)

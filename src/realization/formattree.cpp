@@ -231,27 +231,41 @@ void FormatTree::sync(const QString &name)
 
 PointTreeWidgetItem *FormatTree::build(const FormatPlan::Row &planned, Further *further)
 {
-    auto *row = new PointTreeWidgetItem(*planned.source);
-    FormatFilling::label(row);
-    for (PointTreeWidgetItem *source : planned.further)
-        further->insert(row, source);
-    for (const FormatPlan::Row *child : planned.children) {
-        PointTreeWidgetItem *below = build(*child, further);
-        row->addChild(below, false);
-        row->QTreeWidgetItem::addChild(below);
+    const auto make = [further](const FormatPlan::Row *one) {
+        auto *row = new PointTreeWidgetItem(*one->source);
+        FormatFilling::label(row);
+        for (PointTreeWidgetItem *source : one->further)
+            further->insert(row, source);
+        return row;
+    };
+    PointTreeWidgetItem *top = make(&planned);
+    QVector<QPair<PointTreeWidgetItem *, const FormatPlan::Row *>> open { { top, &planned } };
+    while (!open.isEmpty()) {
+        const auto [row, one] = open.takeLast();
+        for (const FormatPlan::Row *child : one->children) {
+            PointTreeWidgetItem *below = make(child);
+            row->addChild(below, false);
+            row->QTreeWidgetItem::addChild(below);
+            if (!child->children.isEmpty())
+                open.append({ below, child });
+        }
     }
-    return row;
+    return top;
 }
 
-void FormatTree::arrange(PointTreeWidgetItem *row, const FormatPlan::Row &planned, Further *further)
+void FormatTree::arrange(PointTreeWidgetItem *top, const FormatPlan::Row &planned, Further *further)
 {
-    for (PointTreeWidgetItem *source : planned.further)
-        further->insert(row, source);
-    for (int i = 0; i < planned.children.size(); ++i)
-        placeRow(row, i, planned.children.at(i)->source);
-    // Below them only now: a row that belongs here may still stand under its sibling.
-    for (int i = 0; i < planned.children.size(); ++i)
-        arrange(PointTreeWidgetItem::fromRow(row->child(i)), *planned.children.at(i), further);
+    QVector<QPair<PointTreeWidgetItem *, const FormatPlan::Row *>> open { { top, &planned } };
+    while (!open.isEmpty()) {
+        const auto [row, one] = open.takeLast();
+        for (PointTreeWidgetItem *source : one->further)
+            further->insert(row, source);
+        for (int i = 0; i < one->children.size(); ++i)
+            placeRow(row, i, one->children.at(i)->source);
+        // Below them only now: a row that belongs here may still stand under its sibling.
+        for (int i = one->children.size() - 1; i >= 0; --i)
+            open.append({ PointTreeWidgetItem::fromRow(row->child(i)), one->children.at(i) });
+    }
 }
 
 PointTreeWidgetItem *FormatTree::placeRow(PointTreeWidgetItem *above, int index, PointTreeWidgetItem *source)
@@ -341,7 +355,7 @@ void FormatTree::label(PointTreeWidgetItem *row)
         return;
     if (!m_rootId.isEmpty())
         row->QTreeWidgetItem::setText(0, m_rootId);
-    if (row->QTreeWidgetItem::text(1).isEmpty())
+    if (row->text(1).isEmpty())
         row->QTreeWidgetItem::setText(1, m_rootLabel);
 }
 
@@ -349,7 +363,7 @@ void FormatTree::complete(PointTreeWidgetItem *row)
 {
     if (!contains(row))
         return;
-    const QString texts[] = { row->QTreeWidgetItem::text(0), row->QTreeWidgetItem::text(1) };
+    const QString texts[] = { row->text(0), row->text(1) };
     label(row);
     for (int column = 0; column < 2; ++column) {
         if (!texts[column].isEmpty())

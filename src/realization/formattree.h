@@ -76,7 +76,7 @@ private:
     /// A row with everything under it, which stands in no tree. @p further gets what the rows also stand for.
     [[nodiscard]] static PointTreeWidgetItem *build(const FormatPlan::Row &planned, Further *further);
     /// Puts the rows in place that @p row is to have, and goes on below them.
-    void arrange(PointTreeWidgetItem *row, const FormatPlan::Row &planned, Further *further);
+    void arrange(PointTreeWidgetItem *top, const FormatPlan::Row &planned, Further *further);
     /// Has the row of @p source stand under @p above, or at the top with null.
     PointTreeWidgetItem *placeRow(PointTreeWidgetItem *above, int index, PointTreeWidgetItem *source);
     static void takeOut(PointTreeWidgetItem *row);

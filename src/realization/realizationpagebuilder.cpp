@@ -319,7 +319,7 @@ void RealizationPageBuilder::onTableItemClicked(QTableWidgetItem *item)
 {
     if (!m_ui || !item || !m_ui->realizTable->item(item->row(), 0))
         return;
-    const QString id = m_ui->realizTable->item(item->row(), 0)->text();
+    const QString id = m_ui->realizTable->item(item->row(), 0)->data(Qt::EditRole).toString();
     // Two records can have one id, since generated ones are not unique: the row knows which one it shows.
     QPointer<PointTreeWidgetItem> record(m_records->record(item->row()));
     m_sheet->commit();
@@ -439,7 +439,7 @@ void RealizationPageBuilder::onCreatType()
     const auto *action = qobject_cast<QAction *>(sender());
     if (!action || !m_contextItem || !m_ui)
         return;
-    const QPointer<PointTreeWidgetItem> item(FormatEditing::createChild(m_contextItem, action->text()));
+    const QPointer<PointTreeWidgetItem> item(FormatEditing::createChild(m_contextItem, action->data().toString()));
     m_contextItem->QTreeWidgetItem::addChild(item);
     Controller::instance()->flushChanges();
     showEntry(item);

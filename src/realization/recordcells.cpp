@@ -1,5 +1,7 @@
 #include "recordcells.h"
 
+#include "extensionfile/showntext.h"
+
 #include <QCheckBox>
 #include <QHeaderView>
 #include <QStyleOptionButton>
@@ -10,6 +12,17 @@
 #include <QToolButton>
 
 namespace {
+
+/// Keeps a text of any length, as Qt::EditRole, and shows the beginning of a very long one.
+class Cell final : public QTableWidgetItem
+{
+public:
+    [[nodiscard]] QVariant data(int role) const override
+    {
+        const QVariant value = QTableWidgetItem::data(role);
+        return role == Qt::DisplayRole ? ExtensionFile::shown(value.toString()) : value;
+    }
+};
 
 /// A check box in the middle of its cell; the style would put it at the edge.
 class CentredBox final : public QCheckBox
@@ -88,7 +101,7 @@ void RecordCells::setText(QTableWidget *table, int row, int column, const QStrin
 {
     QTableWidgetItem *cell = table->item(row, column);
     if (!cell) {
-        cell = new QTableWidgetItem;
+        cell = new Cell;
         cell->setFlags(cell->flags() & ~Qt::ItemIsEditable);
         table->setItem(row, column, cell);
     }

@@ -1,5 +1,6 @@
 #include "recordsheet.h"
 
+#include "extensionfile/limits.h"
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
 #include "realizationicons.h"
@@ -44,7 +45,8 @@ bool RecordSheet::storeDefaults(PointTreeWidgetItem *record)
     const Definitions::Attributes declared = SheetRows::declared(record);
     bool stored = false;
     for (const QString &key : declared.keys) {
-        if (record->property(key).isValid())
+        if (record->property(key).isValid()
+            || record->properties().size() >= ExtensionFile::Limits().maximumAttributesPerElement)
             continue;
         // A declaration without a default makes an empty value: what has no key has no row to be edited in.
         const QVariant value = declared.defaults.value(key);

@@ -1,5 +1,6 @@
 #include "recordtable.h"
 
+#include "extensionfile/showntext.h"
 #include "model/controller.h"
 #include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
@@ -264,13 +265,14 @@ void RecordTable::resetColumns(bool withFormats)
 
 void RecordTable::fillRow(int row, PointTreeWidgetItem *record, const QStringList &keys)
 {
-    const QString id = valueOf(record, idKey);
+    const QString id = ExtensionFile::shown(valueOf(record, idKey));
     for (int column = 0; column < keys.size(); ++column) {
         const QString &key = keys.at(column);
         const QString text = key.isEmpty() ? labelOf(record) : valueOf(record, key);
         const bool isId = column == 0;
         RecordCells::setText(m_table, row, column, text,
-            isId ? tr("%1\nPlug-in: %2").arg(id, Controller::instance()->pluginId()) : text);
+            isId ? tr("%1\nPlug-in: %2").arg(id, ExtensionFile::shown(Controller::instance()->pluginId()))
+                 : ExtensionFile::shown(text));
         if (key == iconKey && m_dressed.at(row))
             RecordCells::setIcon(
                 m_table, row, column, RealizationIcons::icon(text, record->basePath()), tr("Icon of %1").arg(id));

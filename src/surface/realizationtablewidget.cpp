@@ -55,7 +55,7 @@ void RealizationTableWidget::startDrag()
     if (!cell)
         return;
     const QTableWidgetItem *idCell = item(cell->row(), 0);
-    const QString id = idCell ? idCell->text() : QString();
+    const QString id = idCell ? idCell->data(Qt::EditRole).toString() : QString();
     auto *payload = new TreeItemMimeData;
     if (PointTreeWidgetItem *record = Controller::instance()->ownRealizations().record(id))
         payload->setItem(TreeItemMimeData::itemFormat(), record);

@@ -1,5 +1,6 @@
 #include "rowtooltip.h"
 
+#include "extensionfile/showntext.h"
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
 #include "realizationtreewidget.h"
@@ -24,7 +25,7 @@ QString RowToolTip::text(PointTreeWidgetItem *node)
     QStringList lines;
     const auto add = [&lines](const QString &label, const QString &value) {
         if (!value.isEmpty())
-            lines.append(label.arg(value.toHtmlEscaped()));
+            lines.append(label.arg(ExtensionFile::shown(value).toHtmlEscaped()));
     };
     const auto value = [node](const char *key) { return node->properties().value(QLatin1String(key)).toString(); };
     const bool isSubPoint = node->isKind(QLatin1String("SubExtPoint"));

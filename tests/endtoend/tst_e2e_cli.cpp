@@ -18,6 +18,7 @@ private slots:
     void saveBroken();
     void saveWithLoss_data();
     void saveWithLoss();
+    void fewDescriptors();
     void timings();
     void pictures();
 };
@@ -139,6 +140,23 @@ void tst_E2eCli::saveWithLoss()
     const Program::Result forced = runWithSeed("1", { QStringLiteral("--save"), QStringLiteral("--force"), file });
     QCOMPARE(forced.code, 0);
     QVERIFY(contentOf(file) != own);
+}
+
+/// Either all goes well or the reason is said; from some number on all goes well.
+void tst_E2eCli::fewDescriptors()
+{
+    const Product product;
+    const QString file = product.fileOf(QStringLiteral("tides"));
+    for (const int most : { 5, 6, 7, 8, 9, 16, 24, 32, 36, 40, 64 }) {
+        QProcess program;
+        program.start(QStringLiteral("/bin/sh"),
+            { QStringLiteral("-c"), QStringLiteral("ulimit -n %1 && exec \"$0\" --save \"$1\"").arg(most),
+                QStringLiteral(EXTPOINT_BINARY_DIR "/bin/extpoint-workbench"), file });
+        QVERIFY(program.waitForFinished(Program::Patience));
+        const QByteArray error = program.readAllStandardError();
+        QVERIFY2(program.exitStatus() == QProcess::NormalExit, QByteArray::number(most).constData());
+        QVERIFY2(program.exitCode() == (most < 64 && !error.isEmpty() ? 1 : 0), error.constData());
+    }
 }
 
 void tst_E2eCli::timings()

@@ -4,6 +4,7 @@
 #include "core/idocument.h"
 #include "core/ieditor.h"
 #include "core/ieditorfactory.h"
+#include "extensionfile/limits.h"
 #include "extensionsystem/pluginmanager.h"
 
 #include <QAbstractItemView>
@@ -19,6 +20,7 @@
 #include <QTest>
 #include <QThreadPool>
 #include <QTimer>
+#include <QTreeView>
 #include <QXmlStreamReader>
 
 #include <memory>
@@ -30,6 +32,7 @@ using namespace FaultTesting;
 namespace {
 
 constexpr char quitOption[] = "--quit-in-mid-scan";
+constexpr char useOption[] = "--use";
 
 /// A copy of the sample product, with as many siblings more as are asked for.
 class Sample final
@@ -91,6 +94,114 @@ private:
     bool m_opened = false;
 };
 
+/// Two plug-ins, "own" and "sibling", with these files.
+class Pair final
+{
+public:
+    Pair(const QByteArray &own, const QByteArray &sibling)
+    {
+        add("own", own);
+        add("sibling", sibling);
+    }
+    [[nodiscard]] QString own() const { return pathOf("own"); }
+
+private:
+    void add(const char *name, const QByteArray &bytes) const
+    {
+        makeDirectory(m_directory.filePath(QLatin1String(name)));
+        makeFile(pathOf(name), bytes);
+    }
+    [[nodiscard]] QString pathOf(const char *name) const
+    {
+        return m_directory.path() + QLatin1Char('/') + QLatin1String(name) + QLatin1String("/extension.xml");
+    }
+
+    QTemporaryDir m_directory;
+};
+
+/// A document with something of everything; @p text gives each of its names and values.
+QByteArray documentWith(const std::function<QByteArray(const char *)> &text)
+{
+    const QByteArray point = text("point");
+    const QByteArray option = text("option");
+    const QByteArray record = "<" + text("kind") + " id=\"" + text("record") + "\" text=\"" + text("text") + "\" e=\""
+        + option + "\" icon=\"" + text("icon") + "\" " + text("attribute") + "=\"1\"/>";
+    return "<Plugin id=\"" + text("plugin") + "\"><ExtPointSet><ExtPoint id=\"" + point + "\" name=\"" + text("name")
+        + "\" hasformat=\"true\" description=\"" + text("description") + "\" displaylabel=\"text\"><String key=\"text\""
+        + " name=\"" + text("name") + "\" value=\"" + text("value") + "\" regexp=\"" + text("pattern")
+        + "\"/><Enum key=\"e\" value=\"" + option + "\"><Data key=\"1\" text=\"" + option
+        + "\"/></Enum><SubExtPoint key=\"" + text("key") + "\" childtype=\"" + text("types")
+        + "\"/></ExtPoint></ExtPointSet><ExtDataSet><ExtData id=\"" + point + "\">" + record
+        + "</ExtData><ExtData id=\"" + point + "\"><format target=\"" + text("target") + "\" title=\"" + text("title")
+        + "\" toolTip=\"" + text("title") + "\"><MenuBar>" + record
+        + "</MenuBar></format></ExtData></ExtDataSet></Plugin>";
+}
+
+QByteArray ordinaryDocument(const char *plugin)
+{
+    return documentWith([plugin](const char *what) { return QByteArray(plugin) + what; });
+}
+
+/// A point with this inside, and a record of it.
+QByteArray pointWith(const QByteArray &attributes, const QByteArray &content)
+{
+    return "<Plugin id=\"p\"><ExtPointSet><ExtPoint id=\"p.a\" name=\"A\" hasformat=\"true\" displaylabel=\"k7\" "
+        + attributes + ">" + content + "</ExtPoint></ExtPointSet><ExtDataSet><ExtData id=\"p.a\"><a id=\"r\" "
+        + attributes + "/><Format target=\"t\"><a id=\"r\"/></Format></ExtData></ExtDataSet></Plugin>";
+}
+
+QByteArray numbered(int count, const std::function<QByteArray(const QByteArray &)> &make)
+{
+    QByteArray all;
+    for (int i = 0; i < count; ++i)
+        all += make(QByteArray::number(i));
+    return all;
+}
+
+QByteArray nested(int depth)
+{
+    const QByteArray begin = "<Plugin id=\"p\"><ExtPointSet><ExtPoint id=\"p.a\" name=\"A\" hasformat=\"true\">";
+    const QByteArray middle = "</ExtPoint></ExtPointSet><ExtDataSet><ExtData id=\"p.a\"><format target=\"t\">";
+    const QByteArray end = "</format></ExtData></ExtDataSet></Plugin>";
+    return begin + QByteArray("<SubExtPoint key=\"s\">").repeated(depth - 3)
+        + QByteArray("</SubExtPoint>").repeated(depth - 3) + middle + QByteArray("<menu id=\"m\">").repeated(depth - 4)
+        + QByteArray("</menu>").repeated(depth - 4) + end;
+}
+
+/// Opens a file, tries everything on it and saves it. Nothing when all went well.
+QString use(Core::IEditorFactory *factory, const QString &path, bool everything)
+{
+    FaultTesting::WorkClock clock;
+    clock.start();
+    const OpenedEditor editor(factory, path);
+    if (!editor.isOpened())
+        return QStringLiteral("not opened");
+    QStringList slow;
+    const auto look = [&](const QString &what) {
+        const qint64 took = clock.restart();
+        if (took > patienceMs())
+            slow.append(QStringLiteral("%1 took %2 ms").arg(what).arg(took));
+    };
+    look(QStringLiteral("opening"));
+    while (editor.isBusy()) {
+        QCoreApplication::processEvents();
+        look(QStringLiteral("a turn of the scan"));
+    }
+    CuriousUser user(editor.widget(), 1);
+    if (everything)
+        user.tryEverything();
+    else
+        user.tryAnything(100);
+    if (user.longest() > patienceMs())
+        slow.append(QStringLiteral("%1 took %2 ms").arg(user.longestDeed()).arg(user.longest()));
+    const QByteArray before = contentsOf(path);
+    clock.restart();
+    if (!editor.document()->save(nullptr, path, false) || contentsOf(path) == before)
+        return QStringLiteral("not saved");
+    look(QStringLiteral("saving"));
+    return slow.join(QLatin1String("; "));
+}
+
 bool loadPlugins(ExtensionSystem::PluginManager *plugins)
 {
     plugins->setPluginPaths({ QStringLiteral(EXTPOINT_BINARY_DIR "/lib/extpoint/plugins") });
@@ -118,6 +229,17 @@ int quitInMidScan(QApplication &application, const QString &path, int delay)
     return 0;
 }
 
+int useInChild(const QString &path)
+{
+    ExtensionSystem::PluginManager plugins;
+    if (!loadPlugins(&plugins))
+        return 2;
+    const QString problem = use(ExtensionSystem::PluginManager::getObject<Core::IEditorFactory>(), path, true);
+    std::puts(qPrintable(problem));
+    plugins.shutdown();
+    return problem.isEmpty() ? 0 : 1;
+}
+
 QString notWellFormed(const QString &path)
 {
     QXmlStreamReader xml(contentsOf(path));
@@ -141,6 +263,9 @@ private Q_SLOTS:
     void pastedIntoASheet_data();
     void pastedIntoASheet();
     void quitsInMidScan();
+    void muchOfSomething_data();
+    void muchOfSomething();
+    void littleStack();
 
 private:
     ExtensionSystem::PluginManager m_plugins;
@@ -284,12 +409,81 @@ void TestFaultEditing::quitsInMidScan()
     QVERIFY2(inMidScan > 2, qPrintable(QString::number(inMidScan)));
 }
 
+void TestFaultEditing::muchOfSomething_data()
+{
+    QTest::addColumn<QByteArray>("own");
+    QTest::addColumn<QByteArray>("sibling");
+    const auto row = [](const char *name, const QByteArray &bytes) {
+        QTest::addRow("%s in the opened file", name) << bytes << ordinaryDocument("s");
+        QTest::addRow("%s in a sibling", name) << ordinaryDocument("o") << bytes;
+    };
+    row("texts of a megabyte", documentWith([](const char *what) {
+        // The parser takes no longer ones.
+        if (qstrcmp(what, "attribute") == 0 || qstrcmp(what, "kind") == 0)
+            return what + QByteArray(4'000, 'x');
+        return what + (qstrcmp(what, "types") == 0 ? QByteArray("t|").repeated(500'000) : QByteArray(1'000'000, 'x'));
+    }));
+    row("20,000 declarations", pointWith({}, numbered(20'000, [](const QByteArray &i) {
+        return "<String key=\"k" + i + "\" name=\"n" + i + "\" value=\"" + i + "\"/>";
+    })));
+    row("400 attributes of 10,000 characters",
+        pointWith(
+            numbered(400, [](const QByteArray &i) { return " b" + i + "=\"" + QByteArray(10'000, 'x') + '"'; }), {}));
+}
+
+void TestFaultEditing::muchOfSomething()
+{
+    QFETCH(const QByteArray, own);
+    QFETCH(const QByteArray, sibling);
+    {
+        const Pair pair(own, sibling);
+        QCOMPARE(use(m_factory, pair.own(), true), QString());
+    }
+    // Nothing of it is lost by showing it.
+    const Pair pair(own, sibling);
+    const OpenedEditor editor(m_factory, pair.own());
+    QVERIFY(editor.isOpened());
+    QTRY_VERIFY_WITH_TIMEOUT(!editor.isBusy(), 60'000);
+    auto *pages = editor.widget()->findChild<QTabWidget *>(QStringLiteral("tabWidget"));
+    pages->setCurrentIndex(1);
+    auto *points = editor.widget()->findChild<QTreeView *>(QStringLiteral("realizationTree"));
+    auto *records = editor.widget()->findChild<QAbstractItemView *>(QStringLiteral("realizTable"));
+    points->expandAll();
+    for (QModelIndex point = points->model()->index(0, 0); point.isValid(); point = points->indexBelow(point)) {
+        points->setCurrentIndex(point);
+        records->setCurrentIndex(records->model()->index(0, 0));
+    }
+    QVERIFY(editor.document()->save(nullptr, pair.own(), false));
+    const QByteArray saved = contentsOf(pair.own());
+    QVERIFY(saved != own);
+    // The record has got its defaults.
+    QVERIFY(saved.count(QByteArray(100, 'x')) >= own.count(QByteArray(100, 'x')));
+    QCOMPARE(saved.count("key="), own.count("key="));
+}
+
+/// In a process of its own, whose stack is as small as any is.
+void TestFaultEditing::littleStack()
+{
+    const Pair pair(nested(ExtensionFile::Limits().maximumDepth), nested(ExtensionFile::Limits().maximumDepth));
+    QProcess child;
+    child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    child.start(QStringLiteral("/bin/sh"),
+        { QStringLiteral("-c"), QStringLiteral("ulimit -s 512 && exec \"$0\" \"$@\""),
+            QCoreApplication::applicationFilePath(), QLatin1String(useOption), pair.own() });
+    QVERIFY(child.waitForFinished(300'000));
+    QCOMPARE(child.readAllStandardOutput().trimmed(), QByteArray());
+    QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(child.exitCode(), 0);
+}
+
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() == 4 && arguments.at(1) == QLatin1String(quitOption))
         return quitInMidScan(application, arguments.at(2), arguments.at(3).toInt());
+    if (arguments.size() == 3 && arguments.at(1) == QLatin1String(useOption))
+        return useInChild(arguments.at(2));
     TestFaultEditing test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -31,6 +31,19 @@ QByteArray sibling(const QByteArray &id, int points = 3, char letter = 'x')
     return bytes + "</ExtPointSet></Plugin>";
 }
 
+/// Two formats of one target, each with 20,000 entries whose "id" and "parent" are made from numbers around theirs.
+QByteArray mergedFormats(const std::function<QByteArray(int)> &id, const std::function<QByteArray(int)> &parent)
+{
+    QByteArray bytes = "<Plugin id=\"odd\"><ExtPointSet/><ExtDataSet>";
+    for (int file = 0; file < 2; ++file) {
+        bytes += "<Format target=\"t\"><e><e id=\"0\"/></e>";
+        for (int i = 1; i <= 20'000; ++i)
+            bytes += "<e id=\"" + id(i) + "\" parent=\"" + parent(i) + "\"><e id=\"" + parent(i) + "\"/></e>";
+        bytes += "</Format>";
+    }
+    return bytes + "</ExtDataSet></Plugin>";
+}
+
 /// Twenty plug-ins and the opened one; "odd" stands in the middle of the listing.
 class Product final
 {
@@ -220,6 +233,14 @@ void TestFaultSiblings::oneOddSibling_data()
             + QByteArray("<ExtData id=\"d\"/>").repeated(200'000) + "</ExtDataSet></Plugin>"),
         true);
     row("200,000 points", "", holding(sibling("odd", 200'000)), true);
+    const auto number = [](int i) { return QByteArray::number(i); };
+    const auto nought = [](int) { return QByteArray("0"); };
+    row("all entries have the id that they name", "stay directly", holding(mergedFormats(nought, nought)), true);
+    row("all entries name one id", "stay directly", holding(mergedFormats(number, nought)), true);
+    row("each entry names the next", "stay directly",
+        holding(mergedFormats(number, [number](int i) { return number(i + 1); })), true);
+    row("each entry names the last", "stay directly",
+        holding(mergedFormats(number, [number](int i) { return number(i - 1); })), true);
     row("directory without a file", "", [](const Product &product) { makeDirectory(product.odd()); });
     row("file in the place of the directory", "", [](const Product &product) { makeFile(product.odd(), "x"); });
     row("link in the place of the directory", "", [](const Product &product) { makeLink("a100", product.odd()); });

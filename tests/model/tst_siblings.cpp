@@ -1,7 +1,9 @@
 #include "modeltesting.h"
 
+#include "model/scanbudget.h"
 #include "model/taskread.h"
 
+#include <QRegularExpression>
 #include <QTest>
 #include <QThread>
 
@@ -82,6 +84,7 @@ private Q_SLOTS:
     void nothingIsAnnounced();
     void announcementsGrowWithTheFileOnly();
     void nodesGetTheThreadOfTheTaskMaker();
+    void whatIsTooMuchInAllIsLeftOut();
 };
 
 void TestSiblings::announcements_data()
@@ -231,6 +234,34 @@ void TestSiblings::nodesGetTheThreadOfTheTaskMaker()
         for (PointObject *child : announcement.node->children())
             QCOMPARE(child->item()->thread(), mine);
     }
+}
+
+void TestSiblings::whatIsTooMuchInAllIsLeftOut()
+{
+    const Product product;
+    const auto add = [&product](const char *name, int points, int text) {
+        const QByteArray body = "<ExtPoint n=\"" + QByteArray(text, 'x') + "\"/>";
+        return product.add(
+            QString::fromLatin1(name), "<P><ExtPointSet>" + body.repeated(points) + "</ExtPointSet></P>");
+    };
+    const auto isRead = [](const QString &path, ScanBudget *budget) {
+        return TaskRead::read(path, nullptr, nullptr, QThread::currentThread(), budget).file != nullptr;
+    };
+    ExtensionFile::Limits limits;
+    limits.maximumScanElements = 20; // a set counts as well
+    limits.maximumScanAttributeText = 200;
+    ScanBudget budget(limits);
+    QVERIFY(isRead(add("first", 9, 0), &budget));
+    const QString large = add("large", 10, 0);
+    QTest::ignoreMessage(QtWarningMsg,
+        QRegularExpression(QRegularExpression::escape(large) + QStringLiteral(": Not taken in: .*too many elements")));
+    QVERIFY(!isRead(large, &budget));
+    const QString wordy = add("wordy", 1, 201);
+    QTest::ignoreMessage(QtWarningMsg,
+        QRegularExpression(QRegularExpression::escape(wordy) + QStringLiteral(": Not taken in: .*too much text")));
+    QVERIFY(!isRead(wordy, &budget));
+    // What still fits comes after them.
+    QVERIFY(isRead(add("second", 9, 20), &budget));
 }
 
 QTEST_MAIN(TestSiblings)

@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QImage>
+#include <QImageWriter>
 #include <QPixmap>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -27,6 +28,22 @@ QByteArray png(const QSize &size, QColor colour = Qt::red)
     if (!image.save(&buffer, "png"))
         qFatal("no picture");
     return bytes;
+}
+
+/// A grey picture of 1000 x 1000 pixels that goes over itself this many times.
+QByteArray jpeg(int scans)
+{
+    QImage image(1000, 1000, QImage::Format_Grayscale8);
+    image.fill(Qt::gray);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QImageWriter writer(&buffer, "jpeg");
+    writer.setProgressiveScanWrite(scans > 1);
+    if (!writer.write(image))
+        qFatal("no picture");
+    // The last scan over and over.
+    const QByteArray last = bytes.mid(bytes.lastIndexOf("\xff\xda")).chopped(2);
+    return scans > 1 ? bytes.chopped(2) + last.repeated(scans) + bytes.right(2) : bytes;
 }
 
 /// A bitmap of this size whose picture data ends early.
@@ -136,7 +153,9 @@ void TestRealizationIcons::files_data()
     const int most = 4 * 1024 * 1024;
     QTest::newRow("just small enough") << picture + QByteArray(most - picture.size(), ' ') << QSize(20, 10);
     QTest::newRow("too large a file") << picture + QByteArray(most - picture.size() + 1, ' ') << no;
-    QTest::newRow("too many pixels") << bitmap(8001, 8000) << no;
+    QTest::newRow("too many pixels") << png({ 7999, 7999 }) << no;
+    QTest::newRow("jpeg") << jpeg(1) << QSize(256, 256);
+    QTest::newRow("jpeg of too many scans") << jpeg(1'000) << no;
     QTest::newRow("huge sides") << bitmap(0x7fffffff, 0x7fffffff) << no;
     QTest::newRow("empty") << QByteArray() << no;
     QTest::newRow("text") << QByteArray("Not a picture, whatever its name.") << no;

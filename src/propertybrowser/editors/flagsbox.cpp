@@ -1,5 +1,7 @@
 #include "propertybrowser/editors/flagsbox.h"
 
+#include "extensionfile/showntext.h"
+
 #include <QFrame>
 #include <QKeyEvent>
 #include <QListWidget>
@@ -134,7 +136,7 @@ QString FlagsBox::shownText() const
             texts.append(m_options.at(i).text);
         }
     }
-    return texts.join(QLatin1String(", "));
+    return ExtensionFile::shown(texts.join(QLatin1String(", ")));
 }
 
 void FlagsBox::take(const QVector<bool> &chosen)

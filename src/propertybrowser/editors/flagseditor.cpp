@@ -7,6 +7,7 @@
 #include "propertybrowser/editors/textentryeditor.h"
 
 #include <QHBoxLayout>
+#include <QSet>
 #include <QStringList>
 
 namespace {
@@ -22,7 +23,8 @@ bool isMask(const PropertyItem &item)
 QVector<bool> chosenOf(const PropertyItem &item)
 {
     const QList<PropertyItem::OptionItem> &options = item.options();
-    const QStringList parts = item.value().toString().split(separator);
+    const QStringList given = item.value().toString().split(separator);
+    const QSet<QString> parts(given.cbegin(), given.cend());
     const auto mask = static_cast<quint32>(item.value().toInt());
     QVector<bool> chosen;
     for (int i = 0; i < options.size(); ++i) {

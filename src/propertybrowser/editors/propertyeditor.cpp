@@ -1,5 +1,6 @@
 #include "propertybrowser/editors/propertyeditor.h"
 
+#include "extensionfile/showntext.h"
 #include "propertybrowser/invalidmark.h"
 
 #include <QApplication>
@@ -56,10 +57,11 @@ void PropertyEditor::setInner(QWidget *inner)
 void PropertyEditor::mark(const QString &problem)
 {
     m_mark->setVisible(!problem.isEmpty());
-    if (m_problem != problem) {
-        m_problem = problem;
-        m_inner->setToolTip(problem.toHtmlEscaped());
-        m_inner->setAccessibleDescription(problem);
+    const QString shown = ExtensionFile::shown(problem);
+    if (m_problem != shown) {
+        m_problem = shown;
+        m_inner->setToolTip(shown.toHtmlEscaped());
+        m_inner->setAccessibleDescription(shown);
     }
 }
 

@@ -1,8 +1,10 @@
 #include "propertybrowser/editors/readonlyeditor.h"
 
+#include "extensionfile/showntext.h"
 #include "propertybrowser/editors/propertyeditor.h"
 #include "propertybrowser/editortable.h"
 
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QStyle>
@@ -22,12 +24,23 @@ QString textOf(const PropertyItem &item)
     return kind.type == PropertyType::Null ? value.toString() : kind.display(editable).text;
 }
 
+/// Why a value that may be changed can't be changed here; empty for all others.
+QString reasonOf(const PropertyItem &item)
+{
+    if (!item.isEditable() || !EditorTable::isTooLong(item)) {
+        return {};
+    }
+    return QCoreApplication::translate(
+        "PropertyBrowser", "Too long to be edited here: %1 characters, of which these are the first")
+        .arg(item.value().toString().size());
+}
+
 class Editor final : public PropertyEditor
 {
 public:
     Editor(const PropertyItem &item, QWidget *parent) : PropertyEditor(item, parent)
     {
-        auto *line = new QLineEdit(textOf(item), this);
+        auto *line = new QLineEdit(ExtensionFile::shown(textOf(item)), this);
         line->setReadOnly(true);
         line->setFrame(false);
         line->setCursorPosition(0);
@@ -37,7 +50,9 @@ public:
         QPalette flat = line->palette();
         flat.setBrush(QPalette::Base, Qt::NoBrush);
         line->setPalette(flat);
-        line->setToolTip(line->text().toHtmlEscaped());
+        const QString reason = reasonOf(item);
+        line->setToolTip((reason.isEmpty() ? line->text() : reason).toHtmlEscaped());
+        line->setAccessibleDescription(reason);
         auto *layout = new QHBoxLayout(this);
         // Where the text of a line with a frame begins.
         layout->setContentsMargins(style()->pixelMetric(QStyle::PM_DefaultFrameWidth), 0, 0, 0);
@@ -59,5 +74,5 @@ PropertyEditor *ReadOnlyEditor::create(const PropertyItem &item, QWidget *parent
 
 PropertyDisplay ReadOnlyEditor::display(const PropertyItem &item)
 {
-    return { textOf(item) };
+    return { textOf(item), reasonOf(item) };
 }

@@ -1,5 +1,6 @@
 #include "propertybrowser/editors/textentryeditor.h"
 
+#include "extensionfile/showntext.h"
 #include "propertybrowser/editors/steppingedit.h"
 #include "propertybrowser/editors/textcodec.h"
 #include "propertybrowser/wholematch.h"
@@ -114,7 +115,8 @@ bool TextEntryEditor::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == inner() && event->type() == QEvent::ToolTip && inner()->toolTip().isEmpty()
         && m_line->fontMetrics().horizontalAdvance(m_line->text()) > m_line->contentsRect().width()) {
-        QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), m_line->text().toHtmlEscaped(), m_line);
+        QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(),
+            ExtensionFile::shown(m_line->text()).toHtmlEscaped(), m_line);
         return true;
     }
     return PropertyEditor::eventFilter(watched, event);
