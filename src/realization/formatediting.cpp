@@ -4,6 +4,10 @@
 #include "model/generatedid.h"
 #include "model/pointtreewidgetitem.h"
 
+#include <QSet>
+
+#include <algorithm>
+
 namespace {
 
 const QString menuBar = QStringLiteral("menubar");
@@ -19,8 +23,12 @@ QStringList FormatEditing::childTypes(PointTreeWidgetItem *row)
     if (row->kind() == QLatin1String("format")) {
         types << menuBar << toolBars;
         types.removeDuplicates();
+        QSet<QString> taken;
         for (PointObject *child : row->children())
-            types.removeAll(child->item()->kind().toLower());
+            taken.insert(child->item()->kind().toLower());
+        types.erase(
+            std::remove_if(types.begin(), types.end(), [&](const QString &type) { return taken.contains(type); }),
+            types.end());
     }
     types.removeAll(QString());
     return types;
