@@ -17,8 +17,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
-#include <unistd.h>
-
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -190,7 +188,7 @@ int main(int argc, char **argv)
     if (answer >= 0)
         return answer;
     if (!hasFreeDescriptors()) {
-        print(stderr, QStringLiteral("extpoint-workbench: Too few files may be open at once (see \"ulimit -n\").\n"));
+        complain(QStringLiteral("Too few files may be open at once (see \"ulimit -n\")."));
         return EXIT_FAILURE;
     }
     useNoDisplayIfPossible(commandLine);
