@@ -17,7 +17,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
