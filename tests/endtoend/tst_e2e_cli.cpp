@@ -147,6 +147,8 @@ void tst_E2eCli::fewDescriptors()
 {
     const Product product;
     const QString file = product.fileOf(QStringLiteral("tides"));
+    // There is nothing to tell of a save any more.
+    QCOMPARE(runWithSeed("1", { QStringLiteral("--save"), file }).code, 0);
     for (const int most : { 5, 6, 7, 8, 9, 16, 24, 32, 36, 40, 64 }) {
         QProcess program;
         program.start(QStringLiteral("/bin/sh"),
