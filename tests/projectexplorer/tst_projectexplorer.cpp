@@ -113,6 +113,12 @@ void tst_ProjectExplorer::rows()
     QCOMPARE(m_view->currentIndex().data().toString(), QStringLiteral("Units"));
     QCOMPARE(m_dock->findChild<QLabel *>(QStringLiteral("productCount"))->text(),
         QStringLiteral("2 plug-ins, 4 other directories"));
+    const QString alarms = m_dir->filePath(QStringLiteral("Alarms/extension.xml"));
+    const QModelIndex index = m_view->model()->index(0, 0);
+    const qint64 ordinary = index.data(Qt::DecorationRole).value<QIcon>().cacheKey();
+    m_dock->setProblems({ { alarms, QStringLiteral("why") } });
+    QCOMPARE(index.data(Qt::ToolTipRole).toString(), QStringLiteral("why"));
+    QVERIFY(index.data(Qt::DecorationRole).value<QIcon>().cacheKey() != ordinary);
     m_dock->setOpenedFile(QString());
     QCOMPARE(picture(), QStringList());
 }
