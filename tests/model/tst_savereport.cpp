@@ -10,6 +10,8 @@
 
 using ModelTesting::Product;
 
+Q_DECLARE_METATYPE(SaveReport::Reason)
+
 namespace {
 
 using Kind = SaveReport::Kind;
@@ -277,6 +279,5 @@ void TestSaveReport::unreadSiblings()
     QCOMPARE(report.unread(), reason == Reason::Unread ? QStringList { other } : QStringList());
 }
 
-Q_DECLARE_METATYPE(SaveReport::Reason)
 QTEST_GUILESS_MAIN(TestSaveReport)
 #include "tst_savereport.moc"
