@@ -85,8 +85,9 @@ void FileSaving::save(const std::function<void()> &then)
 {
     if (!m_editor)
         return;
-    m_then = then;
-    if (m_step == Step::Asking) {
+    if (then || m_step == Step::None)
+        m_then = then;
+    if (m_step == Step::Asking && m_question) {
         m_question->raise();
         m_question->activateWindow();
     }
@@ -137,7 +138,7 @@ void FileSaving::goOn()
     }
     auto *reporting = reportingDocument(m_editor);
     const SaveReport report = reporting ? reporting->saveReport() : SaveReport();
-    if (report.question.isEmpty())
+    if (report.question.isEmpty() || report.question == m_accepted)
         write(report);
     else
         ask(report);
@@ -161,12 +162,15 @@ void FileSaving::ask(const SaveReport &report)
             giveUp();
             return;
         }
-        // After the box is gone: saving may take a while, and may be followed by closing the window.
+        // After the box is gone: saving may take a while, and may be followed by closing the window. Meanwhile another
+        // program may have written, or what could not be read have come: all is looked at once more.
+        m_step = Step::Waiting;
+        m_accepted = report.question;
         QMetaObject::invokeMethod(
             this,
-            [this, report] {
-                if (m_step == Step::Asking)
-                    write(report);
+            [this] {
+                if (m_step == Step::Waiting)
+                    goOn();
             },
             Qt::QueuedConnection);
     });
@@ -176,6 +180,7 @@ void FileSaving::ask(const SaveReport &report)
 void FileSaving::write(const SaveReport &report)
 {
     m_step = Step::None;
+    m_accepted.clear();
     const std::function<void()> then = std::exchange(m_then, {});
     const QString path = m_editor->document()->filePath().toString();
     const SaveOutcome outcome = m_editors.save(m_editor);
@@ -212,6 +217,7 @@ void FileSaving::giveUp()
     m_look.stop();
     m_bar->hide();
     m_then = {};
+    m_accepted.clear();
     m_step = Step::None;
     if (m_question)
         m_question->close();

@@ -39,8 +39,10 @@ public:
     void setEditor(IEditor *editor);
 
     /// Calls \a then once the file has been written and there is nothing about it that the user should look at first.
-    /// A save that is under way goes on, with \a then in place of what it was to be followed by.
+    /// A save that is under way goes on, with \a then, if it is one, in place of what it was to be followed by.
     void save(const std::function<void()> &then = {});
+    /// A save that is under way is followed by nothing any more.
+    void forgetWhatFollows() { m_then = {}; }
 
     /// A warning or an error, by \a objectName, about the file \a path.
     void showMessage(const QString &objectName, const QString &text, const QString &path, const QString &reason);
@@ -68,6 +70,7 @@ private:
     QPushButton *m_goOnButton;
     QToolButton *m_detailsButton;
     QPointer<QMessageBox> m_question;
+    QString m_accepted; ///< the question that was answered with yes
     QStringList m_remarks;
 };
 

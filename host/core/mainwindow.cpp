@@ -415,6 +415,8 @@ void MainWindow::confirmThen(const std::function<void()> &proceed)
         proceed();
         return;
     }
+    // What was wanted before is asked anew.
+    m_saving->forgetWhatFollows();
     m_question = new QMessageBox(QMessageBox::Question, tr("Unsaved Changes"),
         tr("Save the changes to %1 before closing it?").arg(shortPath(pathOf(m_editor))),
         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);

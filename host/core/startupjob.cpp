@@ -1,6 +1,7 @@
 #include "core/startupjob.h"
 
 #include "core/editormanager.h"
+#include "core/filecare.h"
 #include "core/ieditor.h"
 #include "core/mainwindow.h"
 #include "core/reportingdocument.h"
@@ -8,6 +9,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPixmap>
@@ -16,6 +18,7 @@
 
 #include <cstdio>
 #include <unistd.h>
+#include <utility>
 
 namespace Core {
 
@@ -26,6 +29,7 @@ constexpr int PollInterval = 5; // milliseconds
 // in, and the window has been painted with it.
 constexpr int QuietTurnsNeeded = 6;
 constexpr int LongestWaitForFile = 10'000; // milliseconds without any other that arrives
+constexpr int LongestWaitForThreads = 2'000;
 constexpr int NotSaved = 3;
 constexpr qint64 LongestWaitForWindow = 5'000'000'000; // nanoseconds
 
@@ -113,12 +117,13 @@ bool StartupJob::isWorthWaiting()
 {
     IEditor *editor = m_window.currentEditor();
     const auto *reporting = editor ? dynamic_cast<const ReportingDocument *>(editor->document()) : nullptr;
-    const int awaited = reporting ? reporting->awaitedFiles().size() : -1;
-    if (awaited <= 0 || awaited != m_awaited) {
-        m_awaited = awaited;
+    if (!reporting)
+        return true;
+    const int awaited = reporting->awaitedFiles().size();
+    if (std::exchange(m_awaited, awaited) != awaited)
         m_sinceArrival.start();
-    }
-    return !m_sinceArrival.hasExpired(LongestWaitForFile);
+    // A thread that the system has refused counts as one at work for ever.
+    return !m_sinceArrival.hasExpired(awaited > 0 ? LongestWaitForFile : LongestWaitForThreads);
 }
 
 bool StartupJob::tellSaveReport() const
@@ -143,6 +148,11 @@ void StartupJob::work()
         }
     }
     if (m_commandLine.save) {
+        // While the product was read somebody may have written, or be writing.
+        if (!QFileInfo::exists(m_commandLine.file) || !m_window.fileCare().maySave()) {
+            fail(tr("The file was changed by another program while the product was read."));
+            return;
+        }
         if (!tellSaveReport()) {
             QCoreApplication::exit(NotSaved);
             return;

@@ -96,28 +96,32 @@ Core::SaveReport SaveReportTexts::of(const ::SaveReport &report)
         }
         texts.remarks.append(describe(remark, report.unread()));
     }
-    const int lost = report.count(Kind::MarksLost, Reason::Unread);
+    QStringList questions;
+    QStringList advice;
     if (report.count(Kind::NothingLeft) > 0) {
-        texts.question = text(QT_TRANSLATE_NOOP("SaveReport",
-            "Everything in the file but the XML declaration would be lost: it holds no \"ExtPointSet\" and no "
-            "\"ExtDataSet\"."));
-        texts.advice = text(QT_TRANSLATE_NOOP(
-            "SaveReport", "Look at the names of its elements with a text editor, or create something here first."));
+        questions.append(text(QT_TRANSLATE_NOOP("SaveReport",
+            "Everything in the file but the XML declaration would be lost, and it would not open again: it holds no "
+            "\"ExtPointSet\" and no \"ExtDataSet\".")));
+        advice.append(text(QT_TRANSLATE_NOOP(
+            "SaveReport", "Look at the names of its elements with a text editor, or create something here first.")));
     } else if (report.count(Kind::SetDropped) > 0) {
-        texts.question = text(QT_TRANSLATE_NOOP("SaveReport",
+        questions.append(text(QT_TRANSLATE_NOOP("SaveReport",
             "A part of the file would be lost, since its name is not written as \"ExtPointSet\" or \"ExtDataSet\", or "
-            "it stands in the wrong place."));
-        texts.advice = text(QT_TRANSLATE_NOOP("SaveReport",
-            "Correct the name with a text editor; the file is read again here by itself once nothing is unsaved."));
-    } else if (lost > 0) {
-        texts.question
-            = text(QT_TRANSLATE_NOOP("SaveReport",
-                       "%n text(s) would lose their translation marks, since not every plug-in could be read: %1."),
-                lost)
-                  .arg(names(report.unread()));
-        texts.advice = text(QT_TRANSLATE_NOOP("SaveReport",
-            "Repair the files of these plug-ins and open this one again, or wait until they have been read."));
+            "it stands in the wrong place.")));
+        advice.append(text(QT_TRANSLATE_NOOP("SaveReport",
+            "Correct the name with a text editor; the file is read again here by itself once nothing is unsaved.")));
     }
+    if (const int lost = report.count(Kind::MarksLost, Reason::Unread)) {
+        questions.append(text(QT_TRANSLATE_NOOP("SaveReport",
+                                  "%n text(s) would lose their translation marks, since not every plug-in could be "
+                                  "read: %1."),
+            lost)
+                             .arg(names(report.unread())));
+        advice.append(text(QT_TRANSLATE_NOOP("SaveReport",
+            "Repair the files of these plug-ins and open this one again, or wait until they have been read.")));
+    }
+    texts.question = questions.join(QLatin1Char(' '));
+    texts.advice = advice.join(QLatin1Char(' '));
     return texts;
 }
 

@@ -38,7 +38,7 @@ ModelWriter::ModelWriter(
     : m_translatable(translatable), m_definitions(definitions), m_path(path), m_marks(marks)
 { }
 
-QByteArray ModelWriter::write(const PointTreeWidgetItem *definitionRoot, const PointTreeWidgetItem *realizationRoot)
+QByteArray ModelWriter::write(PointTreeWidgetItem *definitionRoot, PointTreeWidgetItem *realizationRoot)
 {
     ExtensionFile::Writer writer(m_path);
     // As long as the file is now, and as much again as a user may add at a time.
@@ -48,12 +48,12 @@ QByteArray ModelWriter::write(const PointTreeWidgetItem *definitionRoot, const P
         startDefinition(writer, definitionRoot);
         for (const auto &side : { definitionRoot, realizationRoot }) {
             for (PointObject *object : side->children()) {
-                const PointTreeWidgetItem *set = object->item();
+                PointTreeWidgetItem *set = object->item();
                 startDefinition(writer, set);
                 for (PointObject *child : set->children()) {
                     walkSubtree(
                         child->item(),
-                        [&](const PointTreeWidgetItem *node) {
+                        [&](PointTreeWidgetItem *node) {
                             if (side == definitionRoot)
                                 startDefinition(writer, node);
                             else
@@ -76,25 +76,26 @@ QByteArray ModelWriter::write(const PointTreeWidgetItem *definitionRoot, const P
     return bytes;
 }
 
-void ModelWriter::startDefinition(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node)
+void ModelWriter::startDefinition(ExtensionFile::Writer &writer, PointTreeWidgetItem *node)
 {
     writer.startElement(node->kind());
     for (const PropertyHash::Entry &entry : node->properties()) {
-        if (!leftOutOfDefinition(node, entry.key))
-            writer.attribute(entry.key, entry.value.toString());
-        else if (m_report)
-            m_report->noteDroppedAttribute(node, entry);
+        if (leftOutOfDefinition(node, entry.key)) {
+            leaveOut(node, entry);
+            continue;
+        }
+        writer.attribute(entry.key, entry.value.toString());
+        noteOrigin(node, entry, PropertyHash::Origin::Read);
     }
 }
 
-void ModelWriter::startRealization(ExtensionFile::Writer &writer, const PointTreeWidgetItem *node)
+void ModelWriter::startRealization(ExtensionFile::Writer &writer, PointTreeWidgetItem *node)
 {
     const bool isDeclared = learn(node);
     writer.startElement(node->kind());
     for (const PropertyHash::Entry &entry : node->properties()) {
         if (leftOutOfRealization(node, entry.key)) {
-            if (m_report)
-                m_report->noteDroppedAttribute(node, entry);
+            leaveOut(node, entry);
             continue;
         }
         const QString value = entry.value.toString();
@@ -105,7 +106,21 @@ void ModelWriter::startRealization(ExtensionFile::Writer &writer, const PointTre
         writer.attribute(entry.key, written);
         if (m_report)
             m_report->noteValue(node, entry, written, isMarked, isDeclared);
+        noteOrigin(node, entry, isMarked ? PropertyHash::Origin::ReadWithMarks : PropertyHash::Origin::Read);
     }
+}
+
+void ModelWriter::leaveOut(PointTreeWidgetItem *node, const PropertyHash::Entry &entry)
+{
+    if (m_report)
+        m_report->noteDroppedAttribute(node, entry);
+    noteOrigin(node, entry, PropertyHash::Origin::Made);
+}
+
+void ModelWriter::noteOrigin(PointTreeWidgetItem *node, const PropertyHash::Entry &entry, PropertyHash::Origin origin)
+{
+    if (entry.origin != origin)
+        m_changes.append({ node, entry.key, origin });
 }
 
 bool ModelWriter::learn(const PointTreeWidgetItem *node)

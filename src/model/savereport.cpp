@@ -41,8 +41,7 @@ void SaveReport::noteDroppedAttribute(const PointTreeWidgetItem *node, const Pro
 
 void SaveReport::blame(const QStringList &unread)
 {
-    const bool isAnyUnknown = count(Kind::MarksLost, Reason::Unknown) > 0;
-    if (unread.isEmpty() || !isAnyUnknown)
+    if (unread.isEmpty() || count(Kind::MarksLost) == 0)
         return;
     m_unread = unread;
     for (Remark &remark : m_remarks) {

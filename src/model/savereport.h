@@ -51,8 +51,7 @@ public:
     void noteDroppedAttribute(const PointTreeWidgetItem *node, const PropertyHash::Entry &entry);
 
     /// To be called last. @p unread: the siblings' files that could not be read or have not been read yet. As a key is
-    /// translatable everywhere once any point says so, each of them may be why any marks are lost, if some point of the
-    /// file is unknown.
+    /// translatable everywhere once any point says so, each of them may be why any marks are lost.
     void blame(const QStringList &unread);
 
     [[nodiscard]] const QVector<Remark> &remarks() const { return m_remarks; }

@@ -40,6 +40,7 @@ void ScanHandover::put(int index, const QString &path, ScanResult result)
         const std::lock_guard<std::mutex> lock(m_mutex);
         Slot &slot = m_slots[size_t(index)];
         wasSlow = slot.isSlow;
+        m_slow -= wasSlow ? 1 : 0;
         slot.state = Slot::Arrived;
         m_hasNews = true;
         (m_receiver ? slot.result : unwanted) = std::move(result);
@@ -76,15 +77,16 @@ bool ScanHandover::waitForNews(std::chrono::milliseconds longest)
     return std::exchange(m_hasNews, false);
 }
 
-int ScanHandover::countSlow(std::chrono::milliseconds time)
+int ScanHandover::countSlow(std::chrono::milliseconds time, int most)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     const Clock::time_point begun = Clock::now() - time;
     int count = 0;
     for (Slot &slot : m_slots) {
-        if (slot.state != Slot::Claimed || slot.isSlow || slot.claimed > begun)
+        if (slot.state != Slot::Claimed || slot.isSlow || slot.claimed > begun || m_slow >= most)
             continue;
         slot.isSlow = true;
+        ++m_slow;
         ++count;
     }
     return count;

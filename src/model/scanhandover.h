@@ -43,9 +43,9 @@ public:
     bool waitForNews(std::chrono::milliseconds longest);
 
     /// How many files have been waited for, by the thread that reads them, for longer than @p time by now and were not
-    /// counted before. When such a file arrives after all, the thread that stood in for its own is taken back from the
-    /// global pool.
-    [[nodiscard]] int countSlow(std::chrono::milliseconds time);
+    /// counted before; @p most at a time. Each of them is to get a stand-in for its thread, which is taken back from
+    /// the global pool when the file arrives after all.
+    [[nodiscard]] int countSlow(std::chrono::milliseconds time, int most);
     /// Whether file @p index was counted so, and is still waited for.
     [[nodiscard]] bool isSlow(int index) const;
 
@@ -74,6 +74,7 @@ private:
     const ExtensionFile::FileIdentity m_opened;
     ScanBudget m_budget;
     ScanSequence *m_receiver;
+    int m_slow = 0;
     bool m_hasNews = false;
     bool m_receiverWaits = false;
 };

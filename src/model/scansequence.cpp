@@ -101,10 +101,8 @@ void ScanSequence::tend()
 {
     if (m_finished)
         return;
-    for (int slow = m_handover->countSlow(slowTime); slow > 0 && m_standIns < mostStandIns; --slow) {
-        ++m_standIns;
+    for (int slow = m_handover->countSlow(slowTime, mostStandIns); slow > 0; --slow)
         QThreadPool::globalInstance()->releaseThread();
-    }
     const int forgotten = m_handover->forgotten();
     m_idleLooks = forgotten < 0 ? 0 : m_idleLooks + 1;
     if (m_idleLooks == idleLooksBeforeAnotherThread && !std::exchange(m_hasOwnThread, true))

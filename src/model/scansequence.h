@@ -97,7 +97,6 @@ private:
     std::unique_ptr<ScannedFile> m_current;
     QElapsedTimer m_waiting; ///< for the first of m_next; invalid while it is there
     int m_idleLooks = 0;
-    int m_standIns = 0;
     bool m_hasOwnThread = false; ///< beside those that the pool has
     bool m_started = false;
     bool m_haveCurrent = false;

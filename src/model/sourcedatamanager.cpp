@@ -8,7 +8,6 @@
 #include "modellog.h"
 #include "openedfilesink.h"
 #include "pointtreewidgetitem.h"
-#include "subtree.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -132,11 +131,16 @@ bool SourceDataManager::saveNow()
         qCWarning(modelLog, "Nothing was written: there is no file to write to.");
         return false;
     }
-    const QByteArray bytes = written(m_translatableKeys, ModelWriter::Marks::AsDeclared);
+    const Definitions known = definitions();
+    ModelWriter writer(m_translatableKeys, known, m_filePath);
+    const QByteArray bytes = writer.write(m_definitionRoot, m_realizationRoot);
     ExtensionFile::SaveError error;
     if (bytes.isEmpty() || !ExtensionFile::saveFile(m_filePath, bytes, &error))
         return false;
-    noteWritten();
+    // The file holds what the model holds now.
+    m_dropped.clear();
+    for (const ModelWriter::Change &change : writer.changes())
+        change.node->setOrigin(change.key, change.origin);
     return true;
 }
 
@@ -176,24 +180,6 @@ SaveReport SourceDataManager::saveReport() const
     return report;
 }
 
-void SourceDataManager::noteWritten()
-{
-    m_dropped.clear();
-    const auto note = [this](PointTreeWidgetItem *node) {
-        const PropertyHash properties = node->properties();
-        for (const PropertyHash::Entry &entry : properties) {
-            const auto origin = m_translatableKeys.isTranslatable(entry.key) ? PropertyHash::Origin::ReadWithMarks
-                                                                             : PropertyHash::Origin::Read;
-            if (entry.origin != origin)
-                node->setOrigin(entry.key, origin);
-        }
-    };
-    for (const PointObject *set : m_realizationRoot->children()) {
-        for (PointObject *node : set->children())
-            forSubtree(node->item(), note);
-    }
-}
-
 QStringList SourceDataManager::awaitedFiles() const
 {
     return m_scan ? m_scan->awaited() : QStringList();
@@ -211,6 +197,10 @@ void SourceDataManager::startScan(const QString &fileName)
     const QFileInfo opened(QDir::cleanPath(QFileInfo(fileName).absoluteFilePath()));
     QDir plugins = opened.dir();
     plugins.cdUp();
+    m_unreadable.clear();
+    if (!QFileInfo(plugins.path()).isReadable())
+        m_unreadable.append(
+            { plugins.path(), QStringLiteral("%1: the directory can't be listed").arg(plugins.path()) });
 
     // "." and ".." stand in the list too: a file beside the plug-in directories or above them is read like a sibling's.
     const QStringList entries = plugins.entryList(QDir::Dirs | QDir::NoSymLinks);

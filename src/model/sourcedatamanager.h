@@ -197,8 +197,6 @@ private:
     [[nodiscard]] bool canBeWritten() const;
     [[nodiscard]] QByteArray written(
         TranslatableKeys &keys, ModelWriter::Marks marks, SaveReport *report = nullptr) const;
-    /// The file holds what the model holds now.
-    void noteWritten();
     void adopt(OpenedFile &file);
     void clearOpenedFile();
     /// Whether there is anything of an earlier scan to clear: right after loading, there is not, and the opened file's

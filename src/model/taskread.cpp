@@ -91,8 +91,11 @@ ScanResult TaskRead::build(const QString &path, SiblingSink &sink, QThread *thre
     if (path.isEmpty())
         return {};
     ExtensionFile::ReadError error;
-    if (!ExtensionFile::readFile(path, sink, &error))
-        return { nullptr, error.kind == ExtensionFile::ReadError::Kind::Missing ? QString() : error.toString() };
+    if (!ExtensionFile::readFile(path, sink, &error)) {
+        // A link that leads nowhere (to a network that has gone, say) is there, though what it stands for is not.
+        const bool isNone = error.kind == ExtensionFile::ReadError::Kind::Missing && !QFileInfo(path).isSymLink();
+        return { nullptr, isNone ? QString() : error.toString() };
+    }
     if (!budget || budget->take(sink.nodeCount(), sink.textSize()))
         return { sink.take(thread), QString() };
     const QString failure = ExtensionFile::oneLine(path)

@@ -47,7 +47,8 @@ void tst_E2eMemory::save()
     QCOMPARE(result.code, 1);
     QVERIFY2(result.error.endsWith("Out of memory.\n"), result.error.constData());
     QCOMPARE(result.error.count('\n'), 1);
-    QCOMPARE(found, old);
+    // Or whole and new, where it ran out of it after the save.
+    QVERIFY(found == old || (found.endsWith("</Plugin>\n") && found.count("<ExtPoint ") == old.count("<ExtPoint ")));
 }
 
 void tst_E2eMemory::cleanupTestCase()

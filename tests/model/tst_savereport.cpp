@@ -103,7 +103,7 @@ private Q_SLOTS:
 void TestSaveReport::marksAreToldAsTheFilesDiffer()
 {
     QRandomGenerator random(1);
-    int told = 0;
+    int remarks = 0;
     for (int round = 0; round < 150; ++round) {
         const Product product;
         const QByteArray before = randomData(random);
@@ -116,49 +116,57 @@ void TestSaveReport::marksAreToldAsTheFilesDiffer()
         const QByteArray early = manager.recoverable();
         manager.startScan(path);
         manager.completeScan();
-        const SaveReport report = manager.saveReport();
-        QVERIFY(manager.save());
+        QStringList lostFirst;
+        QStringList changed; // by the first save, so that the file does not say what is shown
+        // What one node teaches after another was written changes the second save.
+        for (const bool isFirst : { true, false }) {
+            const SaveReport report = manager.saveReport();
+            const QMap<QString, QString> old = valuesOf(Product::read(path));
+            QVERIFY(manager.save());
 
-        QStringList lost;
-        QStringList gained;
-        QStringList otherwise;
-        const QMap<QString, QString> old = valuesOf(before);
-        const QMap<QString, QString> now = valuesOf(Product::read(path));
-        for (auto it = old.cbegin(); it != old.cend(); ++it) {
-            const QString value = asRead(it.value());
-            const bool wasMarked = value != it.value().trimmed();
-            const QString written = now.value(it.key());
-            const bool isMarked = written == QLatin1String("tr('") + value + QLatin1String("')");
-            if (value.isEmpty())
-                continue;
-            if (wasMarked && !isMarked)
-                lost.append(it.key());
-            if (!wasMarked && isMarked)
-                gained.append(it.key());
-            if (asRead(written) != value)
-                otherwise.append(it.key());
+            QStringList lost;
+            QStringList gained;
+            QStringList otherwise;
+            const QMap<QString, QString> now = valuesOf(Product::read(path));
+            for (auto it = old.cbegin(); it != old.cend(); ++it) {
+                const QString value = asRead(it.value());
+                const bool wasMarked = value != it.value().trimmed();
+                const QString written = now.value(it.key());
+                const bool isMarked = written == QLatin1String("tr('") + value + QLatin1String("')");
+                if (value.isEmpty() || changed.contains(it.key()))
+                    continue;
+                if (wasMarked && !isMarked)
+                    lost.append(it.key());
+                if (!wasMarked && isMarked)
+                    gained.append(it.key());
+                if (asRead(written) != value)
+                    otherwise.append(it.key());
+            }
+            const auto told = [&](Kind kind) {
+                QStringList keys = remarksOf(report, kind);
+                for (const QString &key : qAsConst(changed))
+                    keys.removeAll(key);
+                return keys;
+            };
+            for (QStringList *keys : { &lost, &gained, &otherwise })
+                keys->sort();
+            QCOMPARE(told(Kind::MarksLost), lost);
+            QCOMPARE(told(Kind::MarksGained), gained);
+            QCOMPARE(told(Kind::ReadOtherwise), otherwise);
+            QCOMPARE(report.count(Kind::MarksLost, Reason::Unread), 0);
+            remarks += lost.size() + gained.size() + otherwise.size();
+            changed = otherwise;
+            if (isFirst)
+                lostFirst = lost;
         }
-        lost.sort();
-        gained.sort();
-        otherwise.sort();
-        QCOMPARE(remarksOf(report, Kind::MarksLost), lost);
-        QCOMPARE(remarksOf(report, Kind::MarksGained), gained);
-        QCOMPARE(remarksOf(report, Kind::ReadOtherwise), otherwise);
-        QCOMPARE(report.count(Kind::MarksLost, Reason::Unread), 0);
-        told += lost.size() + gained.size() + otherwise.size();
-
-        const SaveReport again = manager.saveReport();
-        QCOMPARE(remarksOf(again, Kind::MarksLost) + remarksOf(again, Kind::MarksGained), QStringList());
 
         SourceDataManager recovered;
         QVERIFY(recovered.load(path, early));
         recovered.startScan(path);
         recovered.completeScan();
-        if (otherwise.isEmpty())
-            QCOMPARE(recovered.serialized(), Product::read(path));
-        QCOMPARE(remarksOf(recovered.saveReport(), Kind::MarksLost), lost);
+        QCOMPARE(remarksOf(recovered.saveReport(), Kind::MarksLost), lostFirst);
     }
-    QVERIFY(told > 250);
+    QVERIFY(remarks > 250);
 }
 
 /// The expression by which a sheet marks what is being typed says no, exactly where the file would give back another
@@ -255,8 +263,8 @@ void TestSaveReport::unreadSiblings_data()
         << Reason::NotDeclared;
     QTest::newRow("read, without the point") << QByteArray("<Plugin id=\"s\"/>") << QByteArray("p") << Reason::Unknown;
     QTest::newRow("broken") << QByteArray("<Plugin id=\"s\"><ExtPoin") << QByteArray("p") << Reason::Unread;
-    QTest::newRow("broken, but of no concern")
-        << QByteArray("<Plugin id=\"s\"><ExtPoin") << QByteArray("own.p") << Reason::NotDeclared;
+    QTest::newRow("broken, though the point is known")
+        << QByteArray("<Plugin id=\"s\"><ExtPoin") << QByteArray("own.p") << Reason::Unread;
 }
 
 void TestSaveReport::unreadSiblings()

@@ -1,6 +1,8 @@
 #include "modeltesting.h"
 
 #include "model/controller.h"
+#include "model/scanhandover.h"
+#include "model/scansequence.h"
 #include "model/sourcedatamanager.h"
 #include "model/taskread.h"
 
@@ -88,6 +90,7 @@ private Q_SLOTS:
     void closingWithALargeFileWaiting();
     void secondScanReplaces();
     void blockedPoolDoesNotBlockSaving();
+    void standInsAreGivenBack();
     void unreadableForAnUnprivilegedUser();
 };
 
@@ -202,8 +205,9 @@ void TestScan::eventLoopGetsItsTurn()
     QSignalSpy portions(&manager, &SourceDataManager::scanProgressed);
     int ticksWhileTakingIn = 0;
     QTimer ticker;
-    connect(&ticker, &QTimer::timeout, this,
-        [&] { ticksWhileTakingIn += !manager.availablePointsRoot()->children().isEmpty() && finished.isEmpty() ? 1 : 0; });
+    connect(&ticker, &QTimer::timeout, this, [&] {
+        ticksWhileTakingIn += !manager.availablePointsRoot()->children().isEmpty() && finished.isEmpty() ? 1 : 0;
+    });
     ticker.start(0);
     manager.startScan(product.file(QStringLiteral("large")));
     QVERIFY(finished.wait(60000));
@@ -368,6 +372,31 @@ void TestScan::blockedPoolDoesNotBlockSaving()
     QVERIFY(saved && savedToo);
     QVERIFY(rows >= siblingCount);
     QCOMPARE(pluginRows(another).size(), rows);
+}
+
+/// However many files are slow in the course of a scan, the pool is afterwards what it was.
+void TestScan::standInsAreGivenBack()
+{
+    QThreadPool *pool = QThreadPool::globalInstance();
+    ScanSequence sequence({}, {}, { nullptr, nullptr, nullptr }, {});
+    ScanHandover handover(200, {}, &sequence);
+    int lent = 0;
+    const auto lend = [&] {
+        QThread::msleep(2);
+        for (int i = handover.countSlow(std::chrono::milliseconds(1), 64); i > 0; --i, ++lent)
+            pool->releaseThread();
+    };
+    for (int i = 0; i < 200; ++i) {
+        QVERIFY(handover.claim(i));
+        if (i % 70 == 69)
+            lend();
+        if (i >= 100)
+            handover.put(i - 100, QString(), {});
+    }
+    QVERIFY(lent > 64);
+    for (int i = 100; i < 200; ++i)
+        handover.put(i, QString(), {});
+    QCOMPARE(pool->activeThreadCount(), 0);
 }
 
 /// Root may read anything, so another user's eyes are needed.
