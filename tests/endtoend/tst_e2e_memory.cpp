@@ -46,7 +46,6 @@ void tst_E2eMemory::save()
     ++m_refused;
     QCOMPARE(result.code, 1);
     QVERIFY2(result.error.endsWith("Out of memory.\n"), result.error.constData());
-    QCOMPARE(result.error.count('\n'), 1);
     // Or whole and new, where it ran out of it after the save.
     QVERIFY(found == old || (found.endsWith("</Plugin>\n") && found.count("<ExtPoint ") == old.count("<ExtPoint ")));
 }
