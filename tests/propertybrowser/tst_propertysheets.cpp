@@ -52,8 +52,6 @@ private slots:
     void cleanup();
     void refuses_data();
     void refuses();
-    void takesWhatIsDoubtful_data() { refusedTextGoesWithTheFocus_data(); }
-    void takesWhatIsDoubtful();
     void refusedTextGoesWithTheFocus_data();
     void refusedTextGoesWithTheFocus();
     void oldValueThatIsRefusedStays_data();
@@ -185,25 +183,6 @@ void TestPropertySheets::refuses()
         SheetDriver::press(Qt::Key_Return);
         QCOMPARE(driver.spy().count(), 0);
     }
-}
-
-void TestPropertySheets::takesWhatIsDoubtful()
-{
-    QFETCH(SheetDriver::Kind, kind);
-    SheetDriver driver(kind);
-    QVERIFY(driver.ready());
-    driver.show({ item(PropertyType::String, s("ok"),
-        { { PropertyKey::Doubt, s("'\\)") }, { PropertyKey::DoubtHint, s("not as it is") } }) });
-    QVERIFY(!driver.isMarked("it"));
-    driver.click("it");
-    SheetDriver::type(s("Open ('all')"));
-    QVERIFY(driver.isMarked("it"));
-    SheetDriver::press(Qt::Key_Return);
-    QCOMPARE(driver.spy().count(), 1);
-    QVERIFY(driver.isMarked("it"));
-    driver.click("it");
-    SheetDriver::type(s("Open (all)"));
-    QVERIFY(!driver.isMarked("it"));
 }
 
 void TestPropertySheets::refusedTextGoesWithTheFocus_data()

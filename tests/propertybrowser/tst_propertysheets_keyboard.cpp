@@ -1,5 +1,7 @@
 #include "edits.h"
 
+#include "propertybrowser/propertykeys.h"
+
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QPushButton>
@@ -68,6 +70,8 @@ private slots:
     void enterAndEscapeStayInTheSheet();
     void leavingForAnotherWindowKeepsTheText_data();
     void leavingForAnotherWindowKeepsTheText();
+    void takesWhatIsDoubtful_data() { tabWalksTheRows_data(); }
+    void takesWhatIsDoubtful();
 };
 
 void TestPropertySheetsKeyboard::tabWalksTheRows_data()
@@ -324,6 +328,25 @@ void TestPropertySheetsKeyboard::leavingForAnotherWindowKeepsTheText()
     SheetDriver::type(s("whole"));
     key(Qt::Key_Return);
     QCOMPARE(driver.spy().count(), 1);
+}
+
+void TestPropertySheetsKeyboard::takesWhatIsDoubtful()
+{
+    QFETCH(SheetDriver::Kind, kind);
+    SheetDriver driver(kind);
+    QVERIFY(driver.ready());
+    driver.show({ item(PropertyType::String, s("ok"),
+        { { PropertyKey::Doubt, s("'\\)") }, { PropertyKey::DoubtHint, s("not as it is") } }) });
+    QVERIFY(!driver.isMarked("it"));
+    driver.click("it");
+    SheetDriver::type(s("Open ('all')"));
+    QVERIFY(driver.isMarked("it"));
+    SheetDriver::press(Qt::Key_Return);
+    QCOMPARE(driver.spy().count(), 1);
+    QVERIFY(driver.isMarked("it"));
+    driver.click("it");
+    SheetDriver::type(s("Open (all)"));
+    QVERIFY(!driver.isMarked("it"));
 }
 
 QTEST_MAIN(TestPropertySheetsKeyboard)
