@@ -1,13 +1,14 @@
 #include "report.h"
+#include "statistics.h"
 
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cmath>
 #include <limits>
 
 /// The benchmark program runs to its end and measures everything. How long anything took is not looked at.
@@ -19,6 +20,9 @@ private Q_SLOTS:
     void quick();
     void refused_data();
     void refused();
+    void statistics_data();
+    void statistics();
+    void ratiosAreOfPairs();
 
 private:
     static int run(const QStringList &arguments, QString *output, QString *errors)
@@ -93,6 +97,44 @@ void TestBench::refused()
     QString output, errors;
     QCOMPARE(run(arguments, &output, &errors), 1);
     QVERIFY2(errors.contains(reason), qPrintable(errors));
+}
+
+void TestBench::statistics_data()
+{
+    QTest::addColumn<QVector<double>>("values");
+    QTest::addColumn<double>("median");
+    QTest::addColumn<double>("percentile");
+    QTest::addColumn<double>("largest");
+    QVector<double> hundred;
+    for (int i = 100; i > 0; --i)
+        hundred.append(i);
+    QTest::newRow("nothing") << QVector<double> {} << qQNaN() << qQNaN() << qQNaN();
+    QTest::newRow("one") << QVector<double> { 3 } << 3.0 << 3.0 << 3.0;
+    QTest::newRow("odd") << QVector<double> { 9, 1, 4 } << 4.0 << 9.0 << 9.0;
+    QTest::newRow("even") << QVector<double> { 9, 1, 4, 5 } << 4.5 << 9.0 << 9.0;
+    QTest::newRow("many") << hundred << 50.5 << 95.0 << 100.0;
+}
+
+void TestBench::statistics()
+{
+    QFETCH(QVector<double>, values);
+    QFETCH(double, median);
+    QFETCH(double, percentile);
+    QFETCH(double, largest);
+    const std::vector<double> list(values.cbegin(), values.cend());
+    QCOMPARE(Statistics::median(list), median);
+    QCOMPARE(Statistics::percentile(list, 95), percentile);
+    QCOMPARE(Statistics::largest(list), largest);
+}
+
+void TestBench::ratiosAreOfPairs()
+{
+    QCOMPARE(Statistics::medianRatio({ 10, 20, 90 }, { 10, 5, 30 }), 3.0);
+    // A sample that failed in between.
+    QVERIFY(std::isnan(Statistics::median({ 1, std::nan(""), 2 })));
+    QVERIFY(std::isnan(Statistics::medianRatio({ 1, 2, 3 }, { 1, std::nan(""), 3 })));
+    QVERIFY(std::isnan(Statistics::medianRatio({}, {})));
+    QVERIFY(std::isnan(Statistics::medianRatio({ 1, 2 }, { 1 })));
 }
 
 QTEST_GUILESS_MAIN(TestBench)

@@ -31,17 +31,9 @@ private Q_SLOTS:
     void selectionBringsIntoLine_data();
     void selectionBringsIntoLine();
     void validators();
-    void enumValueOptions();
-    void rowsCountSubPoints();
     void addAttribute();
     void typeChange();
-    void edits();
     void deleteAttribute();
-    void deletingTheLastIsSilent();
-    void entryTableAndSheet();
-    void addEntries();
-    void deleteEntries();
-    void buttonsSayWhatTheyDo();
     void keyboard();
     void savedFile();
 };
@@ -129,27 +121,6 @@ void TestAttributes::validators()
     QVERIFY(!Page::record(page.editInfo(), "value").data(s("regexp")).isValid());
 }
 
-void TestAttributes::enumValueOptions()
-{
-    const Page page(sample);
-    page.click(page.row({ 0 }));
-    page.click(page.attributes(), 1);
-    QCOMPARE(Page::options(Page::record(page.editInfo(), "value")), s("one/one/ two/two/"));
-}
-
-void TestAttributes::rowsCountSubPoints()
-{
-    const Page page(sample);
-    page.click(page.row({ 1 }));
-    QCOMPARE(Page::texts(page.attributes()), QStringList { s("after||String|") });
-    page.click(page.attributes(), 0);
-    QCOMPARE(Page::records(page.editInfo()).first(), s("key:5=first"));
-    // Deleting that row takes what it shows, the sub point, and leaves nothing that points to it.
-    page.press("pushButton_del_attr");
-    QCOMPARE(page.row({ 1 })->childCount(), 0);
-    QCOMPARE(page.row({ 1 })->children().size(), 1);
-}
-
 void TestAttributes::addAttribute()
 {
     Page page(sample);
@@ -185,18 +156,6 @@ void TestAttributes::typeChange()
     QVERIFY(page.find<QGroupBox>("enumGroup")->isHidden());
 }
 
-void TestAttributes::edits()
-{
-    Page page(sample);
-    page.click(page.row({ 0 }));
-    page.click(page.attributes(), 3);
-    Q_EMIT page.editInfo()->propertyChanged(s("value"), 7);
-    Q_EMIT page.editInfo()->propertyChanged(s("max"), 8);
-    QCOMPARE(Page::texts(page.attributes()).at(3), s("n|N|Int|7"));
-    QCOMPARE(page.row({ 0 })->children().at(3)->property(s("max")).toInt(), 8);
-    QCOMPARE(page.modified, 2);
-}
-
 void TestAttributes::deleteAttribute()
 {
     Page page(sample);
@@ -212,99 +171,6 @@ void TestAttributes::deleteAttribute()
     Q_EMIT page.editInfo()->propertyChanged(s("name"), s("edited"));
     QCOMPARE(page.attributes()->item(page.attributes()->currentRow(), 1)->text(), s("edited"));
     QCOMPARE(page.row({ 0 })->children().size(), 7);
-}
-
-void TestAttributes::deletingTheLastIsSilent()
-{
-    Page page("<ExtPointSet><ExtPoint id=\"p\"><Enum key=\"e\"><Data key=\"1\"/></Enum></ExtPoint></ExtPointSet>");
-    page.click(page.row({ 0 }));
-    page.click(page.attributes(), 0);
-    page.click(page.entries(), 0);
-    page.press("pushButton_delete_enmu");
-    QVERIFY(page.row({ 0 })->children().first()->children().isEmpty());
-    QVERIFY(page.editInfo()->isHidden());
-    page.click(page.attributes(), 0);
-    page.press("pushButton_del_attr");
-    QVERIFY(page.row({ 0 })->children().isEmpty());
-    QVERIFY(page.editInfo()->isHidden() && page.find<QGroupBox>("enumGroup")->isHidden());
-    QCOMPARE(page.modified, 0);
-}
-
-void TestAttributes::entryTableAndSheet()
-{
-    Page page(sample);
-    page.click(page.row({ 0 }));
-    page.click(page.attributes(), 1);
-    QCOMPARE(Page::texts(page.entries()), (QStringList { s("1|one|i"), s("2|two|") }));
-    QCOMPARE(page.entries()->horizontalHeaderItem(2)->text(), s("icon"));
-    page.click(page.entries(), 1, 2);
-    QCOMPARE(Page::records(page.editInfo()).join(QLatin1Char(' ')), s("key:3=2 text:5=two icon:18="));
-    Q_EMIT page.editInfo()->propertyChanged(s("text"), s("changed"));
-    QCOMPARE(Page::texts(page.entries()).last(), s("2|changed|"));
-    QCOMPARE(page.row({ 0 })->children().at(1)->children().last()->property(s("text")).toString(), s("changed"));
-    QCOMPARE(page.attributes()->item(1, 1)->text(), s("E"));
-    QCOMPARE(page.modified, 1);
-    // An entry may be edited under the name of the attribute's type record.
-    page.click(page.attributes(), 1);
-    QCOMPARE(Page::options(Page::record(page.editInfo(), "value")), s("one/one/ changed/changed/"));
-}
-
-void TestAttributes::addEntries()
-{
-    Page page(sample);
-    page.click(page.row({ 0 }));
-    page.click(page.attributes(), 1);
-    const qint64 before = QDateTime::currentSecsSinceEpoch();
-    page.press("pushButton_add_enum");
-    page.press("pushButton_add_enum");
-    const QStringList texts = Page::texts(page.entries());
-    QCOMPARE(texts.size(), 4);
-    const qint64 key = texts.last().section(QLatin1Char('|'), 0, 0).toLongLong();
-    QVERIFY(key >= before && key <= QDateTime::currentSecsSinceEpoch());
-    QCOMPARE(texts.last().section(QLatin1Char('|'), 1), s("|"));
-    PointObject *entry = page.row({ 0 })->children().at(1)->children().last();
-    QCOMPARE(entry->item()->kind() + entry->properties().keys().join(QString()), s("Datakeytexticon"));
-    QCOMPARE(page.entries()->currentRow(), 3);
-    QCOMPARE(page.entries()->currentColumn(), 2);
-    QCOMPARE(Page::records(page.editInfo()).first(), s("key:3=") + QString::number(key));
-    QCOMPARE(page.modified, 2);
-}
-
-void TestAttributes::deleteEntries()
-{
-    Page page(sample);
-    page.click(page.row({ 0 }));
-    page.click(page.attributes(), 1);
-    QVERIFY(!page.button("pushButton_delete_enmu")->isEnabled());
-    page.click(page.entries(), 0);
-    page.press("pushButton_delete_enmu");
-    QCOMPARE(Page::texts(page.entries()), QStringList { s("2|two|") });
-    QCOMPARE(Page::records(page.editInfo()).first(), s("key:3=2"));
-    QCOMPARE(page.modified, 1);
-    QCOMPARE(page.row({ 0 })->children().at(1)->children().size(), 1);
-}
-
-void TestAttributes::buttonsSayWhatTheyDo()
-{
-    Page page(sample);
-    const auto enabled = [&] {
-        QString marks;
-        for (const char *name : { "pushButton_add_extpoint", "pushButton_add_attr", "pushButton_del_attr",
-                 "pushButton_add_enum", "pushButton_delete_enmu" })
-            marks += page.button(name)->isEnabled() ? QLatin1Char('+') : QLatin1Char('-');
-        return marks;
-    };
-    QCOMPARE(enabled(), s("+----"));
-    page.click(page.row({ 0 }));
-    QCOMPARE(enabled(), s("++---"));
-    page.click(page.attributes(), 0);
-    QCOMPARE(enabled(), s("+++--"));
-    page.click(page.attributes(), 1);
-    QCOMPARE(enabled(), s("++++-"));
-    page.click(page.entries(), 0);
-    QCOMPARE(enabled(), s("+++++"));
-    page.click(page.row({ 0, 0 }));
-    QCOMPARE(enabled(), s("++---"));
 }
 
 void TestAttributes::keyboard()

@@ -26,11 +26,9 @@ private Q_SLOTS:
     void menu_data();
     void menu();
     void createPoint();
-    void createPointInAnEmptyFile();
     void createSubPoint();
     void deletion_data();
     void deletion();
-    void deletedIsGoneEverywhere();
     void keys();
     void pointSheet_data();
     void pointSheet();
@@ -40,12 +38,7 @@ private Q_SLOTS:
     void childTypeMask();
     void childTypeEdits_data();
     void childTypeEdits();
-    void basicInfoEdits();
-    void renamingFollowsIntoTheIndex();
     void addProperty();
-    void tabOrder();
-    void createdPointsServeTheOtherPage();
-    void createdDuringTheScan();
 };
 
 void TestDefinitionTree::menu_data()
@@ -93,16 +86,6 @@ void TestDefinitionTree::createPoint()
     QCOMPARE(page.modified, 1);
     page.press("pushButton_add_extpoint");
     QCOMPARE(page.row({})->childCount(), 4);
-}
-
-void TestDefinitionTree::createPointInAnEmptyFile()
-{
-    const Page page("<ExtDataSet/>");
-    page.menu(page.row({}), s("Create Point"));
-    PointTreeWidgetItem *set = page.manager.definitionRoot()->children().first()->item();
-    QCOMPARE(set->kind() + set->text(0), s("ExtPointSet"));
-    QVERIFY(!set->QTreeWidgetItem::parent());
-    QCOMPARE(page.row({ 0 })->parent(), static_cast<PointObject *>(set));
 }
 
 void TestDefinitionTree::createSubPoint()
@@ -163,21 +146,6 @@ void TestDefinitionTree::deletion()
     Q_EMIT page.basicInfo()->propertyChanged(s("description"), s("x"));
     page.press("pushButton_add_attr");
     QVERIFY(page.manager.save());
-}
-
-void TestDefinitionTree::deletedIsGoneEverywhere()
-{
-    Page page(twoPoints);
-    page.menu(page.row({}), s("Create Point"));
-    const QString id = page.row({ 2 })->property(s("id")).toString();
-    page.menu(page.row({ 2 }), s("Create Sub Point"));
-    page.click(page.row({ 2 }));
-    page.press("pushButton_add_attr");
-    QVERIFY(page.manager.definition(id) && page.manager.definition(s("subpoint")));
-    QCOMPARE(page.otherTree()->topLevelItem(0)->child(0)->childCount(), 3);
-    page.menu(page.row({ 2 }), s("Delete Point"));
-    QVERIFY(!page.manager.definition(id) && !page.manager.definition(s("subpoint")));
-    QCOMPARE(page.otherTree()->topLevelItem(0)->child(0)->childCount(), 2);
 }
 
 void TestDefinitionTree::keys()
@@ -344,49 +312,6 @@ void TestDefinitionTree::childTypeEdits()
     QCOMPARE(page.modified, 1);
 }
 
-void TestDefinitionTree::basicInfoEdits()
-{
-    Page page(twoPoints);
-    Q_EMIT page.basicInfo()->propertyChanged(s("vendor"), s("v"));
-    QCOMPARE(page.manager.definitionRoot()->property(s("vendor")).toString(), s("v"));
-    page.click(page.row({ 0 }));
-    QWidget *editor = page.basicInfo()->editorFor(s("name"));
-    QVERIFY(editor);
-    QVERIFY(QTest::qWaitForWindowActive(page.widget.get()));
-    editor->setFocus();
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
-    // Neither of the two is accepted in a name.
-    QTest::keyClicks(QApplication::focusWidget(), s("a<"));
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    QCOMPARE(page.row({ 0 })->text(0), s("Point"));
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backspace);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-    QCOMPARE(page.row({ 0 })->text(0), s("a"));
-    QCOMPARE(page.modified, 2);
-}
-
-void TestDefinitionTree::renamingFollowsIntoTheIndex()
-{
-    Page page(twoPoints);
-    page.press("pushButton_add_extpoint");
-    PointTreeWidgetItem *point = page.row({ 2 });
-    page.press("pushButton_add_attr");
-    page.menu(point, s("Create Sub Point"));
-    PointTreeWidgetItem *subPoint = page.row({ 2, 0 });
-    Q_EMIT page.basicInfo()->propertyChanged(s("key"), s("Leaf"));
-    QVERIFY(!page.manager.definition(s("subpoint")));
-    QCOMPARE(page.manager.definition(s("leaf")), subPoint->link()->item());
-
-    page.click(point);
-    const QString old = point->property(s("id")).toString();
-    Q_EMIT page.basicInfo()->propertyChanged(s("id"), s("new.id"));
-    QVERIFY(!page.manager.definition(old));
-    QCOMPARE(page.manager.definition(s("new.id")), point->link()->item());
-    for (PointTreeWidgetItem *node :
-        { point, subPoint, point->children().first()->item(), point->link()->item(), subPoint->link()->item() })
-        QCOMPARE(node->pointId(), s("new.id"));
-}
-
 void TestDefinitionTree::addProperty()
 {
     Page page(twoPoints);
@@ -410,71 +335,6 @@ void TestDefinitionTree::addProperty()
     QCOMPARE(offered(), s("displaylabel displayicon childtype description"));
     page.row({ 0, 0 })->setProperty(s("childType"), s("a"));
     QCOMPARE(offered(), s("displaylabel displayicon description"));
-}
-
-void TestDefinitionTree::tabOrder()
-{
-    const Page page(twoPoints);
-    QVERIFY(QTest::qWaitForWindowActive(page.widget.get()));
-    page.click(page.row({ 0 }));
-    page.tree()->setFocus();
-    QStringList stops;
-    for (int i = 0; i < 6; ++i) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        const QWidget *focus = QApplication::focusWidget();
-        stops.append(page.basicInfo()->isAncestorOf(focus) ? s("sheet") : focus->objectName());
-    }
-    QCOMPARE(stops.join(QLatin1Char(' ')),
-        s("pushButton_add_extpoint sheet sheet addPropertyButton defintionTable pushButton_add_attr"));
-}
-
-void TestDefinitionTree::createdPointsServeTheOtherPage()
-{
-    Page page(twoPoints);
-    page.press("pushButton_add_extpoint");
-    const QString id = page.row({ 2 })->property(s("id")).toString();
-    page.press("pushButton_add_attr");
-    Q_EMIT page.editInfo()->propertyChanged(s("key"), s("color"));
-    Q_EMIT page.editInfo()->propertyChanged(s("value"), s("red"));
-    Q_EMIT page.editInfo()->propertyChanged(s("type"), s("Enum"));
-    QVERIFY(page.button("pushButton_add_enum")->isEnabled());
-    page.press("pushButton_add_enum");
-    QCOMPARE(page.entries()->rowCount(), 1);
-    Q_EMIT page.editInfo()->propertyChanged(s("text"), s("blue"));
-    QCOMPARE(Page::texts(page.entries()).first().section(QLatin1Char('|'), 1), s("blue|"));
-    PointTreeWidgetItem record { QString() };
-    record.setKind(s("Shape"));
-    record.setPointId(id);
-    Definitions::Attributes attributes;
-    QVERIFY(page.manager.attributeDefinitions(&record, &attributes));
-    QCOMPARE(attributes.keys, QStringList { s("color") });
-    QCOMPARE(attributes.defaults.value(s("color")).toString() + attributes.types.value(s("color")), s("redEnum"));
-    QCOMPARE(attributes.options.value(s("color")), QStringList { s("blue") });
-}
-
-void TestDefinitionTree::createdDuringTheScan()
-{
-    Page page(twoPoints);
-    page.manager.startScan(page.path());
-    // Without a turn of the event loop: nothing of the scan has been taken in yet.
-    page.button("pushButton_add_extpoint")->click();
-    PointTreeWidgetItem *created = page.row({ 2 });
-    page.manager.completeScan();
-    const auto rows = [&] {
-        QStringList texts;
-        QTreeWidgetItem *root = page.otherTree()->topLevelItem(0);
-        for (int i = 0; i < root->childCount(); ++i) {
-            for (int j = 0; j < root->child(i)->childCount(); ++j)
-                texts.append(root->child(i)->text(0) + QLatin1Char('/') + root->child(i)->child(j)->text(0));
-        }
-        return texts.join(QLatin1Char(' '));
-    };
-    QCOMPARE(rows(), s("own/Point own/Other own/Piont"));
-    Q_EMIT page.basicInfo()->propertyChanged(s("name"), s("New"));
-    page.press("pushButton_add_extpoint");
-    QCOMPARE(rows(), s("own/Point own/Other own/New own/Piont"));
-    page.menu(created, s("Delete Point"));
-    QCOMPARE(rows(), s("own/Point own/Other own/Piont"));
 }
 
 QTEST_MAIN(TestDefinitionTree)

@@ -77,35 +77,13 @@ class TestMetaDialog : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void form();
     void entriesAndSheets();
     void edits();
-    void typeChange();
-    void adding();
     void deleting();
-    void nothingToEdit();
     void ownerMayDie();
     void closingKeepsWhatWasTyped();
     void mirrorsReachTheirMaster();
 };
-
-void TestMetaDialog::form()
-{
-    Opened opened;
-    MetaDialog dialog(&opened.record);
-    QCOMPARE(dialog.windowTitle(), s("MetaDialog"));
-    QCOMPARE(Opened::find<QPushButton>(dialog, "pushButton_add")->text(), s("Add"));
-    QCOMPARE(Opened::find<QPushButton>(dialog, "pushButton_delete")->text(), s("Delete"));
-    QCOMPARE(Opened::find<QPushButton>(dialog, "pushButton_close")->text(), s("Close"));
-    auto *table = Opened::find<QTableWidget>(dialog, "tableWidget");
-    QStringList headers;
-    for (int column = 0; column < table->columnCount(); ++column)
-        headers.append(table->horizontalHeaderItem(column)->text());
-    QCOMPARE(headers.join(QLatin1Char(' ')), s("key value type"));
-    dialog.show();
-    Opened::press(dialog, "pushButton_close");
-    QVERIFY(!dialog.isVisible());
-}
 
 void TestMetaDialog::entriesAndSheets()
 {
@@ -145,34 +123,6 @@ void TestMetaDialog::edits()
     QCOMPARE(modified.first().first().toBool(), true);
 }
 
-void TestMetaDialog::typeChange()
-{
-    Opened opened;
-    MetaDialog dialog(&opened.record);
-    dialog.show();
-    Opened::click(dialog, 0);
-    Q_EMIT Opened::find<TreePropertyBrowser>(dialog, "metaProperty")->propertyChanged(s("type"), s("Bool"));
-    QCOMPARE(Opened::sheet(dialog).join(QLatin1Char(' ')), s("key:5=author name:5=Author value:2=me type:7=Bool"));
-    QCOMPARE(Opened::rows(dialog).first(), s("author|me|Bool"));
-    QCOMPARE(opened.record.children().first()->property(s("type")).toString(), s("Bool"));
-}
-
-void TestMetaDialog::adding()
-{
-    Opened opened;
-    MetaDialog dialog(&opened.record);
-    dialog.show();
-    QSignalSpy modified(&dialog, &MetaDialog::modified);
-    Opened::press(dialog, "pushButton_add");
-    QCOMPARE(Opened::rows(dialog).last(), s("||String"));
-    QCOMPARE(Opened::find<QTableWidget>(dialog, "tableWidget")->currentRow(), 2);
-    QCOMPARE(Opened::sheet(dialog).join(QLatin1Char(' ')), s("key:5= value:5= type:7=String"));
-    QCOMPARE(opened.record.children().last()->item()->kind(), s("Meta"));
-    QCOMPARE(modified.count(), 1);
-    key(dialog, Qt::Key_Insert);
-    QCOMPARE(Opened::rows(dialog).size(), 4);
-}
-
 void TestMetaDialog::deleting()
 {
     Opened opened;
@@ -194,17 +144,6 @@ void TestMetaDialog::deleting()
     QCOMPARE(Opened::rows(dialog), QStringList());
     QVERIFY(Opened::sheet(dialog).isEmpty());
     QVERIFY(!Opened::find<QPushButton>(dialog, "pushButton_delete")->isEnabled());
-}
-
-void TestMetaDialog::nothingToEdit()
-{
-    MetaDialog dialog(nullptr);
-    QVERIFY(!Opened::find<QPushButton>(dialog, "pushButton_add")->isEnabled());
-    QVERIFY(!Opened::find<QPushButton>(dialog, "pushButton_delete")->isEnabled());
-    QVERIFY(Opened::find<QPushButton>(dialog, "pushButton_close")->isEnabled());
-    dialog.on_pushButton_add_clicked();
-    QCOMPARE(Opened::rows(dialog), QStringList());
-    QCOMPARE(Opened::find<QTableWidget>(dialog, "tableWidget")->columnCount(), 3);
 }
 
 void TestMetaDialog::ownerMayDie()

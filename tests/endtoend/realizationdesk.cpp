@@ -224,9 +224,6 @@ bool RealizationDesk::othersAreUntouched() const
 
 void RealizationDesk::finish()
 {
-    if (QTest::currentTestFailed())
-        leavePicture(s(QTest::currentTestFunction()) + QLatin1Char('-') + s(QTest::currentDataTag()));
-    const bool running = m_workbench.program().isRunning();
-    QVERIFY(QTest::currentTestFailed() || !running);
+    m_workbench.finish();
     QVERIFY(othersAreUntouched());
 }

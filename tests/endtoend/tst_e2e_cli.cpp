@@ -1,11 +1,6 @@
-#include "product.h"
-#include "program.h"
+#include "realizationdesk.h"
 
 #include <QDir>
-#include <QImage>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QTest>
 
 /// What the program does without a person: the real program with the real plug-in, on the sample.
 class tst_E2eCli : public QObject
@@ -19,8 +14,6 @@ private slots:
     void saveWithLoss_data();
     void saveWithLoss();
     void fewDescriptors();
-    void timings();
-    void pictures();
 };
 
 namespace {
@@ -28,17 +21,8 @@ namespace {
 Program::Result runWithSeed(const char *seed, const QStringList &arguments)
 {
     Program program;
-    program.setVariable(QStringLiteral("QT_HASH_SEED"), QString::fromLatin1(seed));
+    program.setVariable(s("QT_HASH_SEED"), QString::fromLatin1(seed));
     return program.run(arguments);
-}
-
-int coloursIn(const QImage &picture)
-{
-    QSet<QRgb> colours;
-    for (int y = 0; y < picture.height(); ++y)
-        for (int x = 0; x < picture.width(); ++x)
-            colours.insert(picture.pixel(x, y));
-    return colours.size();
 }
 
 } // namespace
@@ -46,11 +30,8 @@ int coloursIn(const QImage &picture)
 void tst_E2eCli::savingIsStable_data()
 {
     QTest::addColumn<QString>("plugin");
-    const Product product;
-    const QStringList names = QDir(product.plugins()).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString &name : names)
-        if (QFile::exists(product.fileOf(name)))
-            QTest::newRow(qPrintable(name)) << name;
+    for (const char *name : { "shell", "chartdesk", "tides" })
+        QTest::newRow(name) << s(name);
 }
 
 void tst_E2eCli::savingIsStable()
@@ -63,7 +44,7 @@ void tst_E2eCli::savingIsStable()
     const QString files[] = { product.fileOf(plugin), product.fileOf(plugin), other.fileOf(plugin) };
     const char *seeds[] = { "1", "77", "4242" };
     for (int i = 0; i < 3; ++i) {
-        const Program::Result result = runWithSeed(seeds[i], { QStringLiteral("--save"), files[i] });
+        const Program::Result result = runWithSeed(seeds[i], { s("--save"), files[i] });
         // What the first save changes beside is told, and nothing else.
         const QList<QByteArray> lines = result.error.split('\n');
         for (const QByteArray &line : lines)
@@ -91,10 +72,10 @@ void tst_E2eCli::savingIsStable()
 void tst_E2eCli::saveBroken()
 {
     const Product product;
-    const QString file = product.fileOf(QStringLiteral("tides"));
+    const QString file = product.fileOf(s("tides"));
     const QByteArray content = "<Plugin id=\"a\">\n  <ExtPointSet>\n</Plugin>\n";
     writeFile(file, content);
-    const Program::Result result = runWithSeed("1", { QStringLiteral("--save"), file });
+    const Program::Result result = runWithSeed("1", { s("--save"), file });
     QCOMPARE(result.code, 1);
     QCOMPARE(result.output, QByteArray());
     QCOMPARE(result.error.count('\n'), 1);
@@ -130,14 +111,13 @@ void tst_E2eCli::saveWithLoss()
     QFETCH(QByteArray, other);
     QFETCH(bool, isRefused);
     QFETCH(QByteArray, told);
-    const Product product(
-        { { QStringLiteral("own/extension.xml"), own }, { QStringLiteral("other/extension.xml"), other } });
-    const QString file = product.fileOf(QStringLiteral("own"));
-    const Program::Result careful = runWithSeed("1", { QStringLiteral("--save"), file });
+    const Product product({ { s("own/extension.xml"), own }, { s("other/extension.xml"), other } });
+    const QString file = product.fileOf(s("own"));
+    const Program::Result careful = runWithSeed("1", { s("--save"), file });
     QCOMPARE(careful.code, isRefused ? 3 : 0);
     QVERIFY2(careful.error.contains(told) && careful.error.isEmpty() == told.isEmpty(), careful.error.constData());
     QCOMPARE(contentOf(file) == own, isRefused);
-    const Program::Result forced = runWithSeed("1", { QStringLiteral("--save"), QStringLiteral("--force"), file });
+    const Program::Result forced = runWithSeed("1", { s("--save"), s("--force"), file });
     QCOMPARE(forced.code, 0);
     QVERIFY(contentOf(file) != own);
 }
@@ -146,65 +126,19 @@ void tst_E2eCli::saveWithLoss()
 void tst_E2eCli::fewDescriptors()
 {
     const Product product;
-    const QString file = product.fileOf(QStringLiteral("tides"));
+    const QString file = product.fileOf(s("tides"));
     // There is nothing to tell of a save any more.
-    QCOMPARE(runWithSeed("1", { QStringLiteral("--save"), file }).code, 0);
+    QCOMPARE(runWithSeed("1", { s("--save"), file }).code, 0);
     for (const int most : { 5, 6, 7, 8, 9, 16, 24, 32, 36, 40, 64 }) {
         QProcess program;
-        program.start(QStringLiteral("/bin/sh"),
-            { QStringLiteral("-c"), QStringLiteral("ulimit -n %1 && exec \"$0\" --save \"$1\"").arg(most),
+        program.start(s("/bin/sh"),
+            { s("-c"), s("ulimit -n %1 && exec \"$0\" --save \"$1\"").arg(most),
                 QStringLiteral(EXTPOINT_BINARY_DIR "/bin/extpoint-workbench"), file });
         QVERIFY(program.waitForFinished(Program::Patience));
         const QByteArray error = program.readAllStandardError();
         QVERIFY2(program.exitStatus() == QProcess::NormalExit, QByteArray::number(most).constData());
         QVERIFY2(program.exitCode() == (most < 64 && !error.isEmpty() ? 1 : 0), error.constData());
     }
-}
-
-void tst_E2eCli::timings()
-{
-    const Product product;
-    product.addSiblings(40, 40);
-    const Program::Result result
-        = runWithSeed("1", { QStringLiteral("--timings"), product.fileOf(QStringLiteral("chartdesk")) });
-    QCOMPARE(result.error, QByteArray());
-    QCOMPARE(result.code, 0);
-    QCOMPARE(result.output.count('\n'), 1);
-    const QJsonObject figures = QJsonDocument::fromJson(result.output).object();
-    QCOMPARE(figures.keys(),
-        (QStringList { QStringLiteral("longest_stall_ms"), QStringLiteral("open_ms"), QStringLiteral("rss_mb"),
-            QStringLiteral("scan_ms") }));
-    const QStringList keys = figures.keys();
-    for (const QString &key : keys)
-        QVERIFY2(figures.value(key).toDouble() > 0, qPrintable(key));
-}
-
-void tst_E2eCli::pictures()
-{
-    const Product product;
-    QImage pages[2];
-    const char *names[] = { "definition", "realization" };
-    for (int i = 0; i < 2; ++i) {
-        const QString path
-            = product.directory(QStringLiteral("pictures")) + QLatin1Char('/') + QString::fromLatin1(names[i]);
-        const Program::Result result = runWithSeed("1",
-            { QStringLiteral("--page"), QString::fromLatin1(names[i]), QStringLiteral("--screenshot"), path,
-                product.fileOf(QStringLiteral("chartdesk")) });
-        QCOMPARE(result.error, QByteArray());
-        QCOMPARE(result.code, 0);
-        pages[i] = QImage(path, "PNG");
-        QVERIFY(pages[i].width() >= 640 && pages[i].height() >= 480);
-        // Text alone has dozens of shades.
-        QVERIFY2(coloursIn(pages[i]) > 50, names[i]);
-    }
-    QCOMPARE(pages[0].size(), pages[1].size());
-    // What lies outside of the pages is the same; the pages are not.
-    qint64 differing = 0;
-    for (int y = 0; y < pages[0].height(); ++y)
-        for (int x = 0; x < pages[0].width(); ++x)
-            differing += pages[0].pixel(x, y) != pages[1].pixel(x, y);
-    const double share = double(differing) / (double(pages[0].width()) * pages[0].height());
-    QVERIFY2(share > 0.02 && share < 0.9, qPrintable(QString::number(share)));
 }
 
 QTEST_GUILESS_MAIN(tst_E2eCli)

@@ -7,9 +7,11 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QRegularExpression>
+#include <QTest>
 #include <QThread>
 
 #include <algorithm>
+#include <csignal>
 
 namespace {
 
@@ -164,23 +166,18 @@ bool WorkbenchDriver::click(const Place &place, int button, int times)
 
 bool WorkbenchDriver::drag(const Place &from, const Place &to)
 {
-    return drag(from, to, QPoint());
-}
-
-bool WorkbenchDriver::drag(const Place &from, const Place &to, QPoint offset)
-{
     QRect source;
     QRect target;
     QPoint away;
     // The target first: scrolling to it must not move the source away under the button.
-    return reach(to, &target) && reach(from, &source) && beginDrag(source.center(), &away) && endDrag(away, to, offset);
+    return reach(to, &target) && reach(from, &source) && beginDrag(source.center(), &away) && endDrag(away, to);
 }
 
 bool WorkbenchDriver::dragToWhatAppears(const Place &from, const Place &to)
 {
     QRect source;
     QPoint away;
-    return reach(from, &source) && beginDrag(source.center(), &away) && endDrag(away, to, QPoint());
+    return reach(from, &source) && beginDrag(source.center(), &away) && endDrag(away, to);
 }
 
 bool WorkbenchDriver::isDragging()
@@ -199,7 +196,7 @@ bool WorkbenchDriver::beginDrag(QPoint start, QPoint *away)
     return false;
 }
 
-bool WorkbenchDriver::endDrag(QPoint away, const Place &to, QPoint offset)
+bool WorkbenchDriver::endDrag(QPoint away, const Place &to)
 {
     // A view scrolls while the pointer is near its edge, step by step, and takes the target along.
     constexpr int StillPolls = 8;
@@ -208,7 +205,7 @@ bool WorkbenchDriver::endDrag(QPoint away, const Place &to, QPoint offset)
     bool lost = false;
     const bool there = waitFor(QStringLiteral("%1 under the pointer").arg(to.toString()), [&] {
         const QRect target = rectOf(to.find(ask(to.request())));
-        const QPoint end = target.center() + offset;
+        const QPoint end = target.center();
         if (target.isEmpty() || at != end)
             still = 0;
         if (target.isEmpty() || at == end)
@@ -358,6 +355,16 @@ QString WorkbenchDriver::textOfDialog(const QString &name)
         if (dialog.toObject().value(QLatin1String("name")).toString() == name)
             return strings(dialog.toObject().value(QLatin1String("texts"))).join(QLatin1Char('\n'));
     return QString();
+}
+
+void WorkbenchDriver::finish()
+{
+    if (QTest::currentTestFailed())
+        leavePicture(QString::fromLatin1(QTest::currentTestFunction()) + QLatin1Char('-')
+            + QString::fromUtf8(QTest::currentDataTag()));
+    const bool running = m_program.isRunning();
+    const bool killed = running && m_program.signal(SIGKILL);
+    QVERIFY(QTest::currentTestFailed() || !killed);
 }
 
 void WorkbenchDriver::leavePicture(const QString &name)

@@ -35,8 +35,6 @@ public:
 
     [[nodiscard]] bool click(const Place &place, int button = 1, int times = 1);
     [[nodiscard]] bool drag(const Place &from, const Place &to);
-    /// Like drag(), but ends at the given pixel of the target, counted from its middle.
-    [[nodiscard]] bool drag(const Place &from, const Place &to, QPoint offset);
     /// Like drag(), for a target that comes into view only once the source is pressed.
     [[nodiscard]] bool dragToWhatAppears(const Place &from, const Place &to);
     [[nodiscard]] bool key(const QString &name);
@@ -70,6 +68,9 @@ public:
     [[nodiscard]] QString textOfDialog(const QString &name);
     [[nodiscard]] bool waitFor(const QString &what, const std::function<bool()> &condition);
 
+    /// To be called after each test: leaves a picture of a failure, and ends the program, which must have ended by
+    /// itself when there was none.
+    void finish();
     /// Writes a picture of the screen to the build tree.
     void leavePicture(const QString &name);
 
@@ -80,7 +81,7 @@ private:
     [[nodiscard]] bool isDragging();
     /// Presses and moves a little away; \a away is where the pointer is then.
     [[nodiscard]] bool beginDrag(QPoint start, QPoint *away);
-    [[nodiscard]] bool endDrag(QPoint away, const Place &to, QPoint offset);
+    [[nodiscard]] bool endDrag(QPoint away, const Place &to);
     [[nodiscard]] bool reach(const Place &place, QRect *rect);
     void scrollTowards(const QJsonObject &found, const QRect &view);
 

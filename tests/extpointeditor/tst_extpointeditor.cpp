@@ -12,12 +12,7 @@
 #include <QAbstractItemView>
 #include <QDir>
 #include <QImage>
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QLineEdit>
-#include <QMetaMethod>
-#include <QMetaProperty>
-#include <QPluginLoader>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QScrollBar>
@@ -111,20 +106,12 @@ class TestExtPointEditor : public QObject
 private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
-    void metadata();
     void registration();
-    void resources();
-    void freshEditor();
-    void documentFace();
     void openSaveAndReopen();
     void openFails_data();
     void openFails();
     void modifiedState();
     void uncommittedTextCounts();
-    void saveAlwaysReportsSuccess();
-    void twoEditorsInOneProcess_data();
-    void twoEditorsInOneProcess();
-    void closingInMidScan();
     void recoveryData();
     void openRecovered_data();
     void openRecovered();
@@ -152,23 +139,6 @@ void TestExtPointEditor::cleanupTestCase()
     QVERIFY2(!factory, "the factory was not released at shutdown");
 }
 
-void TestExtPointEditor::metadata()
-{
-    const QPluginLoader loader(pluginDirectory + s("/libExtPointEditor.so"));
-    const QJsonObject embedded = loader.metaData();
-    QCOMPARE(embedded.value(s("IID")).toString(), s(EXTENSIONSYSTEM_PLUGIN_IID));
-    QCOMPARE(embedded.value(s("className")).toString(), s("ExtPointEditorPlugin"));
-    const QJsonObject data = embedded.value(s("MetaData")).toObject();
-    QCOMPARE(data.value(s("Name")).toString(), s("ZopExtensionEditor"));
-    QCOMPARE(data.value(s("Version")).toString(), s("4.0.2"));
-    QCOMPARE(data.value(s("CompatVersion")).toString(), s("4.0.0"));
-    QCOMPARE(data.value(s("Category")).toString(), s("ZoPlugin"));
-    QCOMPARE(data.value(s("Description")).toString(), s("Editor for zopextension files."));
-    QCOMPARE(data.value(s("Dependencies")).toArray(),
-        (QJsonArray { QJsonObject { { s("Name"), s("Core") }, { s("Version"), s("4.0.2") } },
-            QJsonObject { { s("Name"), s("ProjectExplorer") }, { s("Version"), s("4.0.2") } } }));
-}
-
 void TestExtPointEditor::registration()
 {
     QCOMPARE(m_factory->id(), Core::Id("Qt4.ExtPointEditor"));
@@ -189,44 +159,6 @@ void TestExtPointEditor::registration()
     const QImage marked = Core::FileIconProvider::icon(QFileInfo(sample.path(s("chartdesk")))).pixmap(32).toImage();
     const QImage plain = Core::FileIconProvider::icon(QFileInfo(s("other.xml"))).pixmap(32).toImage();
     QVERIFY2(marked != plain, "no overlay");
-}
-
-void TestExtPointEditor::resources()
-{
-    QVERIFY(!QImage(s(":/extpointeditor/images/demo.png")).isNull());
-    QVERIFY(!QImage(s(":/projectexplorer/images/fileoverlay_qrc.png")).isNull());
-    QVERIFY(read(s(":/extpointeditor/ExtPointEditor.mimetypes.xml")).contains("sub-class-of"));
-}
-
-void TestExtPointEditor::freshEditor()
-{
-    const OpenedEditor editor(m_factory);
-    QVERIFY(editor->context().contains(Core::Id("Qt4.ExtPointEditor")));
-    QVERIFY(!editor->toolBar());
-    QVERIFY(!editor->duplicate() && editor->saveState().isEmpty());
-    QCOMPARE(editor.document()->parent(), static_cast<QObject *>(editor.operator->()));
-    QCOMPARE(QByteArray(editor.widget()->metaObject()->className()), QByteArray("ExtPointWidget"));
-    QVERIFY(!editor.widget()->parent());
-}
-
-void TestExtPointEditor::documentFace()
-{
-    const OpenedEditor editor(m_factory);
-    Core::IDocument *document = editor.document();
-    QCOMPARE(document->id(), Core::Id("Qt4.ExtPointEditor"));
-    QCOMPARE(document->mimeType(), s("application/vnd.qt.xml.extpoint"));
-    const QMetaObject *meta = document->metaObject();
-    QStringList methods;
-    for (int i = meta->methodOffset(); i < meta->methodCount(); ++i)
-        methods.append(QString::fromLatin1(meta->method(i).methodSignature()));
-    QCOMPARE(methods, (QStringList { s("loaded(bool)"), s("onModified(bool)") }));
-    QCOMPARE(meta->propertyCount() - meta->propertyOffset(), 1);
-    QVERIFY(!meta->property(meta->propertyOffset()).isWritable());
-    QCOMPARE(document->property("plainText"), QVariant(QString()));
-    QCOMPARE(document->contents(), QByteArray());
-    QVERIFY(document->setContents("x") && document->isSaveAsAllowed() && !document->shouldAutoSave());
-    QVERIFY(document->reload(nullptr, Core::IDocument::FlagReload, Core::IDocument::TypeContents));
-    QCOMPARE(editor->metaObject()->methodCount(), editor->metaObject()->methodOffset());
 }
 
 void TestExtPointEditor::openSaveAndReopen()
@@ -328,55 +260,6 @@ void TestExtPointEditor::uncommittedTextCounts()
     QVERIFY(editor.document()->save(nullptr, QString(), false));
     QVERIFY(read(sample.path(s("units"))).contains("name=\"Typed only\""));
     QCOMPARE(point.data().toString(), s("Typed only"));
-}
-
-void TestExtPointEditor::saveAlwaysReportsSuccess()
-{
-    const Sample sample;
-    const QString path = sample.path(s("units"));
-    const OpenedEditor editor(m_factory);
-    QCOMPARE(editor.open(path), Core::IDocument::OpenResult::Success);
-    QVERIFY(QMetaObject::invokeMethod(editor.widget(), "modified", Q_ARG(bool, true)));
-    QVERIFY(QFile::remove(path));
-    QVERIFY(QDir().mkpath(path));
-    QString error;
-    QVERIFY(editor.document()->save(&error, QString(), false));
-    QVERIFY(!editor.document()->isModified() && error.isEmpty());
-    QVERIFY(QFileInfo(path).isDir());
-}
-
-void TestExtPointEditor::twoEditorsInOneProcess_data()
-{
-    QTest::addColumn<bool>("closeFirst");
-    QTest::newRow("first closes first") << true;
-    QTest::newRow("second closes first") << false;
-}
-
-void TestExtPointEditor::twoEditorsInOneProcess()
-{
-    QFETCH(const bool, closeFirst);
-    const Sample sample;
-    auto first = std::make_unique<OpenedEditor>(m_factory);
-    QCOMPARE(first->open(sample.path(s("chartdesk"))), Core::IDocument::OpenResult::Success);
-    auto second = std::make_unique<OpenedEditor>(m_factory);
-    QCOMPARE(second->open(sample.path(s("shell"))), Core::IDocument::OpenResult::Success);
-    (closeFirst ? first : second).reset();
-    OpenedEditor &left = closeFirst ? *second : *first;
-    QTRY_VERIFY(!left.busy());
-    QVERIFY(left.document()->save(nullptr, QString(), false));
-    const QByteArray id = closeFirst ? "saltmere.shell" : "saltmere.chartdesk";
-    QVERIFY(read(sample.path(closeFirst ? s("shell") : s("chartdesk"))).contains("id=\"" + id + '"'));
-}
-
-void TestExtPointEditor::closingInMidScan()
-{
-    const Sample sample;
-    for (int round = 0; round < 30; ++round) {
-        const OpenedEditor editor(m_factory);
-        QCOMPARE(editor.open(sample.path(s("chartdesk"))), Core::IDocument::OpenResult::Success);
-        QTest::qWait(round % 4);
-    }
-    QThreadPool::globalInstance()->waitForDone();
 }
 
 void TestExtPointEditor::recoveryData()

@@ -114,39 +114,6 @@ void CuriousUser::showPage(int page)
     });
 }
 
-void CuriousUser::tryEverything()
-{
-    const int pages = pageCount();
-    const int first = pages > 0 ? int(m_random.bounded(pages)) : 0;
-    for (int i = 0; i < pages; ++i) {
-        showPage((first + i) % pages);
-        const auto tabs = shuffled<QTabWidget>();
-        for (const auto &tab : tabs) {
-            // The tab of the pages themselves stays as it is.
-            for (int t = 0; tab && tab->objectName() != QLatin1String("tabWidget") && t < qMin(6, tab->count()); ++t) {
-                act(QStringLiteral("tab"), [&] { tab->setCurrentIndex(t); });
-                const auto views = tab ? tab->findChildren<QAbstractItemView *>() : QList<QAbstractItemView *>();
-                for (const QPointer<QAbstractItemView> view : views) {
-                    if (view && view->isVisible())
-                        tryRows(view);
-                }
-            }
-        }
-        const auto views = shuffled<QAbstractItemView>();
-        for (const auto &view : views) {
-            if (view)
-                tryRows(view);
-        }
-        tryButtons();
-        tryActions();
-        const auto lines = shuffled<QLineEdit>();
-        for (const auto &line : lines) {
-            if (line)
-                type(line);
-        }
-    }
-}
-
 void CuriousUser::tryAnything(int steps)
 {
     for (int i = 0; i < steps && m_widget; ++i) {
@@ -202,47 +169,6 @@ QVector<QModelIndex> CuriousUser::indexesOf(QAbstractItemView *view)
     return found;
 }
 
-/// A few rows of each sort are enough; on each, everything.
-void CuriousUser::tryRows(QAbstractItemView *view)
-{
-    const QPointer<QAbstractItemView> guard(view);
-    QVector<QPersistentModelIndex> rows;
-    const QVector<QModelIndex> all = indexesOf(view);
-    for (const QModelIndex &index : all)
-        rows.append(index);
-    std::shuffle(rows.begin(), rows.end(), m_random);
-    rows.resize(qMin(rows.size(), 8));
-    for (const QPersistentModelIndex &index : qAsConst(rows)) {
-        if (!guard || !guard->isVisible())
-            return;
-        act(QStringLiteral("row"), [&] {
-            guard->scrollTo(index);
-            QTest::mouseClick(guard->viewport(), Qt::LeftButton, {}, guard->visualRect(index).center());
-        });
-        if (guard)
-            tryMenu(guard, index);
-        if (guard)
-            tryKeys(guard);
-        if (guard && index.isValid())
-            act(QStringLiteral("double click"),
-                [&] { QTest::mouseDClick(guard->viewport(), Qt::LeftButton, {}, guard->visualRect(index).center()); });
-    }
-    if (guard)
-        tryMenu(guard, QModelIndex());
-}
-
-void CuriousUser::tryMenu(QAbstractItemView *view, const QModelIndex &index)
-{
-    const QPointer<QAbstractItemView> guard(view);
-    const QPersistentModelIndex row(index);
-    m_entries = 0;
-    openMenu(view, index, -1);
-    const int entries = qMin(m_entries, 40);
-    const int first = entries > 0 ? int(m_random.bounded(entries)) : 0;
-    for (int i = 0; i < entries && guard; ++i)
-        openMenu(guard, row, (first + i) % entries);
-}
-
 void CuriousUser::openMenu(QAbstractItemView *view, const QModelIndex &index, int entry)
 {
     m_entry = entry;
@@ -278,32 +204,6 @@ void CuriousUser::tryKeys(QWidget *widget)
     }
 }
 
-void CuriousUser::tryButtons()
-{
-    const auto buttons = shuffled<QAbstractButton>();
-    for (const auto &button : buttons) {
-        for (m_entry = 0; m_entry < 3 && button && button->isVisible() && button->isEnabled(); ++m_entry) {
-            const int entry = m_entry;
-            act(QStringLiteral("button ") + button->objectName(), [&] { button->click(); });
-            m_entry = entry;
-        }
-    }
-    m_entry = -1;
-}
-
-void CuriousUser::tryActions()
-{
-    QVector<QPointer<QAction>> actions;
-    const QList<QAction *> all = m_widget ? m_widget->findChildren<QAction *>() : QList<QAction *>();
-    for (QAction *action : all)
-        actions.append(action);
-    std::shuffle(actions.begin(), actions.end(), m_random);
-    for (const auto &action : qAsConst(actions)) {
-        if (action && action->isEnabled())
-            act(QStringLiteral("action ") + action->text(), [&] { action->trigger(); });
-    }
-}
-
 void CuriousUser::type(QWidget *widget)
 {
     const QPointer<QWidget> guard(widget);
@@ -320,7 +220,6 @@ void CuriousUser::type(QWidget *widget)
 void CuriousUser::useMenu(QMenu *menu)
 {
     const QVector<QAction *> entries = entriesOf(menu);
-    m_entries = entries.size();
     const QPointer<QAction> entry
         = m_entry >= 0 && m_entry < entries.size() ? entries.at(m_entry) : static_cast<QAction *>(nullptr);
     m_entry = -1;

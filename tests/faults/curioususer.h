@@ -21,8 +21,6 @@ class CuriousUser final : public QObject
 public:
     explicit CuriousUser(QWidget *widget, quint32 seed);
 
-    /// Every page: every row, each entry of its menu, every button, action and key, once. In an order of its own.
-    void tryEverything();
     /// Anything, so many times.
     void tryAnything(int steps);
 
@@ -44,12 +42,8 @@ private:
     void showPage(int page);
     [[nodiscard]] int pageCount() const;
 
-    void tryRows(QAbstractItemView *view);
-    void tryMenu(QAbstractItemView *view, const QModelIndex &index);
     void openMenu(QAbstractItemView *view, const QModelIndex &index, int entry);
     void tryKeys(QWidget *widget);
-    void tryButtons();
-    void tryActions();
     void type(QWidget *widget);
     void lookForStrayRows(const QString &deed);
     void lookAround();
@@ -60,7 +54,6 @@ private:
     mutable QRandomGenerator m_random;
     QTimer m_lookout;
     int m_entry = -1;   ///< of the next menu to come up, in the order shown; none: it is closed
-    int m_entries = 0;  ///< that the last menu had
     int m_patience = 0; ///< looks at one and the same dialog
     QPointer<QWidget> m_dialog;
     qint64 m_longest = 0;

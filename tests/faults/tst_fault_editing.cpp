@@ -169,7 +169,7 @@ QByteArray nested(int depth)
 }
 
 /// Opens a file, tries everything on it and saves it. Nothing when all went well.
-QString use(Core::IEditorFactory *factory, const QString &path, bool everything)
+QString use(Core::IEditorFactory *factory, const QString &path)
 {
     FaultTesting::WorkClock clock;
     clock.start();
@@ -188,10 +188,7 @@ QString use(Core::IEditorFactory *factory, const QString &path, bool everything)
         look(QStringLiteral("a turn of the scan"));
     }
     CuriousUser user(editor.widget(), 1);
-    if (everything)
-        user.tryEverything();
-    else
-        user.tryAnything(100);
+    user.tryAnything(300);
     if (user.longest() > patienceMs())
         slow.append(QStringLiteral("%1 took %2 ms").arg(user.longestDeed()).arg(user.longest()));
     const QByteArray before = contentsOf(path);
@@ -234,7 +231,7 @@ int useInChild(const QString &path)
     ExtensionSystem::PluginManager plugins;
     if (!loadPlugins(&plugins))
         return 2;
-    const QString problem = use(ExtensionSystem::PluginManager::getObject<Core::IEditorFactory>(), path, true);
+    const QString problem = use(ExtensionSystem::PluginManager::getObject<Core::IEditorFactory>(), path);
     std::puts(qPrintable(problem));
     plugins.shutdown();
     return problem.isEmpty() ? 0 : 1;
@@ -260,8 +257,6 @@ private Q_SLOTS:
     void cleanupTestCase();
     void twoInOneProcess_data();
     void twoInOneProcess();
-    void pastedIntoASheet_data();
-    void pastedIntoASheet();
     void quitsInMidScan();
     void muchOfSomething_data();
     void muchOfSomething();
@@ -286,42 +281,29 @@ void TestFaultEditing::cleanupTestCase()
 void TestFaultEditing::twoInOneProcess_data()
 {
     QTest::addColumn<bool>("closeFirst");
-    QTest::addColumn<bool>("usedBefore");
-    QTest::addColumn<quint32>("seed");
-    for (const quint32 seed : { 1u, 2u, 3u }) {
-        for (const bool used : { false, true }) {
-            const char *const what = used ? "used together" : "opened together";
-            QTest::addRow("%s, first closes first, seed %u", what, seed) << true << used << seed;
-            QTest::addRow("%s, second closes first, seed %u", what, seed) << false << used << seed;
-        }
-    }
+    QTest::newRow("first closes first") << true;
+    QTest::newRow("second closes first") << false;
 }
 
 void TestFaultEditing::twoInOneProcess()
 {
     QFETCH(const bool, closeFirst);
-    QFETCH(const bool, usedBefore);
-    QFETCH(const quint32, seed);
     const Sample sample;
     auto first = std::make_unique<OpenedEditor>(m_factory, sample.path("chartdesk"));
     auto second = std::make_unique<OpenedEditor>(m_factory, sample.path("shell"));
     QVERIFY(first->isOpened() && second->isOpened());
     QTRY_VERIFY(!first->isBusy() && !second->isBusy());
-    if (usedBefore) {
-        for (const auto &editor : { first.get(), second.get() }) {
-            CuriousUser user(editor->widget(), seed);
-            user.tryAnything(60);
-            QVERIFY2(user.strayRow().isEmpty(), qPrintable(user.strayRow()));
-        }
+    for (const auto &editor : { first.get(), second.get() }) {
+        CuriousUser user(editor->widget(), 1);
+        user.tryAnything(60);
+        QVERIFY2(user.strayRow().isEmpty(), qPrintable(user.strayRow()));
     }
     (closeFirst ? first : second).reset();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 
     const OpenedEditor &left = closeFirst ? *second : *first;
-    CuriousUser user(left.widget(), seed);
-    user.tryEverything();
-    user.tryAnything(200);
-    qInfo("%d deeds, the longest took %lld ms (%s)", user.count(), user.longest(), qPrintable(user.longestDeed()));
+    CuriousUser user(left.widget(), 1);
+    user.tryAnything(500);
     QVERIFY(user.count() > 300);
     QVERIFY2(user.strayRow().isEmpty(), qPrintable(user.strayRow()));
     QVERIFY2(user.longest() < patienceMs(), qPrintable(user.longestDeed()));
@@ -334,61 +316,6 @@ void TestFaultEditing::twoInOneProcess()
     QCOMPARE(notWellFormed(path), QString());
     const OpenedEditor again(m_factory, path);
     QVERIFY(again.isOpened());
-}
-
-void TestFaultEditing::pastedIntoASheet_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("kept");
-
-    const auto row
-        = [](const char *name, const QString &text, const QString &kept) { QTest::newRow(name) << text << kept; };
-    const QString emoji = QString::fromUtf8("\xf0\x9f\x98\x80");
-    row("plain", QStringLiteral("Chart"), QStringLiteral("Chart"));
-    row("NUL", QStringLiteral("Cha") + QChar(0) + QStringLiteral("rt"), QStringLiteral("Chart"));
-    row("control characters", QStringLiteral("C\x01ha\x1frt"), QStringLiteral("Chart"));
-    // What the pattern of a name can't match is not taken at all.
-    const QString old = QStringLiteral("Quantities");
-    row("lone surrogate", QStringLiteral("Cha") + QChar(0xd83d) + QStringLiteral("rt"), old);
-    row("surrogates the wrong way round", QStringLiteral("C") + emoji.at(1) + emoji.at(0), old);
-    row("markup", QStringLiteral("\"<&>'"), old);
-    row("no character", QStringLiteral("Cha") + QChar(0xffff) + QStringLiteral("rt"), QStringLiteral("Chart"));
-    row("far plane", emoji, emoji);
-}
-
-void TestFaultEditing::pastedIntoASheet()
-{
-    QFETCH(const QString, text);
-    QFETCH(const QString, kept);
-    const Sample sample;
-    const QString path = sample.path("units");
-    {
-        const OpenedEditor editor(m_factory, path);
-        QVERIFY(editor.isOpened());
-        QTRY_VERIFY(!editor.isBusy());
-        editor.widget()->findChild<QTabWidget *>(QStringLiteral("tabWidget"))->setCurrentIndex(0);
-        auto *tree = editor.widget()->findChild<QAbstractItemView *>(QStringLiteral("defintionTree"));
-        tree->setCurrentIndex(tree->model()->index(0, 0, tree->model()->index(0, 0)));
-        QPointer<QLineEdit> name;
-        const auto lines
-            = editor.widget()->findChild<QWidget *>(QStringLiteral("basicInfo"))->findChildren<QLineEdit *>();
-        for (QLineEdit *line : lines) {
-            if (line->accessibleName() == QLatin1String("name"))
-                name = line;
-        }
-        QVERIFY(name);
-        QApplication::clipboard()->setText(text);
-        name->selectAll();
-        name->paste();
-        QVERIFY(editor.document()->save(nullptr, path, false));
-        QCOMPARE(notWellFormed(path), QString());
-    }
-    const OpenedEditor again(m_factory, path);
-    QVERIFY(again.isOpened());
-    auto *tree = again.widget()->findChild<QAbstractItemView *>(QStringLiteral("defintionTree"));
-    QString found = tree->model()->index(0, 0, tree->model()->index(0, 0)).data().toString();
-    // A line edit shows a blank in the place of some of them.
-    QCOMPARE(found.remove(QLatin1Char(' ')), kept);
 }
 
 void TestFaultEditing::quitsInMidScan()
@@ -437,7 +364,7 @@ void TestFaultEditing::muchOfSomething()
     QFETCH(const QByteArray, sibling);
     {
         const Pair pair(own, sibling);
-        QCOMPARE(use(m_factory, pair.own(), true), QString());
+        QCOMPARE(use(m_factory, pair.own()), QString());
     }
     // Nothing of it is lost by showing it.
     const Pair pair(own, sibling);

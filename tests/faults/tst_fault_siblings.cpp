@@ -205,19 +205,7 @@ void TestFaultSiblings::oneOddSibling_data()
     const QByteArray irregular = "Not a regular file";
     row("an ordinary one", "", holding(sibling("odd")), true);
     row("pipe", irregular, inOdd(makePipe));
-    row("socket", irregular, inOdd(makeSocket));
-    row("directory", irregular, inOdd([](const QString &path) { makeDirectory(path); }));
     row("endless device", irregular, inOdd([](const QString &path) { makeLink("/dev/zero", path); }));
-    row("dangling link", "", inOdd([](const QString &path) { makeLink("none", path); }));
-    row("link loop", "symbolic links", inOdd([](const QString &path) { makeLink("extension.xml", path); }));
-    row(
-        "link to a file", "",
-        [](const Product &product) {
-            makeDirectory(product.odd());
-            makeFile(product.odd() + QLatin1String("/real"), sibling("odd"));
-            makeLink("real", product.oddFile());
-        },
-        true);
     row("2 GB, sparse", "more than",
         inOdd([](const QString &path) { makeSparse(path, qint64(2) * 1024 * 1024 * 1024); }));
     row("not to be read", "Permission denied", inOdd([](const QString &path) { makeFile(path, sibling("odd"), 0); }));
@@ -226,33 +214,14 @@ void TestFaultSiblings::oneOddSibling_data()
         setMode(product.odd(), 0600);
     });
     row("empty", "1:1", holding(""));
-    row("cut", ":", holding(sibling("odd").chopped(9)));
     row("nested 200,000 deep", "nested", holding(QByteArray("<a>").repeated(200'000)));
-    row("200,000 children", "",
-        holding("<Plugin id=\"odd\"><ExtPointSet><ExtPoint id=\"o\"/></ExtPointSet><ExtDataSet>"
-            + QByteArray("<ExtData id=\"d\"/>").repeated(200'000) + "</ExtDataSet></Plugin>"),
-        true);
     row("200,000 points", "", holding(sibling("odd", 200'000)), true);
     const auto number = [](int i) { return QByteArray::number(i); };
     const auto nought = [](int) { return QByteArray("0"); };
     row("all entries have the id that they name", "stay directly", holding(mergedFormats(nought, nought)), true);
     row("all entries name one id", "stay directly", holding(mergedFormats(number, nought)), true);
-    row("each entry names the next", "stay directly",
-        holding(mergedFormats(number, [number](int i) { return number(i + 1); })), true);
-    row("each entry names the last", "stay directly",
-        holding(mergedFormats(number, [number](int i) { return number(i - 1); })), true);
     row("directory without a file", "", [](const Product &product) { makeDirectory(product.odd()); });
-    row("file in the place of the directory", "", [](const Product &product) { makeFile(product.odd(), "x"); });
-    row("link in the place of the directory", "", [](const Product &product) { makeLink("a100", product.odd()); });
     row("directory that links to itself", "", [](const Product &product) { makeLink("odd", product.odd()); });
-    row(
-        "name of 250 bytes", "",
-        [](const Product &product) {
-            const QString path = product.directory("odd" + QByteArray(247, 'n'));
-            makeDirectory(path);
-            makeFile(path + QLatin1String("/extension.xml"), sibling("odd"));
-        },
-        true);
     row("name that is no UTF-8", "", [](const Product &product) {
         const QByteArray path = QFile::encodeName(product.plugins()) + Product::unnameable;
         QVERIFY(::mkdir(path.constData(), 0755) == 0);
@@ -293,31 +262,10 @@ void TestFaultSiblings::changesWhileItIsRead_data()
         QFile::remove(product.oddFile());
         tryToWrite(product.oddFile(), sibling("odd", 500));
     });
-    row("is written over", [](const Product &product) {
-        tryToWrite(product.oddFile(), sibling("odd", 500, 'a'));
-        tryToWrite(product.oddFile(), sibling("odd", 500, 'b'));
-    });
-    row("is cut", [](const Product &product) {
-        tryToWrite(product.oddFile(), sibling("odd", 500));
-        QFile::resize(product.oddFile(), 20'000);
-    });
-    row("grows", [](const Product &product) {
-        QFile file(product.oddFile());
-        if (file.open(QIODevice::WriteOnly | QIODevice::Append))
-            file.write(QByteArray(100'000, ' '));
-        if (file.size() > 5'000'000)
-            file.resize(0);
-    });
     row("is replaced by rename", [](const Product &product) {
         const QString next = product.odd() + QLatin1String("/next");
         tryToWrite(next, sibling("odd", 500));
         ::rename(QFile::encodeName(next).constData(), QFile::encodeName(product.oddFile()).constData());
-    });
-    row("becomes a pipe and a file again", [](const Product &product) {
-        QFile::remove(product.oddFile());
-        ::mkfifo(QFile::encodeName(product.oddFile()).constData(), 0600);
-        QFile::remove(product.oddFile());
-        tryToWrite(product.oddFile(), sibling("odd", 500));
     });
     row("goes with its directory", [](const Product &product) {
         QDir(product.odd()).removeRecursively();
@@ -336,7 +284,7 @@ void TestFaultSiblings::changesWhileItIsRead()
     const Log log;
     {
         const Meddler meddler([&] { deed(product); });
-        for (int round = 0; round < 40; ++round) {
+        for (int round = 0; round < 20; ++round) {
             SourceDataManager manager;
             QVERIFY(manager.load(product.opened()));
             StallMeter stalls;
@@ -359,7 +307,7 @@ void TestFaultSiblings::changesWhileItIsRead()
 
 void TestFaultSiblings::manySiblings()
 {
-    constexpr int count = 20'000;
+    constexpr int count = 5'000;
     const Product product;
     for (int i = 0; i < count; ++i)
         product.add("m" + QByteArray::number(100'000 + i));
@@ -383,7 +331,7 @@ void TestFaultSiblings::closedInMidScan()
     QRandomGenerator random(3);
     const Log log;
     int inMidScan = 0;
-    for (int round = 0; round < 60; ++round) {
+    for (int round = 0; round < 30; ++round) {
         auto manager = std::make_unique<SourceDataManager>();
         QVERIFY(manager->load(product.opened()));
         manager->startScan(product.opened());

@@ -4,7 +4,6 @@
 #include "model/mainwidgetinterface.h"
 #include "model/sourcedatamanager.h"
 
-#include <QMetaMethod>
 #include <QTest>
 #include <QWidget>
 
@@ -27,14 +26,6 @@ public:
     }
     QStringList lines;
 };
-
-QStringList ids(const QVector<Node *> &nodes)
-{
-    QStringList list;
-    for (Node *item : nodes)
-        list.append(item->property(QStringLiteral("id")).toString());
-    return list;
-}
 
 /// "Kind#id<parent" with the children in brackets: one line for a whole format.
 Node *build(const QString &text, int *at)
@@ -88,39 +79,17 @@ class TestManager : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void slotOrder();
     void rootsAndTables();
     void manyRootsOfOneTarget();
     void formatRoots();
-    void dataIndexes();
     void childTypes_data();
     void childTypes();
     void attributeDefinitions();
-    void realizationItems();
-    void pointHasFormatAndKeyValue();
     void addDefinition();
     void destroyedNodesLeaveTheIndexes();
     void retiredNodesLeaveTheIndexesAndLive();
     void treesMayDieFirst();
-    void controllerServesTheOneRegisteredLast();
-    void openAndCloseManyTimes();
 };
-
-void TestManager::slotOrder()
-{
-    const QMetaObject &meta = SourceDataManager::staticMetaObject;
-    QStringList names;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        if (meta.method(i).methodType() == QMetaMethod::Slot)
-            names.append(QString::fromLatin1(meta.method(i).methodSignature()));
-    }
-    QCOMPARE(names,
-        (QStringList { QStringLiteral("onDefinData(QString,PointTreeWidgetItem*)"),
-            QStringLiteral("layoutRelization(PointTreeWidgetItem*)"),
-            QStringLiteral("addTopChild(PointTreeWidgetItem*,PointTreeWidgetItem*)"),
-            QStringLiteral("addObjChild(PointTreeWidgetItem*,PointTreeWidgetItem*)"),
-            QStringLiteral("allFormatRoot(PointTreeWidgetItem*)") }));
-}
 
 void TestManager::rootsAndTables()
 {
@@ -192,25 +161,6 @@ void TestManager::formatRoots()
     QCOMPARE(manager.siblingFormatOfTarget(QStringLiteral("t")), first);
     QCOMPARE(manager.indexes()[NodeIndexes::Formats].nodes(QStringLiteral("two")),
         (NodeIndex::Nodes { second, other, nameless2 }));
-}
-
-void TestManager::dataIndexes()
-{
-    SourceDataManager manager;
-    Node *record = node(QStringLiteral("extdata"), { { QStringLiteral("id"), QStringLiteral("p") } });
-    Node *items[4];
-    for (int i = 0; i < 4; ++i)
-        items[i] = node(QStringLiteral("Item"), { { QStringLiteral("id"), QStringLiteral("same") } });
-    manager.addObjChild(manager.allDataRoot(), record);
-    manager.addObjChild(record, items[0]);
-    manager.addObjChild(record, items[1]);
-    manager.addObjChild(manager.allDataRoot(), items[2]);
-    manager.addObjChild(items[2], items[3]);
-    QCOMPARE(manager.dataChild(QStringLiteral("same")), items[1]);
-    QCOMPARE(manager.data(QStringLiteral("same")), (QVector<Node *> { items[2], items[3] }));
-    QCOMPARE(manager.data(QStringLiteral("p")), QVector<Node *> { record });
-    QCOMPARE(manager.allDataRoot()->childCount(), 0);
-    QCOMPARE(record->children().size(), 2);
 }
 
 void TestManager::childTypes_data()
@@ -286,52 +236,6 @@ void TestManager::attributeDefinitions()
     QVERIFY(!manager.attributeDefinitions(nullptr, &attributes));
 }
 
-void TestManager::realizationItems()
-{
-    const Product product;
-    const QString path = product.add(QStringLiteral("own"),
-        "<P id=\"own\"><ExtDataSet><ExtData id=\"p\"><A id=\"1\"/><B/><b id=\"2\"/></ExtData><Layout><C "
-        "id=\"4\"/></Layout><ExtData id=\"p\"><A id=\"3\"/></ExtData></ExtDataSet></P>");
-    SourceDataManager manager;
-    QVERIFY(manager.load(path));
-    QCOMPARE(ids(manager.realizationItems(QStringLiteral("p"))).join(QString()), QStringLiteral("123"));
-    QCOMPARE(
-        ids(manager.realizationItems(QStringLiteral("p"), QStringLiteral("B"))).join(QString()), QStringLiteral("2"));
-    QCOMPARE(ids(manager.realizationItems(QStringLiteral("Layout"))).join(QString()), QStringLiteral("4"));
-    QVERIFY(manager.realizationItems(QStringLiteral("q")).isEmpty());
-    QCOMPARE(manager.realizations().size(), 8);
-}
-
-void TestManager::pointHasFormatAndKeyValue()
-{
-    SourceDataManager manager;
-    Node *first = node(QStringLiteral("ExtPoint"), { { QStringLiteral("hasformat"), QStringLiteral("FALSE") } });
-    Node *second = node(QStringLiteral("ExtPoint"), { { QStringLiteral("hasformat"), QStringLiteral("yes") } });
-    for (Node *item : { first, second }) {
-        manager.addTopChild(manager.availablePointsRoot(), item);
-        manager.onDefinData(QStringLiteral("p"), item);
-    }
-    Node asking { QString() };
-    asking.setPointId(QStringLiteral("p"));
-    QVERIFY2(!manager.pointHasFormat(&asking), "the first point answers");
-    first->setProperty(QStringLiteral("hasformat"), QStringLiteral("2"));
-    QVERIFY(manager.pointHasFormat(&asking));
-    asking.setPointId(QStringLiteral("q"));
-    QVERIFY(!manager.pointHasFormat(&asking) && !manager.pointHasFormat(nullptr));
-    QCOMPARE(manager.definition(QStringLiteral("p")), first);
-
-    first->addChild(
-        node(QStringLiteral("String"),
-            { { QStringLiteral("key"), QStringLiteral("other") }, { QStringLiteral("value"), QStringLiteral("no") } }),
-        false);
-    first->addChild(
-        node(QStringLiteral("String"),
-            { { QStringLiteral("key"), QStringLiteral("KEY") }, { QStringLiteral("value"), QStringLiteral("Shape") } }),
-        false);
-    QCOMPARE(manager.keyValue(first), QStringLiteral("Shape"));
-    QCOMPARE(manager.keyValue(second) + manager.keyValue(nullptr), QString());
-}
-
 void TestManager::addDefinition()
 {
     SourceDataManager manager;
@@ -396,46 +300,6 @@ void TestManager::treesMayDieFirst()
     Node::destroySubtree(attribute);
     QVERIFY(!manager.save());
     QVERIFY(Product::read(path).contains("<ExtPoint id"));
-}
-
-void TestManager::controllerServesTheOneRegisteredLast()
-{
-    Controller *controller = Controller::instance();
-    auto first = std::make_unique<SourceDataManager>(QStringLiteral("/first"));
-    auto second = std::make_unique<SourceDataManager>(QStringLiteral("/second"));
-    auto widget = std::make_unique<RecordingWidget>();
-    auto later = std::make_unique<RecordingWidget>();
-    controller->setSourceDataManager(first.get());
-    controller->setSourceDataManager(second.get());
-    controller->setMainWidget(widget.get());
-    controller->setMainWidget(later.get());
-    QCOMPARE(controller->filePath(), QStringLiteral("/second"));
-    Node layout(QStringLiteral("l"));
-    first->layoutRelization(&layout);
-    QCOMPARE(later->lines.size(), 1);
-    second.reset();
-    later.reset();
-    QCOMPARE(controller->filePath(), QStringLiteral("/first"));
-    controller->addLayout(&layout);
-    QCOMPARE(widget->lines.size(), 1);
-    first.reset();
-    widget.reset();
-    controller->addLayout(&layout);
-    QCOMPARE(controller->filePath(), QString());
-    QVERIFY(!controller->definitionRoot() && controller->attributeTypes().isEmpty());
-}
-
-void TestManager::openAndCloseManyTimes()
-{
-    const QString path = QStringLiteral(EXTPOINT_SOURCE_DIR "/samples/product/plugins/chartdesk/extension.xml");
-    // What is left over is for the leak checker to tell.
-    for (int i = 0; i < 100; ++i) {
-        SourceDataManager manager;
-        QVERIFY(manager.load(path));
-        manager.startScan(path);
-        if (i % 2)
-            manager.completeScan();
-    }
 }
 
 QTEST_MAIN(TestManager)

@@ -189,7 +189,6 @@ class TestOwnSide : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void pointsAreOfferedBeforeTheScan();
     void ownEqualsSibling();
     void changedOwnEqualsSibling();
     void linkedDirectoryIsNobodyElse();
@@ -199,32 +198,9 @@ private Q_SLOTS:
     void references();
     void realizedKind_data();
     void realizedKind();
-    void defaultsAreThoseOfTheDefinitionItself();
-    void idsFollowInTheIndexes();
-    void destroyedFormatGivesItsTargetBack();
-    void insertionKeepsOrderInListAndRows();
-    void moveTakesThePointOfTheNewPlace();
     void moveRefusesRings();
-    void recordsFollowTheirPoint();
     void generatedIds();
 };
-
-void TestOwnSide::pointsAreOfferedBeforeTheScan()
-{
-    const Model model(ownFile, {}, false);
-    Node *point = model.offered(s("own.p"));
-    QVERIFY(point);
-    QCOMPARE(ModelTesting::rows(model.manager.availablePointsRoot()),
-        (QStringList { s("own"), s("  Point"), s("    Sub") }));
-    QVERIFY(model.manager.pointHasFormat(point));
-    QCOMPARE(model.manager.childTypes(s("menu"), s("own.p")), (QStringList { s("menu"), s("action") }));
-    // Twice the same, whether or not the scan has come to the file.
-    SourceDataManager &manager = const_cast<SourceDataManager &>(model.manager);
-    manager.startScan(model.path);
-    manager.completeScan();
-    QCOMPARE(manager.indexes()[NodeIndexes::Points].size(), 2);
-    QCOMPARE(ModelTesting::rows(manager.availablePointsRoot()), (QStringList { s("own"), s("  Point"), s("    Sub") }));
-}
 
 void TestOwnSide::ownEqualsSibling()
 {
@@ -403,87 +379,6 @@ void TestOwnSide::realizedKind()
     Node::destroySubtree(definition);
 }
 
-void TestOwnSide::defaultsAreThoseOfTheDefinitionItself()
-{
-    const Model model(ownFile);
-    QCOMPARE(Definitions::defaults(model.offered(s("own.p"))),
-        (PropertyHash { { s("text"), s("Hello") }, { s("mode"), s("a") } }));
-    QCOMPARE(Definitions::defaults(model.offered(s("menu"))), (PropertyHash { { s("n"), s("7") } }));
-}
-
-void TestOwnSide::idsFollowInTheIndexes()
-{
-    Model model(ownFile);
-    Node *record = model.at({ 0, 0, 0 });
-    model.manager.setRealizationProperty(record, s("id"), s("new"));
-    QCOMPARE(names(model.own().withId(s("new"))), QStringList { s("p#new") });
-    QVERIFY(!model.own().withId(s("r1")).contains(record));
-    // Without an id the kind stands for it.
-    model.manager.setRealizationProperty(record, s("id"), QString());
-    QVERIFY(model.own().withId(s("p")).contains(record));
-    model.manager.setRealizationProperty(record, s("id"), s("back"));
-    QVERIFY(model.own().withId(s("p")).isEmpty() && model.own().record(s("back")) == record);
-    // A copy that a page shows takes what it mirrors along.
-    Node copy(*record);
-    model.manager.setRealizationProperty(&copy, s("id"), s("again"));
-    QCOMPARE(model.own().withId(s("again")), QVector<Node *> { record });
-    QVERIFY(model.own().withId(s("back")).isEmpty());
-}
-
-void TestOwnSide::destroyedFormatGivesItsTargetBack()
-{
-    Model model(ownFile);
-    Node *recorded = model.at({ 0, 0, 2 });
-    Node *made = model.at({ 1, 0, 1 });
-    const auto holds = [&](Node *of, const char *target) { return model.manager.formatOfTarget(s(target)) == of; };
-    QVERIFY(holds(made, "t"));
-    model.manager.setRealizationProperty(made, s("target"), s("u"));
-    QVERIFY(holds(made, "u") && holds(recorded, "t"));
-    model.manager.setRealizationProperty(made, s("target"), s("t"));
-    QVERIFY(holds(made, "t") && holds(nullptr, "u"));
-    // Without a target the id stands for it; with neither it has no place.
-    model.manager.setRealizationProperty(made, s("target"), QString());
-    QVERIFY(holds(recorded, "t") && holds(nullptr, ""));
-    model.manager.setRealizationProperty(made, s("id"), s("t"));
-    QVERIFY(holds(made, "t"));
-    model.manager.destroyRealization(made);
-    QVERIFY(holds(recorded, "t"));
-    model.manager.destroyRealization(recorded);
-    QVERIFY(holds(nullptr, "t"));
-}
-
-void TestOwnSide::insertionKeepsOrderInListAndRows()
-{
-    Model model("<P id=\"own\"/>");
-    QVERIFY(model.manager.realizationRoot()->children().isEmpty());
-    Node *set = model.manager.ensureDataSet();
-    QCOMPARE(model.manager.ensureDataSet(), set);
-    const QVector<QPair<QString, int>> places { { s("b"), -1 }, { s("a"), 0 }, { s("d"), 9 }, { s("c"), 2 } };
-    for (const auto &place : places) {
-        auto *node = new Node(place.first);
-        node->setKind(place.first);
-        model.manager.insertRealization(set, node, place.second);
-    }
-    QCOMPARE(ModelTesting::tree(set), (QStringList { s("a"), s("b"), s("c"), s("d") }));
-    QCOMPARE(ModelTesting::rows(set), ModelTesting::tree(set));
-    // The index counts after the removal.
-    QVERIFY(model.manager.moveRealization(set->children().at(0)->item(), set, 2));
-    QCOMPARE(ModelTesting::tree(set), (QStringList { s("b"), s("c"), s("a"), s("d") }));
-    QVERIFY(model.manager.moveRealization(set->children().at(3)->item(), set->children().at(0)->item()));
-    QCOMPARE(ModelTesting::tree(set), (QStringList { s("b"), s("  d"), s("c"), s("a") }));
-    QCOMPARE(ModelTesting::rows(set), ModelTesting::tree(set));
-}
-
-void TestOwnSide::moveTakesThePointOfTheNewPlace()
-{
-    Model model(ownFile);
-    Node *entry = model.at({ 0, 0, 2, 0 });
-    QCOMPARE(entry->pointId(), s("own.p"));
-    QVERIFY(model.manager.moveRealization(entry, model.at({ 0, 1, 2 })));
-    QCOMPARE(entry->pointId(), s("q"));
-    QVERIFY(entry->hasFormat());
-}
-
 void TestOwnSide::moveRefusesRings()
 {
     Model model(ownFile);
@@ -492,20 +387,6 @@ void TestOwnSide::moveRefusesRings()
     QVERIFY(!model.manager.moveRealization(model.at({ 0, 0 }), model.at({ 0, 0 })));
     QVERIFY(!model.manager.moveRealization(nullptr, model.at({ 0, 0 })));
     QCOMPARE(ModelTesting::tree(model.manager.realizationRoot()), before);
-}
-
-void TestOwnSide::recordsFollowTheirPoint()
-{
-    Model model(ownFile);
-    Node *loaded = model.manager.definitionRoot()->children().first()->children().first()->item();
-    loaded->setProperty(s("id"), s("own.q"));
-    model.manager.followPointId(s("own.p"), s("own.q"));
-    QCOMPARE(names(model.own().holders(s("own.q"))), (QStringList { s("ExtData#own.q"), s("ExtData#own.q") }));
-    QCOMPARE(model.at({ 0, 0, 2, 0 })->pointId(), s("own.q"));
-    QCOMPARE(model.at({ 0, 1 })->pointId(), s("q"));
-    // While somebody else declares a point of the old name, the records stay with that.
-    model.manager.followPointId(s("own.q"), s("other"));
-    QVERIFY(model.own().holders(s("other")).isEmpty());
 }
 
 void TestOwnSide::generatedIds()

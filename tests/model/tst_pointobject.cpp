@@ -48,7 +48,6 @@ class TestPointObject : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void freshNodeIsItsOwnMaster();
     void copyMirrorsItsSource();
     void fieldAssignment();
     void propertyMovesLowerCaseKey_data();
@@ -59,28 +58,13 @@ private Q_SLOTS:
     void addChild();
     void insertChild_data();
     void insertChild();
-    void insertedCopyGoesWithTheChild();
     void removeChildTakesTheMastersFirstWithTheSameId();
-    void removeChildOnAMaster();
-    void ringsAreRefused();
     void unlinkDestroysTheMaster();
     void destructionLeavesNothingBehind_data();
     void destructionLeavesNothingBehind();
     void destroySubtreeTakesRowsAndChildren();
     void rowLeavesItsViewWhileWhole();
 };
-
-void TestPointObject::freshNodeIsItsOwnMaster()
-{
-    Node item(QStringLiteral("text"));
-    QCOMPARE(item.link(), static_cast<PointObject *>(&item));
-    QCOMPARE(item.text(0), QStringLiteral("text"));
-    QVERIFY(!item.parent() && item.children().isEmpty() && item.copies().isEmpty() && item.properties().isEmpty());
-    QVERIFY(
-        item.pointId().isEmpty() && item.pluginId().isEmpty() && item.kind().isEmpty() && item.basePath().isEmpty());
-    QVERIFY(!item.hasFormat());
-    QVERIFY(!PointTreeWidgetItemTestAccess::isNew(item) && !PointTreeWidgetItemTestAccess::isDroppedCopy(item));
-}
 
 void TestPointObject::copyMirrorsItsSource()
 {
@@ -149,10 +133,10 @@ void TestPointObject::propertyMovesLowerCaseKey_data()
         << QStringList { QStringLiteral("Name") };
     const PropertyHash both { { QStringLiteral("childType"), QStringLiteral("exact") },
         { QStringLiteral("childtype"), text } };
-    QTest::newRow("the exact one goes first") << both << QStringLiteral("childType")
-                                              << QVariant(QStringLiteral("exact")) << both.keys();
-    QTest::newRow("of a definition, the lower one") << both << QStringLiteral("childType") << QVariant(text)
-                                                    << QStringList { QStringLiteral("childType") };
+    QTest::newRow("the exact one goes first")
+        << both << QStringLiteral("childType") << QVariant(QStringLiteral("exact")) << both.keys();
+    QTest::newRow("of a definition, the lower one")
+        << both << QStringLiteral("childType") << QVariant(text) << QStringList { QStringLiteral("childType") };
     QTest::newRow("neither") << PropertyHash {} << QStringLiteral("Name") << QVariant() << QStringList {};
 }
 
@@ -271,22 +255,6 @@ void TestPointObject::insertChild()
         QCOMPARE(chain.at(depth)->children().size(), 1);
 }
 
-void TestPointObject::insertedCopyGoesWithTheChild()
-{
-    Chain chain;
-    Node *child = node(QStringLiteral("Menu"));
-    chain.second->insertChild(0, child);
-    QList<QPointer<Node>> copies;
-    for (PointObject *copy : child->copies())
-        copies.append(copy->item());
-    QCOMPARE(copies.size(), 2);
-    // One that has found a place of its own belongs to that place.
-    chain.master.addChild(copies.first(), false);
-    delete child;
-    QVERIFY(copies.first());
-    QVERIFY(!copies.last());
-}
-
 void TestPointObject::removeChildTakesTheMastersFirstWithTheSameId()
 {
     Chain chain;
@@ -302,38 +270,6 @@ void TestPointObject::removeChildTakesTheMastersFirstWithTheSameId()
     QCOMPARE(chain.master.children(), QList<PointObject *> { second });
     QVERIFY(!shown->parent() && !first->parent());
     delete first;
-}
-
-void TestPointObject::removeChildOnAMaster()
-{
-    Chain chain;
-    std::unique_ptr<Node> inside(node(QStringLiteral("A")));
-    std::unique_ptr<Node> stranger(node(QStringLiteral("A")));
-    chain.master.addChild(inside.get(), false);
-    chain.master.removeChild(stranger.get());
-    chain.master.removeChild(nullptr);
-    QCOMPARE(chain.master.children().size(), 1);
-    chain.master.removeChild(inside.get());
-    QVERIFY(chain.master.children().isEmpty() && !inside->parent());
-}
-
-void TestPointObject::ringsAreRefused()
-{
-    Chain chain;
-    QTest::ignoreMessage(QtWarningMsg, "A link that would close a ring of mirrors was refused.");
-    chain.master.setLink(chain.second.get());
-    QCOMPARE(chain.master.link(), static_cast<PointObject *>(&chain.master));
-
-    Node *inner = node(QStringLiteral("In"));
-    chain.master.addChild(inner, false);
-    for (Node *parent : { inner, &chain.master }) {
-        QTest::ignoreMessage(QtWarningMsg, "A node can't be put under itself.");
-        parent->addChild(&chain.master, false);
-        QTest::ignoreMessage(QtWarningMsg, "A node can't be put under itself.");
-        parent->insertChild(0, &chain.master);
-    }
-    QVERIFY(!chain.master.parent());
-    QVERIFY(inner->children().isEmpty());
 }
 
 void TestPointObject::unlinkDestroysTheMaster()

@@ -2,7 +2,6 @@
 
 #include "model/sourcedatamanager.h"
 
-#include <QDomDocument>
 #include <QTest>
 
 using ModelTesting::Product;
@@ -37,22 +36,15 @@ class TestReadWrite : public QObject
 private Q_SLOTS:
     void differences_data();
     void differences();
-    void formattedRecords();
     void translatableKeys_data();
     void translatableKeys();
     void translatableTableIsNeverCleared();
     void emptyDocument_data();
     void emptyDocument();
-    void rootAttributes();
     void secondSaveIsIdentical_data();
     void secondSaveIsIdentical();
-    void writtenFileReadsTheSameElsewhere();
-    void openedNodeFields();
     void malformedFileLeavesEverything_data();
     void malformedFileLeavesEverything();
-    void saveRefuses();
-    void secondLoadReplaces();
-    void depth();
 };
 
 void TestReadWrite::differences_data()
@@ -122,21 +114,6 @@ void TestReadWrite::differences()
     QFETCH(const QByteArray, read);
     const Product product;
     QTEST(savedBody(product, read), "written");
-}
-
-/// The definition side leaves out fewer keys, compares without letter case, and only nodes made by the editor can be
-/// formatted there.
-void TestReadWrite::formattedRecords()
-{
-    const Product product;
-    const QString path = product.add(QStringLiteral("own"),
-        "<P id=\"own\"><ExtPointSet><extdata index=\"1\" parent=\"2\" key=\"3\" id=\"4\"/></ExtPointSet></P>");
-    SourceDataManager manager;
-    QVERIFY(manager.load(path));
-    PointTreeWidgetItem *record = manager.definitionRoot()->children().first()->children().first()->item();
-    record->setHasFormat(true);
-    QVERIFY(manager.save());
-    QVERIFY2(Product::read(path).contains("<extdata key=\"3\" id=\"4\"/>"), Product::read(path));
 }
 
 void TestReadWrite::translatableKeys_data()
@@ -225,21 +202,6 @@ void TestReadWrite::emptyDocument()
     QCOMPARE(Product::read(path), QByteArray("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"));
 }
 
-void TestReadWrite::rootAttributes()
-{
-    const Product product;
-    const QString path = product.add(
-        QStringLiteral("own"), "<My.Root ID=\" own \" Type=\"t\" b=\"2\" a=\"1\"><ExtPointSet/></My.Root>");
-    SourceDataManager manager;
-    QVERIFY(manager.load(path));
-    QCOMPARE(manager.pluginId(), QStringLiteral("own"));
-    QCOMPARE(manager.definitionRoot()->text(0), QString());
-    QVERIFY(manager.save());
-    QCOMPARE(Product::read(path),
-        QByteArray("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<My.Root ID=\"own\" b=\"2\" a=\"1\">\n    "
-                   "<ExtPointSet/>\n</My.Root>\n"));
-}
-
 void TestReadWrite::secondSaveIsIdentical_data()
 {
     QTest::addColumn<QString>("plugin");
@@ -273,89 +235,7 @@ void TestReadWrite::secondSaveIsIdentical()
     QCOMPARE(saved[1], saved[0]);
 }
 
-namespace {
-
-void compare(const PointObject *node, const QDomElement &element)
-{
-    QDomElement child = element.firstChildElement();
-    for (PointObject *object : node->children()) {
-        QCOMPARE(child.tagName(), object->item()->kind());
-        int attributes = 0;
-        for (const PropertyHash::Entry &entry : object->properties()) {
-            if (entry.key == QLatin1String("type"))
-                continue;
-            QCOMPARE(child.attribute(entry.key, QStringLiteral("missing")), entry.value.toString());
-            ++attributes;
-        }
-        QCOMPARE(child.attributes().size(), attributes);
-        compare(object, child);
-        child = child.nextSiblingElement();
-    }
-    QVERIFY(child.isNull());
-}
-
-} // namespace
-
-void TestReadWrite::writtenFileReadsTheSameElsewhere()
-{
-    const Product product;
-    const QString path = product.add(QStringLiteral("own"),
-        "<P id=\"own\"><ExtPointSet><ExtPoint id=\"p\" description=\"a&lt;b &amp; &quot;c&quot; 'd' &gt; "
-        "\xc3\xa9&#x1F600;&#10;next\">"
-        "<Enum key=\"e\"><Data key=\"1\" text=\"one\"/></Enum><SubExtPoint key=\"s\"/></ExtPoint></ExtPointSet></P>");
-    SourceDataManager manager;
-    QVERIFY(manager.load(path));
-    QVERIFY(manager.save());
-    QDomDocument document;
-    QVERIFY(document.setContent(Product::read(path)));
-    compare(manager.definitionRoot(), document.documentElement());
-}
-
-void TestReadWrite::openedNodeFields()
-{
-    const Product product;
-    const QString path = product.add(QStringLiteral("own"),
-        "<Root id=\"plug\"><ExtPointSet>"
-        "<EXTPOINT id=\"p\" name=\"Point\"><String key=\"k\" name=\"attr\"><Data/></String><subextpoint key=\"S\" "
-        "name=\"Sub\"><Int id=\"i\"/></subextpoint><extPoint name=\"inner\"/></EXTPOINT>"
-        "</ExtPointSet><ExtDataSet><EXTDATA id=\"q\"><Item id=\"a\"/><FORMAT "
-        "target=\"t\"><Menu/></FORMAT></EXTDATA><LAYOUT id=\"l\"/><format target=\"t\"/></ExtDataSet></Root>");
-    SourceDataManager manager;
-    QVERIFY(manager.load(path));
-    QCOMPARE(ModelTesting::rows(manager.definitionRoot()),
-        (QStringList { QStringLiteral("Point"), QStringLiteral("  Sub"), QStringLiteral("inner") }));
-    QCOMPARE(ModelTesting::rows(manager.realizationRoot()),
-        (QStringList { QString(), QStringLiteral("  q"), QStringLiteral("    a"), QStringLiteral("    FORMAT"),
-            QStringLiteral("      Menu"), QStringLiteral("  l"), QStringLiteral("  format") }));
-    QCOMPARE(
-        manager.definitionRoot()->kind() + manager.realizationRoot()->text(0) + manager.definitionRoot()->pluginId(),
-        QStringLiteral("Rootplugplug"));
-
-    PointTreeWidgetItem *set = manager.definitionRoot()->children().first()->item();
-    QVERIFY(!set->QTreeWidgetItem::parent());
-    const auto describe = [](PointObject *object) {
-        PointTreeWidgetItem *item = object->item();
-        return QStringList { item->kind(), item->pointId(), item->pluginId(), item->text(0),
-            item->hasFormat() ? QStringLiteral("formatted") : QString() }
-            .join(QLatin1Char(','));
-    };
-    PointObject *point = set->children().first();
-    QCOMPARE(describe(point), QStringLiteral("EXTPOINT,p,plug,Point,"));
-    QCOMPARE(describe(point->children().at(0)), QStringLiteral("String,p,plug,attr,"));
-    QCOMPARE(describe(point->children().at(1)), QStringLiteral("subextpoint,p,plug,Sub,"));
-    QCOMPARE(describe(point->children().at(1)->children().first()), QStringLiteral("Int,i,plug,,"));
-    QCOMPARE(point->item()->basePath(), product.path() + QStringLiteral("/own/"));
-    PointObject *data = manager.realizationRoot()->children().first()->children().first();
-    QCOMPARE(describe(data), QStringLiteral("EXTDATA,q,plug,q,"));
-    QCOMPARE(describe(data->children().at(0)), QStringLiteral("Item,q,plug,a,"));
-    QCOMPARE(describe(data->children().at(1)), QStringLiteral("FORMAT,q,plug,FORMAT,formatted"));
-    QCOMPARE(describe(data->children().at(1)->children().first()), QStringLiteral("Menu,q,plug,Menu,formatted"));
-
-    QCOMPARE(manager.formatOfTarget(QStringLiteral("t"))->kind(), QStringLiteral("FORMAT"));
-    QCOMPARE(manager.layouts().size(), 1);
-    QCOMPARE(manager.layouts().first()->kind(), QStringLiteral("LAYOUT"));
-    QCOMPARE(manager.realizations().size(), 6);
-}
+namespace { } // namespace
 
 void TestReadWrite::malformedFileLeavesEverything_data()
 {
@@ -393,49 +273,6 @@ void TestReadWrite::malformedFileLeavesEverything()
     // What could not be read is never overwritten.
     QVERIFY(!manager.save());
     QCOMPARE(Product::read(brokenPath), broken);
-}
-
-void TestReadWrite::saveRefuses()
-{
-    SourceDataManager manager;
-    QVERIFY(!manager.save());
-    QVERIFY(!manager.load(QStringLiteral("/nowhere/at/all/extension.xml")));
-    QVERIFY(!manager.save());
-}
-
-void TestReadWrite::secondLoadReplaces()
-{
-    const Product product;
-    const QString one = product.add(QStringLiteral("one"),
-        "<P id=\"one\"><ExtPointSet><ExtPoint id=\"p\" name=\"P\"/></ExtPointSet><ExtDataSet><Layout "
-        "id=\"l\"/></ExtDataSet></P>");
-    const QString two
-        = product.add(QStringLiteral("two"), "<Q id=\"two\"><ExtDataSet><format target=\"t\"/></ExtDataSet></Q>");
-    SourceDataManager manager;
-    QVERIFY(manager.load(one));
-    QVERIFY(manager.load(two));
-    QVERIFY(manager.definitionRoot()->children().isEmpty());
-    QCOMPARE(manager.definitionRoot()->childCount(), 0);
-    QCOMPARE(manager.realizationRoot()->childCount(), 1);
-    QVERIFY(manager.layouts().isEmpty());
-    QCOMPARE(manager.realizations().size(), 1);
-}
-
-void TestReadWrite::depth()
-{
-    QByteArray body;
-    for (int i = 0; i < 1000; ++i)
-        body += "<x i=\"" + QByteArray::number(i) + "\">";
-    for (int i = 0; i < 1000; ++i)
-        body += "</x>";
-    const Product product;
-    const QString path = product.add(QStringLiteral("own"),
-        "<P id=\"own\"><ExtPointSet>" + body + "</ExtPointSet><ExtDataSet>" + body + "</ExtDataSet></P>");
-    SourceDataManager manager;
-    QVERIFY(manager.load(path));
-    manager.startScan(path);
-    QVERIFY(manager.save());
-    QCOMPARE(Product::read(path).count("<x "), 2000);
 }
 
 QTEST_MAIN(TestReadWrite)

@@ -79,19 +79,15 @@ private Q_SLOTS:
     void init();
     void readsEverySibling();
     void takesResultsInTheOrderOfTheListing();
-    void ownFileIsNotCountedTwice();
     void completeScanAnswersAtOnce();
-    void eventLoopGetsItsTurn();
     void userMayDeleteWhileAFileIsTakenIn();
     void saveDuringTheScanKeepsTranslations();
     void closingAtAnyMoment();
     void closingFromWithinADelivery();
     void closingFromWithinASave();
-    void closingWithALargeFileWaiting();
     void secondScanReplaces();
     void blockedPoolDoesNotBlockSaving();
     void standInsAreGivenBack();
-    void unreadableForAnUnprivilegedUser();
 };
 
 void TestScan::init()
@@ -151,28 +147,6 @@ void TestScan::takesResultsInTheOrderOfTheListing()
     }
 }
 
-void TestScan::ownFileIsNotCountedTwice()
-{
-    const Product product;
-    const QString own = product.add(QStringLiteral("own"),
-        "<P id=\"own\"><ExtPointSet><ExtPoint id=\"p\"/></ExtPointSet><ExtDataSet><ExtData id=\"p\"><Item "
-        "id=\"i\"/></ExtData><Format target=\"t\"><M id=\"i\"/></Format><Layout id=\"l\"/></ExtDataSet></P>");
-    product.add(QStringLiteral("sibling"),
-        "<P id=\"s\"><ExtDataSet><ExtData id=\"p\"><Item id=\"j\"/></ExtData></ExtDataSet></P>");
-    SourceDataManager manager;
-    QVERIFY(manager.load(own));
-    manager.startScan(own);
-    manager.completeScan();
-    // Its points are on offer like any other's.
-    QVERIFY(manager.definition(QStringLiteral("p")));
-    QCOMPARE(pluginRows(manager), QStringList { QStringLiteral("own") });
-    QVERIFY(!manager.dataChild(QStringLiteral("i")) && manager.data(QStringLiteral("i")).isEmpty());
-    QVERIFY(!manager.siblingFormatOfTarget(QStringLiteral("t")));
-    QVERIFY(manager.dataChild(QStringLiteral("j")));
-    QCOMPARE(manager.allDataRoot()->children().size(), 1);
-    QCOMPARE(manager.realizations().size(), 5);
-}
-
 void TestScan::completeScanAnswersAtOnce()
 {
     const Product product;
@@ -191,29 +165,6 @@ void TestScan::completeScanAnswersAtOnce()
     QVERIFY(pluginRows(manager).size() >= siblingCount + 2);
     manager.completeScan();
     QCOMPARE(finished.count(), 1);
-}
-
-void TestScan::eventLoopGetsItsTurn()
-{
-    const Product product;
-    QByteArray points;
-    for (int i = 0; i < 150'000; ++i)
-        points += "<ExtPoint id=\"p" + QByteArray::number(i) + "\" name=\"n\"/>";
-    product.add(QStringLiteral("large"), "<P id=\"large\"><ExtPointSet>" + points + "</ExtPointSet></P>");
-    SourceDataManager manager;
-    QSignalSpy finished(&manager, &SourceDataManager::scanFinished);
-    QSignalSpy portions(&manager, &SourceDataManager::scanProgressed);
-    int ticksWhileTakingIn = 0;
-    QTimer ticker;
-    connect(&ticker, &QTimer::timeout, this, [&] {
-        ticksWhileTakingIn += !manager.availablePointsRoot()->children().isEmpty() && finished.isEmpty() ? 1 : 0;
-    });
-    ticker.start(0);
-    manager.startScan(product.file(QStringLiteral("large")));
-    QVERIFY(finished.wait(60000));
-    QVERIFY2(portions.count() > 3, "one file was taken in without a pause");
-    QVERIFY(ticksWhileTakingIn >= 3);
-    QCOMPARE(manager.availablePointsRoot()->child(0)->childCount(), 150'000);
 }
 
 void TestScan::userMayDeleteWhileAFileIsTakenIn()
@@ -303,25 +254,6 @@ void TestScan::closingFromWithinASave()
     QVERIFY(!manager);
 }
 
-/// Takes minutes, and so runs into the time limit, where nodes are destroyed one by one.
-void TestScan::closingWithALargeFileWaiting()
-{
-    const Product product;
-    QByteArray points;
-    for (int i = 0; i < 400000; ++i)
-        points += "<ExtPoint/>";
-    product.add(QStringLiteral("large"), "<P id=\"large\"><ExtPointSet>" + points + "</ExtPointSet></P>");
-    for (const bool started : { false, true }) {
-        auto manager = std::make_unique<SourceDataManager>();
-        manager->startScan(product.file(QStringLiteral("large")));
-        QTRY_VERIFY(QThreadPool::globalInstance()->activeThreadCount() > 0);
-        QThreadPool::globalInstance()->waitForDone();
-        if (started)
-            QTRY_VERIFY(manager->availablePointsRoot()->childCount() > 0);
-        manager.reset();
-    }
-}
-
 void TestScan::secondScanReplaces()
 {
     const Product product;
@@ -397,28 +329,6 @@ void TestScan::standInsAreGivenBack()
     for (int i = 100; i < 200; ++i)
         handover.put(i, QString(), {});
     QCOMPARE(pool->activeThreadCount(), 0);
-}
-
-/// Root may read anything, so another user's eyes are needed.
-void TestScan::unreadableForAnUnprivilegedUser()
-{
-    const Product product;
-    const QString path = product.add(QStringLiteral("unreadable"), sibling(1));
-    QFile::setPermissions(path, {});
-    for (QString directory = QFileInfo(path).path(); directory.size() > QDir::tempPath().size();
-         directory = QFileInfo(directory).path())
-        chmod(qPrintable(directory), 0755);
-    const pid_t child = fork();
-    if (child == 0) {
-        if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0))
-            _exit(3);
-        const bool unread = TaskRead::read(path, nullptr, nullptr, QThread::currentThread()).file == nullptr;
-        _exit(unread && access(qPrintable(QFileInfo(path).path()), X_OK) == 0 ? 0 : 1);
-    }
-    int status = -1;
-    waitpid(child, &status, 0);
-    QVERIFY(WIFEXITED(status));
-    QCOMPARE(WEXITSTATUS(status), 0);
 }
 
 QTEST_MAIN(TestScan)

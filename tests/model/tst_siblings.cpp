@@ -82,7 +82,6 @@ private Q_SLOTS:
     void nodeFields();
     void nothingIsAnnounced_data();
     void nothingIsAnnounced();
-    void announcementsGrowWithTheFileOnly();
     void nodesGetTheThreadOfTheTaskMaker();
     void whatIsTooMuchInAllIsLeftOut();
 };
@@ -199,21 +198,6 @@ void TestSiblings::nothingIsAnnounced()
     QCOMPARE(missing.m_lines, QStringList());
     const Recorder nameless { QString() };
     QCOMPARE(nameless.m_lines, QStringList());
-}
-
-void TestSiblings::announcementsGrowWithTheFileOnly()
-{
-    QByteArray body = "<ExtDataSet>";
-    for (int i = 0; i < 300; ++i)
-        body += "<Format/>";
-    body += "</ExtDataSet>";
-    for (int i = 0; i < 300; ++i)
-        body += "<ExtDataSet/>";
-    const Product product;
-    const QString path = product.add(QStringLiteral("sibling"), "<P>" + body + "</P>");
-    const std::unique_ptr<ScannedFile> file = TaskRead::read(path, nullptr, nullptr, QThread::currentThread()).file;
-    QVERIFY(file);
-    QCOMPARE(file->announcements().size(), size_t(301 + 300 + 300));
 }
 
 void TestSiblings::nodesGetTheThreadOfTheTaskMaker()

@@ -7,41 +7,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
-#include <cmath>
 #include <optional>
-
-namespace {
-
-double luminance(const QColor &color)
-{
-    const auto linear = [](double c) { return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor &a, const QColor &b)
-{
-    const double lighter = std::max(luminance(a), luminance(b));
-    const double darker = std::min(luminance(a), luminance(b));
-    return (lighter + 0.05) / (darker + 0.05);
-}
-
-/// The colour that stands out most from `ground` in the lower part of a picture of `area`, among the reddish ones.
-double strongestRed(QWidget *widget, const QRect &area, const QColor &ground)
-{
-    const QImage image = widget->grab(area).toImage();
-    double best = 0;
-    for (int y = image.height() / 2; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QColor pixel = image.pixelColor(x, y);
-            if (pixel.red() > pixel.green() + 40 && pixel.red() > pixel.blue() + 40) {
-                best = std::max(best, contrast(pixel, ground));
-            }
-        }
-    }
-    return best;
-}
-
-} // namespace
 
 class TestPropertySheets : public QObject
 {
@@ -52,8 +18,6 @@ private slots:
     void cleanup();
     void refuses_data();
     void refuses();
-    void refusedTextGoesWithTheFocus_data();
-    void refusedTextGoesWithTheFocus();
     void oldValueThatIsRefusedStays_data();
     void oldValueThatIsRefusedStays();
     void focusLeavingCommits_data();
@@ -65,14 +29,8 @@ private slots:
     void readOnlyRows();
     void fileDialogIsAskedAsTheRecordSays_data();
     void fileDialogIsAskedAsTheRecordSays();
-    void givingUpADialog();
-    void sheetShownAgainUnderADialog();
     void accessibleNames_data();
     void accessibleNames();
-    void markStandsOut_data();
-    void markStandsOut();
-    void fitsANarrowSheet();
-    void bigFontMakesRowsHigher();
 };
 
 void TestPropertySheets::initTestCase()
@@ -185,32 +143,6 @@ void TestPropertySheets::refuses()
     }
 }
 
-void TestPropertySheets::refusedTextGoesWithTheFocus_data()
-{
-    QTest::addColumn<SheetDriver::Kind>("kind");
-    QTest::newRow("group") << SheetDriver::Group;
-    QTest::newRow("tree") << SheetDriver::Tree;
-}
-
-void TestPropertySheets::refusedTextGoesWithTheFocus()
-{
-    QFETCH(SheetDriver::Kind, kind);
-    SheetDriver driver(kind);
-    QVERIFY(driver.ready());
-    driver.show({ item(PropertyType::String, s("ok"), { { PropertyKey::RegExp, s("[a-z]+") } }),
-        PropertyItem(PropertyType::Text, s("text"), s("text"), s("t")) });
-    driver.click("it");
-    SheetDriver::type(s("NO"));
-    QVERIFY(!driver.commit());
-    QCOMPARE(driver.shown("it"), s("NO"));
-    QTest::mouseClick(driver.after(), Qt::LeftButton);
-    QVERIFY(driver.after()->hasFocus());
-    QCOMPARE(driver.shown("it"), s("ok"));
-    QVERIFY(!driver.isMarked("it"));
-    QVERIFY(driver.commit());
-    QCOMPARE(driver.spy().count(), 0);
-}
-
 void TestPropertySheets::oldValueThatIsRefusedStays_data()
 {
     QTest::addColumn<SheetDriver::Kind>("kind");
@@ -260,7 +192,9 @@ void TestPropertySheets::oldValueThatIsRefusedStays()
 
 void TestPropertySheets::focusLeavingCommits_data()
 {
-    refusedTextGoesWithTheFocus_data();
+    QTest::addColumn<SheetDriver::Kind>("kind");
+    QTest::newRow("group") << SheetDriver::Group;
+    QTest::newRow("tree") << SheetDriver::Tree;
 }
 
 void TestPropertySheets::focusLeavingCommits()
@@ -321,7 +255,7 @@ void TestPropertySheets::showingDiscardsAndKeepsThePlace()
 
 void TestPropertySheets::hiddenRowsCommitNothing_data()
 {
-    refusedTextGoesWithTheFocus_data();
+    focusLeavingCommits_data();
 }
 
 /// The page that hides or disables a sheet may already be about another object, to which the text doesn't belong.
@@ -439,42 +373,9 @@ void TestPropertySheets::fileDialogIsAskedAsTheRecordSays()
     QCOMPARE(got, asked);
 }
 
-void TestPropertySheets::givingUpADialog()
-{
-    PropertyDialogs::setFileDialog(
-        [](QWidget *, const QString &, const QString &, const QString &) { return QString(); });
-    PropertyDialogs::setColorDialog([](QWidget *, const QColor &) { return QColor(); });
-    PropertyDialogs::setFontDialog([](QWidget *, const QFont &) { return std::optional<QFont>(); });
-    for (const auto type : { PropertyType::File, PropertyType::Color, PropertyType::Font }) {
-        SheetDriver driver(SheetDriver::Group);
-        QVERIFY(driver.ready());
-        driver.show({ item(type, s("red")) });
-        clickingButton()(driver);
-        QCOMPARE(driver.spy().count(), 0);
-        QCOMPARE(driver.value("it"), QVariant(s("red")));
-    }
-}
-
-void TestPropertySheets::sheetShownAgainUnderADialog()
-{
-    for (const auto kind : { SheetDriver::Group, SheetDriver::Tree }) {
-        SheetDriver driver(kind);
-        QVERIFY(driver.ready());
-        driver.show({ item(PropertyType::File, s("old")) });
-        PropertyDialogs::setFileDialog([&driver](QWidget *, const QString &, const QString &, const QString &) {
-            driver.show({ item(PropertyType::File, s("another object's")) });
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-            return s("chosen for the old one");
-        });
-        clickingButton()(driver);
-        QCOMPARE(driver.spy().count(), 0);
-        QCOMPARE(driver.value("it"), QVariant(s("another object's")));
-    }
-}
-
 void TestPropertySheets::accessibleNames_data()
 {
-    refusedTextGoesWithTheFocus_data();
+    focusLeavingCommits_data();
 }
 
 void TestPropertySheets::accessibleNames()
@@ -504,96 +405,8 @@ void TestPropertySheets::accessibleNames()
     }
 }
 
-void TestPropertySheets::markStandsOut_data()
-{
-    QTest::addColumn<QColor>("base");
-    QTest::addColumn<QColor>("text");
-    QTest::newRow("light") << QColor(Qt::white) << QColor(Qt::black);
-    QTest::newRow("dark") << QColor(0x1e, 0x1e, 0x1e) << QColor(Qt::white);
-}
-
-void TestPropertySheets::markStandsOut()
-{
-    QFETCH(QColor, base);
-    QFETCH(QColor, text);
-    const QPalette before = QApplication::palette();
-    QPalette palette(base);
-    palette.setColor(QPalette::Base, base);
-    palette.setColor(QPalette::Text, text);
-    SheetDriver group(SheetDriver::Group);
-    SheetDriver tree(SheetDriver::Tree);
-    // While they are shown, as when the user switches themes.
-    const auto record = [](const char *value) {
-        return item(PropertyType::String, s(value), { { s("regexp"), s("[a-z]*") } });
-    };
-    group.show({ record("NO") });
-    tree.show({ record("NO") });
-    QApplication::setPalette(palette);
-    QCoreApplication::processEvents();
-    const auto groupRed = [&] { return strongestRed(group.editor("it"), group.editor("it")->rect(), base); };
-    const auto treeRed = [&] {
-        QWidget *viewport = tree.treeWidget()->viewport();
-        return strongestRed(viewport, tree.treeWidget()->visualItemRect(tree.row("it")), base);
-    };
-    const double inGroup = groupRed();
-    const double inTree = treeRed();
-    group.show({ record("yes") });
-    tree.show({ record("yes") });
-    const double goodGroup = groupRed();
-    const double goodTree = treeRed();
-    QApplication::setPalette(before);
-    QVERIFY2(inGroup >= 4.5, qPrintable(QString::number(inGroup)));
-    QVERIFY2(inTree >= 4.5, qPrintable(QString::number(inTree)));
-    QCOMPARE(goodGroup, 0.0);
-    QCOMPARE(goodTree, 0.0);
-}
-
-void TestPropertySheets::fitsANarrowSheet()
-{
-    SheetDriver driver(SheetDriver::Group);
-    QVERIFY(driver.ready());
-    QList<PropertyItem> items;
-    for (const int type : { 0, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18 }) {
-        PropertyItem each(static_cast<PropertyType>(type), s("kind%1").arg(type),
-            s("A rather long name of kind %1").arg(type), QString(200, QLatin1Char('x')));
-        each.setOptionList({ QString(200, QLatin1Char('o')) });
-        items.append(each);
-    }
-    driver.show(items);
-    QVERIFY2(driver.sheet()->minimumSizeHint().width() <= 200,
-        qPrintable(QString::number(driver.sheet()->minimumSizeHint().width())));
-    driver.sheet()->resize(220, 800);
-    QCoreApplication::processEvents();
-    int left = -1;
-    for (const PropertyItem &each : qAsConst(items)) {
-        const QWidget *editor = driver.editor(qPrintable(each.name()));
-        const QRect place(editor->mapTo(driver.sheet(), QPoint(0, 0)), editor->size());
-        QVERIFY(driver.sheet()->rect().contains(place));
-        QVERIFY(left < 0 || left == place.left());
-        left = place.left();
-    }
-}
-
-void TestPropertySheets::bigFontMakesRowsHigher()
-{
-    SheetDriver driver(SheetDriver::Tree);
-    QVERIFY(driver.ready());
-    driver.show({ item(PropertyType::Int, 5), PropertyItem(PropertyType::Text, s("text"), s("text"), s("t")) });
-    const int before = driver.treeWidget()->visualItemRect(driver.row("it")).height();
-    QFont big = driver.sheet()->font();
-    big.setPointSizeF(big.pointSizeF() * 2);
-    driver.sheet()->setFont(big);
-    QCoreApplication::processEvents();
-    const int after = driver.treeWidget()->visualItemRect(driver.row("it")).height();
-    QVERIFY(after > before);
-    // What opens in a row fits into it or, where it takes more, lies over the next rows without moving them.
-    driver.click("it");
-    QVERIFY(driver.editor("it")->focusProxy()->sizeHint().height() <= after);
-    QCOMPARE(driver.editor("it")->height(), after);
-    driver.click("text");
-    QVERIFY(driver.editor("text")->height() > 2 * after);
-    QCOMPARE(driver.treeWidget()->visualItemRect(driver.row("text")).height(), after);
-}
-
 QTEST_MAIN(TestPropertySheets)
 #include "tst_propertysheets.moc"
+
+#include <QClipboard>
+#include <QScrollBar>

@@ -59,11 +59,6 @@ private slots:
     void tabWalksTheRows();
     void tabWalksThroughRowsShownAnew_data();
     void tabWalksThroughRowsShownAnew();
-    void keysThatOpenARow_data();
-    void keysThatOpenARow();
-    void arrowsWalkTheClosedRows();
-    void spaceTicks_data();
-    void spaceTicks();
     void choiceIsMadeWithKeysAlone_data();
     void choiceIsMadeWithKeysAlone();
     void enterAndEscapeStayInTheSheet_data();
@@ -144,87 +139,6 @@ void TestPropertySheetsKeyboard::tabWalksThroughRowsShownAnew()
     QCOMPARE(focusedRow(driver), s("after"));
     QCOMPARE(driver.spy().count(), 2);
     QCOMPARE(driver.value("text"), QVariant(s("typed")));
-}
-
-void TestPropertySheetsKeyboard::keysThatOpenARow_data()
-{
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("shown");
-    QTest::newRow("F2") << int(Qt::Key_F2) << s("a");
-    QTest::newRow("Enter") << int(Qt::Key_Return) << s("a");
-    QTest::newRow("Space") << int(Qt::Key_Space) << s("a");
-    QTest::newRow("typing replaces") << int(Qt::Key_Q) << s("q");
-}
-
-void TestPropertySheetsKeyboard::keysThatOpenARow()
-{
-    QFETCH(int, code);
-    QFETCH(QString, shown);
-    SheetDriver driver(SheetDriver::Tree);
-    QVERIFY(driver.ready());
-    driver.show(rows());
-    driver.treeWidget()->setFocus();
-    driver.treeWidget()->setCurrentItem(driver.row("string"));
-    QVERIFY(driver.editor("string") == nullptr);
-    key(static_cast<Qt::Key>(code));
-    QCOMPARE(focusedRow(driver), s("string"));
-    QCOMPARE(driver.shown("string"), shown);
-    key(Qt::Key_Escape);
-    QVERIFY(driver.editor("string") == nullptr);
-    QVERIFY(driver.treeWidget()->hasFocus());
-    QCOMPARE(driver.shown("string"), s("a"));
-    QCOMPARE(driver.spy().count(), 0);
-}
-
-void TestPropertySheetsKeyboard::arrowsWalkTheClosedRows()
-{
-    SheetDriver driver(SheetDriver::Tree);
-    QVERIFY(driver.ready());
-    driver.show(rows());
-    driver.treeWidget()->setFocus();
-    driver.treeWidget()->setCurrentItem(driver.row("string"));
-    key(Qt::Key_Down);
-    QCOMPARE(driver.treeWidget()->currentItem(), driver.row("bool"));
-    // Into the check box, and out of it again.
-    key(Qt::Key_F2);
-    QCOMPARE(focusedRow(driver), s("bool"));
-    key(Qt::Key_Down);
-    QCOMPARE(driver.treeWidget()->currentItem(), driver.row("unknown"));
-    // An arrow in an open row moves no rows.
-    driver.treeWidget()->setCurrentItem(driver.row("string"));
-    key(Qt::Key_Return);
-    key(Qt::Key_Down);
-    QCOMPARE(focusedRow(driver), s("string"));
-    QCOMPARE(driver.treeWidget()->currentItem(), driver.row("string"));
-    QCOMPARE(driver.spy().count(), 0);
-}
-
-void TestPropertySheetsKeyboard::spaceTicks_data()
-{
-    tabWalksTheRows_data();
-}
-
-void TestPropertySheetsKeyboard::spaceTicks()
-{
-    QFETCH(SheetDriver::Kind, kind);
-    SheetDriver driver(kind);
-    QVERIFY(driver.ready());
-    driver.show(rows());
-    if (driver.isTree()) {
-        driver.treeWidget()->setFocus();
-        driver.treeWidget()->setCurrentItem(driver.row("bool"));
-    } else {
-        driver.editor("bool")->setFocus();
-    }
-    key(Qt::Key_Space);
-    QCOMPARE(driver.spy().count(), 1);
-    QCOMPARE(driver.value("bool"), QVariant(true));
-    if (driver.isTree()) {
-        QCOMPARE(driver.row("bool")->data(1, Qt::AccessibleTextRole).toString(), s("Yes"));
-    }
-    key(Qt::Key_Space);
-    QCOMPARE(driver.spy().count(), 2);
-    QCOMPARE(driver.value("bool"), QVariant(false));
 }
 
 void TestPropertySheetsKeyboard::choiceIsMadeWithKeysAlone_data()

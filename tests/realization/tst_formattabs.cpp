@@ -104,12 +104,8 @@ private slots:
     void sameTabs();
     void comesInWhenAskedFor();
     void keepsWhatTheUserIsAt();
-    void measuresAnew();
     void thousandsComeInPortions_data();
     void thousandsComeInPortions();
-    void looksLikeAPlainOne_data();
-    void looksLikeAPlainOne();
-    void iconsFollowTheFirstPicture();
 };
 
 void TestFormatTabs::sameTabs_data()
@@ -203,34 +199,6 @@ void TestFormatTabs::keepsWhatTheUserIsAt()
     QCOMPARE(bar->tabRect(30), place);
 }
 
-void TestFormatTabs::measuresAnew()
-{
-    Tabs tabs(false);
-    QTabBar *bar = tabs.widget.tabBar();
-    PointTreeWidgetItem *first = tabs.root("a");
-    PointTreeWidgetItem *second = tabs.root("b");
-    tabs.formats.sync({ first, second });
-    const int narrow = bar->tabRect(0).width();
-    QCOMPARE(bar->tabRect(1).width(), narrow);
-    tabs.widget.setTabText(1, s("a rather long label"));
-    const int wide = bar->tabRect(1).width();
-    QVERIFY(wide > 2 * narrow);
-    QCOMPARE(bar->tabRect(0).width(), narrow);
-    QPixmap picture(16, 16);
-    picture.fill(Qt::red);
-    tabs.widget.setTabIcon(0, picture);
-    QVERIFY(bar->tabRect(0).width() >= narrow + 16);
-    QFont font = bar->font();
-    font.setPointSize(font.pointSize() * 2);
-    bar->setFont(font);
-    const int widest = bar->tabRect(1).width();
-    QVERIFY(widest > wide * 3 / 2);
-    // Where another tab was measured before.
-    tabs.formats.sync({ second, tabs.root("c") });
-    QCOMPARE(bar->tabRect(0).width(), widest);
-    QVERIFY(bar->tabRect(1).width() < widest);
-}
-
 void TestFormatTabs::thousandsComeInPortions_data()
 {
     QTest::addColumn<bool>("ended");
@@ -260,58 +228,6 @@ void TestFormatTabs::thousandsComeInPortions()
     }
     QTRY_COMPARE(tabs.widget.count(), all);
     QCOMPARE(tabs.widget.widget(all - 1)->objectName(), QString::number(all - 1));
-}
-
-void TestFormatTabs::looksLikeAPlainOne_data()
-{
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("current");
-    QTest::newRow("all in sight") << 3 << 1;
-    QTest::newRow("the first of many") << 60 << 0;
-    QTest::newRow("in the middle") << 60 << 30;
-    QTest::newRow("the last") << 60 << 59;
-    QTest::newRow("none") << 0 << -1;
-}
-
-void TestFormatTabs::looksLikeAPlainOne()
-{
-    QFETCH(int, count);
-    QFETCH(int, current);
-    QTabWidget plain;
-    plain.setElideMode(Qt::ElideNone);
-    QTabWidget ours;
-    FormatTabBar::putInto(&ours);
-    QPixmap picture(16, 16);
-    picture.fill(Qt::red);
-    for (QTabWidget *widget : { &plain, static_cast<QTabWidget *>(&ours) }) {
-        widget->setUsesScrollButtons(true);
-        widget->resize(400, 120);
-        for (int i = 0; i < count; ++i)
-            widget->addTab(new QWidget, i % 3 == 0 ? QIcon(picture) : QIcon(), s("Tab %1 & so on").arg(i));
-        widget->show();
-        QVERIFY(QTest::qWaitForWindowExposed(widget));
-        widget->setCurrentIndex(current);
-    }
-    ours.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&ours));
-    const QImage expected = plain.grab().toImage();
-    plain.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&plain));
-    QCOMPARE(ours.grab().toImage(), expected);
-}
-
-void TestFormatTabs::iconsFollowTheFirstPicture()
-{
-    QTabWidget tabs;
-    FormatTabBar::putInto(&tabs);
-    auto *icon = new DrawnIcon;
-    tabs.addTab(new QWidget, QIcon(icon), s("Tab"));
-    Pictures pictures(*tabs.tabBar(), *icon);
-    tabs.show();
-    QTRY_VERIFY(icon->drawn > 0);
-    // None by the end of the first picture, which is when the second begins.
-    QVERIFY(pictures.drawnBefore.size() >= 2);
-    QCOMPARE(pictures.drawnBefore.mid(0, 2), QVector<int>({ 0, 0 }));
 }
 
 QTEST_MAIN(TestFormatTabs)

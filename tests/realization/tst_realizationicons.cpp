@@ -82,9 +82,6 @@ private slots:
     void files();
     void pipe();
     void missingAndChanging();
-    void ofNodes();
-    void readOnce();
-    void placeholder();
 
 private:
     QString write(const char *name, const QByteArray &bytes) const
@@ -213,37 +210,6 @@ void TestRealizationIcons::missingAndChanging()
     QCOMPARE(colour(), QColor(Qt::blue));
     QVERIFY(QFile::remove(path));
     QVERIFY(isPlaceholder(RealizationIcons::fromFile(path)));
-}
-
-void TestRealizationIcons::ofNodes()
-{
-    write("a.png", png({ 16, 16 }));
-    PointTreeWidgetItem node((QString()));
-    node.setBasePath(m_base);
-    QVERIFY(RealizationIcons::of(nullptr).isNull());
-    QVERIFY(RealizationIcons::of(&node).isNull());
-    node.setProperty(s("icon"), s("a.png"));
-    QCOMPARE(RealizationIcons::of(&node).availableSizes(), QList<QSize>({ { 16, 16 } }));
-    node.setProperty(s("icon"), s("b.png"));
-    QVERIFY(isPlaceholder(RealizationIcons::of(&node)));
-}
-
-void TestRealizationIcons::readOnce()
-{
-    const QString path = write("a.png", png({ 16, 16 }));
-    const qint64 first = RealizationIcons::fromFile(path).cacheKey();
-    QCOMPARE(RealizationIcons::fromFile(path).cacheKey(), first);
-}
-
-void TestRealizationIcons::placeholder()
-{
-    const QImage image = RealizationIcons::fromFile(s("/nowhere")).pixmap(16).toImage();
-    int painted = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            painted += qAlpha(image.pixel(x, y)) > 0 ? 1 : 0;
-    }
-    QVERIFY2(painted > 20 && painted < 200, qPrintable(QString::number(painted)));
 }
 
 QTEST_MAIN(TestRealizationIcons)

@@ -38,23 +38,15 @@ class TestRealizationPage : public QObject
 private Q_SLOTS:
     void tabsShowWhatFillsThem_data();
     void tabsShowWhatFillsThem();
-    void ownershipIsPerRow();
     void refillKeepsWhatThePersonDid();
-    void branchesAreOpen();
     void menuOffers_data();
     void menuOffers();
     void createsAndDeletesEntries();
     void deletingARootTakesItsTab();
     void pointsShowTheirRecords_data();
     void pointsShowTheirRecords();
-    void editsReachReferences();
-    void editsOfFormatItems();
-    void deletedRecordsLeaveTheirReferences();
-    void layoutRecordsHaveTabs();
     void definitionChangesShowAtOnce();
-    void keyboardShowsWhatAClickShows();
     void addFormatTree();
-    void slotsWithNothing();
 };
 
 void TestRealizationPage::tabsShowWhatFillsThem_data()
@@ -131,36 +123,6 @@ void TestRealizationPage::tabsShowWhatFillsThem()
     QTRY_COMPARE(page.formatLines(), rows);
 }
 
-void TestRealizationPage::ownershipIsPerRow()
-{
-    Page page(inHolder("<Format target='t'><action id='mine' parent='m'/></Format><action id='mine' text='Mine'/>"),
-        { host,
-            { "s1",
-                inHolder("<format target='t'><menubar><menu id='m'><action id='mine'/></menu></menubar></format>") } });
-    page.clickPoint("Commands");
-    const QStringList lines { s("Format"), s("  menubar"), s("    m"), s("      mine=Mine") };
-    QTRY_COMPARE(page.formatLines(), lines);
-    const auto offered = [&page] {
-        QTreeWidgetItem *item = page.entry("mine");
-        page.formats()->setFocus();
-        page.formats()->setCurrentItem(item);
-        return page.menu(page.formats(), page.formats()->visualItemRect(item).center());
-    };
-    // Equal ids are one entry, and it is the own one.
-    QCOMPARE(offered(), (QStringList { s("-Child Type"), s("Delete") }));
-    QVERIFY(page.sheet()->isEnabled());
-    page.edit("text", s("Other"));
-    QVERIFY(page.save().contains("<action id=\"mine\" parent=\"m\" text=\"tr('Other')\"/>"));
-    page.press(page.formats(), Qt::Key_Delete);
-    // The sibling's has its row again; that somebody here knows its id makes it nobody's here.
-    QTRY_COMPARE(page.formatLines(), lines);
-    QCOMPARE(offered(), (QStringList { s("-Child Type"), s("-Delete") }));
-    QVERIFY(!page.sheet()->isEnabled());
-    page.press(page.formats(), Qt::Key_Delete);
-    QCOMPARE(page.formatLines(), lines);
-    QVERIFY(!page.save().contains("parent"));
-}
-
 void TestRealizationPage::refillKeepsWhatThePersonDid()
 {
     QByteArray menus;
@@ -204,26 +166,6 @@ void TestRealizationPage::refillKeepsWhatThePersonDid()
     page.edit("text", s("Forty"));
     QCOMPARE(page.entry("m40")->QTreeWidgetItem::text(1), s("Forty"));
     QVERIFY(page.save().contains("<menu id=\"m40\" text=\"tr('Forty')\">"));
-}
-
-void TestRealizationPage::branchesAreOpen()
-{
-    Page page(inHolder("<format target='t'><menubar><menu id='full'><action id='x'/></menu><menu id='bare'/>"
-                       "<menu id='closed'><action id='y'/></menu></menubar></format>"),
-        { host });
-    page.clickPoint("Commands");
-    for (const char *branch : { "menubar", "full", "closed" })
-        QVERIFY2(page.entry(branch)->isExpanded(), branch);
-    // What had nothing to show shows what it gets; what a person has closed stays closed.
-    page.entry("closed")->setExpanded(false);
-    for (const char *branch : { "bare", "closed" }) {
-        auto *row = new Node(QString());
-        row->setKind(s("action"));
-        page.entry(branch)->addChild(row, true);
-        page.entry(branch)->QTreeWidgetItem::addChild(row);
-    }
-    QVERIFY(page.entry("bare")->isExpanded());
-    QVERIFY(!page.entry("closed")->isExpanded());
 }
 
 void TestRealizationPage::menuOffers_data()
@@ -344,85 +286,6 @@ void TestRealizationPage::pointsShowTheirRecords()
     QCOMPARE(page.find<QWidget>("formatHint")->isVisible(), !tree);
 }
 
-void TestRealizationPage::editsReachReferences()
-{
-    Page page(ownData, { host });
-    page.clickPoint("Commands");
-    page.clickRecord(1);
-    QCOMPARE(page.sheetKeys(), (QStringList { s("id"), s("text"), s("icon") }));
-    // What was not set has its default now, in the file too; that is no change of the person's.
-    QCOMPARE(page.modified, 0);
-    QList<QTreeWidgetItem *> uses = page.formats()->findItems(s("a1"), Qt::MatchExactly | Qt::MatchRecursive);
-    QCOMPARE(page.formats()->selectedItems().size(), 2);
-    page.edit("text", s("Load"));
-    for (QTreeWidgetItem *use : qAsConst(uses))
-        QCOMPARE(use->text(1), s("Load"));
-    QCOMPARE(page.tableLines().at(1), s("a1|Load|(icon)|2|[x]"));
-    page.edit("id", s("a9"));
-    QCOMPARE(page.tableLines().at(1), s("a9|Load|(icon)|2|[x]"));
-    QCOMPARE(page.formatLines().filter(s("a9=Load")).size(), 2);
-    page.edit("icon", QString());
-    QCOMPARE(page.tableLines().at(1), s("a9|Load|()|2|[x]"));
-    QVERIFY(uses.first()->icon(0).isNull());
-    // A reference with a label of its own keeps it.
-    page.clickRecord(2);
-    page.edit("text", s("Close"));
-    QVERIFY(page.formatLines().contains(s("      a2=Mine")));
-    QCOMPARE(page.modified, 4);
-    const QByteArray saved = page.save();
-    QCOMPARE(saved.count("<action id=\"a9\"/>"), 2);
-    QVERIFY(saved.contains("<action id=\"a9\" text=\"tr('Load')\" icon=\"\"/>"));
-    QVERIFY(!saved.contains("\"a1\""));
-}
-
-void TestRealizationPage::editsOfFormatItems()
-{
-    Page page(ownData, { host });
-    page.clickPoint("Commands");
-    page.clickEntry("a2");
-    QCOMPARE(page.sheetKeys(), (QStringList { s("id"), s("text") }));
-    page.edit("text", s("Ours"));
-    QCOMPARE(page.entry("a2")->QTreeWidgetItem::text(1), s("Ours"));
-    page.edit("id", s("a3"));
-    QCOMPARE(page.tableLines().mid(2), (QStringList { s("a2|Shut|()|0|[ ]"), s("a3||()|1|[x]") }));
-    page.clickRecord(3);
-    QVERIFY(page.entry("a3")->isSelected());
-    // The record is not the reference.
-    page.edit("text", s("Third"));
-    QCOMPARE(page.entry("a3")->QTreeWidgetItem::text(1), s("Ours"));
-    QVERIFY(page.save().contains("<action id=\"a3\" text=\"tr('Ours')\"/>"));
-}
-
-void TestRealizationPage::deletedRecordsLeaveTheirReferences()
-{
-    Page page(ownData, { host });
-    page.clickPoint("Commands");
-    page.clickRecord(1);
-    page.menuOfRecord(1, s("Delete"));
-    QCOMPARE(page.tableLines().size(), 3);
-    QCOMPARE(page.formatLines().filter(s("a1")), (QStringList { s("      a1"), s("    a1") }));
-    QCOMPARE(page.manager->ownRealizations().references(s("a1")).size(), 2);
-    QCOMPARE(page.modified, 1);
-    page.press(page.table(), Qt::Key_Delete);
-    QCOMPARE(page.tableLines().size(), 2);
-    QCOMPARE(page.menu(page.table(), QPoint(5, page.table()->viewport()->height() - 2)),
-        (QStringList { s("-Delete"), s("Meta") }));
-    QCOMPARE(page.save().count("\"a1\""), 2);
-}
-
-void TestRealizationPage::layoutRecordsHaveTabs()
-{
-    Page page(inHolder("<layout id='l' title='L'/>", "host.plain"), { host });
-    page.clickPoint("Plain");
-    page.clickRecord(0);
-    page.edit("title", s("Label"));
-    page.edit("id", s("k"));
-    QCOMPARE(page.tabNames(), QStringList { s("k|Label") });
-    page.menuOfRecord(0, s("Delete"));
-    QCOMPARE(page.tabNames(), QStringList());
-    QVERIFY(page.formatLines().isEmpty());
-}
-
 void TestRealizationPage::definitionChangesShowAtOnce()
 {
     Page page("<ExtPointSet><ExtPoint id='own.p' name='P' hasformat='false'><String key='text' "
@@ -470,35 +333,6 @@ void TestRealizationPage::definitionChangesShowAtOnce()
     QVERIFY(page.tableLines().isEmpty());
 }
 
-void TestRealizationPage::keyboardShowsWhatAClickShows()
-{
-    Page page(ownData, { host });
-    page.clickPoint("host");
-    page.press(page.points(), Qt::Key_Down);
-    QCOMPARE(page.tableLines().size(), 4);
-    page.table()->setFocus();
-    page.clickRecord(0);
-    page.press(page.table(), Qt::Key_Down);
-    QCOMPARE(page.sheet()->properties().first().value().toString(), s("a1"));
-    page.clickEntry("m1");
-    page.press(page.formats(), Qt::Key_Up);
-    QVERIFY(!page.sheetKeys().contains(s("id")));
-    // Insert opens the menu of child types.
-    page.clickEntry("m1");
-    QStringList offered;
-    QTimer::singleShot(0, page.widget.get(), [&offered] {
-        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-        QVERIFY(menu);
-        for (QAction *action : menu->actions())
-            offered.append(action->text());
-        menu->setActiveAction(menu->actions().last());
-        QTest::keyClick(menu, Qt::Key_Return);
-    });
-    page.press(page.formats(), Qt::Key_Insert);
-    QCOMPARE(offered, (QStringList { s("menu"), s("Action") }));
-    QVERIFY(page.formats()->currentItem()->text(0).startsWith(s("own.Action.")));
-}
-
 void TestRealizationPage::addFormatTree()
 {
     Page page("", { host });
@@ -514,33 +348,6 @@ void TestRealizationPage::addFormatTree()
     QVERIFY(saved.contains("<format target=\"" + name.toUtf8() + "\">\n            <menubar/>"));
     page.reopen();
     QCOMPARE(page.tabs()->widget(0)->objectName(), name);
-}
-
-void TestRealizationPage::slotsWithNothing()
-{
-    Page page(ownData, { host });
-    RealizationPageBuilder *builder = page.builder();
-    page.clickPoint("Commands");
-    builder->onItemClicked(nullptr, 0);
-    QVERIFY(page.tableLines().isEmpty());
-    builder->onTableItemClicked(nullptr);
-    builder->onFormatTreeItemClicked(nullptr, 0);
-    builder->formatItemDel();
-    builder->tableItemDel();
-    builder->onCreatType();
-    builder->setTarget(nullptr);
-    builder->dropPoint(nullptr);
-    builder->onAddTableRealization(nullptr, nullptr, true);
-    builder->addFormatRoot(nullptr);
-    QCOMPARE(page.modified, 0);
-    // The builder outlives its widget.
-    page.widget.reset();
-    builder->onItemClicked(nullptr, 0);
-    builder->formatTabCurrentChanged(0);
-    builder->addFormatRoot(nullptr);
-    builder->onPropertyRealization(s("id"), s("x"));
-    Q_EMIT page.manager->scanFinished();
-    Q_EMIT page.manager->scanProgressed();
 }
 
 QTEST_MAIN(TestRealizationPage)

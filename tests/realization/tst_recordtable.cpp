@@ -3,11 +3,9 @@
 #include "realization/recordtable.h"
 
 #include <QCheckBox>
-#include <QHeaderView>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTableWidget>
-#include <QTextDocument>
 #include <QToolButton>
 #include <QtTest>
 
@@ -76,15 +74,9 @@ class TestRecordTable : public QObject
 private slots:
     void rows_data();
     void rows();
-    void appended();
     void followsLikeAFreshOne();
-    void other();
     void selection();
-    void looks();
-    void widths();
-    void scrolled();
     void many();
-    void paintsAgain();
     void tableGone();
 };
 
@@ -128,19 +120,6 @@ void TestRecordTable::rows()
     QCOMPARE(headers(widget), names);
     for (int row = 0; row < widget.rowCount(); ++row)
         QCOMPARE(table.record(row)->property(s("id")).toString(), widget.item(row, 0)->text());
-}
-
-void TestRecordTable::appended()
-{
-    OpenedProduct product(point("displayLabel='icon' displayIcon='text'", "<SubExtPoint key='sub'/>")
-        + data("<k id='new' title='U' text='T'/><sub id='a'/>"));
-    QTableWidget widget;
-    RecordTable table(&widget);
-    table.showRecords(product.point("sub"));
-    for (PointTreeWidgetItem *record : { product.record("new"), product.record("new"), product.record("none") })
-        table.append(record);
-    QCOMPARE(cells(widget).mid(1), QStringList { s("new|T|(no icon)") });
-    QCOMPARE(table.row(product.record("new")), 1);
 }
 
 /// After any change of the model the table shows what a table that is filled now would show, and the row that was
@@ -215,27 +194,6 @@ void TestRecordTable::followsLikeAFreshOne()
     }
 }
 
-void TestRecordTable::other()
-{
-    OpenedProduct product(point("hasformat='true'") + data("<k id='a'/>"));
-    QTableWidget widget;
-    RecordTable table(&widget);
-    PointTreeWidgetItem *point = product.point("p");
-    for (PointTreeWidgetItem *none :
-        { product.record("a"), point->parentItem(), static_cast<PointTreeWidgetItem *>(nullptr) }) {
-        table.showRecords(point);
-        QCOMPARE(table.point(), point);
-        QCOMPARE(widget.rowCount(), 1);
-        table.showRecords(none);
-        QCOMPARE(widget.rowCount(), 0);
-        QVERIFY(table.records().isEmpty());
-    }
-    table.showRecords(point);
-    table.clear();
-    QCOMPARE(table.point(), nullptr);
-    QCOMPARE(headers(widget), RecordTable::columns(false));
-}
-
 void TestRecordTable::selection()
 {
     OpenedProduct product(point({}) + manyRecords(50));
@@ -258,88 +216,6 @@ void TestRecordTable::selection()
     QTest::mouseClick(widget.childAt(widget.viewport()->mapTo(&widget, onIcon)), Qt::LeftButton, {}, onIcon);
     QCOMPARE(clicked.count(), 1);
     QCOMPARE(widget.currentRow(), 2);
-}
-
-void TestRecordTable::looks()
-{
-    OpenedProduct product(point("hasformat='true'")
-        + data("<k id='a' text='&lt;b>bold' icon='a.png'/><format target='t'><k id='a'/></format>"));
-    QTableWidget widget;
-    RecordTable table(&widget);
-    table.showRecords(product.point("p"));
-    QCOMPARE(widget.selectionBehavior(), QAbstractItemView::SelectRows);
-    QCOMPARE(widget.selectionMode(), QAbstractItemView::SingleSelection);
-    QCOMPARE(widget.contextMenuPolicy(), Qt::CustomContextMenu);
-    const auto *button = qobject_cast<QToolButton *>(widget.cellWidget(0, 2));
-    QVERIFY(button && button->autoRaise());
-    QCOMPARE(button->iconSize(), QSize(16, 16));
-    QVERIFY(widget.rowHeight(0) >= 20);
-    for (const int column : { 2, 4 }) {
-        QCOMPARE(widget.cellWidget(0, column)->focusPolicy(), Qt::NoFocus);
-        QVERIFY(!widget.cellWidget(0, column)->accessibleName().isEmpty());
-    }
-    QTextDocument toolTip;
-    toolTip.setHtml(widget.item(0, 0)->toolTip());
-    QCOMPARE(toolTip.toPlainText(), s("a\nPlug-in: own"));
-    toolTip.setHtml(widget.item(0, 1)->toolTip());
-    QCOMPARE(toolTip.toPlainText(), s("<b>bold"));
-    // The text under the picture is not painted.
-    widget.resize(600, 200);
-    widget.show();
-    widget.item(0, 2)->setForeground(Qt::red);
-    widget.item(0, 1)->setForeground(Qt::red);
-    const QImage picture = widget.viewport()->grab().toImage();
-    const auto hasRed = [&](int column) {
-        const QRect cell = widget.visualItemRect(widget.item(0, column));
-        for (int x = cell.left(); x <= cell.right(); ++x) {
-            for (int y = cell.top(); y <= cell.bottom(); ++y) {
-                const QColor pixel = picture.pixelColor(x, y);
-                if (pixel.red() > 200 && pixel.green() < 100)
-                    return true;
-            }
-        }
-        return false;
-    };
-    QVERIFY(hasRed(1));
-    QVERIFY(!hasRed(2));
-}
-
-void TestRecordTable::widths()
-{
-    OpenedProduct product(point("hasformat='true'", "<SubExtPoint key='sub'/>") + manyRecords(3));
-    QTableWidget widget;
-    RecordTable table(&widget);
-    widget.resize(500, 200);
-    widget.show();
-    table.showRecords(product.point("p"));
-    QHeaderView *header = widget.horizontalHeader();
-    QTRY_COMPARE(header->length(), widget.viewport()->width());
-    widget.resize(700, 200);
-    QTRY_COMPARE(header->length(), widget.viewport()->width());
-    header->resizeSection(1, 77);
-    table.clear();
-    table.showRecords(product.point("p"));
-    QCOMPARE(header->sectionSize(1), 77);
-    widget.resize(800, 200);
-    QCOMPARE(header->sectionSize(1), 77);
-    QVERIFY(header->sectionSize(0) > 300);
-}
-
-void TestRecordTable::scrolled()
-{
-    OpenedProduct product(point({}, "<SubExtPoint key='k'/>") + manyRecords(50));
-    QTableWidget widget;
-    RecordTable table(&widget);
-    widget.resize(300, 200);
-    widget.show();
-    table.showRecords(product.point("p"));
-    QTRY_VERIFY(widget.verticalScrollBar()->maximum() > 20);
-    widget.verticalScrollBar()->setValue(20);
-    table.showRecords(product.point("p"));
-    QCOMPARE(widget.verticalScrollBar()->value(), 20);
-    table.showRecords(product.point("k"));
-    QCOMPARE(widget.rowCount(), 50);
-    QCOMPARE(widget.verticalScrollBar()->value(), 0);
 }
 
 void TestRecordTable::many()
@@ -368,20 +244,6 @@ void TestRecordTable::many()
     widget.scrollToItem(widget.item(1000, 0), QAbstractItemView::PositionAtCenter);
     QCOMPARE(iconOf(1000), first);
     QVERIFY(widget.cellWidget(1000, 4));
-}
-
-void TestRecordTable::paintsAgain()
-{
-    OpenedProduct product(point({}) + manyRecords(3));
-    QWidget page;
-    auto *widget = new QTableWidget(&page);
-    RecordTable table(widget);
-    // As a page is while it is being switched to, when the focus that comes to it can show other records.
-    page.setUpdatesEnabled(false);
-    table.showRecords(product.point("p"));
-    QVERIFY(!widget->updatesEnabled());
-    page.setUpdatesEnabled(true);
-    QVERIFY(widget->updatesEnabled() && widget->viewport()->updatesEnabled());
 }
 
 void TestRecordTable::tableGone()

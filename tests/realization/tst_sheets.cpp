@@ -5,8 +5,6 @@
 #include "realization/formatsheet.h"
 #include "realization/recordsheet.h"
 
-#include <QtTest>
-
 using RealizationTesting::OpenedProduct;
 using RealizationTesting::s;
 
@@ -70,8 +68,6 @@ class TestSheets : public QObject
     Q_OBJECT
 
 private slots:
-    void attributeTypes_data();
-    void attributeTypes();
     void recordSheet_data();
     void recordSheet();
     void storedDefaults_data();
@@ -80,28 +76,9 @@ private slots:
     void formatSheet();
     void formatEntriesOfRecords();
     void iconPaths();
-    void nothing();
     void editing_data();
     void editing();
-    void editorOfText();
 };
-
-void TestSheets::attributeTypes_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("type");
-    const QPair<const char *, int> names[] = { { "String", 5 }, { "Bool", 2 }, { "ShortCut", 17 }, { "File", 18 },
-        { "Int", 3 }, { "Double", 4 }, { "Enum", 7 }, { "Size", 14 }, { "Flag", 8 }, { "Text", 5 }, { "", 5 },
-        { "bool", 5 }, { "Shortcut", 5 }, { "Int ", 5 } };
-    for (const auto &name : names)
-        QTest::addRow("\"%s\"", name.first) << s(name.first) << name.second;
-}
-
-void TestSheets::attributeTypes()
-{
-    QFETCH(QString, name);
-    QTEST(realizationAttributeToPropertyType(name), "type");
-}
 
 void TestSheets::recordSheet_data()
 {
@@ -277,13 +254,6 @@ void TestSheets::iconPaths()
     QCOMPARE(product.record("r")->property(s("icon")).toString(), s("i/a.png"));
 }
 
-void TestSheets::nothing()
-{
-    QVERIFY(RecordSheet::of(nullptr).isEmpty());
-    QVERIFY(FormatSheet::of(nullptr).isEmpty());
-    QVERIFY(!RecordSheet::storeDefaults(nullptr));
-}
-
 void TestSheets::editing_data()
 {
     QTest::addColumn<bool>("ofFormat");
@@ -358,17 +328,7 @@ void TestSheets::editing()
     }
 }
 
-void TestSheets::editorOfText()
-{
-    OpenedProduct product(point("<Text key='credits'/>") + data("<k id='r' credits='a&#10;b'/>"));
-    SheetDriver driver(SheetDriver::Tree);
-    QVERIFY(driver.ready());
-    driver.show(RecordSheet::of(product.record("r")));
-    driver.click("credits");
-    QVERIFY(driver.editor("credits"));
-    QVERIFY(driver.editor("credits")->findChild<QLineEdit *>());
-    QVERIFY(!driver.editor("credits")->findChild<QPlainTextEdit *>());
-}
-
 QTEST_MAIN(TestSheets)
 #include "tst_sheets.moc"
+
+#include <QtTest>

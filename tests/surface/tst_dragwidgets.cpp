@@ -2,7 +2,6 @@
 #include "surface/rowtooltip.h"
 
 #include <QHelpEvent>
-#include <QMetaMethod>
 #include <QSignalSpy>
 #include <QToolTip>
 
@@ -40,11 +39,6 @@ QString answer(const std::function<void(Event *)> &handler, const std::function<
     return answers.join(s(" / "));
 }
 
-QString signature(const QMetaMethod &method)
-{
-    return QString::fromLatin1(method.methodSignature());
-}
-
 } // namespace
 
 /// The payload, and how the two widgets start and take drags, on a real X server.
@@ -55,9 +49,6 @@ class TestDragWidgets : public QObject
 private Q_SLOTS:
     void init();
     void payload();
-    void metaObjects();
-    void startsADrag_data();
-    void startsADrag();
     void payloadOfATable_data();
     void payloadOfATable();
     void acceptance_data();
@@ -104,83 +95,6 @@ void TestDragWidgets::payload()
     data.setText(s("text"));
     QCOMPARE(data.retrieveData(s("text/plain"), QVariant::String), QVariant(s("text")));
     QCOMPARE(TreeItemMimeData::nodeOf(nullptr), nullptr);
-}
-
-void TestDragWidgets::metaObjects()
-{
-    const auto signatures = [](const QMetaObject &meta) {
-        QStringList lines { QString::fromLatin1(meta.className()) };
-        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-            lines.append((meta.method(i).methodType() == QMetaMethod::Signal ? s("signal ") : s("other "))
-                + signature(meta.method(i)));
-        }
-        return lines;
-    };
-    QCOMPARE(signatures(RealizationTreeWidget::staticMetaObject),
-        (QStringList { s("RealizationTreeWidget"), s("signal modified(bool)"),
-            s("signal showProprty(QTreeWidgetItem*,int)"), s("signal setTarget(PointTreeWidgetItem*)"),
-            s("signal dropPoint(PointTreeWidgetItem*)") }));
-    QCOMPARE(signatures(RealizationTableWidget::staticMetaObject),
-        (QStringList { s("RealizationTableWidget"), s("signal modified(bool)"),
-            s("signal addTableRealization(PointTreeWidgetItem*,PointTreeWidgetItem*,bool)") }));
-    QCOMPARE(signatures(TreeItemMimeData::staticMetaObject), QStringList { s("TreeItemMimeData") });
-    const RealizationTreeWidget tree;
-    const RealizationTableWidget table;
-    QVERIFY(tree.acceptDrops() && tree.dragEnabled() && tree.directDrop() && tree.tabName().isEmpty());
-    QVERIFY(table.acceptDrops() && table.dragEnabled());
-}
-
-void TestDragWidgets::startsADrag_data()
-{
-    QTest::addColumn<bool>("fromTable");
-    QTest::addColumn<bool>("hasCurrent");
-    QTest::addColumn<int>("button");
-    QTest::addColumn<QPoint>("by");
-    QTest::addColumn<bool>("starts");
-    const int distance = QApplication::startDragDistance();
-    for (const bool table : { false, true }) {
-        const auto row
-            = [table](const char *name, Qt::MouseButton button, const QPoint &by, bool starts, bool hasCurrent = true) {
-                  QTest::addRow("%s, %s", table ? "table" : "tree", name)
-                      << table << hasCurrent << int(button) << by << starts;
-              };
-        row("exactly the distance", Qt::LeftButton, { distance, 0 }, false);
-        row("one pixel more", Qt::LeftButton, { distance + 1, 0 }, true);
-        row("exactly, both ways together", Qt::LeftButton, { -(distance - 4), 4 }, false);
-        row("more, both ways together", Qt::LeftButton, { -(distance - 4), 5 }, true);
-        row("with the right button", Qt::RightButton, { distance + 9, 0 }, false);
-        row("with the middle button", Qt::MiddleButton, { distance + 9, 0 }, false);
-        row("nothing current", Qt::LeftButton, { distance + 9, 0 }, false, false);
-    }
-}
-
-void TestDragWidgets::startsADrag()
-{
-    QFETCH(bool, fromTable);
-    QFETCH(bool, hasCurrent);
-    QFETCH(int, button);
-    QFETCH(QPoint, by);
-    QFETCH(bool, starts);
-    Bench bench;
-    QAbstractItemView *view = bench.points;
-    if (fromTable)
-        view = bench.table;
-    QPoint from = fromTable ? bench.table->visualItemRect(bench.table->item(0, 0)).center()
-                            : bench.place(bench.model.point(s("kit.tools")));
-    if (!hasCurrent) {
-        // A view that gets the focus makes its first row current.
-        view->setCurrentIndex({});
-        from = QPoint(view->viewport()->width() - 20, view->viewport()->height() - 5);
-    }
-    bool began = false;
-    QTimer::singleShot(0, &bench, [&] {
-        began = bench.points->isDragging() || bench.table->isDragging();
-        QDrag::cancel();
-    });
-    pressAndMove(view, from, by, Qt::MouseButton(button));
-    QCoreApplication::processEvents();
-    QCOMPARE(began, starts);
-    QVERIFY(!bench.points->isDragging() && !bench.table->isDragging());
 }
 
 void TestDragWidgets::payloadOfATable_data()

@@ -30,12 +30,9 @@ private Q_SLOTS:
     void init() { Controller::instance()->setSourceDataManager(nullptr); }
     void move_data();
     void move();
-    void moveAmongPlainNodes_data();
-    void moveAmongPlainNodes();
     void moveBesideRecorded_data();
     void moveBesideRecorded();
     void moveStaysInItsFormat();
-    void movesMetWithNothing();
 };
 
 void TestEntryMove::move_data()
@@ -137,76 +134,6 @@ void TestEntryMove::move()
     QCOMPARE(row->master()->item(), behind);
 }
 
-void TestEntryMove::moveAmongPlainNodes_data()
-{
-    QTest::addColumn<QString>("dragged");
-    QTest::addColumn<QString>("onto");
-    QTest::addColumn<QStringList>("rows");
-    QTest::newRow("into") << s("i1") << s("m2") << QStringList { s("m1"), s("  i2"), s("m2"), s("  i1"), s("gap") };
-    QTest::newRow("before, from elsewhere")
-        << s("m2") << s("m1") << QStringList { s("m1"), s("  i1"), s("  i2"), s("  m2"), s("gap") };
-    QTest::newRow("before an earlier one")
-        << s("i2") << s("i1") << QStringList { s("m1"), s("  i2"), s("  i1"), s("m2"), s("gap") };
-    QTest::newRow("before the next one") << s("i1") << s("i2")
-                                         << QStringList { s("m1"), s("  i1"), s("  i2"), s("m2"), s("gap") };
-    QTest::newRow("before, at the top") << s("gap") << s("m1")
-                                        << QStringList { s("gap"), s("m1"), s("  i1"), s("  i2"), s("m2") };
-    QTest::newRow("nowhere") << s("i1") << s("gap") << QStringList { s("m1"), s("  i1"), s("  i2"), s("m2"), s("gap") };
-    QTest::newRow("onto itself") << s("m1") << s("m1")
-                                 << QStringList { s("m1"), s("  i1"), s("  i2"), s("m2"), s("gap") };
-    QTest::newRow("onto a descendant") << s("m1") << s("i1")
-                                       << QStringList { s("m1"), s("  i1"), s("  i2"), s("m2"), s("gap") };
-    QTest::newRow("an empty child type is none")
-        << s("kindless") << s("root") << QStringList { s("m1"), s("  i1"), s("  i2"), s("m2"), s("gap") };
-    QTest::newRow("one without a parent")
-        << s("stray") << s("m1") << QStringList { s("m1"), s("  i1"), s("  i2"), s("m2"), s("gap") };
-}
-
-void TestEntryMove::moveAmongPlainNodes()
-{
-    QFETCH(QString, dragged);
-    QFETCH(QString, onto);
-    const Model model { QByteArray() };
-    QTreeWidget tree;
-    QHash<QString, PointTreeWidgetItem *> nodes;
-    const auto add = [&nodes](const char *parent, const char *kind, const char *id) {
-        auto *node = new PointTreeWidgetItem(s(id));
-        node->setKind(s(kind));
-        node->setPointId(s("kit.menus"));
-        node->setProperty(s("id"), s(id));
-        nodes.insert(s(id), node);
-        if (PointTreeWidgetItem *above = nodes.value(s(parent))) {
-            above->QTreeWidgetItem::addChild(node);
-            above->addChild(node, false);
-        }
-        return node;
-    };
-    PointTreeWidgetItem *root = add("", "format", "root");
-    add("root", "menu", "m1");
-    add("m1", "Item", "i1");
-    add("m1", "Item", "i2");
-    add("root", "menu", "m2");
-    add("root", "gap", "gap");
-    PointTreeWidgetItem *stray = add("", "Item", "stray");
-    PointTreeWidgetItem *strayMenu = add("", "menu", "stray menu");
-    add("stray menu", "", "kindless");
-    tree.addTopLevelItem(root);
-
-    DropSite site;
-    site.row = nodes.value(onto);
-    nodes.value(dragged)->setProperty(s("parent"), s("kept"));
-    const DropOutcome outcome = EntryMove::perform(site, nodes.value(dragged));
-    QCOMPARE(words(outcome), s("modified"));
-    QTEST(ModelTesting::rows(root), "rows");
-    QCOMPARE(nodes.value(dragged)->property(s("parent")).toString(), s("kept"));
-    QStringList inModel = ModelTesting::tree(root).replaceInStrings(s(" parent=kept"), QString());
-    inModel.replaceInStrings(QRegularExpression(s("[A-Za-z]+ id=")), QString());
-    QTEST(inModel, "rows");
-
-    for (PointTreeWidgetItem *node : { stray, strayMenu, root })
-        PointTreeWidgetItem::destroySubtree(node);
-}
-
 void TestEntryMove::moveBesideRecorded_data()
 {
     QTest::addColumn<QString>("dragged");
@@ -273,19 +200,6 @@ void TestEntryMove::moveStaysInItsFormat()
         (QStringList {
             s("Format target=bench"), s("Format target=bench"), s("  menu id=m1"), s("  Item id=i1 parent=t1") }));
     QCOMPARE(model.complaints(), QStringList());
-}
-
-void TestEntryMove::movesMetWithNothing()
-{
-    const Model model { QByteArray() };
-    auto *row = new PointTreeWidgetItem(s("row"));
-    DropSite site;
-    QCOMPARE(words(EntryMove::perform(site, row)), QString());
-    site.row = row;
-    QCOMPARE(words(EntryMove::perform(site, nullptr)), QString());
-    QVERIFY(!site.above().row);
-    QVERIFY(!site.into([](PointTreeWidgetItem *) { return false; }));
-    PointTreeWidgetItem::destroySubtree(row);
 }
 
 QTEST_MAIN(TestEntryMove)

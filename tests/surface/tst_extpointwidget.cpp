@@ -7,17 +7,12 @@
 #include "realization/realizationpagebuilder.h"
 #include "surface/extpointwidget.h"
 
-#include <QDir>
 #include <QGroupBox>
-#include <QLayout>
 #include <QLineEdit>
-#include <QMetaMethod>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTableWidget>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTreeWidget>
 
@@ -52,14 +47,6 @@ struct Editor
     std::unique_ptr<ExtPointWidget> widget;
 };
 
-QStringList tabs(const QTabWidget *widget)
-{
-    QStringList lines;
-    for (int i = 0; i < widget->count(); ++i)
-        lines.append(widget->widget(i)->objectName() + QLatin1Char('=') + widget->tabText(i));
-    return lines;
-}
-
 QString s(const char *text)
 {
     return QString::fromUtf8(text);
@@ -75,24 +62,12 @@ private Q_SLOTS:
     void init() { Controller::instance()->setSourceDataManager(nullptr); }
     void containment_data();
     void containment();
-    void texts_data();
-    void texts();
-    void sizesAndStates();
-    void metaObjects();
     void selectsWhenSeen_data();
     void selectsWhenSeen();
-    void modifiedIsForwarded();
-    void emptyModelLeavesTheTreesEmpty();
     void treesShowTheModel();
     void buildersOutliveTheWidget();
     void widgetMayDieAfterTheModel();
     void definePropagates();
-    void sheetEditReachesModelAndRow();
-    void subPointSheet();
-    void keyboardShowsWhatAClickShows();
-    void tabsOfTheOpenedFile();
-    void tabsOfSiblings();
-    void attributeTypesAreCopied();
 };
 
 void TestExtPointWidget::containment_data()
@@ -141,95 +116,6 @@ void TestExtPointWidget::containment()
     QVERIFY(found);
     QCOMPARE(QString::fromLatin1(found->metaObject()->className()), type);
     QTEST(found->parentWidget()->objectName(), "container");
-}
-
-void TestExtPointWidget::texts_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("property");
-    QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, const char *property, const char *text) {
-        QTest::newRow(name) << s(name) << QByteArray(property) << s(text);
-    };
-    row("pushButton_add_extpoint", "text", "&Add");
-    row("groupBox_2", "title", "Basic Information");
-    row("groupBox_3", "title", "Extension Information");
-    row("pushButton_add_attr", "text", "Add");
-    row("pushButton_del_attr", "text", "D&elete");
-    row("enumGroup", "title", "Enum Editor");
-    row("pushButton_add_enum", "text", "Add");
-    row("pushButton_delete_enmu", "text", "D&elete");
-    row("pushButton_add_format_tree", "text", "Add Format Tree");
-    row("propertyGroupBox", "title", "");
-}
-
-void TestExtPointWidget::texts()
-{
-    QFETCH(const QString, name);
-    QFETCH(const QByteArray, property);
-    const ExtPointWidget widget;
-    QTEST(widget.findChild<QWidget *>(name)->property(property).toString(), "text");
-}
-
-void TestExtPointWidget::sizesAndStates()
-{
-    const ExtPointWidget widget;
-    QCOMPARE(widget.objectName(), s("ExtPointWidget"));
-    QCOMPARE(widget.windowTitle(), s("Form"));
-    QCOMPARE(widget.size(), QSize(878, 603));
-    const auto *pages = widget.findChild<QTabWidget *>(s("tabWidget"));
-    QCOMPARE(tabs(pages), (QStringList { s("tab=ExtPointEdit"), s("tab_2=RealizationExit") }));
-    QCOMPARE(pages->currentIndex(), 1);
-    QCOMPARE(widget.findChild<QTabWidget *>(s("formatTab"))->currentIndex(), -1);
-    QCOMPARE(widget.findChild<QTreeWidget *>(s("defintionTree"))->maximumWidth(), 250);
-    QCOMPARE(widget.findChild<QTreeWidget *>(s("defintionTree"))->headerItem()->text(0), s("Extension Point Tree"));
-    QCOMPARE(widget.findChild<QTreeWidget *>(s("realizationTree"))->headerItem()->text(0), s("Realization Tree"));
-    QCOMPARE(widget.findChild<QPushButton *>(s("pushButton_add_extpoint"))->maximumWidth(), 50);
-    QCOMPARE(widget.findChild<QPushButton *>(s("pushButton_add_format_tree"))->maximumWidth(), 100);
-    QVERIFY(widget.findChild<QPushButton *>(s("pushButton_add_format_tree"))->isHidden());
-    QCOMPARE(widget.findChild<QGroupBox *>(s("groupBox_3"))->minimumHeight(), 200);
-    for (const char *name : { "splitter_3", "splitter_5" })
-        QCOMPARE(widget.findChild<QSplitter *>(s(name))->orientation(), Qt::Horizontal);
-    for (const char *name : { "splitter", "splitter_2", "splitter_4" })
-        QCOMPARE(widget.findChild<QSplitter *>(s(name))->orientation(), Qt::Vertical);
-    for (const char *name : { "horizontalLayout", "horizontalLayout_4" }) {
-        auto *layout = widget.findChild<QLayout *>(s(name));
-        QCOMPARE(layout->spacing(), 0);
-        QCOMPARE(layout->contentsMargins().top(), 0);
-    }
-}
-
-void TestExtPointWidget::metaObjects()
-{
-    const QMetaObject &meta = ExtPointWidget::staticMetaObject;
-    QCOMPARE(meta.methodCount() - meta.methodOffset(), 1);
-    QCOMPARE(meta.method(meta.methodOffset()).methodSignature(), QByteArray("modified(bool)"));
-    ExtPointWidget widget;
-    for (QObject *builder : { static_cast<QObject *>(widget.defintionPageBuilder()),
-             static_cast<QObject *>(widget.realizationPageBuilder()) }) {
-        QVERIFY(!builder->parent());
-        QVERIFY(builder->qt_metacast("ExtPointWidgetBuilder"));
-    }
-}
-
-void TestExtPointWidget::modifiedIsForwarded()
-{
-    ExtPointWidget widget;
-    QSignalSpy spy(&widget, &ExtPointWidget::modified);
-    Q_EMIT widget.defintionPageBuilder()->modified(true);
-    Q_EMIT widget.realizationPageBuilder()->modified(false);
-    QCOMPARE(spy.count(), 2);
-    QCOMPARE(spy.at(0).at(0).toBool(), true);
-    QCOMPARE(spy.at(1).at(0).toBool(), false);
-}
-
-void TestExtPointWidget::emptyModelLeavesTheTreesEmpty()
-{
-    QVERIFY(!Controller::instance()->sourceDataManager());
-    const ExtPointWidget widget;
-    QCOMPARE(widget.findChild<QTreeWidget *>(s("defintionTree"))->topLevelItemCount(), 0);
-    QCOMPARE(widget.findChild<QTreeWidget *>(s("realizationTree"))->topLevelItemCount(), 0);
-    QCOMPARE(Controller::instance()->mainWidget(), static_cast<const QWidget *>(&widget));
 }
 
 void TestExtPointWidget::treesShowTheModel()
@@ -355,130 +241,6 @@ void TestExtPointWidget::definePropagates()
     // A sub point of a point that the other page has never seen brings its point.
     Q_EMIT page->addDefine(s("other"), &point, &subPoint);
     QCOMPARE(root->child(2)->child(0)->childCount(), 1);
-}
-
-void TestExtPointWidget::sheetEditReachesModelAndRow()
-{
-    Editor editor;
-    QVERIFY(editor.open(sample));
-    QSignalSpy modified(editor.widget.get(), &ExtPointWidget::modified);
-    auto *tree = editor.find<QTreeWidget>("defintionTree");
-    auto *point = PointTreeWidgetItem::fromRow(tree->topLevelItem(0)->child(0));
-    editor.widget->defintionPageBuilder()->onDefineTreeItemClicked(point, 0);
-    auto *sheet = editor.find<GroupPropertyBrowser>("basicInfo");
-    QStringList names;
-    for (const PropertyItem &record : sheet->properties())
-        names.append(record.name() + QString::number(int(record.type())));
-    QCOMPARE(names,
-        (QStringList {
-            s("id5"), s("name5"), s("displaylabel7"), s("displayicon7"), s("hasformat2"), s("description6") }));
-    QCOMPARE(editor.find<QTableWidget>("defintionTable")->rowCount(), 9);
-    QVERIFY(editor.find<QGroupBox>("groupBox_3")->isEnabled());
-
-    Q_EMIT sheet->propertyChanged(s("name"), s("Renamed"));
-    QCOMPARE(point->property(s("name")).toString() + point->text(0), s("RenamedRenamed"));
-    QCOMPARE(modified.count(), 1);
-    Q_EMIT sheet->propertyChanged(s("description"), s("d"));
-    QCOMPARE(point->text(0), s("Renamed"));
-    QCOMPARE(modified.count(), 2);
-}
-
-void TestExtPointWidget::subPointSheet()
-{
-    Editor editor;
-    QVERIFY(editor.open(sample));
-    auto *tree = editor.find<QTreeWidget>("defintionTree");
-    auto *subPoint = PointTreeWidgetItem::fromRow(tree->topLevelItem(0)->child(0)->child(0));
-    subPoint->setProperties({ { s("name"), s("n") }, { s("description"), s("d") }, { s("childtype"), s("unknown|") },
-        { s("key"), s("k") }, { s("other"), s("o") } });
-    QStringList siblings;
-    for (PointObject *child : subPoint->parent()->children()) {
-        if (child->item()->kind() == s("SubExtPoint"))
-            siblings.append(child->property(s("key")).toString());
-    }
-    DefintionPageBuilder *page = editor.widget->defintionPageBuilder();
-    page->onDefineTreeItemClicked(subPoint, 0);
-    const QList<PropertyItem> records = editor.find<GroupPropertyBrowser>("basicInfo")->properties();
-    QStringList names;
-    for (const PropertyItem &record : records)
-        names.append(record.name() + QString::number(int(record.type())));
-    QCOMPARE(names, (QStringList { s("key5"), s("name5"), s("childtype8"), s("other0"), s("description6") }));
-    QCOMPARE(records.at(2).value().toInt(), 0);
-    QCOMPARE(records.at(2).options().size(), siblings.size());
-    page->onBasicInfoDataChange(s("childtype"), 6);
-    QCOMPARE(subPoint->property(s("childtype")).toString(), siblings.at(1) + s("|") + siblings.at(2));
-    page->onBasicInfoDataChange(s("childtype"), 0);
-    QVERIFY(!subPoint->property(s("childtype")).isNull() && subPoint->property(s("childtype")).toString().isEmpty());
-}
-
-void TestExtPointWidget::keyboardShowsWhatAClickShows()
-{
-    Editor editor;
-    QVERIFY(editor.open(sample));
-    auto *tree = editor.find<QTreeWidget>("defintionTree");
-    tree->setCurrentItem(tree->topLevelItem(0));
-    QVERIFY(!editor.find<QGroupBox>("groupBox_3")->isEnabled());
-    QTest::keyClick(tree, Qt::Key_Down);
-    QCOMPARE(tree->currentItem(), tree->topLevelItem(0)->child(0));
-    QCOMPARE(editor.find<GroupPropertyBrowser>("basicInfo")->properties().first().value().toString(),
-        s("saltmere.chart.layers"));
-}
-
-void TestExtPointWidget::tabsOfTheOpenedFile()
-{
-    QTemporaryDir directory;
-    QDir(directory.path()).mkpath(s("plugins/own"));
-    const QString path = directory.path() + s("/plugins/own/extension.xml");
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("<P id=\"own\"><ExtDataSet>"
-               "<format target=\"z\" title=\"Last\"/><format target=\"b\" id=\"fb\"/><format/>"
-               "<Layout id=\"l2\" toolTip=\"Tip\"/><Layout id=\"l1\" title=\"Title\" toolTip=\"Tip\"/><Layout "
-               "target=\"t\"/><Layout/><Layout id=\"l1\" title=\"again\"/>"
-               "</ExtDataSet></P>");
-    file.close();
-    Editor editor;
-    QVERIFY(editor.open(path));
-    QCOMPARE(tabs(editor.find<QTabWidget>("formatTab")),
-        (QStringList { s("l2=Tip"), s("l1=Title"), s("t=t"), s("fb=fb"), s("z=Last") }));
-}
-
-void TestExtPointWidget::tabsOfSiblings()
-{
-    Editor editor;
-    editor.widget = std::make_unique<ExtPointWidget>();
-    const auto node = [](const char *kind, const PropertyHash &properties) {
-        auto item = std::make_unique<PointTreeWidgetItem>(QString());
-        item->setKind(s(kind));
-        item->setProperties(properties);
-        return item;
-    };
-    const auto first = node("Layout", { { s("id"), s("l") }, { s("title"), s("Title") } });
-    const auto second
-        = node("Layout", { { s("id"), s("l") }, { s("title"), s("Other") }, { s("toolTip"), s("Replaced") } });
-    const auto third = node("Layout", { { s("id"), s("l") }, { s("toolTip"), s("") } });
-    const auto format = node("Format", { { s("target"), s("t") }, { s("id"), s("i") } });
-    const auto same = node("Format", { { s("target"), s("l") } });
-    const auto unnamed = node("Format", {});
-    auto *formatTab = editor.find<QTabWidget>("formatTab");
-    Controller *controller = Controller::instance();
-    controller->addLayout(first.get());
-    QCOMPARE(tabs(formatTab), QStringList { s("l=Title") });
-    controller->addLayout(second.get());
-    QCOMPARE(tabs(formatTab), QStringList { s("l=Replaced") });
-    controller->addLayout(third.get());
-    controller->addFormatRoot(format.get());
-    controller->addFormatRoot(same.get());
-    controller->addFormatRoot(unnamed.get());
-    controller->addFormatRoot(nullptr);
-    QCOMPARE(tabs(formatTab), (QStringList { s("l=Replaced"), s("t=t") }));
-}
-
-void TestExtPointWidget::attributeTypesAreCopied()
-{
-    Editor editor;
-    QVERIFY(editor.open(sample));
-    QCOMPARE(editor.widget->defintionPageBuilder()->attributeTypes(), editor.manager.attributeTypes());
 }
 
 QTEST_MAIN(TestExtPointWidget)

@@ -28,63 +28,13 @@ class TestFormatDrops : public QObject
 
 private Q_SLOTS:
     void init() { Controller::instance()->setSourceDataManager(nullptr); }
-    void site_data();
-    void site();
     void point_data();
     void point();
-    void pointOfNoTab_data();
-    void pointOfNoTab();
-    void earlierFindsServe();
     void record_data();
     void record();
     void editsReachEverySavedReference();
     void deadSourcesAreForgotten();
-    void reopens();
 };
-
-void TestFormatDrops::site_data()
-{
-    // Who takes it: the row, one of two further sources in their order, or nobody; whose the row is; the tree's mode.
-    QTest::addColumn<bool>("foreign");
-    QTest::addColumn<bool>("direct");
-    QTest::addColumn<QStringList>("takers");
-    QTest::addColumn<QString>("plan");
-    QTest::newRow("own, direct") << false << true << QStringList { s("own") } << s("into through own");
-    QTest::newRow("own, not direct") << false << false << QStringList { s("own") } << s("into, recorded through own");
-    QTest::newRow("foreign, direct") << true << true << QStringList { s("kit") } << s("into, recorded through kit");
-    QTest::newRow("foreign, not direct") << true << false << QStringList { s("kit") }
-                                         << s("into, recorded through kit");
-    QTest::newRow("own, a further one") << false << true << QStringList { s("lib") } << s("into, recorded through lib");
-    QTest::newRow("own, two further ones")
-        << false << true << QStringList { s("kit"), s("lib") } << s("into, recorded through kit");
-    QTest::newRow("own before further ones")
-        << false << true << QStringList { s("kit"), s("lib"), s("own") } << s("into through own");
-    QTest::newRow("nobody") << false << true << QStringList() << s("nothing");
-    QTest::newRow("nobody, not direct") << true << false << QStringList() << s("nothing");
-}
-
-void TestFormatDrops::site()
-{
-    QFETCH(bool, foreign);
-    QFETCH(bool, direct);
-    QFETCH(QStringList, takers);
-    const auto format = [](const char *id) {
-        return QByteArray("<ExtDataSet><ExtData id=\"p\"><Format target=\"tab\" id=\"") + id
-            + "\"/></ExtData></ExtDataSet>";
-    };
-    Model model(format("own"), format("kit"), format("lib"));
-    const OwnRealizations realizations = Controller::instance()->ownRealizations();
-    Shown::Nodes roots = realizations.siblingFormats(s("tab"));
-    QCOMPARE(roots.size(), 2);
-    if (!foreign)
-        roots.prepend(realizations.formats(s("tab")).first());
-    const Shown shown(roots);
-    const DropPlan plan = shown.site(s("root"), direct).into([&takers](PointTreeWidgetItem *node) {
-        return takers.contains(node->properties().value(s("id")).toString());
-    });
-    QTEST(words(plan), "plan");
-    QVERIFY(!DropSite().into([](PointTreeWidgetItem *) { return true; }));
-}
 
 void TestFormatDrops::point_data()
 {
@@ -210,58 +160,6 @@ void TestFormatDrops::point()
     }
 }
 
-void TestFormatDrops::pointOfNoTab_data()
-{
-    QTest::addColumn<QByteArray>("own");
-    QTest::addColumn<QStringList>("saved");
-    QTest::newRow("into the first format of the first data")
-        << QByteArray("<ExtDataSet><x/><ExtData id=\"a\"><y/><format id=\"f\"/><Format/></ExtData>"
-                      "<ExtData id=\"kit.menus\"><Format/></ExtData></ExtDataSet>")
-        << QStringList { s("ExtDataSet"), s("  x"), s("  ExtData id=a"), s("    y"), s("    format id=f"),
-               s("      Item id=own.Item# parent=t1"), s("    Format"), s("    Item id=own.Item#"),
-               s("  ExtData id=kit.menus"), s("    Format") };
-    QTest::newRow("the first data has no format")
-        << QByteArray("<ExtDataSet><ExtData id=\"a\"/><ExtData id=\"b\"><Format/></ExtData></ExtDataSet>")
-        << QStringList { s("ExtDataSet"), s("  ExtData id=a"), s("  ExtData id=b"), s("    Format") };
-    QTest::newRow("the first data set is empty")
-        << QByteArray("<ExtDataSet/><ExtDataSet><ExtData id=\"b\"><Format/></ExtData></ExtDataSet>")
-        << QStringList { s("ExtDataSet"), s("ExtDataSet"), s("  ExtData id=b"), s("    Format") };
-    QTest::newRow("nothing") << QByteArray() << QStringList();
-}
-
-void TestFormatDrops::pointOfNoTab()
-{
-    QFETCH(QByteArray, own);
-    Model model(own, kitFormat);
-    const Shown shown(Controller::instance()->ownRealizations().siblingFormats(s("bench")));
-    OwnSlots::FirstFound found;
-    const DropOutcome outcome = PointDrop::perform(shown.site(s("t1"), false), model.point(s("Item")), &found);
-    QCOMPARE(words(outcome), s("drop modified"));
-    QTEST(model.saved(), "saved");
-    QCOMPARE(model.complaints(), QStringList());
-    PointTreeWidgetItem *entry = outcome.additions.first().row;
-    QVERIFY(entry->link() != entry);
-    QCOMPARE(entry->link()->properties(), entry->properties());
-
-    // What an earlier walk has found serves a later one that finds nothing.
-    const QPointer<PointTreeWidgetItem> format = found.format;
-    found.find(nullptr);
-    QCOMPARE(found.format, format);
-}
-
-void TestFormatDrops::earlierFindsServe()
-{
-    Model model("<ExtDataSet><ExtData id=\"a\"/><ExtData id=\"b\"><Format/></ExtData></ExtDataSet>", kitFormat);
-    const Shown shown(Controller::instance()->ownRealizations().siblingFormats(s("bench")));
-    OwnSlots::FirstFound found;
-    found.format = Controller::instance()->ownRealizations().holders(s("b")).first()->children().first()->item();
-    PointDrop::perform(shown.site(s("t1"), false), model.point(s("Item")), &found);
-    QCOMPARE(model.saved(),
-        (QStringList { s("ExtDataSet"), s("  ExtData id=a"), s("    Item id=own.Item#"), s("  ExtData id=b"),
-            s("    Format"), s("      Item id=own.Item# parent=t1") }));
-    QCOMPARE(model.complaints(), QStringList());
-}
-
 void TestFormatDrops::record_data()
 {
     QTest::addColumn<QByteArray>("formats");
@@ -383,26 +281,6 @@ void TestFormatDrops::deadSourcesAreForgotten()
     QCOMPARE(sources.of(row), MergedSources::Nodes());
     QCOMPARE(sources.of(nullptr), MergedSources::Nodes());
     delete second;
-}
-
-void TestFormatDrops::reopens()
-{
-    Model model(QByteArray(), kitFormat);
-    QStringList saved;
-    {
-        const Shown shown(Controller::instance()->ownRealizations().siblingFormats(s("bench")));
-        OwnSlots::FirstFound found;
-        const DropOutcome outcome
-            = PointDrop::perform(shown.site(s("t1"), false, s("bench")), model.point(s("Item")), &found);
-        outcome.additions.first().format->setProperty(s("target"), s("bench"));
-        saved = model.saved();
-        QVERIFY(model.manager.save());
-    }
-    QVERIFY(model.manager.load(model.path()));
-    QCOMPARE(model.saved(), saved);
-    const OwnRealizations realizations = Controller::instance()->ownRealizations();
-    const Shown shown(realizations.siblingFormats(s("bench")) + realizations.formats(s("bench")));
-    QCOMPARE(shown.rows(), (QStringList { s("t1"), s("  t2"), s("  own.Item#"), s("MenuBar") }));
 }
 
 QTEST_MAIN(TestFormatDrops)

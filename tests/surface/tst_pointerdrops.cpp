@@ -17,9 +17,7 @@ private Q_SLOTS:
     void currentRowFollows();
     void marks_data();
     void marks();
-    void scrollsAtItsEdges();
     void listenersMayDestroy();
-    void dataWithoutAPlaceIsKept();
     void sourceDiesInMidDrag();
 };
 
@@ -206,41 +204,6 @@ void TestPointerDrops::marks()
     QVERIFY(tableMarked != tableLeft);
 }
 
-void TestPointerDrops::scrollsAtItsEdges()
-{
-    Bench bench;
-    OpenTree tree;
-    for (int i = 0; i < 200; ++i)
-        tree.addTopLevelItem(new QTreeWidgetItem({ QString::number(i) }));
-    tree.resize(200, 300);
-    tree.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tree));
-    TreeItemMimeData data;
-    data.setItem(s("ItemMimeData"), bench.row("i1"));
-    bool down = false;
-    bool up = false;
-    bool stopped = false;
-    QVERIFY(whileDragging(bench.format, bench.place(bench.row("i1")), [&] {
-        QScrollBar *bar = tree.verticalScrollBar();
-        const auto hold = [&](int y) {
-            QDragMoveEvent move(QPoint(100, y), Qt::CopyAction, &data, Qt::LeftButton, {});
-            tree.dragMoveEvent(&move);
-        };
-        hold(tree.viewport()->height() - 2);
-        down = QTest::qWaitFor([bar] { return bar->value() >= 5; });
-        hold(2);
-        up = QTest::qWaitFor([bar] { return bar->value() == 0; });
-        hold(tree.viewport()->height() - 2);
-        QDragLeaveEvent leave;
-        tree.dragLeaveEvent(&leave);
-        const int value = bar->value();
-        stopped = !QTest::qWaitFor([bar, value] { return bar->value() != value; }, 200);
-    }));
-    QVERIFY(down);
-    QVERIFY(up);
-    QVERIFY(stopped);
-}
-
 void TestPointerDrops::listenersMayDestroy()
 {
     Bench bench;
@@ -262,27 +225,6 @@ void TestPointerDrops::listenersMayDestroy()
     QCOMPARE(heard, 1);
     QCOMPARE(dropped, 0);
     QCOMPARE(modified.count(), 1);
-}
-
-void TestPointerDrops::dataWithoutAPlaceIsKept()
-{
-    Bench bench;
-    Controller::instance()->destroyRealization(Controller::instance()->ensureDataSet());
-    QPointer<PointTreeWidgetItem> data;
-    QString id;
-    connect(bench.table, &RealizationTableWidget::addTableRealization, &bench,
-        [&](PointTreeWidgetItem *parent, PointTreeWidgetItem *child) {
-            data = parent;
-            id = child->property(s("id")).toString();
-        });
-    PointTreeWidgetItem *point = bench.model.point(s("kit.tools"));
-    bench.points->scrollToItem(point);
-    drag(&bench, bench.inWindow(bench.points, bench.place(point)),
-        bench.inWindow(bench.table, bench.table->viewport()->rect().center()));
-    QTRY_VERIFY(!bench.points->isDragging());
-    // Nobody has given it a place: it lives as long as the model, and counts nowhere.
-    QVERIFY(data && !data->parent());
-    QVERIFY(!bench.model.record(id));
 }
 
 void TestPointerDrops::sourceDiesInMidDrag()

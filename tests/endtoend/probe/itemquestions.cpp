@@ -68,24 +68,6 @@ QString iconsInRow(const QAbstractItemView *view, int row)
     return icons.join(QLatin1Char(' '));
 }
 
-QJsonArray pathOf(QModelIndex index)
-{
-    QJsonArray path;
-    for (; index.isValid(); index = index.parent())
-        path.prepend(index.sibling(index.row(), 0).data().toString());
-    return path;
-}
-
-void addExpanded(QJsonArray *paths, const QTreeView &view, const QModelIndex &parent)
-{
-    for (int row = 0; row < view.model()->rowCount(parent); ++row) {
-        const QModelIndex index = view.model()->index(row, 0, parent);
-        if (view.isExpanded(index))
-            paths->append(pathOf(index));
-        addExpanded(paths, view, index);
-    }
-}
-
 QModelIndex childAt(const QAbstractItemModel &model, const QModelIndex &parent, const QJsonValue &step)
 {
     if (step.isDouble())
@@ -107,13 +89,8 @@ QJsonObject Probe::tree(const QJsonObject &request)
         return notFound(request);
     QJsonArray lines;
     QJsonArray icons;
-    QJsonArray expanded;
     addLines(&lines, &icons, *view->model(), view->rootIndex(), 0);
-    if (const auto *rows = qobject_cast<const QTreeView *>(view))
-        addExpanded(&expanded, *rows, view->rootIndex());
-    return { { QStringLiteral("lines"), lines }, { QStringLiteral("icons"), icons },
-        { QStringLiteral("current"), pathOf(view->currentIndex()) }, { QStringLiteral("expanded"), expanded },
-        { QStringLiteral("scroll"), view->verticalScrollBar()->value() } };
+    return { { QStringLiteral("lines"), lines }, { QStringLiteral("icons"), icons } };
 }
 
 QJsonObject Probe::rows(const QJsonObject &request)
@@ -130,9 +107,6 @@ QJsonObject Probe::table(const QJsonObject &request)
     if (!view)
         return notFound(request);
     const QAbstractItemModel &model = *view->model();
-    QJsonArray headers;
-    for (int column = 0; column < model.columnCount(); ++column)
-        headers.append(model.headerData(column, Qt::Horizontal).toString());
     QJsonArray rows;
     QJsonArray icons;
     for (int row = 0; row < model.rowCount(); ++row) {
@@ -143,10 +117,8 @@ QJsonObject Probe::table(const QJsonObject &request)
         icons.append(iconsInRow(view, row));
     }
     return {
-        { QStringLiteral("headers"), headers },
         { QStringLiteral("rows"), rows },
         { QStringLiteral("icons"), icons },
-        { QStringLiteral("current"), view->currentIndex().row() },
     };
 }
 
@@ -169,7 +141,5 @@ QJsonObject Probe::item(const QJsonObject &request)
     QJsonObject reply = place(view->viewport(), rect);
     reply.insert(QStringLiteral("above"), rect.center().y() < 0);
     reply.insert(QStringLiteral("below"), rect.center().y() >= view->viewport()->height());
-    reply.insert(QStringLiteral("text"), cell.data().toString());
-    reply.insert(QStringLiteral("selected"), view->selectionModel()->isSelected(cell));
     return reply;
 }

@@ -40,9 +40,7 @@ QJsonObject focus()
         if (!parent->objectName().isEmpty())
             inside.append(parent->objectName());
     return {
-        { QStringLiteral("name"), widget->objectName() },
         { QStringLiteral("accessibleName"), widget->accessibleName() },
-        { QStringLiteral("class"), QString::fromLatin1(widget->metaObject()->className()) },
         { QStringLiteral("value"), Probe::valueOf(widget) },
         { QStringLiteral("inside"), inside },
     };
@@ -70,7 +68,6 @@ QJsonObject dialog(QDialog *window)
     }
     return {
         { QStringLiteral("name"), window->objectName() },
-        { QStringLiteral("title"), window->windowTitle() },
         { QStringLiteral("active"), window->isActiveWindow() },
         { QStringLiteral("texts"), QJsonArray::fromStringList(texts) },
         { QStringLiteral("buttons"), buttons },
@@ -88,8 +85,6 @@ QJsonArray entriesOf(const Menu *menu)
         QJsonObject entry = Probe::place(menu, menu->actionGeometry(action));
         entry.insert(QStringLiteral("text"),
             action->isSeparator() ? QStringLiteral("-") : Probe::withoutMnemonic(action->text()));
-        entry.insert(QStringLiteral("enabled"), action->isEnabled());
-        entry.insert(QStringLiteral("checked"), action->isChecked());
         entries.append(entry);
     }
     return entries;
@@ -103,7 +98,6 @@ QJsonObject Probe::state(const QJsonObject & /*request*/)
     const QWindow *native = window->windowHandle();
     const QWidget *active = QApplication::activeWindow();
     return {
-        { QStringLiteral("title"), window->windowTitle() },
         { QStringLiteral("modified"), window->isWindowModified() },
         { QStringLiteral("exposed"), native && native->isExposed() },
         { QStringLiteral("active"), window->isActiveWindow() },
@@ -112,7 +106,6 @@ QJsonObject Probe::state(const QJsonObject & /*request*/)
         { QStringLiteral("editor"), Core::ICore::currentEditor() != nullptr },
         { QStringLiteral("busy"), Core::ICore::editorManager()->busyMonitor().isBusy() },
         { QStringLiteral("dragging"), isDragging() },
-        { QStringLiteral("menuOpen"), QApplication::activePopupWidget() != nullptr },
         { QStringLiteral("focus"), focus() },
     };
 }
@@ -156,8 +149,6 @@ QJsonObject Probe::widget(const QJsonObject &request)
         return notFound(request);
     QJsonObject reply = place(found, found->rect());
     reply.insert(QStringLiteral("visible"), found->isVisible());
-    reply.insert(QStringLiteral("enabled"), found->isEnabled());
-    reply.insert(QStringLiteral("accessibleName"), found->accessibleName());
     reply.insert(QStringLiteral("value"), valueOf(found));
     return reply;
 }
@@ -191,14 +182,10 @@ QJsonObject Probe::tabs(const QJsonObject &request)
     if (!found)
         return notFound(request);
     QJsonArray texts;
-    QJsonArray pages;
     for (int i = 0; i < found->count(); ++i) {
         texts.append(withoutMnemonic(found->tabText(i)));
-        pages.append(found->widget(i)->objectName());
     }
     return {
         { QStringLiteral("texts"), texts },
-        { QStringLiteral("pages"), pages },
-        { QStringLiteral("current"), found->currentIndex() },
     };
 }

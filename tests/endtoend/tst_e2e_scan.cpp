@@ -4,55 +4,13 @@
 
 #include <csignal>
 
-namespace {
-
-/// The two that fill one tab come first in the listing, one that adds to it comes last.
-Product::Files others()
-{
-    const auto data = [](const char *plugin, const char *content) {
-        return pluginFile(plugin,
-            "<ExtDataSet><ExtData plugin='" + QByteArray(plugin) + "' id='shell.commands' extPlugin='shell'>" + content
-                + "</ExtData></ExtDataSet>");
-    };
-    return {
-        { s("a-shell"), shellFile() },
-        { s("b-one"),
-            data("one",
-                R"xml(<format target='shared'><menubar><menu id='one.file'><action id='one.open'/></menu></menubar></format>
-<menu id='one.file' text='File'/><action id='one.open' text='Open' icon='red.svg'/>)xml") },
-        { s("b-one/red.svg"), colouredIcon("#c02020") },
-        { s("c-two"),
-            data("two",
-                R"xml(<format target='shared'><menubar><menu id='two.view'><action id='two.zoom'/></menu></menubar>
-<toolbars><toolbar id='two.bar'><action id='two.zoom'/></toolbar></toolbars></format>
-<Layout id='two.layout' title='Plan' icon='blue.svg'><area id='two.left'/></Layout>
-<menu id='two.view' text='View'/><action id='two.zoom' text='Zoom' icon='blue.svg'/>)xml") },
-        { s("c-two/blue.svg"), colouredIcon("#2040c0") },
-        { s("z-late"), data("late", R"xml(<format target='shared'><menubar><menu id='late.help'/></menubar></format>
-<format target='late.window'><menubar/></format>)xml") },
-    };
-}
-
-bool isInOrderWithin(const QStringList &some, const QStringList &all)
-{
-    int found = 0;
-    for (const QString &line : all)
-        if (found < some.size() && some.at(found) == line)
-            ++found;
-    return found == some.size();
-}
-
-} // namespace
-
 /// Works on the realization page of the real program while it still reads the other plug-ins.
-class tst_E2eRealizationScan : public QObject
+class tst_E2eScan : public QObject
 {
     Q_OBJECT
 
 private slots:
     void cleanup();
-    void mergesTheSameEveryTime_data();
-    void mergesTheSameEveryTime();
     void savesWhileReading();
     void aDeadNeighbour();
 
@@ -63,63 +21,13 @@ private:
     std::unique_ptr<RealizationDesk> m_desk;
 };
 
-void tst_E2eRealizationScan::cleanup()
+void tst_E2eScan::cleanup()
 {
     m_desk->finish();
     m_desk.reset();
 }
 
-void tst_E2eRealizationScan::mergesTheSameEveryTime_data()
-{
-    QTest::addColumn<QStringList>("options");
-
-    QTest::newRow("once") << QStringList();
-    QTest::newRow("again") << QStringList();
-    QTest::newRow("in the dark") << QStringList { s("--dark") };
-}
-
-void tst_E2eRealizationScan::mergesTheSameEveryTime()
-{
-    QFETCH(QStringList, options);
-    const QByteArray own = "<ExtDataSet><ExtData plugin='own' id='shell.commands' extPlugin='shell'>"
-                           "<format target='own.window' title='Window'/></ExtData></ExtDataSet>";
-    const QString none;
-    const QString red = s("#c02020");
-    const QString blue = s("#2040c0");
-    const QStringList early { s("format | "), s("    menubar | "), s("        one.file | File"),
-        s("            one.open | Open"), s("        two.view | View"), s("            two.zoom | Zoom"),
-        s("    toolbars | "), s("        two.bar | "), s("            two.zoom | Zoom") };
-    const QStringList icons { none, none, none, red, none, blue, none, none, blue };
-    const QStringList tabs { s("Window"), s("shared"), s("Plan") };
-
-    m_desk = std::make_unique<RealizationDesk>(pluginFile("own", own), others());
-    m_desk->addSiblings(40, 20);
-    STEP(*m_desk, openWhileReading(s("z-late"), options));
-    STEP(*m_desk, unfold(s("shell")));
-    STEP(*m_desk, click(RealizationDesk::point({ s("shell"), s("Commands") })));
-    STEP(*m_desk, showTab(s("shared")));
-    // What is there already is in the place that it will keep.
-    QStringList shown;
-    waitUntil([&] {
-        shown = m_desk->formats();
-        return !isInOrderWithin(shown, early) || shown == early;
-    });
-    QCOMPARE(shown, early);
-    EVENTUALLY(m_desk->formatIcons(), icons);
-    EVENTUALLY(m_desk->tabs(), tabs);
-    QVERIFY(m_desk->workbench().isBusy());
-
-    STEP(*m_desk, readOn());
-    QStringList all = early;
-    all.insert(6, s("        late.help | "));
-    EVENTUALLY(m_desk->formats(), all);
-    QCOMPARE(m_desk->formatIcons(), icons.mid(0, 6) + QStringList { none } + icons.mid(6));
-    QCOMPARE(m_desk->tabs(), tabs + QStringList { s("late.window") });
-    m_desk->leavePicture(s("story-6-") + s(QTest::currentDataTag()));
-    STEP(*m_desk, close());
-}
-
-void tst_E2eRealizationScan::savesWhileReading()
+void tst_E2eScan::savesWhileReading()
 {
     const QByteArray own = R"xml(<ExtPointSet><ExtPoint id='own.shapes' name='Shapes'/></ExtPointSet>
 <ExtDataSet><ExtData plugin='own' id='shell.commands' extPlugin='shell'>
@@ -170,7 +78,7 @@ void tst_E2eRealizationScan::savesWhileReading()
     STEP(*m_desk, close());
 }
 
-bool tst_E2eRealizationScan::rename(const QString &name)
+bool tst_E2eScan::rename(const QString &name)
 {
     WorkbenchDriver &workbench = m_desk->workbench();
     return m_desk->definitionPage() && m_desk->click(Place::row(s("defintionTree"), { 0, 0 }))
@@ -179,14 +87,14 @@ bool tst_E2eRealizationScan::rename(const QString &name)
             s("the new name"), [&] { return workbench.tree(s("defintionTree")).value(1).trimmed() == name; });
 }
 
-bool tst_E2eRealizationScan::isShown(const char *widget)
+bool tst_E2eScan::isShown(const char *widget)
 {
     return m_desk->workbench().ask(Place::widget(s(widget)).request()).value(QLatin1String("visible")).toBool();
 }
 
 /// A file of another plug-in lies on a network that has gone, and sixty more are slow: that costs nothing but what only
 /// that file could tell, and a question.
-void tst_E2eRealizationScan::aDeadNeighbour()
+void tst_E2eScan::aDeadNeighbour()
 {
     const QByteArray own = R"xml(<ExtPointSet><ExtPoint id='own.shapes' name='Shapes'/></ExtPointSet>
 <ExtDataSet><ExtData plugin='own' id='shell.commands' extPlugin='shell'><menu id='own.file' text="tr('File')"/></ExtData>
@@ -243,5 +151,5 @@ void tst_E2eRealizationScan::aDeadNeighbour()
     QCOMPARE(workbench.program().result().code, 0);
 }
 
-QTEST_GUILESS_MAIN(tst_E2eRealizationScan)
-#include "tst_e2e_realization_scan.moc"
+QTEST_GUILESS_MAIN(tst_E2eScan)
+#include "tst_e2e_scan.moc"
