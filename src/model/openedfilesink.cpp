@@ -1,7 +1,6 @@
 #include "openedfilesink.h"
 
 #include "nodeattributes.h"
-#include "nodememory.h"
 #include "pointtreewidgetitem.h"
 
 OpenedFile::~OpenedFile()
@@ -183,7 +182,5 @@ void OpenedFileSink::describeRealization(
 
 PointTreeWidgetItem *OpenedFileSink::newNode(const QString &text)
 {
-    if (m_nodeCount++ % NodeMemory::nodesPerRoom == 0)
-        NodeMemory::makeRoom();
     return new PointTreeWidgetItem(text);
 }

@@ -84,5 +84,4 @@ private:
     OpenedFile *m_file;
     QVector<Level> m_levels;
     int m_ignoredDepth = 0;
-    int m_nodeCount = 0;
 };

@@ -1,7 +1,6 @@
 #include "siblingsink.h"
 
 #include "nodeattributes.h"
-#include "nodememory.h"
 #include "pointtreewidgetitem.h"
 
 namespace {
@@ -179,8 +178,6 @@ PointTreeWidgetItem *SiblingSink::startRealization(
 
 PointTreeWidgetItem *SiblingSink::newNode(const QString &text, const PropertyHash &properties)
 {
-    if (m_nodes.size() % NodeMemory::nodesPerRoom == 0)
-        NodeMemory::makeRoom();
     auto *node = new PointTreeWidgetItem(text);
     node->setProperties(properties);
     m_nodes.append(node);

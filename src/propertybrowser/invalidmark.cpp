@@ -3,7 +3,6 @@
 #include <QEvent>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPixmap>
 
 #include <algorithm>
 #include <cmath>
@@ -16,8 +15,6 @@ constexpr double LeastContrast = 4.5;
 constexpr double WaveStep = 3.0; ///< half a wave
 constexpr double WaveHeight = 2.0;
 constexpr double WaveWidth = 1.2; ///< of the pen
-constexpr double WaveMargin = 2.0;
-constexpr int Waves = 4; ///< in a tile
 
 double luminance(const QColor &color)
 {
@@ -30,23 +27,6 @@ double contrast(const QColor &a, const QColor &b)
     const double first = luminance(a);
     const double second = luminance(b);
     return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
-}
-
-/// From `start`, which is down, to the right.
-void strokeWave(QPainter *painter, const QPointF &start, double length, const QColor &color)
-{
-    QPainterPath wave(start);
-    bool up = true;
-    for (double x = WaveStep; x <= length; x += WaveStep) {
-        wave.lineTo(start.x() + x, start.y() - (up ? WaveHeight : 0));
-        up = !up;
-    }
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(QPen(color, WaveWidth));
-    painter->setBrush(Qt::NoBrush);
-    painter->drawPath(wave);
-    painter->restore();
 }
 
 } // namespace
@@ -70,29 +50,18 @@ QColor InvalidMark::color(const QColor &background, const QColor &text)
 
 void InvalidMark::paintWave(QPainter *painter, const QRectF &rect, const QColor &color)
 {
-    // A few waves, repeated: stroking hundreds of short lines takes longer than all else in a sheet.
-    const double ratio = painter->device()->devicePixelRatioF();
-    const QSizeF size(Waves * 2 * WaveStep, WaveHeight + 2 * WaveMargin);
-    const QPointF place(std::floor(rect.left()), std::floor(rect.bottom() - WaveHeight - WaveMargin));
-    const QSizeF pixels = size * ratio;
-    const double length = std::floor(rect.width() / WaveStep) * WaveStep;
-    if (length <= 0) {
-        return;
+    QPainterPath wave(rect.bottomLeft());
+    bool up = true;
+    for (double x = WaveStep; x <= rect.width(); x += WaveStep) {
+        wave.lineTo(rect.left() + x, rect.bottom() - (up ? WaveHeight : 0));
+        up = !up;
     }
-    if (pixels.toSize() != pixels) {
-        // It would not join in the middle of a pixel.
-        strokeWave(painter, QPointF(rect.left(), rect.bottom()), length, color);
-        return;
-    }
-    QPixmap tile(pixels.toSize());
-    tile.setDevicePixelRatio(ratio);
-    tile.fill(Qt::transparent);
-    {
-        QPainter onTile(&tile);
-        const QPointF start = QPointF(rect.left(), rect.bottom()) - place;
-        strokeWave(&onTile, start - QPointF(2 * WaveStep, 0), size.width() + 4 * WaveStep, color);
-    }
-    painter->drawTiledPixmap(QRectF(place, QSizeF(length, size.height())), tile);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(QPen(color, WaveWidth));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawPath(wave);
+    painter->restore();
 }
 
 bool InvalidMark::eventFilter(QObject *watched, QEvent *event)

@@ -2,7 +2,6 @@
 
 #include "drops/dropmark.h"
 #include "drops/tabledrop.h"
-#include "gridlines.h"
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
 #include "realizationtreewidget.h"
@@ -30,7 +29,6 @@ RealizationTableWidget::RealizationTableWidget(QWidget *parent) : QTableWidget(p
 {
     setAcceptDrops(true);
     setDragEnabled(true);
-    setGridStyle(Qt::NoPen); // see GridLines
 }
 
 RealizationTableWidget::~RealizationTableWidget() = default;
@@ -116,8 +114,6 @@ void RealizationTableWidget::setMarked(bool marked)
 void RealizationTableWidget::paintEvent(QPaintEvent *event)
 {
     QTableWidget::paintEvent(event);
-    if (showGrid())
-        GridLines::paint(this, event->region());
     if (!m_marked)
         return;
     QPainter painter(viewport());
