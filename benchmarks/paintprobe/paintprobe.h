@@ -27,5 +27,5 @@ class PaintProbePlugin final : public QGenericPlugin
     Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "paintprobe.json")
 
 public:
-    QObject *create(const QString &name, const QString &specification) override;
+    QObject *create(const QString &name, const QString &arguments) override;
 };
