@@ -46,7 +46,7 @@ void OpenedProduct::startScan() const
 
 void OpenedProduct::waitForScan() const
 {
-    if (m_manager->isScanning()) {
+    if (m_manager->siblings().isRunning()) {
         QEventLoop loop;
         QObject::connect(m_manager.get(), &SourceDataManager::scanFinished, &loop, &QEventLoop::quit);
         loop.exec();

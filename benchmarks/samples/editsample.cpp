@@ -1,14 +1,14 @@
 #include "samples/sample.h"
 
+#include "form/drops/tabledrop.h"
+#include "form/realizationtablewidget.h"
+#include "form/realizationtreewidget.h"
 #include "model/pointtreewidgetitem.h"
 #include "model/sourcedatamanager.h"
 #include "openedproduct.h"
 #include "propertybrowser/grouppropertybrowser.h"
 #include "propertybrowser/treepropertybrowser.h"
-#include "surface/drops/tabledrop.h"
 #include "surface/extpointwidget.h"
-#include "surface/realizationtablewidget.h"
-#include "surface/realizationtreewidget.h"
 #include "watchedapplication.h"
 
 #include <QAction>

@@ -1,5 +1,7 @@
 #include "samples/sample.h"
 
+#include "form/realizationtablewidget.h"
+#include "form/realizationtreewidget.h"
 #include "hostmemory.h"
 #include "inputsender.h"
 #include "model/pointtreewidgetitem.h"
@@ -8,8 +10,6 @@
 #include "propertybrowser/treepropertybrowser.h"
 #include "samples/timerpause.h"
 #include "surface/extpointwidget.h"
-#include "surface/realizationtablewidget.h"
-#include "surface/realizationtreewidget.h"
 #include "watchedapplication.h"
 
 #include <QEventLoop>

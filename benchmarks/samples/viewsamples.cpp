@@ -1,9 +1,9 @@
 #include "samples/sample.h"
 
+#include "form/realizationtablewidget.h"
+#include "form/realizationtreewidget.h"
 #include "model/pointtreewidgetitem.h"
 #include "openedproduct.h"
-#include "surface/realizationtablewidget.h"
-#include "surface/realizationtreewidget.h"
 #include "watchedapplication.h"
 
 #include <QCheckBox>

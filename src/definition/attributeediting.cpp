@@ -5,10 +5,10 @@
 #include "committedvalue.h"
 #include "defintionpagebuilder.h"
 #include "enumtable.h"
+#include "form/extpointwidgetform.h"
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
 #include "pointcreation.h"
-#include "surface/extpointwidgetform.h"
 #include "tablecells.h"
 
 #include <QSignalBlocker>

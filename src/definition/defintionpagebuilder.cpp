@@ -4,13 +4,13 @@
 #include "attributetable.h"
 #include "committedvalue.h"
 #include "enumtable.h"
+#include "form/extpointwidgetform.h"
 #include "model/controller.h"
 #include "model/definitions.h"
 #include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
 #include "model/sourcedatamanager.h"
 #include "pointcreation.h"
-#include "surface/extpointwidgetform.h"
 #include "tablecells.h"
 #include "treemenu.h"
 
@@ -359,7 +359,7 @@ void DefintionPageBuilder::onBasicInfoDataChange(const QString &name, const QVar
     const QString now = point->properties().text(name);
     // Only this tag makes a point that records are for.
     if (name == QLatin1String("id") && point->kind() == QLatin1String("ExtPoint") && point->parentItem())
-        Controller::instance()->followPointId(old, now);
+        Controller::instance()->ownEdits().followPointId(old, now);
     if (name == QLatin1String("name"))
         point->setText(0, now);
     finishChange();

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "childtypemask.h"
+#include "form/extpointwidgetbuilder.h"
 #include "pointsheet.h"
-#include "surface/extpointwidgetbuilder.h"
 
 #include <QObject>
 #include <QPointer>

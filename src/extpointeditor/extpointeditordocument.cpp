@@ -52,7 +52,7 @@ QByteArray ExtPointEditorDocument::recoveryData() const
 
 void ExtPointEditorDocument::whenScanned(QObject *context, const std::function<void()> &action) const
 {
-    if (m_manager->isScanning())
+    if (m_manager->siblings().isRunning())
         connect(m_manager.get(), &SourceDataManager::scanFinished, context, action);
     else
         action();
@@ -85,13 +85,13 @@ bool ExtPointEditorDocument::save(QString *, const QString &, bool)
 
 QStringList ExtPointEditorDocument::awaitedFiles() const
 {
-    return m_manager->awaitedFiles();
+    return m_manager->siblings().awaitedFiles();
 }
 
 QVector<Core::UnreadableFile> ExtPointEditorDocument::unreadableFiles() const
 {
     QVector<Core::UnreadableFile> files;
-    for (const UnreadableFile &file : m_manager->unreadableFiles())
+    for (const UnreadableFile &file : m_manager->siblings().unreadableFiles())
         files.append({ file.path, file.reason });
     return files;
 }

@@ -136,69 +136,16 @@ void Controller::flushChanges()
         manager->changes().flush();
 }
 
-void Controller::addTarget(PointTreeWidgetItem *format)
-{
-    if (SourceDataManager *manager = sourceDataManager())
-        manager->addTarget(format);
-}
-
 void Controller::addRealization(PointTreeWidgetItem *node)
 {
     if (SourceDataManager *manager = sourceDataManager())
         manager->addRealization(node);
 }
 
-PointTreeWidgetItem *Controller::definition(const QString &key) const
-{
-    return ask([&](const SourceDataManager &manager) { return manager.definition(key); });
-}
-
-PointTreeWidgetItem *Controller::ensureDataSet()
-{
-    SourceDataManager *manager = sourceDataManager();
-    return manager ? manager->ensureDataSet() : nullptr;
-}
-
-void Controller::insertRealization(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int index)
-{
-    if (SourceDataManager *manager = sourceDataManager())
-        manager->insertRealization(parent, node, index);
-}
-
-bool Controller::moveRealization(PointTreeWidgetItem *node, PointTreeWidgetItem *parent, int index)
-{
-    SourceDataManager *manager = sourceDataManager();
-    return manager && manager->moveRealization(node, parent, index);
-}
-
-void Controller::setRealizationProperty(PointTreeWidgetItem *node, const QString &key, const QVariant &value)
-{
-    if (SourceDataManager *manager = sourceDataManager())
-        manager->setRealizationProperty(node, key, value);
-}
-
-void Controller::renameRecord(PointTreeWidgetItem *record, const QString &id)
-{
-    if (SourceDataManager *manager = sourceDataManager())
-        manager->renameRecord(record, id);
-}
-
-void Controller::destroyRealization(PointTreeWidgetItem *node)
-{
-    if (SourceDataManager *manager = sourceDataManager())
-        manager->destroyRealization(node);
-}
-
 void Controller::retire(PointTreeWidgetItem *node)
 {
     if (SourceDataManager *manager = sourceDataManager())
         manager->retire(node);
-}
-
-void Controller::followPointId(const QString &old, const QString &now)
-{
-    if (SourceDataManager *manager = sourceDataManager())
-        manager->followPointId(old, now);
 }
 
 OwnRealizations Controller::ownRealizations() const
@@ -208,32 +155,7 @@ OwnRealizations Controller::ownRealizations() const
 
 int Controller::formatRevision(const QString &name) const
 {
-    return ask([&](const SourceDataManager &manager) { return manager.formatRevision(name); });
-}
-
-QVector<PointTreeWidgetItem *> Controller::data(const QString &id) const
-{
-    return ask([&](const SourceDataManager &manager) { return manager.data(id); });
-}
-
-QVector<PointTreeWidgetItem *> Controller::realizations() const
-{
-    return ask([&](const SourceDataManager &manager) { return manager.realizations(); });
-}
-
-QVector<PointTreeWidgetItem *> Controller::layouts() const
-{
-    return ask([&](const SourceDataManager &manager) { return manager.layouts(); });
-}
-
-QVector<PointTreeWidgetItem *> Controller::targetFormats() const
-{
-    return ask([&](const SourceDataManager &manager) { return manager.targetFormats(); });
-}
-
-bool Controller::pointHasFormat(const PointTreeWidgetItem *node) const
-{
-    return ask([&](const SourceDataManager &manager) { return manager.pointHasFormat(node); });
+    return ask([&](const SourceDataManager &manager) { return manager.siblings().formatRevision(name); });
 }
 
 QStringList Controller::attributeTypes() const
@@ -246,32 +168,18 @@ QMap<QString, QStringList> Controller::attributeFields() const
     return ask([&](const SourceDataManager &manager) { return manager.attributeFields(); });
 }
 
-QStringList Controller::childTypes(const QString &key, const QString &pointId) const
+Definitions Controller::definitions() const
 {
-    return ask([&](const SourceDataManager &manager) { return manager.childTypes(key, pointId); });
+    return ask([&](const SourceDataManager &manager) { return manager.definitions(); });
 }
 
-QString Controller::childTypes(const QString &key, const QString &pointId, bool *exists) const
+OwnEdits Controller::ownEdits()
 {
-    return ask([&](const SourceDataManager &manager) { return manager.childTypes(key, pointId, exists); });
+    SourceDataManager *manager = sourceDataManager();
+    return manager ? manager->ownEdits() : OwnEdits();
 }
 
-QVector<PointTreeWidgetItem *> Controller::realizationItems(const QString &key) const
+bool Controller::isScanning() const
 {
-    return ask([&](const SourceDataManager &manager) { return manager.realizationItems(key); });
-}
-
-QVector<PointTreeWidgetItem *> Controller::realizationItems(const QString &key, const QString &kind) const
-{
-    return ask([&](const SourceDataManager &manager) { return manager.realizationItems(key, kind); });
-}
-
-bool Controller::attributeDefinitions(const PointTreeWidgetItem *item, Definitions::Attributes *attributes) const
-{
-    return ask([&](const SourceDataManager &manager) { return manager.attributeDefinitions(item, attributes); });
-}
-
-QString Controller::keyValue(const PointTreeWidgetItem *node) const
-{
-    return ask([&](const SourceDataManager &manager) { return manager.keyValue(node); });
+    return ask([&](const SourceDataManager &manager) { return manager.siblings().isRunning(); });
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "definitions.h"
+#include "ownedits.h"
 #include "ownrealizations.h"
 
 #include <QList>
@@ -8,8 +9,6 @@
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
-#include <QVariant>
-#include <QVector>
 #include <QWidget>
 
 class MainWidgetInterface;
@@ -48,34 +47,18 @@ public:
     [[nodiscard]] PointTreeWidgetItem *realizationRoot() const;
     void addDefinition(PointTreeWidgetItem *parent, PointTreeWidgetItem *child);
     void offerDefinition(PointTreeWidgetItem *definition, PointTreeWidgetItem *above);
-    /// Announces what has changed; see ModelChanges.
-    void flushChanges();
-    void addTarget(PointTreeWidgetItem *format);
     void addRealization(PointTreeWidgetItem *node);
-    [[nodiscard]] PointTreeWidgetItem *definition(const QString &key) const;
-    PointTreeWidgetItem *ensureDataSet();
-    void insertRealization(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int index = -1);
-    bool moveRealization(PointTreeWidgetItem *node, PointTreeWidgetItem *parent, int index = -1);
-    void setRealizationProperty(PointTreeWidgetItem *node, const QString &key, const QVariant &value);
-    void renameRecord(PointTreeWidgetItem *record, const QString &id);
-    void destroyRealization(PointTreeWidgetItem *node);
     void retire(PointTreeWidgetItem *node);
-    void followPointId(const QString &old, const QString &now);
     [[nodiscard]] OwnRealizations ownRealizations() const;
-    [[nodiscard]] int formatRevision(const QString &name) const;
-    [[nodiscard]] QVector<PointTreeWidgetItem *> data(const QString &id) const;
-    [[nodiscard]] QVector<PointTreeWidgetItem *> realizations() const;
-    [[nodiscard]] QVector<PointTreeWidgetItem *> layouts() const;
-    [[nodiscard]] QVector<PointTreeWidgetItem *> targetFormats() const;
-    [[nodiscard]] bool pointHasFormat(const PointTreeWidgetItem *node) const;
+    [[nodiscard]] OwnEdits ownEdits();
+    [[nodiscard]] Definitions definitions() const;
     [[nodiscard]] QStringList attributeTypes() const;
     [[nodiscard]] QMap<QString, QStringList> attributeFields() const;
-    [[nodiscard]] QStringList childTypes(const QString &key, const QString &pointId) const;
-    [[nodiscard]] QString childTypes(const QString &key, const QString &pointId, bool *exists) const;
-    [[nodiscard]] QVector<PointTreeWidgetItem *> realizationItems(const QString &key) const;
-    [[nodiscard]] QVector<PointTreeWidgetItem *> realizationItems(const QString &key, const QString &kind) const;
-    [[nodiscard]] bool attributeDefinitions(const PointTreeWidgetItem *item, Definitions::Attributes *attributes) const;
-    [[nodiscard]] QString keyValue(const PointTreeWidgetItem *node) const;
+    /// Announces what has changed; see ModelChanges.
+    void flushChanges();
+    /// See SiblingScan.
+    [[nodiscard]] int formatRevision(const QString &name) const;
+    [[nodiscard]] bool isScanning() const;
 
 private:
     Controller() = default;

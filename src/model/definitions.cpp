@@ -13,12 +13,22 @@ QString lastSegment(const QString &id)
 
 } // namespace
 
-Definitions::Definitions(const NodeIndexes &indexes) : m_indexes(indexes) { }
+Definitions::Definitions(const NodeIndexes &indexes) : m_indexes(&indexes) { }
+
+Definitions::Nodes Definitions::find(const QString &key, const QString &pointId) const
+{
+    return m_indexes ? m_indexes->definitions(key, pointId) : Nodes();
+}
+
+PointTreeWidgetItem *Definitions::first(const QString &key) const
+{
+    return m_indexes ? (*m_indexes)[NodeIndexes::Points].first(key) : nullptr;
+}
 
 Definitions::Nodes Definitions::of(const QString &key, const QString &pointId) const
 {
-    const Nodes stored = m_indexes.definitions(key, pointId);
-    return stored.isEmpty() ? m_indexes.definitions(pointId, pointId) : stored;
+    const Nodes stored = find(key, pointId);
+    return stored.isEmpty() ? find(pointId, pointId) : stored;
 }
 
 bool Definitions::attributes(const QString &kind, const QString &pointId, Attributes *attributes) const
@@ -52,7 +62,7 @@ bool Definitions::attributes(const QString &kind, const QString &pointId, Attrib
 
 QStringList Definitions::childTypes(const QString &key, const QString &pointId) const
 {
-    const Nodes definitions = m_indexes.definitions(key, pointId);
+    const Nodes definitions = find(key, pointId);
     if (definitions.isEmpty())
         return {};
     return definitions.constFirst()->property(QStringLiteral("childType")).toString().split(QLatin1Char('|'));
@@ -60,7 +70,7 @@ QStringList Definitions::childTypes(const QString &key, const QString &pointId) 
 
 QString Definitions::childTypes(const QString &key, const QString &pointId, bool *exists) const
 {
-    const Nodes definitions = m_indexes.definitions(key, pointId);
+    const Nodes definitions = find(key, pointId);
     if (definitions.isEmpty())
         return {};
     const QVariant childType = definitions.constFirst()->property(QStringLiteral("childType"));
@@ -70,7 +80,7 @@ QString Definitions::childTypes(const QString &key, const QString &pointId, bool
 
 bool Definitions::hasFormat(const QString &pointId) const
 {
-    PointTreeWidgetItem *point = m_indexes[NodeIndexes::Points].first(pointId);
+    PointTreeWidgetItem *point = first(pointId);
     return point && point->property(QStringLiteral("hasformat")).toBool();
 }
 

@@ -14,7 +14,7 @@ class NodeIndexes;
 class PointTreeWidgetItem;
 
 /// What the points of the product say about the nodes that realize them: a view on the indexes, made where it is
-/// needed. GUI thread.
+/// needed. One made without indexes knows nothing. GUI thread.
 class Definitions final
 {
 public:
@@ -27,12 +27,16 @@ public:
         QHash<QString, QString> types;
         QHash<QString, QStringList> options; ///< only for attributes that have any
         QSet<QString> translatable;
-        QHash<QString, QVariant> minima;     ///< "min" of those that declare one
-        QHash<QString, QVariant> maxima;     ///< the same for "max"
-        QStringList keys;                    ///< in the order of the declarations
+        QHash<QString, QVariant> minima; ///< "min" of those that declare one
+        QHash<QString, QVariant> maxima; ///< the same for "max"
+        QStringList keys;                ///< in the order of the declarations
     };
 
+    Definitions() = default;
     explicit Definitions(const NodeIndexes &indexes);
+
+    /// The first definition stored under @p key; null without one.
+    [[nodiscard]] PointTreeWidgetItem *first(const QString &key) const;
 
     /// The definitions stored under @p key that belong to the point @p pointId (compared without letter case). Another
     /// plug-in may use the same key for a sub point of its own, so where none under the key belongs to the point, the
@@ -74,5 +78,7 @@ public:
     [[nodiscard]] static QString keyValue(const PointTreeWidgetItem *node);
 
 private:
-    const NodeIndexes &m_indexes;
+    [[nodiscard]] Nodes find(const QString &key, const QString &pointId) const;
+
+    const NodeIndexes *m_indexes = nullptr;
 };

@@ -1,7 +1,7 @@
-// The manager's changes of the opened file's realization side.
+#include "ownedits.h"
 
-#include "sourcedatamanager.h"
-#include "subtree.h"
+#include "nodeindexes.h"
+#include "pointtreewidgetitem.h"
 
 namespace {
 
@@ -22,82 +22,57 @@ void insertRow(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int index
 
 } // namespace
 
-OwnRealizations SourceDataManager::ownRealizations() const
-{
-    return { &m_indexes, m_realizationRoot, m_allDataRoot };
-}
+OwnEdits::OwnEdits(const NodeIndexes *indexes, PointTreeWidgetItem *root, const OwnRealizations &own)
+    : m_indexes(indexes), m_root(root), m_own(own)
+{ }
 
-PointTreeWidgetItem *SourceDataManager::ensureDataSet()
+PointTreeWidgetItem *OwnEdits::ensureDataSet() const
 {
-    if (!m_realizationRoot)
+    if (!m_root)
         return nullptr;
-    for (PointObject *child : m_realizationRoot->children()) {
+    for (PointObject *child : m_root->children()) {
         if (child->item()->isKind(QLatin1String("ExtDataSet")))
             return child->item();
     }
     auto *set = new PointTreeWidgetItem(QString());
     set->setKind(QStringLiteral("ExtDataSet"));
-    insertRealization(m_realizationRoot, set);
+    insert(m_root, set);
     return set;
 }
 
-void SourceDataManager::insertRealization(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int index)
+void OwnEdits::insert(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int index)
 {
     parent->insertIntoListOnly(index, node);
     node->takeRow();
     insertRow(parent, node, index);
 }
 
-bool SourceDataManager::moveRealization(PointTreeWidgetItem *node, PointTreeWidgetItem *parent, int index)
+bool OwnEdits::move(PointTreeWidgetItem *node, PointTreeWidgetItem *parent, int index)
 {
     if (!node || !parent || node->reaches(parent))
         return false;
     if (PointTreeWidgetItem *above = node->parentItem())
         above->detachChild(node);
-    node->takeRow();
-    parent->insertIntoListOnly(index, node);
-    insertRow(parent, node, index);
+    insert(parent, node, index);
     return true;
 }
 
-void SourceDataManager::setRealizationProperty(PointTreeWidgetItem *node, const QString &key, const QVariant &value)
-{
-    node->setProperty(key, value);
-}
-
-void SourceDataManager::renameRecord(PointTreeWidgetItem *record, const QString &id)
+void OwnEdits::renameRecord(PointTreeWidgetItem *record, const QString &id) const
 {
     const QString old = record->property(idKey).toString();
-    const OwnRealizations::Nodes references
-        = id.isEmpty() ? OwnRealizations::Nodes() : ownRealizations().references(old);
+    const OwnRealizations::Nodes references = id.isEmpty() ? OwnRealizations::Nodes() : m_own.references(old);
     for (PointTreeWidgetItem *reference : references)
-        setRealizationProperty(reference, idKey, id);
-    setRealizationProperty(record, idKey, id);
+        reference->setProperty(idKey, id);
+    record->setProperty(idKey, id);
 }
 
-void SourceDataManager::destroyRealization(PointTreeWidgetItem *node)
-{
-    PointTreeWidgetItem::destroySubtree(node);
-}
-
-void SourceDataManager::retire(PointTreeWidgetItem *node)
-{
-    if (!node)
-        return;
-    if (PointTreeWidgetItem *above = node->parentItem())
-        above->detachChild(node);
-    node->takeRow();
-    m_retired.append(node);
-    forSubtree(node, [this](PointTreeWidgetItem *item) { m_indexes.forget(item); });
-}
-
-void SourceDataManager::followPointId(const QString &old, const QString &now)
+void OwnEdits::followPointId(const QString &old, const QString &now) const
 {
     // Where somebody else has the one name or the other, nobody can say later whose the records were.
-    if (old == now || old.isEmpty() || now.isEmpty() || definition(old)
-        || m_indexes[NodeIndexes::Points].nodes(now).size() > 1 || !ownRealizations().holders(now).isEmpty())
+    if (!m_indexes || old == now || old.isEmpty() || now.isEmpty() || (*m_indexes)[NodeIndexes::Points].first(old)
+        || (*m_indexes)[NodeIndexes::Points].nodes(now).size() > 1 || !m_own.holders(now).isEmpty())
         return;
-    const OwnRealizations::Nodes holders = ownRealizations().holders(old);
+    const OwnRealizations::Nodes holders = m_own.holders(old);
     for (PointTreeWidgetItem *holder : holders)
-        setRealizationProperty(holder, idKey, now);
+        holder->setProperty(idKey, now);
 }

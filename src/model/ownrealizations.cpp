@@ -55,6 +55,43 @@ bool OwnRealizations::isEntry(const PointTreeWidgetItem *node)
     return false;
 }
 
+OwnRealizations::Nodes OwnRealizations::all() const
+{
+    return m_indexes ? (*m_indexes)[NodeIndexes::Realizations].all() : Nodes();
+}
+
+OwnRealizations::Nodes OwnRealizations::items(const QString &key, const QString &kind) const
+{
+    Nodes found;
+    const Nodes nodes = m_indexes ? (*m_indexes)[NodeIndexes::Realizations].nodes(key) : Nodes();
+    for (const PointTreeWidgetItem *node : nodes) {
+        for (PointObject *child : node->children()) {
+            PointTreeWidgetItem *item = child->item();
+            if (item && !item->property(idKey).toString().isEmpty()
+                && (kind.isEmpty() || item->kind().compare(kind, Qt::CaseInsensitive) == 0))
+                found.append(item);
+        }
+    }
+    return found;
+}
+
+OwnRealizations::Nodes OwnRealizations::tabRoots() const
+{
+    if (!m_indexes)
+        return {};
+    Nodes roots = (*m_indexes)[NodeIndexes::Layouts].all();
+    const NodeIndex &targets = (*m_indexes)[NodeIndexes::Targets];
+    const QStringList names = targets.sortedKeys();
+    for (const QString &name : names)
+        roots.append(targets.first(name));
+    return roots;
+}
+
+PointTreeWidgetItem *OwnRealizations::formatOfTarget(const QString &target) const
+{
+    return m_indexes ? (*m_indexes)[NodeIndexes::Targets].first(target) : nullptr;
+}
+
 OwnRealizations::Nodes OwnRealizations::withId(const QString &id) const
 {
     return m_indexes && !id.isEmpty() ? (*m_indexes)[NodeIndexes::Realizations].nodes(id) : Nodes();

@@ -20,6 +20,18 @@ public:
     OwnRealizations() = default;
     OwnRealizations(const NodeIndexes *indexes, PointTreeWidgetItem *root, PointTreeWidgetItem *siblings);
 
+    /// Every node, by its key in the index (its "id" or, without one, its tag name), then in document order.
+    [[nodiscard]] Nodes all() const;
+
+    /// The children with an "id" of each node that stands under @p key in the index; with a @p kind only those of that
+    /// kind, compared without letter case.
+    [[nodiscard]] Nodes items(const QString &key, const QString &kind = QString()) const;
+
+    /// The formats of the target map, the first of each target, by target, after the layouts in document order.
+    [[nodiscard]] Nodes tabRoots() const;
+
+    [[nodiscard]] PointTreeWidgetItem *formatOfTarget(const QString &target) const;
+
     /// The opened file's nodes with this id, in document order.
     [[nodiscard]] Nodes withId(const QString &id) const;
 

@@ -8,10 +8,10 @@
 #include "modellog.h"
 #include "openedfilesink.h"
 #include "pointtreewidgetitem.h"
+#include "subtree.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 
 #include <utility>
@@ -20,27 +20,9 @@ namespace {
 
 const QString idKey = QStringLiteral("id");
 
-// Often enough for the eye, and seldom enough for the painting to be a small part of a scan.
-constexpr int pauseBetweenRowsMs = 120;
-
-// A network that answers at all does so sooner.
-constexpr std::chrono::seconds patience(10);
-
 QString rootText(const char *text)
 {
     return QCoreApplication::translate("SourceDataManager", text);
-}
-
-QVector<PointTreeWidgetItem *> childrenWithId(const NodeIndex::Nodes &nodes)
-{
-    QVector<PointTreeWidgetItem *> found;
-    for (const PointTreeWidgetItem *node : nodes) {
-        for (PointObject *child : node->children()) {
-            if (child->item() && !child->property(idKey).toString().isEmpty())
-                found.append(child->item());
-        }
-    }
-    return found;
 }
 
 } // namespace
@@ -52,24 +34,22 @@ SourceDataManager::SourceDataManager(const QString &filePath, QObject *parent)
       m_allDataRoot(new PointTreeWidgetItem(QString())), m_fourthRoot(new PointTreeWidgetItem(QString())),
       m_realizationRoot(new PointTreeWidgetItem(QString())),
       m_ownPoints(&m_indexes, &m_changes, [this] { followRoot(); }), m_realizationIndexing(&m_indexes, &m_changes),
-      m_attributeTypes(AttributeFields::typeNames()), m_attributeFields(AttributeFields::table())
+      m_siblings(this, &m_ownPoints), m_attributeTypes(AttributeFields::typeNames()),
+      m_attributeFields(AttributeFields::table())
 {
     m_ownPoints.watch(m_definitionRoot, m_availablePointsRoot);
     m_realizationRoot->setWatcher(&m_realizationIndexing);
-    m_pluginsTimer.setSingleShot(true);
-    // The first ones show at once.
-    m_pluginsTimer.setInterval(0);
-    connect(&m_pluginsTimer, &QTimer::timeout, this, &SourceDataManager::showArrivedPlugins);
+    connect(&m_siblings, &SiblingScan::progressed, this, &SourceDataManager::scanProgressed);
+    connect(&m_siblings, &SiblingScan::finished, this, &SourceDataManager::scanFinished);
 }
 
 SourceDataManager::~SourceDataManager()
 {
-    m_scan.reset();
+    m_siblings.clear();
     m_indexes.clear();
     m_ownPoints.stop();
     if (m_realizationRoot)
         m_realizationRoot->setWatcher(nullptr);
-    dropOwnReading();
     for (const auto &root : { m_definitionRoot, m_availablePointsRoot, m_allDataRoot, m_fourthRoot, m_realizationRoot })
         PointTreeWidgetItem::destroySubtree(root);
     for (const QPointer<PointTreeWidgetItem> &node : qAsConst(m_retired))
@@ -173,85 +153,49 @@ SaveReport SourceDataManager::saveReport() const
     (void)written(keys, ModelWriter::Marks::AsDeclared, &report);
     for (const SaveReport::Remark &remark : m_dropped)
         report.add(remark);
-    QStringList unread = awaitedFiles();
-    for (const UnreadableFile &file : m_unreadable)
+    QStringList unread = m_siblings.awaitedFiles();
+    for (const UnreadableFile &file : m_siblings.unreadableFiles())
         unread.append(file.path);
     report.blame(unread);
     return report;
-}
-
-QStringList SourceDataManager::awaitedFiles() const
-{
-    return m_scan ? m_scan->awaited() : QStringList();
-}
-
-bool SourceDataManager::canBeWritten() const
-{
-    return !m_loadFailed && !m_filePath.isEmpty() && m_definitionRoot && m_realizationRoot;
 }
 
 void SourceDataManager::startScan(const QString &fileName)
 {
     if (holdsScannedNodes())
         clearScan();
-    const QFileInfo opened(QDir::cleanPath(QFileInfo(fileName).absoluteFilePath()));
-    QDir plugins = opened.dir();
-    plugins.cdUp();
-    m_unreadable.clear();
-    if (!QFileInfo(plugins.path()).isReadable())
-        m_unreadable.append(
-            { plugins.path(), QStringLiteral("%1: the directory can't be listed").arg(plugins.path()) });
-
-    // "." and ".." stand in the list too: a file beside the plug-in directories or above them is read like a sibling's.
-    const QStringList entries = plugins.entryList(QDir::Dirs | QDir::NoSymLinks);
-    const QString fileInEntry = QStringLiteral("/extension.xml");
-    const bool isLoaded = fileName == m_filePath && !m_loadFailed;
-    const int ownIndex = isLoaded && QLatin1Char('/') + opened.fileName() == fileInEntry
-        ? entries.indexOf(opened.dir().dirName())
-        : -1;
-    QStringList paths;
-    paths.reserve(entries.size());
-    for (const QString &entry : entries)
-        paths.append(plugins.path() + QLatin1Char('/') + entry + fileInEntry);
-
-    m_scan = std::make_unique<ScanSequence>(paths,
-        isLoaded ? ExtensionFile::FileIdentity::of(fileName) : ExtensionFile::FileIdentity(),
-        ScanSequence::Roots { m_availablePointsRoot, m_allDataRoot, m_fourthRoot },
-        [this, ownIndex](int index, bool isOpened, const Announcement &announcement) {
-            if (std::exchange(m_arrivingFile, index) != index)
-                m_arrivingLayouts.clear();
-            // By its name as well: somebody may have put a new file in the place of the one that was opened.
-            receive(isOpened || index == ownIndex, announcement);
-        });
-    connect(m_scan.get(), &ScanSequence::unreadable, this,
-        [this](const UnreadableFile &file) { m_unreadable.append(file); });
-    connect(m_scan.get(), &ScanSequence::portionDelivered, this, [this] {
-        for (const QString &name : qAsConst(m_arrivingLayouts))
-            ++m_formatRevisions[name];
-        Q_EMIT scanProgressed();
-    });
-    connect(m_scan.get(), &ScanSequence::finished, this, [this] {
-        m_arrivingLayouts.clear();
-        showArrivedPlugins();
-        // Not deleted here: the sequence is the sender.
-        m_scan.release()->deleteLater();
-        dropOwnReading();
-        Q_EMIT scanFinished();
-    });
-    qCInfo(scanLog, "%s: reading %d directories", qUtf8Printable(plugins.path()), entries.size());
-    m_scan->start();
+    m_siblings.start(fileName, fileName == m_filePath && !m_loadFailed);
 }
 
 void SourceDataManager::completeScan()
 {
-    const QPointer<SourceDataManager> alive(this);
-    if (m_scan)
-        m_scan->complete(patience);
-    if (!alive || !m_scan)
+    m_siblings.complete();
+}
+
+OwnRealizations SourceDataManager::ownRealizations() const
+{
+    return { &m_indexes, m_realizationRoot, m_allDataRoot };
+}
+
+OwnEdits SourceDataManager::ownEdits()
+{
+    return { &m_indexes, m_realizationRoot, ownRealizations() };
+}
+
+void SourceDataManager::retire(PointTreeWidgetItem *node)
+{
+    if (!node)
         return;
-    const QStringList missing = m_scan->awaited();
-    for (const QString &path : missing)
-        qCWarning(scanLog, "%s: not waited for any longer", qUtf8Printable(path));
+    if (PointTreeWidgetItem *above = node->parentItem())
+        above->detachChild(node);
+    node->takeRow();
+    m_retired.append(node);
+    forSubtree(node, [this](PointTreeWidgetItem *item) { m_indexes.forget(item); });
+}
+
+bool SourceDataManager::canBeWritten() const
+{
+    return !m_loadFailed && !m_filePath.isEmpty() && m_definitionRoot && m_realizationRoot;
 }
 
 void SourceDataManager::addDefinition(PointTreeWidgetItem *parent, PointTreeWidgetItem *child)
@@ -271,87 +215,6 @@ void SourceDataManager::addRealization(PointTreeWidgetItem *node)
     m_realizationIndexing.enter(node);
 }
 
-PointTreeWidgetItem *SourceDataManager::definition(const QString &key) const
-{
-    return m_indexes[NodeIndexes::Points].first(key);
-}
-
-QVector<PointTreeWidgetItem *> SourceDataManager::data(const QString &id) const
-{
-    return m_indexes[NodeIndexes::Data].nodes(id);
-}
-
-PointTreeWidgetItem *SourceDataManager::dataChild(const QString &id) const
-{
-    return m_indexes[NodeIndexes::DataChildren].first(id);
-}
-
-QVector<PointTreeWidgetItem *> SourceDataManager::realizations() const
-{
-    return m_indexes[NodeIndexes::Realizations].all();
-}
-
-QVector<PointTreeWidgetItem *> SourceDataManager::layouts() const
-{
-    return m_indexes[NodeIndexes::Layouts].all();
-}
-
-QVector<PointTreeWidgetItem *> SourceDataManager::targetFormats() const
-{
-    QVector<PointTreeWidgetItem *> formats;
-    const NodeIndex &targets = m_indexes[NodeIndexes::Targets];
-    const QStringList names = targets.sortedKeys();
-    for (const QString &name : names)
-        formats.append(targets.first(name));
-    return formats;
-}
-
-PointTreeWidgetItem *SourceDataManager::formatOfTarget(const QString &target) const
-{
-    return m_indexes[NodeIndexes::Targets].first(target);
-}
-
-PointTreeWidgetItem *SourceDataManager::siblingFormatOfTarget(const QString &target) const
-{
-    return m_indexes[NodeIndexes::FormatTargets].first(target);
-}
-
-bool SourceDataManager::pointHasFormat(const PointTreeWidgetItem *node) const
-{
-    return node && definitions().hasFormat(node->pointId());
-}
-
-QStringList SourceDataManager::childTypes(const QString &key, const QString &pointId) const
-{
-    return definitions().childTypes(key, pointId);
-}
-
-QString SourceDataManager::childTypes(const QString &key, const QString &pointId, bool *exists) const
-{
-    return definitions().childTypes(key, pointId, exists);
-}
-
-QVector<PointTreeWidgetItem *> SourceDataManager::realizationItems(const QString &key) const
-{
-    return childrenWithId(m_indexes[NodeIndexes::Realizations].nodes(key));
-}
-
-QVector<PointTreeWidgetItem *> SourceDataManager::realizationItems(const QString &key, const QString &kind) const
-{
-    QVector<PointTreeWidgetItem *> items;
-    const QVector<PointTreeWidgetItem *> all = realizationItems(key);
-    for (PointTreeWidgetItem *item : all) {
-        if (item->kind().compare(kind, Qt::CaseInsensitive) == 0)
-            items.append(item);
-    }
-    return items;
-}
-
-bool SourceDataManager::attributeDefinitions(const PointTreeWidgetItem *item, Definitions::Attributes *attributes) const
-{
-    return item && definitions().attributes(item->kind(), item->pointId(), attributes);
-}
-
 void SourceDataManager::onDefinData(QString key, PointTreeWidgetItem *item)
 {
     if (item && !key.isEmpty())
@@ -362,8 +225,7 @@ void SourceDataManager::layoutRelization(PointTreeWidgetItem *layout)
 {
     if (!layout)
         return;
-    // What stands in it is announced after it.
-    m_arrivingLayouts.append(noteSiblingFormat(layout));
+    m_siblings.noteFormat(enterSiblingFormat(layout), true);
     m_controller->addLayout(layout);
 }
 
@@ -395,9 +257,9 @@ void SourceDataManager::allFormatRoot(PointTreeWidgetItem *item)
     if (!item || m_indexes[NodeIndexes::Formats].contains(item->pluginId(), item))
         return;
     m_indexes.add(NodeIndexes::Formats, item->pluginId(), item);
-    noteSiblingFormat(item);
+    m_siblings.noteFormat(enterSiblingFormat(item), false);
     const QString target = item->property(QStringLiteral("target")).toString();
-    if (PointTreeWidgetItem *known = target.isEmpty() ? nullptr : siblingFormatOfTarget(target)) {
+    if (PointTreeWidgetItem *known = target.isEmpty() ? nullptr : m_indexes[NodeIndexes::FormatTargets].first(target)) {
         m_formatMerger.merge(known, item);
         return;
     }
@@ -406,49 +268,12 @@ void SourceDataManager::allFormatRoot(PointTreeWidgetItem *item)
     m_controller->addFormatRoot(item);
 }
 
-QString SourceDataManager::noteSiblingFormat(PointTreeWidgetItem *root)
+QString SourceDataManager::enterSiblingFormat(PointTreeWidgetItem *root)
 {
     const QString name = OwnRealizations::tabName(root);
-    if (!name.isEmpty()) {
+    if (!name.isEmpty())
         m_indexes.add(NodeIndexes::SiblingFormats, name, root);
-        ++m_formatRevisions[name];
-    }
     return name;
-}
-
-void SourceDataManager::receive(bool ownFile, const Announcement &announcement)
-{
-    if (ownFile) {
-        if (announcement.parent == m_availablePointsRoot && m_ownPoints.waiting() > 0) {
-            showArrivedPlugins();
-            m_ownPoints.place();
-        }
-        if (announcement.parent == m_availablePointsRoot || announcement.parent == m_allDataRoot)
-            m_ownReading.append(announcement.node);
-        else if (announcement.kind == Announcement::AddObjChild)
-            announcement.parent->addChild(announcement.node, false);
-        return;
-    }
-    switch (announcement.kind) {
-    case Announcement::DefinData:
-        onDefinData(announcement.key, announcement.node);
-        break;
-    case Announcement::AddTopChild:
-        if (announcement.parent == m_availablePointsRoot)
-            addPlugin(announcement.node);
-        else
-            addTopChild(announcement.parent, announcement.node);
-        break;
-    case Announcement::AddObjChild:
-        addObjChild(announcement.parent, announcement.node);
-        break;
-    case Announcement::LayoutRelization:
-        layoutRelization(announcement.node);
-        break;
-    case Announcement::AllFormatRoot:
-        allFormatRoot(announcement.node);
-        break;
-    }
 }
 
 void SourceDataManager::followRoot()
@@ -462,33 +287,6 @@ void SourceDataManager::followRoot()
     m_definitionRoot->setText(0, id);
     for (PointObject *set : m_realizationRoot->children())
         m_realizationIndexing.describe(set->item());
-}
-
-void SourceDataManager::addPlugin(PointTreeWidgetItem *plugin)
-{
-    if (!plugin || !m_availablePointsRoot)
-        return;
-    // The opened file's own stand at the end until the scan comes to them, so that nothing that the user has selected
-    // there ever moves.
-    m_availablePointsRoot->insertChild(m_availablePointsRoot->children().size() - m_ownPoints.waiting(), plugin);
-    m_arrivedPlugins.append(plugin);
-    if (!m_pluginsTimer.isActive())
-        m_pluginsTimer.start();
-}
-
-void SourceDataManager::showArrivedPlugins()
-{
-    const auto arrived = std::exchange(m_arrivedPlugins, {});
-    m_pluginsTimer.stop();
-    m_pluginsTimer.setInterval(pauseBetweenRowsMs);
-    QList<QTreeWidgetItem *> rows;
-    for (const QPointer<PointTreeWidgetItem> &plugin : arrived) {
-        if (plugin)
-            rows.append(plugin);
-    }
-    if (rows.isEmpty() || !m_availablePointsRoot)
-        return;
-    m_availablePointsRoot->insertChildren(m_availablePointsRoot->childCount() - m_ownPoints.waiting(), rows);
 }
 
 void SourceDataManager::adopt(OpenedFile &file)
@@ -530,25 +328,18 @@ bool SourceDataManager::holdsScannedNodes() const
     const auto isFilled = [this](NodeIndexes::Name name) { return m_indexes[name].size() > 0; };
     const int foreign
         = m_availablePointsRoot ? m_availablePointsRoot->children().size() - m_ownPoints.pluginCount() : 0;
-    return m_scan || foreign > 0 || m_ownPoints.placed() > 0 || (m_allDataRoot && !m_allDataRoot->children().isEmpty())
-        || isFilled(NodeIndexes::DataChildren) || isFilled(NodeIndexes::Data) || isFilled(NodeIndexes::Formats)
-        || isFilled(NodeIndexes::SiblingFormats);
+    return m_siblings.isRunning() || foreign > 0 || m_ownPoints.placed() > 0
+        || (m_allDataRoot && !m_allDataRoot->children().isEmpty()) || isFilled(NodeIndexes::DataChildren)
+        || isFilled(NodeIndexes::Data) || isFilled(NodeIndexes::Formats) || isFilled(NodeIndexes::SiblingFormats);
 }
 
 void SourceDataManager::clearScan()
 {
-    m_scan.reset();
-    m_unreadable.clear();
-    dropOwnReading();
-    m_arrivedPlugins.clear();
-    m_pluginsTimer.stop();
-    m_pluginsTimer.setInterval(0);
+    m_siblings.clear();
     m_formatMerger.clear();
     for (const NodeIndexes::Name name : { NodeIndexes::Points, NodeIndexes::DataChildren, NodeIndexes::Data,
              NodeIndexes::FormatTargets, NodeIndexes::Formats, NodeIndexes::SiblingFormats })
         m_indexes.clear(name);
-    m_arrivingLayouts.clear();
-    m_formatRevisions.clear();
     m_ownPoints.takeBackAll();
     for (PointTreeWidgetItem *root : { m_availablePointsRoot.data(), m_allDataRoot.data() }) {
         const QList<PointObject *> children = root ? root->children() : QList<PointObject *>();
@@ -557,11 +348,4 @@ void SourceDataManager::clearScan()
     }
     if (m_definitionRoot)
         m_ownPoints.offerAll();
-}
-
-void SourceDataManager::dropOwnReading()
-{
-    const QVector<QPointer<PointTreeWidgetItem>> sets = std::exchange(m_ownReading, {});
-    for (const QPointer<PointTreeWidgetItem> &set : sets)
-        PointTreeWidgetItem::destroySubtree(set);
 }

@@ -1,5 +1,6 @@
 #include "formatediting.h"
 
+#include "formatfilling.h"
 #include "model/controller.h"
 #include "model/generatedid.h"
 #include "model/pointtreewidgetitem.h"
@@ -10,6 +11,7 @@
 
 namespace {
 
+const QString idKey = QStringLiteral("id");
 const QString menuBar = QStringLiteral("menubar");
 const QString toolBars = QStringLiteral("toolbars");
 
@@ -19,7 +21,7 @@ QStringList FormatEditing::childTypes(PointTreeWidgetItem *row)
 {
     if (!row)
         return {};
-    QStringList types = Controller::instance()->childTypes(row->kind().toLower(), row->pointId());
+    QStringList types = Controller::instance()->definitions().childTypes(row->kind().toLower(), row->pointId());
     if (row->kind() == QLatin1String("format")) {
         types << menuBar << toolBars;
         types.removeDuplicates();
@@ -43,7 +45,7 @@ PointTreeWidgetItem *FormatEditing::createChild(PointTreeWidgetItem *row, const 
         child->QTreeWidgetItem::setText(0, type);
     } else {
         const QString id = GeneratedId::make(Controller::instance()->pluginId(), type + QLatin1Char('.'));
-        child->setProperty(QStringLiteral("id"), id);
+        child->setProperty(idKey, id);
         child->QTreeWidgetItem::setText(0, id);
     }
     row->addChild(child, true);
@@ -62,11 +64,34 @@ PointTreeWidgetItem *FormatEditing::createRoot(const QString &name)
     root->setKind(QStringLiteral("format"));
     root->setPluginId(controller->pluginId());
     root->setProperty(QStringLiteral("target"), name);
-    if (PointTreeWidgetItem *set = controller->ensureDataSet())
-        controller->insertRealization(set, root);
+    if (PointTreeWidgetItem *set = controller->ownEdits().ensureDataSet())
+        OwnEdits::insert(set, root);
     else
         controller->retire(root);
     return root;
+}
+
+void FormatEditing::rename(PointTreeWidgetItem *node, const QString &id)
+{
+    Controller *controller = Controller::instance();
+    const QString old = node->property(idKey).toString();
+    const bool isRecord = OwnRealizations::isRecord(node);
+    OwnRealizations::Nodes entries;
+    if (isRecord && !id.isEmpty())
+        entries = controller->ownRealizations().references(old);
+    else if (OwnRealizations::isRoot(node) || OwnRealizations::isEntry(node))
+        entries.append(node);
+    OwnRealizations::Nodes placed;
+    if (!old.isEmpty() && !id.isEmpty()) {
+        for (PointTreeWidgetItem *entry : qAsConst(entries))
+            placed += FormatFilling::placedUnder(entry);
+    }
+    if (isRecord)
+        controller->ownEdits().renameRecord(node, id);
+    else
+        node->setProperty(idKey, id);
+    for (PointTreeWidgetItem *entry : qAsConst(placed))
+        entry->setProperty(QStringLiteral("parent"), id);
 }
 
 bool FormatEditing::isDeletable(PointTreeWidgetItem *row)

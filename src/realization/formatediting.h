@@ -5,7 +5,7 @@
 
 class PointTreeWidgetItem;
 
-/// The changes of formats that the format tree's menu makes: the model alone. Rows are the copies that the tree shows;
+/// The changes of formats that the page makes: the model alone. Rows are the copies that the tree shows;
 /// what is saved are the nodes that they mirror. GUI thread.
 namespace FormatEditing {
 
@@ -19,6 +19,10 @@ namespace FormatEditing {
 
 /// A new format root in the opened file for the tab @p name.
 PointTreeWidgetItem *createRoot(const QString &name);
+
+/// Gives a node of the opened file another "id". The references to a record follow, and so does what stands under an
+/// entry because it names it.
+void rename(PointTreeWidgetItem *node, const QString &id);
 
 /// The rows that a deletion of @p row may touch: false for a row of a sibling and for null.
 [[nodiscard]] bool isDeletable(PointTreeWidgetItem *row);

@@ -195,7 +195,7 @@ void FormatTabs::follow(const ModelChange &change)
     }
     const Controller *controller = Controller::instance();
     if (change.structure || !edited.isEmpty())
-        sync(controller->layouts() + controller->targetFormats(), edited);
+        sync(controller->ownRealizations().tabRoots(), edited);
 }
 
 FormatTabs::Face FormatTabs::faceOf(const QString &name) const
@@ -259,6 +259,15 @@ void FormatTabs::show(PointTreeWidgetItem *root)
 QString FormatTabs::nameOf(PointTreeWidgetItem *root)
 {
     return namesOf(root).value(0);
+}
+
+bool FormatTabs::wouldLoseItsName(PointTreeWidgetItem *root, const QString &key, const QVariant &value)
+{
+    if (!OwnRealizations::isRoot(root) || !value.toString().isEmpty()
+        || (key != QLatin1String("id") && key != QLatin1String("target")))
+        return false;
+    const QStringList names = namesOf(root);
+    return names.size() == 1 && names.first() == root->property(key).toString();
 }
 
 QStringList FormatTabs::namesOf(PointTreeWidgetItem *root)

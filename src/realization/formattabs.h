@@ -66,6 +66,9 @@ public:
     [[nodiscard]] static QString nameOf(PointTreeWidgetItem *root);
     /// Every name of a tab that the root fills, that one first.
     [[nodiscard]] static QStringList namesOf(PointTreeWidgetItem *root);
+    /// Whether a root of the opened file has no name any more once @p value stands under @p key. Nothing would ever
+    /// show it again.
+    [[nodiscard]] static bool wouldLoseItsName(PointTreeWidgetItem *root, const QString &key, const QVariant &value);
 
 Q_SIGNALS:
     /// Whatever of it must outlive @p page is to be taken out now.

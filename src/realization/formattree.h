@@ -1,7 +1,7 @@
 #pragma once
 
+#include "form/realizationtreewidget.h"
 #include "formatfilling.h"
-#include "surface/realizationtreewidget.h"
 
 #include <QHash>
 #include <QLabel>

@@ -3,9 +3,8 @@
 #include "definition/committedvalue.h"
 #include "definition/metadialog.h"
 #include "definitionchanges.h"
+#include "form/extpointwidgetform.h"
 #include "formatediting.h"
-#include "formatfilling.h"
-#include "formatmenu.h"
 #include "formattabbar.h"
 #include "formattabs.h"
 #include "formattree.h"
@@ -14,15 +13,13 @@
 #include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
 #include "model/sourcedatamanager.h"
+#include "pagemenus.h"
 #include "recordtable.h"
 #include "sheetpane.h"
-#include "surface/extpointwidgetform.h"
 
+#include <QAction>
 #include <QApplication>
-#include <QCursor>
 #include <QElapsedTimer>
-#include <QMenu>
-#include <QShortcut>
 
 namespace {
 
@@ -35,8 +32,7 @@ constexpr int refillsInPause = 10;
 } // namespace
 
 RealizationPageBuilder::RealizationPageBuilder(Ui::ExtPointWidget *ui, QObject *parent)
-    : QObject(parent), m_ui(ui), m_formatTree(new FormatTree(this)), m_formatMenu(new FormatMenu(this)),
-      m_tableMenu(std::make_unique<QMenu>())
+    : QObject(parent), m_ui(ui), m_formatTree(new FormatTree(this))
 {
     m_refillTimer.setSingleShot(true);
     m_refillTimer.setInterval(refillPauseMs);
@@ -109,7 +105,7 @@ void RealizationPageBuilder::createConnections()
     connect(formatTree, &RealizationTreeWidget::dropPoint, this, &RealizationPageBuilder::dropPoint);
     connect(m_ui->realizTable, &RealizationTableWidget::addTableRealization, this,
         &RealizationPageBuilder::onAddTableRealization);
-    createMenus();
+    m_menus = new PageMenus(m_formatTree, m_ui->realizTable, m_records, m_sheet, this);
     connect(m_ui->pushButton_add_format_tree, &QPushButton::clicked, this,
         &RealizationPageBuilder::on_pushButton_add_format_tree_clicked);
 
@@ -134,22 +130,6 @@ void RealizationPageBuilder::createConnections()
         m_formatTree->moveTo(nullptr);
     });
     connectToManager();
-    createKeys();
-}
-
-void RealizationPageBuilder::createMenus()
-{
-    RealizationTreeWidget *formatTree = m_formatTree->widget();
-    formatTree->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(formatTree, &QWidget::customContextMenuRequested, this, &RealizationPageBuilder::onFormatTreeMenu);
-    connect(m_formatMenu->deleteAction(), &QAction::triggered, this, &RealizationPageBuilder::formatItemDel);
-    m_ui->realizTable->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(m_ui->realizTable, &QWidget::customContextMenuRequested, this, &RealizationPageBuilder::onTableShowMenu);
-    m_tableMenu->setObjectName(QStringLiteral("tableMenu"));
-    m_deleteRecord = m_tableMenu->addAction(QStringLiteral("Delete"));
-    m_editMeta = m_tableMenu->addAction(QObject::tr("Meta"));
-    connect(m_deleteRecord, &QAction::triggered, this, &RealizationPageBuilder::tableItemDel);
-    connect(m_editMeta, &QAction::triggered, this, &RealizationPageBuilder::addMeta);
 }
 
 void RealizationPageBuilder::connectToManager()
@@ -178,7 +158,7 @@ void RealizationPageBuilder::follow(const ModelChange &change)
     m_formatTabs->follow(change);
     m_formatTree->follow(change, m_formatTabs->currentName());
     if (change.definitions && m_clickedPoint)
-        m_formatTree->setShown(Controller::instance()->pointHasFormat(m_clickedPoint));
+        m_formatTree->setShown(Controller::instance()->definitions().hasFormat(m_clickedPoint->pointId()));
     m_records->follow(change);
 
     // The sheet is about nothing that can't be found on the page any more. A record without an id is found nowhere, but
@@ -198,46 +178,10 @@ void RealizationPageBuilder::finishChange()
     Q_EMIT modified(true);
 }
 
-void RealizationPageBuilder::createKeys()
-{
-    const auto onKey = [this](QWidget *widget, const QKeySequence &key, auto action) {
-        connect(new QShortcut(key, widget, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated, this, action);
-    };
-    RealizationTreeWidget *formatTree = m_formatTree->widget();
-    onKey(formatTree, QKeySequence(Qt::Key_Delete), [this, formatTree] {
-        m_sheet->commit();
-        m_contextItem = PointTreeWidgetItem::fromRow(formatTree->currentItem());
-        m_formatMenu->fitTo(m_contextItem);
-        if (m_formatMenu->deleteAction()->isEnabled() && m_contextItem->isSelected())
-            formatItemDel();
-    });
-    onKey(formatTree, QKeySequence(Qt::Key_Insert), [this, formatTree] {
-        m_sheet->commit();
-        QTreeWidgetItem *current = formatTree->currentItem();
-        if (!current || !current->isSelected())
-            return;
-        m_contextItem = PointTreeWidgetItem::fromRow(current);
-        m_formatMenu->fitTo(m_contextItem);
-        const QPoint place = formatTree->visualItemRect(current).bottomLeft();
-        if (m_formatMenu->childTypeMenu()->isEnabled())
-            openFormatMenu(m_formatMenu->childTypeMenu(), formatTree->viewport()->mapToGlobal(place));
-    });
-    onKey(m_ui->realizTable, QKeySequence(Qt::Key_Delete), [this] {
-        m_sheet->commit();
-        m_contextItem = m_records->record(m_ui->realizTable->currentRow());
-        tableItemDel();
-    });
-    for (QWidget *widget : { static_cast<QWidget *>(formatTree), static_cast<QWidget *>(m_ui->realizTable) }) {
-        onKey(widget, QKeySequence(Qt::Key_F2), [this] {
-            m_sheet->openEditor({ QStringLiteral("text"), QStringLiteral("title"), idKey });
-        });
-    }
-}
-
 void RealizationPageBuilder::addPluginFormats()
 {
     const Controller *controller = Controller::instance();
-    m_formatTabs->sync(controller->layouts() + controller->targetFormats());
+    m_formatTabs->sync(controller->ownRealizations().tabRoots());
 }
 
 void RealizationPageBuilder::showAllFormats()
@@ -247,24 +191,18 @@ void RealizationPageBuilder::showAllFormats()
 
 void RealizationPageBuilder::addLayout(PointTreeWidgetItem *layout)
 {
-    m_formatTabs->setBatching(isScanning());
+    m_formatTabs->setBatching(Controller::instance()->isScanning());
     m_formatTabs->addLayout(layout);
 }
 
 void RealizationPageBuilder::addFormatRoot(PointTreeWidgetItem *item)
 {
     if (item) {
-        m_formatTabs->setBatching(isScanning());
+        m_formatTabs->setBatching(Controller::instance()->isScanning());
         m_formatTabs->addFormatRoot(item);
     } else if (m_ui) {
         formatTabCurrentChanged(m_ui->formatTab->currentIndex());
     }
-}
-
-bool RealizationPageBuilder::isScanning()
-{
-    const SourceDataManager *manager = Controller::instance()->sourceDataManager();
-    return manager && manager->isScanning();
 }
 
 void RealizationPageBuilder::addDefine(QString plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint)
@@ -295,7 +233,7 @@ void RealizationPageBuilder::onItemClicked(QTreeWidgetItem *item, int)
     }
     if (m_clickedPoint->parentItem() == m_realizationRoot)
         m_ui->realizTable->hide();
-    m_formatTree->setShown(Controller::instance()->pointHasFormat(m_clickedPoint));
+    m_formatTree->setShown(Controller::instance()->definitions().hasFormat(m_clickedPoint->pointId()));
     m_records->showRecords(m_clickedPoint);
     m_sheet->show(SheetPane::Subject::Holder, holderOf(m_clickedPoint));
 }
@@ -351,49 +289,16 @@ void RealizationPageBuilder::onPropertyRealization(const QString &property, cons
     if (!m_ui || !node)
         return;
     const QVariant value = CommittedValue::of(variant);
-    if (OwnRealizations::isRoot(node) && wouldLoseItsName(node, property, value)) {
+    // A root without a name would never be shown again.
+    if (FormatTabs::wouldLoseItsName(node, property, value)) {
         m_sheet->showAfresh();
         return;
     }
     if (property == idKey)
-        rename(node, value.toString());
+        FormatEditing::rename(node, value.toString());
     else
-        Controller::instance()->setRealizationProperty(node, property, value);
+        node->setProperty(property, value);
     finishChange();
-}
-
-void RealizationPageBuilder::rename(PointTreeWidgetItem *node, const QString &id)
-{
-    Controller *controller = Controller::instance();
-    const QString old = node->property(idKey).toString();
-    const bool isRecord = m_sheet->subject() == SheetPane::Subject::Record;
-    OwnRealizations::Nodes entries;
-    if (isRecord && !id.isEmpty())
-        entries = controller->ownRealizations().references(old);
-    else if (m_sheet->subject() == SheetPane::Subject::Entry)
-        entries.append(node);
-    // What stands under an entry because it names it goes on doing so.
-    OwnRealizations::Nodes placed;
-    if (!old.isEmpty() && !id.isEmpty()) {
-        for (PointTreeWidgetItem *entry : qAsConst(entries))
-            placed += FormatFilling::placedUnder(entry);
-    }
-    if (isRecord)
-        controller->renameRecord(node, id);
-    else
-        controller->setRealizationProperty(node, idKey, id);
-    for (PointTreeWidgetItem *entry : qAsConst(placed))
-        controller->setRealizationProperty(entry, QStringLiteral("parent"), id);
-}
-
-bool RealizationPageBuilder::wouldLoseItsName(
-    PointTreeWidgetItem *root, const QString &key, const QVariant &value) const
-{
-    // Nothing would ever show it again.
-    if (!value.toString().isEmpty() || (key != idKey && key != QLatin1String("target")))
-        return false;
-    const QStringList names = FormatTabs::namesOf(root);
-    return names.size() == 1 && names.first() == root->property(key).toString();
 }
 
 void RealizationPageBuilder::formatTabCurrentChanged(int)
@@ -412,35 +317,18 @@ void RealizationPageBuilder::formatTabCurrentChanged(int)
 
 void RealizationPageBuilder::onFormatTreeMenu(const QPoint pos)
 {
-    if (!m_ui)
-        return;
-    // The row may move by what is committed, but it is the one that was meant.
-    const QPointer<PointTreeWidgetItem> row(PointTreeWidgetItem::fromRow(m_formatTree->widget()->itemAt(pos)));
-    m_sheet->commit();
-    m_contextItem = row;
-    if (!m_contextItem)
-        return;
-    m_formatMenu->fitTo(m_contextItem);
-    openFormatMenu(m_formatMenu->menu(), QCursor::pos());
-}
-
-void RealizationPageBuilder::openFormatMenu(QMenu *menu, const QPoint &globalPos)
-{
-    const QList<QAction *> types = m_formatMenu->childTypeMenu()->actions();
-    for (QAction *type : types)
-        connect(type, &QAction::triggered, this, &RealizationPageBuilder::onCreatType);
-    m_menuOpen = true;
-    menu->exec(globalPos);
-    m_menuOpen = false;
+    if (m_ui)
+        m_menus->openForTree(pos);
 }
 
 void RealizationPageBuilder::onCreatType()
 {
     const auto *action = qobject_cast<QAction *>(sender());
-    if (!action || !m_contextItem || !m_ui)
+    PointTreeWidgetItem *above = m_ui ? m_menus->target() : nullptr;
+    if (!action || !above)
         return;
-    const QPointer<PointTreeWidgetItem> item(FormatEditing::createChild(m_contextItem, action->data().toString()));
-    m_contextItem->QTreeWidgetItem::addChild(item);
+    const QPointer<PointTreeWidgetItem> item(FormatEditing::createChild(above, action->data().toString()));
+    above->QTreeWidgetItem::addChild(item);
     Controller::instance()->flushChanges();
     showEntry(item);
     Q_EMIT modified(true);
@@ -469,35 +357,27 @@ void RealizationPageBuilder::on_pushButton_add_format_tree_clicked()
 
 void RealizationPageBuilder::formatItemDel()
 {
-    if (!m_ui || !m_contextItem || !m_formatTree->contains(m_contextItem) || !FormatEditing::isDeletable(m_contextItem))
+    PointTreeWidgetItem *row = m_ui ? m_menus->takeTarget() : nullptr;
+    if (!row || !m_formatTree->contains(row) || !FormatEditing::isDeletable(row))
         return;
-    PointTreeWidgetItem *row = std::exchange(m_contextItem, nullptr);
     const bool wasCurrent = row == m_formatTree->widget()->currentItem();
     const QPointer<PointTreeWidgetItem> next(wasCurrent ? row->neighbour() : nullptr);
-    Controller::instance()->destroyRealization(row->master()->item());
+    PointTreeWidgetItem::destroySubtree(row->master()->item());
     finishChange();
     showEntry(next);
 }
 
 void RealizationPageBuilder::onTableShowMenu(QPoint pos)
 {
-    if (!m_ui)
-        return;
-    const QModelIndex index = m_ui->realizTable->indexAt(pos);
-    const QPointer<PointTreeWidgetItem> record(index.isValid() ? m_records->record(index.row()) : nullptr);
-    m_sheet->commit();
-    m_contextItem = record;
-    m_deleteRecord->setEnabled(m_contextItem != nullptr);
-    m_menuOpen = true;
-    m_tableMenu->exec(QCursor::pos());
-    m_menuOpen = false;
+    if (m_ui)
+        m_menus->openForTable(pos);
 }
 
 void RealizationPageBuilder::tableItemDel()
 {
-    if (!m_ui || !m_contextItem)
+    PointTreeWidgetItem *record = m_ui ? m_menus->takeTarget() : nullptr;
+    if (!record)
         return;
-    PointTreeWidgetItem *record = std::exchange(m_contextItem, nullptr);
     const int row = m_records->row(record);
     const bool wasCurrent = row >= 0 && row == m_ui->realizTable->currentRow();
     Controller::instance()->retire(record);
@@ -508,7 +388,7 @@ void RealizationPageBuilder::tableItemDel()
 
 void RealizationPageBuilder::addMeta()
 {
-    MetaDialog dialog(m_contextItem);
+    MetaDialog dialog(m_menus ? m_menus->target() : nullptr);
     connect(&dialog, &MetaDialog::modified, this, &RealizationPageBuilder::modified);
     dialog.exec();
     Controller::instance()->flushChanges();
@@ -517,7 +397,7 @@ void RealizationPageBuilder::addMeta()
 void RealizationPageBuilder::setTarget(PointTreeWidgetItem *item)
 {
     if (item && m_formatTabs)
-        Controller::instance()->setRealizationProperty(item, QStringLiteral("target"), m_formatTabs->currentName());
+        item->setProperty(QStringLiteral("target"), m_formatTabs->currentName());
 }
 
 void RealizationPageBuilder::dropPoint(PointTreeWidgetItem *item)
@@ -538,8 +418,8 @@ void RealizationPageBuilder::onAddTableRealization(PointTreeWidgetItem *parent, 
     Controller *controller = Controller::instance();
     const QPointer<PointTreeWidgetItem> record(child);
     if (parent && !parent->parentItem()) {
-        if (PointTreeWidgetItem *set = controller->ensureDataSet())
-            controller->insertRealization(set, parent);
+        if (PointTreeWidgetItem *set = controller->ownEdits().ensureDataSet())
+            OwnEdits::insert(set, parent);
     }
     controller->flushChanges();
     // The point that was dragged is the current one of its tree.
@@ -592,7 +472,7 @@ bool RealizationPageBuilder::isDragging() const
 
 bool RealizationPageBuilder::isBusy() const
 {
-    if (m_menuOpen || QApplication::activePopupWidget() || QApplication::activeModalWidget() || isDragging())
+    if (QApplication::activePopupWidget() || QApplication::activeModalWidget() || isDragging())
         return true;
     return m_ui->propertyRealization->isEditing();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "surface/extpointwidgetbuilder.h"
+#include "form/extpointwidgetbuilder.h"
 
 #include <QObject>
 #include <QPointer>
@@ -8,14 +8,10 @@
 #include <QTimer>
 #include <QVariant>
 
-#include <memory>
-
-class FormatMenu;
 class FormatTabs;
 class FormatTree;
+class PageMenus;
 class PointTreeWidgetItem;
-class QAction;
-class QMenu;
 class QTableWidgetItem;
 class QTreeWidgetItem;
 class RecordTable;
@@ -78,12 +74,7 @@ public Q_SLOTS:
     void addMeta();
 
 private:
-    void createKeys();
-    void createMenus();
     void connectToManager();
-    void openFormatMenu(QMenu *menu, const QPoint &globalPos);
-    /// Gives what the sheet is about another "id"; whoever names it by that follows.
-    void rename(PointTreeWidgetItem *node, const QString &id);
     /// The end of whatever the user has changed: the views follow, and the document is marked.
     void finishChange();
     /// Has every view follow a change of the model, in an order in which each finds what it needs.
@@ -92,27 +83,20 @@ private:
     void showEntry(PointTreeWidgetItem *row);
     /// The node whose sheet a click on the point shows; null without one.
     [[nodiscard]] PointTreeWidgetItem *holderOf(PointTreeWidgetItem *point) const;
-    [[nodiscard]] bool wouldLoseItsName(PointTreeWidgetItem *root, const QString &key, const QVariant &value) const;
     /// Has the tab filled again as soon as nobody is in the middle of something.
     void requestRefill();
     void refillWhenIdle();
     [[nodiscard]] bool isDragging() const;
     [[nodiscard]] bool isBusy() const;
-    [[nodiscard]] static bool isScanning();
 
     Ui::ExtPointWidget *m_ui;
     /// The root of the tree: the available points, not the opened file's realization side.
     QPointer<PointTreeWidgetItem> m_realizationRoot;
     FormatTabs *m_formatTabs = nullptr;
     FormatTree *m_formatTree;
-    FormatMenu *m_formatMenu;
     RecordTable *m_records = nullptr;
-    std::unique_ptr<QMenu> m_tableMenu;
-    QAction *m_deleteRecord = nullptr;
-    QAction *m_editMeta = nullptr;
     SheetPane *m_sheet = nullptr;
+    PageMenus *m_menus = nullptr;
     QPointer<PointTreeWidgetItem> m_clickedPoint;
-    QPointer<PointTreeWidgetItem> m_contextItem; ///< a row of the format tree, or a record
-    bool m_menuOpen = false;
     QTimer m_refillTimer;
 };

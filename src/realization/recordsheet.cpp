@@ -50,8 +50,7 @@ bool RecordSheet::storeDefaults(PointTreeWidgetItem *record)
             continue;
         // A declaration without a default makes an empty value: what has no key has no row to be edited in.
         const QVariant value = declared.defaults.value(key);
-        Controller::instance()->setRealizationProperty(
-            record, key, value.isValid() ? value : QVariant(QStringLiteral("")));
+        record->setProperty(key, value.isValid() ? value : QVariant(QStringLiteral("")));
         stored = true;
     }
     return stored;

@@ -110,7 +110,7 @@ void RecordTable::showRecords(PointTreeWidgetItem *point)
         return;
     const QuietChange quiet(m_table);
     const Controller *controller = Controller::instance();
-    const bool withFormats = point && controller->pointHasFormat(point);
+    const bool withFormats = point && controller->definitions().hasFormat(point->pointId());
     const int scrolled = point && point == m_point ? m_table->verticalScrollBar()->value() : 0;
     m_point = point;
     m_records.clear();
@@ -176,7 +176,7 @@ void RecordTable::follow(const ModelChange &change)
 
 bool RecordTable::columnsFit() const
 {
-    const bool withFormats = m_point && Controller::instance()->pointHasFormat(m_point);
+    const bool withFormats = m_point && Controller::instance()->definitions().hasFormat(m_point->pointId());
     return columns(withFormats).size() == m_table->columnCount()
         && m_keys == (m_point ? keysOf(m_point, withFormats) : fixedKeys(withFormats));
 }

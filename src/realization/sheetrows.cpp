@@ -50,7 +50,7 @@ Definitions::Attributes SheetRows::declared(const PointTreeWidgetItem *node)
 {
     Definitions::Attributes declared;
     if (node)
-        (void)Controller::instance()->attributeDefinitions(node, &declared);
+        (void)Controller::instance()->definitions().attributes(node->kind(), node->pointId(), &declared);
     declared.keys.erase(std::remove_if(declared.keys.begin(), declared.keys.end(),
                             [](const QString &key) { return !ExtensionFile::isValidAttributeName(key); }),
         declared.keys.end());
@@ -105,7 +105,7 @@ void SheetRows::add(QList<PropertyItem> *rows, const PropertyItem &row)
 
 void SheetRows::addChildTypes(QList<PropertyItem> *rows, const PointTreeWidgetItem *node)
 {
-    QStringList types = Controller::instance()->childTypes(node->kind().toLower(), node->pointId());
+    QStringList types = Controller::instance()->definitions().childTypes(node->kind().toLower(), node->pointId());
     types.removeAll(QString());
     if (types.isEmpty())
         return;

@@ -1,7 +1,7 @@
 #include "extpointwidget.h"
 
 #include "definition/defintionpagebuilder.h"
-#include "extpointwidgetform.h"
+#include "form/extpointwidgetform.h"
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
 #include "realization/realizationpagebuilder.h"

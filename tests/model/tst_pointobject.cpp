@@ -49,11 +49,8 @@ class TestPointObject : public QObject
 
 private Q_SLOTS:
     void copyMirrorsItsSource();
-    void fieldAssignment();
     void propertyMovesLowerCaseKey_data();
     void propertyMovesLowerCaseKey();
-    void setPropertyReachesTheMaster_data();
-    void setPropertyReachesTheMaster();
     void addChild_data();
     void addChild();
     void insertChild_data();
@@ -62,7 +59,6 @@ private Q_SLOTS:
     void unlinkDestroysTheMaster();
     void destructionLeavesNothingBehind_data();
     void destructionLeavesNothingBehind();
-    void destroySubtreeTakesRowsAndChildren();
     void rowLeavesItsViewWhileWhole();
 };
 
@@ -89,31 +85,6 @@ void TestPointObject::copyMirrorsItsSource()
     QVERIFY(copy.hasFormat() && PointTreeWidgetItemTestAccess::isDroppedCopy(copy));
     QVERIFY(copy.children().isEmpty() && !copy.parent());
     Node::destroySubtree(source.children().first()->item());
-}
-
-void TestPointObject::fieldAssignment()
-{
-    Node from(QStringLiteral("from"));
-    from.setPointId(QStringLiteral("p"));
-    from.setPluginId(QStringLiteral("g"));
-    from.setKind(QStringLiteral("k"));
-    from.setBasePath(QStringLiteral("/b/"));
-    from.setHasFormat(true);
-    from.setIsNew(true);
-    from.setProperty(id, QStringLiteral("x"));
-    Node to(QStringLiteral("to"));
-    to.setIsDroppedCopy(true);
-
-    to.assignFields(from);
-    QCOMPARE(to.pointId() + to.pluginId() + to.kind() + to.basePath(), QStringLiteral("pgk/b/"));
-    QVERIFY(to.hasFormat() && PointTreeWidgetItemTestAccess::isNew(to));
-    QVERIFY(PointTreeWidgetItemTestAccess::isDroppedCopy(to));
-    QVERIFY(to.properties().isEmpty());
-    QCOMPARE(to.link(), static_cast<PointObject *>(&to));
-    QCOMPARE(to.text(0), QStringLiteral("to"));
-    from.setIsDroppedCopy(false);
-    to.assignFields(from);
-    QVERIFY(PointTreeWidgetItemTestAccess::isDroppedCopy(to));
 }
 
 void TestPointObject::propertyMovesLowerCaseKey_data()
@@ -156,31 +127,6 @@ void TestPointObject::propertyMovesLowerCaseKey()
     QStringList keys = item.properties().keys();
     keys.removeAll(asked);
     QVERIFY(!keys.contains(asked.toLower()) || before.contains(asked));
-}
-
-void TestPointObject::setPropertyReachesTheMaster_data()
-{
-    QTest::addColumn<int>("written");
-    QTest::newRow("master") << 0;
-    QTest::newRow("mirror") << 1;
-    QTest::newRow("mirror of the mirror") << 2;
-}
-
-void TestPointObject::setPropertyReachesTheMaster()
-{
-    QFETCH(const int, written);
-    Chain chain;
-    chain.at(written)->setProperty(id, QStringLiteral("new"));
-    chain.at(written)->setText(1, QStringLiteral("label"));
-    for (int depth = 0; depth < 3; ++depth) {
-        const bool reached = depth <= written;
-        QCOMPARE(chain.at(depth)->property(id).isValid(), reached);
-        QCOMPARE(chain.at(depth)->text(1), reached ? QStringLiteral("label") : QString());
-    }
-    chain.at(written)->setProperties({ { QStringLiteral("only"), 1 } });
-    for (int depth = 0; depth < 3; ++depth)
-        QCOMPARE(chain.at(depth)->properties().keys().size(), depth <= written ? 1 : 0);
-    QCOMPARE(chain.second->master(), static_cast<PointObject *>(&chain.master));
 }
 
 void TestPointObject::addChild_data()
@@ -330,31 +276,6 @@ void TestPointObject::destructionLeavesNothingBehind()
         if (i != dying)
             delete nodes[i];
     }
-}
-
-void TestPointObject::destroySubtreeTakesRowsAndChildren()
-{
-    Node root(QStringLiteral("root"));
-    QPointer<Node> top = node(QStringLiteral("top"));
-    root.addChild(top, false);
-    root.QTreeWidgetItem::addChild(top);
-    QPointer<Node> modelOnly = node(QStringLiteral("attribute"));
-    top->addChild(modelOnly, false);
-    QPointer<Node> rowOnly = node(QStringLiteral("row"));
-    top->QTreeWidgetItem::addChild(rowOnly);
-    rowOnly->QTreeWidgetItem::addChild(new QTreeWidgetItem(QStringList { QStringLiteral("plain") }));
-    // Stands in the list of the dying node, but belongs to another.
-    QPointer<Node> shared = node(QStringLiteral("shared"));
-    top->addChild(shared, false);
-    root.addChild(shared, false);
-
-    Node::destroySubtree(top);
-    QVERIFY(!top && !modelOnly && !rowOnly);
-    QVERIFY(shared);
-    QCOMPARE(root.children(), QList<PointObject *> { shared.data() });
-    QCOMPARE(root.childCount(), 0);
-    delete shared.data();
-    Node::destroySubtree(nullptr);
 }
 
 void TestPointObject::rowLeavesItsViewWhileWhole()

@@ -261,15 +261,15 @@ void TestReadWrite::malformedFileLeavesEverything()
     QVERIFY(manager.load(path));
     const QStringList definitions = ModelTesting::tree(manager.definitionRoot());
     const QStringList realizations = ModelTesting::tree(manager.realizationRoot());
-    PointTreeWidgetItem *format = manager.formatOfTarget(QStringLiteral("t"));
+    PointTreeWidgetItem *format = manager.ownRealizations().formatOfTarget(QStringLiteral("t"));
 
     QVERIFY(!manager.load(brokenPath));
     QCOMPARE(ModelTesting::tree(manager.definitionRoot()), definitions);
     QCOMPARE(ModelTesting::tree(manager.realizationRoot()), realizations);
     QCOMPARE(manager.pluginId(), QStringLiteral("one"));
-    QCOMPARE(manager.formatOfTarget(QStringLiteral("t")), format);
-    QCOMPARE(manager.realizations().size(), 1);
-    QVERIFY(manager.layouts().isEmpty());
+    QCOMPARE(manager.ownRealizations().formatOfTarget(QStringLiteral("t")), format);
+    QCOMPARE(manager.ownRealizations().all().size(), 1);
+    QVERIFY(manager.indexes()[NodeIndexes::Layouts].all().isEmpty());
     // What could not be read is never overwritten.
     QVERIFY(!manager.save());
     QCOMPARE(Product::read(brokenPath), broken);

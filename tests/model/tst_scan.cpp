@@ -79,7 +79,6 @@ private Q_SLOTS:
     void init();
     void readsEverySibling();
     void takesResultsInTheOrderOfTheListing();
-    void completeScanAnswersAtOnce();
     void userMayDeleteWhileAFileIsTakenIn();
     void saveDuringTheScanKeepsTranslations();
     void closingAtAnyMoment();
@@ -104,9 +103,9 @@ void TestScan::readsEverySibling()
     QVERIFY(manager.load(own));
     QSignalSpy finished(&manager, &SourceDataManager::scanFinished);
     manager.startScan(own);
-    QVERIFY(manager.isScanning());
+    QVERIFY(manager.siblings().isRunning());
     QVERIFY(finished.wait(30000));
-    QVERIFY(!manager.isScanning());
+    QVERIFY(!manager.siblings().isRunning());
     QCoreApplication::processEvents();
     QCOMPARE(finished.count(), 1);
 
@@ -114,7 +113,7 @@ void TestScan::readsEverySibling()
     QVERIFY(rows.contains(QStringLiteral("here")) && rows.contains(QStringLiteral("above")));
     for (int i = 0; i < siblingCount; ++i) {
         QCOMPARE(rows.count(QStringLiteral("plug%1").arg(i)), 1);
-        QVERIFY(manager.definition(QStringLiteral("point%1").arg(i)));
+        QVERIFY(manager.definitions().first(QStringLiteral("point%1").arg(i)));
     }
     QCOMPARE(manager.indexes()[NodeIndexes::Points].nodes(QStringLiteral("sub")).size(),
         siblingCount + (geteuid() == 0 ? 1 : 0));
@@ -147,26 +146,6 @@ void TestScan::takesResultsInTheOrderOfTheListing()
     }
 }
 
-void TestScan::completeScanAnswersAtOnce()
-{
-    const Product product;
-    fill(product);
-    SourceDataManager manager;
-    QSignalSpy finished(&manager, &SourceDataManager::scanFinished);
-    manager.startScan(product.file(QStringLiteral("plug000")));
-    bool inputHandled = false;
-    QTimer input;
-    connect(&input, &QTimer::timeout, this, [&] { inputHandled = true; });
-    input.start(0);
-    manager.completeScan();
-    QVERIFY(!inputHandled);
-    QCOMPARE(finished.count(), 1);
-    QVERIFY(!manager.isScanning());
-    QVERIFY(pluginRows(manager).size() >= siblingCount + 2);
-    manager.completeScan();
-    QCOMPARE(finished.count(), 1);
-}
-
 void TestScan::userMayDeleteWhileAFileIsTakenIn()
 {
     const Product product;
@@ -183,7 +162,7 @@ void TestScan::userMayDeleteWhileAFileIsTakenIn()
     int deletions = 0;
     connect(&manager, &SourceDataManager::scanProgressed, this, [&] {
         for (PointTreeWidgetItem *root : { manager.availablePointsRoot(), manager.allDataRoot() }) {
-            if (manager.isScanning() && !root->children().isEmpty()) {
+            if (manager.siblings().isRunning() && !root->children().isEmpty()) {
                 PointTreeWidgetItem::destroySubtree(root->children().first()->item());
                 ++deletions;
             }
@@ -269,7 +248,7 @@ void TestScan::secondScanReplaces()
     QCOMPARE(pluginRows(manager).count(QStringLiteral("plug3")), 1);
     QCOMPARE(manager.indexes()[NodeIndexes::Points].nodes(QStringLiteral("point5")).size(), 1);
     QCOMPARE(manager.indexes()[NodeIndexes::FormatTargets].size(), 5);
-    QCOMPARE(manager.realizations().size(), 4);
+    QCOMPARE(manager.ownRealizations().all().size(), 4);
 }
 
 void TestScan::blockedPoolDoesNotBlockSaving()

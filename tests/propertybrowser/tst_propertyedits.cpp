@@ -16,8 +16,6 @@ private slots:
     void cleanup();
     void edits_data();
     void edits();
-    void nothingHappens_data();
-    void nothingHappens();
     void lineBreaksSurvive_data();
     void lineBreaksSurvive();
     void showingAgainInsideTheSignal_data();
@@ -274,97 +272,6 @@ void TestPropertyEdits::edits()
     // Date-times are equal wherever they are.
     QCOMPARE(emitted.toDateTime().timeZone(), expected.toDateTime().timeZone());
     QCOMPARE(driver.value("it"), expected);
-}
-
-void TestPropertyEdits::nothingHappens_data()
-{
-    QTest::addColumn<SheetDriver::Kind>("kind");
-    QTest::addColumn<PropertyItem>("record");
-    QTest::addColumn<QString>("shown");
-    QTest::addColumn<Edit>("edit");
-    QTest::addColumn<QVariant>("expected");
-    const auto row = [](const char *name, const PropertyItem &record, const QString &shown, const Edit &edit) {
-        addForBothSheets(name, record, shown, edit, record.value());
-    };
-    using T = PropertyType;
-    const Edit enter = [](SheetDriver &driver) {
-        driver.click("it");
-        const bool manyLines = driver.editor("it")->findChild<QPlainTextEdit *>() != nullptr;
-        SheetDriver::press(Qt::Key_Return, manyLines ? Qt::ControlModifier : Qt::NoModifier);
-    };
-    const Edit escape = [](SheetDriver &driver) {
-        driver.click("it");
-        SheetDriver::press(Qt::Key_End);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_7);
-        SheetDriver::press(Qt::Key_Escape);
-    };
-    const T typed[] = { T::Int, T::Float, T::String, T::Text, T::Color, T::Date, T::DateTime, T::Time, T::Point,
-        T::Size, T::Rect, T::Font, T::KeySequence, T::File };
-    for (const T type : typed) {
-        row(qPrintable(s("nothing, entered, kind %1").arg(static_cast<int>(type))), item(type, QVariant()), s(""),
-            enter);
-        row(qPrintable(s("empty, entered, kind %1").arg(static_cast<int>(type))), item(type, s("")), s(""), enter);
-        row(qPrintable(s("nothing, Escape, kind %1").arg(static_cast<int>(type))), item(type, QVariant()), s(""),
-            escape);
-    }
-    row("null date", item(T::Date, QDate()), s(""), enter);
-    row("null int", item(T::Int, QVariant(QVariant::Int)), s(""), enter);
-    row("same int written otherwise", item(T::Int, s("7")), s("7"), typing("007"));
-    row("same date", item(T::Date, s("2024-02-28")), s("2024-02-28"), typing("2024-02-28"));
-    row("same colour by name", item(T::Color, s("#ff0000")), s("#ff0000"), typing("red"));
-    const QString start(1000, QLatin1Char('x'));
-    row("string that is too long to be edited", item(T::String, start.repeated(5)), start + QChar(0x2026),
-        pressing({ Qt::Key_End, Qt::Key_Y, Qt::Key_Return }));
-    row("unusable text, kept", item(T::Int, s("left")), s("left"), enter);
-    row("a string with a line break", item(T::String, s("a b")), s("a b"), enter);
-    row("same choice", withOptions(T::Enum, s("b"), abc), s("Bee"), choosing(1));
-    row("browsed and given up", withOptions(T::Enum, s("a"), abc), s("Aah"),
-        pressing({ Qt::Key_Down, Qt::Key_C, Qt::Key_Escape }));
-    row("browsed and back", withOptions(T::Enum, s("b"), abc), s("Bee"),
-        pressing({ Qt::Key_Down, Qt::Key_Up, Qt::Key_Return }));
-    row("browsed and back to none of the choices", withOptions(T::Enum, s("z"), abc), s("Aah"),
-        leavingAfter(pressing({ Qt::Key_Down, Qt::Key_Up })));
-    row("flags given up", withOptions(T::Flag, 1, abc), s("Aah"), ticking({ 1 }, Qt::Key_Escape));
-    row("flags ticked and unticked", withOptions(T::Flag, s("gone|a"), abc), s("Aah"), ticking({ 1, 1 }));
-    const Edit wheel = [](SheetDriver &driver) {
-        QWidget *editor = driver.editor("it");
-        QWidget *target = editor != nullptr ? editor->focusProxy() : driver.treeWidget()->viewport();
-        QWheelEvent event(QPointF(8, 8), target->mapToGlobal(QPoint(8, 8)), QPoint(), QPoint(0, -120), Qt::NoButton,
-            Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(target, &event);
-    };
-    row("wheel over a number", item(T::Int, 5), s("5"), wheel);
-    row("wheel over a choice", withOptions(T::Enum, s("b"), abc), s("Bee"), wheel);
-    const Edit wheelInFocus = [wheel](SheetDriver &driver) {
-        driver.click("it");
-        QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
-        QTest::keyPress(QApplication::activePopupWidget()->findChild<QAbstractItemView *>(), Qt::Key_Escape);
-        QTRY_VERIFY(QApplication::activePopupWidget() == nullptr);
-        driver.editor("it")->setFocus();
-        wheel(driver);
-    };
-    row("wheel over a choice in focus", withOptions(T::Enum, s("b"), abc), s("Bee"), wheelInFocus);
-}
-
-void TestPropertyEdits::nothingHappens()
-{
-    QFETCH(SheetDriver::Kind, kind);
-    QFETCH(PropertyItem, record);
-    QFETCH(QString, shown);
-    QFETCH(Edit, edit);
-    QFETCH(QVariant, expected);
-    SheetDriver driver(kind);
-    QVERIFY(driver.ready());
-    driver.show({ record, PropertyItem(PropertyType::String, s("other"), s("other"), s("o")) });
-    QCOMPARE(driver.shown("it"), shown);
-    edit(driver);
-    QCOMPARE(driver.shown("it"), shown);
-    driver.before()->setFocus();
-    QVERIFY(driver.commit());
-    QCOMPARE(driver.spy().count(), 0);
-    QCOMPARE(driver.value("it").userType(), expected.userType());
-    QCOMPARE(driver.value("it").isNull(), expected.isNull());
-    QCOMPARE(driver.shown("it"), shown);
 }
 
 void TestPropertyEdits::lineBreaksSurvive_data()

@@ -18,15 +18,11 @@ private slots:
     void cleanup();
     void refuses_data();
     void refuses();
-    void oldValueThatIsRefusedStays_data();
-    void oldValueThatIsRefusedStays();
     void focusLeavingCommits_data();
     void focusLeavingCommits();
     void showingDiscardsAndKeepsThePlace();
     void hiddenRowsCommitNothing_data();
     void hiddenRowsCommitNothing();
-    void readOnlyRows_data();
-    void readOnlyRows();
     void fileDialogIsAskedAsTheRecordSays_data();
     void fileDialogIsAskedAsTheRecordSays();
     void accessibleNames_data();
@@ -143,53 +139,6 @@ void TestPropertySheets::refuses()
     }
 }
 
-void TestPropertySheets::oldValueThatIsRefusedStays_data()
-{
-    QTest::addColumn<SheetDriver::Kind>("kind");
-    QTest::addColumn<PropertyItem>("record");
-    QTest::addColumn<QString>("shown");
-    using T = PropertyType;
-    const auto row = [](const char *name, const PropertyItem &record, const char *shown) {
-        for (const auto kind : { SheetDriver::Group, SheetDriver::Tree }) {
-            QTest::addRow("%s, %s", kind == SheetDriver::Group ? "group" : "tree", name) << kind << record << s(shown);
-        }
-    };
-    row("string", item(T::String, s("1 bad"), { { s("regexp"), s("[a-z]+") } }), "1 bad");
-    row("text", item(T::Text, s("x\ny"), { { s("regexp"), s("x") } }), "x");
-    row("text with CR LF", item(T::Text, s("x\r\ny"), { { s("regexp"), s(".{0,3}") } }), "x");
-    row("int", item(T::Int, 50, { { s("max"), s("10") } }), "50");
-    row("int text", item(T::Int, s("050"), { { s("max"), 10 } }), "050");
-    row("float", item(T::Float, -0.5, { { s("min"), s("0") } }), "-0.5");
-    row("float text", item(T::Float, s("-.5"), { { s("min"), 0 } }), "-.5");
-    row("word for int", item(T::Int, s("menu")), "menu");
-    row("date", item(T::Date, s("yesterday")), "yesterday");
-    row("size", item(T::Size, s("big")), "big");
-    row("font", item(T::Font, s("a,b,c,d")), "a,b,c,d");
-    row("none of the choices", withOptions(T::Enum, s("z"), abc), "Aah");
-}
-
-void TestPropertySheets::oldValueThatIsRefusedStays()
-{
-    QFETCH(SheetDriver::Kind, kind);
-    QFETCH(PropertyItem, record);
-    QFETCH(QString, shown);
-    SheetDriver driver(kind);
-    QVERIFY(driver.ready());
-    driver.show({ record });
-    QVERIFY(driver.isMarked("it"));
-    QVERIFY2(driver.shown("it").startsWith(shown), qPrintable(driver.shown("it")));
-    if (record.type() != PropertyType::Enum) {
-        driver.click("it");
-        SheetDriver::press(Qt::Key_Return, Qt::ControlModifier);
-    }
-    QTest::mouseClick(driver.after(), Qt::LeftButton);
-    QVERIFY(driver.after()->hasFocus());
-    QVERIFY(driver.commit());
-    QCOMPARE(driver.spy().count(), 0);
-    QCOMPARE(driver.value("it"), record.value());
-    QVERIFY(driver.isMarked("it"));
-}
-
 void TestPropertySheets::focusLeavingCommits_data()
 {
     QTest::addColumn<SheetDriver::Kind>("kind");
@@ -273,57 +222,6 @@ void TestPropertySheets::hiddenRowsCommitNothing()
         QCOMPARE(driver.spy().count(), 0);
         (driver.sheet()->*leave)(false);
         driver.show({ item(PropertyType::String, s("old")) });
-    }
-}
-
-void TestPropertySheets::readOnlyRows_data()
-{
-    QTest::addColumn<SheetDriver::Kind>("kind");
-    QTest::addColumn<PropertyItem>("record");
-    QTest::addColumn<QString>("shown");
-    using T = PropertyType;
-    for (const auto kind : { SheetDriver::Group, SheetDriver::Tree }) {
-        const char *sheet = kind == SheetDriver::Group ? "group" : "tree";
-        const auto row = [kind, sheet](const char *name, PropertyItem record, const QString &shown) {
-            record.setEditable(record.type() == static_cast<T>(99));
-            QTest::addRow("%s, %s", sheet, name) << kind << record << shown;
-        };
-        row("list", item(T::String, QStringList { s("menu"), s("action") }), s("menu, action"));
-        row("no type", item(T::Null, s("plain")), s("plain"));
-        row("unknown type", item(static_cast<T>(99), 5), s("5"));
-        row("bool", item(T::Bool, true), s("Yes"));
-        row("enum", withOptions(T::Enum, s("b"), abc), s("Bee"));
-        row("flags", withOptions(T::Flag, 6, abc), s("Bee, Cee"));
-        row("flags without options", item(T::Flag, 6), s("6"));
-        row("date", item(T::Date, QDate(2024, 2, 28)), s("2024-02-28"));
-        row("text", item(T::Text, s("plain")), s("plain"));
-    }
-}
-
-void TestPropertySheets::readOnlyRows()
-{
-    QFETCH(SheetDriver::Kind, kind);
-    QFETCH(PropertyItem, record);
-    QFETCH(QString, shown);
-    SheetDriver driver(kind);
-    QVERIFY(driver.ready());
-    driver.show({ record });
-    QCOMPARE(driver.shown("it"), shown);
-    driver.click("it");
-    // It takes no text, yet all of it can be selected and copied.
-    SheetDriver::type(s("typed"));
-    QCOMPARE(driver.shown("it"), shown);
-    QApplication::clipboard()->clear();
-    SheetDriver::press(Qt::Key_A, Qt::ControlModifier);
-    SheetDriver::press(Qt::Key_C, Qt::ControlModifier);
-    QCOMPARE(QApplication::clipboard()->text(), shown);
-    SheetDriver::press(Qt::Key_Return);
-    QCOMPARE(driver.spy().count(), 0);
-    if (driver.isTree()) {
-        QApplication::clipboard()->clear();
-        driver.treeWidget()->setFocus();
-        SheetDriver::press(Qt::Key_C, Qt::ControlModifier);
-        QCOMPARE(QApplication::clipboard()->text(), shown);
     }
 }
 

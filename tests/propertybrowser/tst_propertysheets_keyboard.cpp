@@ -57,8 +57,6 @@ class TestPropertySheetsKeyboard : public QObject
 private slots:
     void tabWalksTheRows_data();
     void tabWalksTheRows();
-    void tabWalksThroughRowsShownAnew_data();
-    void tabWalksThroughRowsShownAnew();
     void choiceIsMadeWithKeysAlone_data();
     void choiceIsMadeWithKeysAlone();
     void enterAndEscapeStayInTheSheet_data();
@@ -95,50 +93,6 @@ void TestPropertySheetsKeyboard::tabWalksTheRows()
     }
     QCOMPARE(back.join(QLatin1Char(' ')), s("keys file date enum text bool string before"));
     QCOMPARE(driver.spy().count(), 0);
-}
-
-void TestPropertySheetsKeyboard::tabWalksThroughRowsShownAnew_data()
-{
-    tabWalksTheRows_data();
-}
-
-/// Each Tab commits, and the page answers every commit with the whole sheet and one more row on top.
-void TestPropertySheetsKeyboard::tabWalksThroughRowsShownAnew()
-{
-    QFETCH(SheetDriver::Kind, kind);
-    SheetDriver driver(kind);
-    QVERIFY(driver.ready());
-    QList<PropertyItem> items = rows();
-    driver.show(items);
-    const auto again = [&](const QString &name, const QVariant &value) {
-        for (PropertyItem &each : items) {
-            if (each.name() == name) {
-                each.setVal(value);
-            }
-        }
-        const QString more = s("more%1").arg(items.size());
-        items.prepend(PropertyItem(PropertyType::String, more, more, QString()));
-        driver.show(items);
-    };
-    if (auto *group = qobject_cast<GroupPropertyBrowser *>(driver.sheet())) {
-        connect(group, &GroupPropertyBrowser::propertyChanged, this, again);
-    } else {
-        connect(static_cast<TreePropertyBrowser *>(driver.sheet()), &TreePropertyBrowser::propertyChanged, this, again);
-    }
-    QStringList walked;
-    key(Qt::Key_Tab);
-    for (int i = 0; i < 7; ++i) {
-        const QString row = focusedRow(driver);
-        walked.append(row);
-        if (row == s("string") || row == s("text")) {
-            SheetDriver::type(s("typed"));
-        }
-        key(Qt::Key_Tab);
-    }
-    QCOMPARE(walked.join(QLatin1Char(' ')), s("string bool text enum date file keys"));
-    QCOMPARE(focusedRow(driver), s("after"));
-    QCOMPARE(driver.spy().count(), 2);
-    QCOMPARE(driver.value("text"), QVariant(s("typed")));
 }
 
 void TestPropertySheetsKeyboard::choiceIsMadeWithKeysAlone_data()

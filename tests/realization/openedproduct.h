@@ -34,7 +34,7 @@ public:
     [[nodiscard]] QString directory(const char *plugin) const { return product.path() + s("/") + s(plugin) + s("/"); }
 
     /// The point or sub point stored under this id or key.
-    [[nodiscard]] PointTreeWidgetItem *point(const char *key) const { return manager.definition(s(key)); }
+    [[nodiscard]] PointTreeWidgetItem *point(const char *key) const { return manager.definitions().first(s(key)); }
     [[nodiscard]] PointTreeWidgetItem *record(const char *id) const
     {
         return manager.ownRealizations().anyRecord(s(id));

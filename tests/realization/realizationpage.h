@@ -1,5 +1,7 @@
 #pragma once
 
+#include "form/realizationtablewidget.h"
+#include "form/realizationtreewidget.h"
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
 #include "model/sourcedatamanager.h"
@@ -8,8 +10,6 @@
 #include "propertybrowser/treepropertybrowser.h"
 #include "realization/realizationpagebuilder.h"
 #include "surface/extpointwidget.h"
-#include "surface/realizationtablewidget.h"
-#include "surface/realizationtreewidget.h"
 
 #include <QAction>
 #include <QApplication>

@@ -233,7 +233,9 @@ QStringList tabs(Page &page)
             Node *row = Node::fromRow(*it);
             lines.append(s("    ")
                 + line({ page.manager->ownRealizations().isForeign(row) ? s("foreign") : s("own"),
-                    page.manager->childTypes(row->kind().toLower(), row->pointId()).join(QLatin1Char(',')) }));
+                    page.manager->definitions()
+                        .childTypes(row->kind().toLower(), row->pointId())
+                        .join(QLatin1Char(',')) }));
         }
     }
     return lines;

@@ -103,7 +103,6 @@ private slots:
     void sameTabs_data();
     void sameTabs();
     void comesInWhenAskedFor();
-    void keepsWhatTheUserIsAt();
     void thousandsComeInPortions_data();
     void thousandsComeInPortions();
 };
@@ -171,32 +170,6 @@ void TestFormatTabs::comesInWhenAskedFor()
     tabs.formats.setBatching(false);
     QCOMPARE(tabs.shown(), (QStringList { s("a: Second"), s("x: x"), s("d: Desk"), s("e: e") }));
     QCOMPARE(tabs.formats.currentName(), s("d"));
-}
-
-void TestFormatTabs::keepsWhatTheUserIsAt()
-{
-    Tabs tabs(false);
-    for (int i = 0; i < 40; ++i)
-        tabs.formats.addFormatRoot(tabs.root(qPrintable(s("tab number %1").arg(i))));
-    tabs.widget.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&tabs.widget));
-    tabs.widget.setCurrentIndex(30);
-    QTabBar *bar = tabs.widget.tabBar();
-    bar->setFocus();
-    const QRect place = bar->tabRect(30);
-    tabs.formats.setBatching(true);
-    for (int i = 40; i < 80; ++i)
-        tabs.formats.addFormatRoot(tabs.root(qPrintable(s("tab number %1").arg(i))));
-    QCOMPARE(tabs.widget.count(), 40);
-    QTest::mousePress(bar, Qt::LeftButton, {}, place.center());
-    QTest::qWait(500);
-    QCOMPARE(tabs.widget.count(), 40);
-    QTest::mouseRelease(bar, Qt::LeftButton, {}, place.center());
-    // Although nothing more comes.
-    QTRY_COMPARE(tabs.widget.count(), 80);
-    QCOMPARE(tabs.formats.currentName(), s("tab number 30"));
-    QVERIFY(bar->hasFocus());
-    QCOMPARE(bar->tabRect(30), place);
 }
 
 void TestFormatTabs::thousandsComeInPortions_data()

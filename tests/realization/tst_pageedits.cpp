@@ -3,7 +3,7 @@
 
 #include "realizationpage.h"
 
-#include "surface/drops/pointdrop.h"
+#include "form/drops/pointdrop.h"
 
 using namespace RealizationTesting;
 using Node = PointTreeWidgetItem;

@@ -43,9 +43,6 @@ private Q_SLOTS:
     void menuOffers();
     void createsAndDeletesEntries();
     void deletingARootTakesItsTab();
-    void pointsShowTheirRecords_data();
-    void pointsShowTheirRecords();
-    void definitionChangesShowAtOnce();
     void addFormatTree();
 };
 
@@ -253,84 +250,6 @@ void TestRealizationPage::deletingARootTakesItsTab()
     page.menuOf("format", s("Delete"));
     QCOMPARE(page.tabNames(), QStringList { s("three|three") });
     QVERIFY(!page.save().contains("format"));
-}
-
-void TestRealizationPage::pointsShowTheirRecords_data()
-{
-    QTest::addColumn<QString>("point");
-    QTest::addColumn<bool>("table");
-    QTest::addColumn<bool>("tree");
-    QTest::addColumn<QStringList>("records");
-    const auto row = [](const char *name, const char *point, bool table, bool tree, const QStringList &records) {
-        QTest::newRow(name) << s(point) << table << tree << records;
-    };
-    row("a plug-in", "host", false, false, {});
-    row("a point with formats", "Commands", true, true,
-        { s("m1|File|()|1|[x]"), s("a1|Open|(icon)|2|[x]"), s("a2|Shut|()|1|[x]"), s("a3||()|0|[ ]") });
-    row("a sub point", "Menu", true, true, { s("m1|File|()|1|[x]") });
-    row("a point without", "Plain", true, false, { s("p1|Title|()") });
-}
-
-void TestRealizationPage::pointsShowTheirRecords()
-{
-    QFETCH(const QString, point);
-    QFETCH(const bool, table);
-    QFETCH(const bool, tree);
-    const Page page(QByteArray(ownData) + inHolder("<plain id='p1' title='Title'/>", "host.plain"), { host });
-    QVERIFY(!page.formats()->isVisible() && page.find<QWidget>("formatHint")->isVisible());
-    page.clickPoint("Commands");
-    page.clickPoint(point.toUtf8().constData());
-    QTEST(page.tableLines(), "records");
-    QCOMPARE(page.table()->isVisible(), table);
-    QCOMPARE(page.formats()->isVisible(), tree);
-    QCOMPARE(page.find<QWidget>("formatHint")->isVisible(), !tree);
-}
-
-void TestRealizationPage::definitionChangesShowAtOnce()
-{
-    Page page("<ExtPointSet><ExtPoint id='own.p' name='P' hasformat='false'><String key='text' "
-              "value='v'/></ExtPoint></ExtPointSet>"
-            + inHolder("<p id='r' text='R'/>", "own.p"),
-        { host });
-    auto *definitions = page.find<QTreeWidget>("defintionTree");
-    auto *pages = page.find<QTabWidget>("tabWidget");
-    // A click on the point shows its holder, which gets the defaults like any record.
-    page.clickPoint("P");
-    QCOMPARE(page.tableLines(), QStringList { s("r|R|()") });
-    page.clickRecord(0);
-
-    // Changed on the other page, seen on coming back.
-    pages->setCurrentIndex(0);
-    Node *loaded = Node::fromRow(definitions->topLevelItem(0)->child(0));
-    definitions->setCurrentItem(loaded);
-    const auto change = [&page](const char *sheet, const char *key, const QVariant &value) {
-        auto *browser = page.find<QWidget>(sheet);
-        QVERIFY(QMetaObject::invokeMethod(browser, "propertyChanged", Q_ARG(QString, s(key)), Q_ARG(QVariant, value)));
-    };
-    change("basicInfo", "name", s("Renamed"));
-    change("basicInfo", "hasformat", true);
-    change("basicInfo", "id", s("own.q"));
-    QTest::mouseClick(page.find<QPushButton>("pushButton_add_attr"), Qt::LeftButton);
-    change("editInfoWidget", "key", s("size"));
-    change("editInfoWidget", "value", s("12"));
-    pages->setCurrentIndex(1);
-    QVERIFY(page.point("Renamed"));
-    QCOMPARE(page.tableLines(), QStringList { s("r|R|()|0|[ ]") });
-    QCOMPARE(page.sheetKeys(), (QStringList { s("id"), s("text"), s("size") }));
-    QVERIFY(page.save().contains("<ExtData id=\"own.q\" text=\"v\">\n            <p id=\"r\" text=\"R\"/>"));
-    page.clickRecord(0);
-    QVERIFY(page.save().contains("<p id=\"r\" text=\"R\" size=\"12\"/>"));
-
-    pages->setCurrentIndex(0);
-    page.press(definitions, Qt::Key_Insert);
-    pages->setCurrentIndex(1);
-    QCOMPARE(page.pointLines().filter(s("SubPoint")).size(), 1);
-    pages->setCurrentIndex(0);
-    definitions->setCurrentItem(loaded);
-    page.press(definitions, Qt::Key_Delete);
-    pages->setCurrentIndex(1);
-    QVERIFY(!page.point("Renamed"));
-    QVERIFY(page.tableLines().isEmpty());
 }
 
 void TestRealizationPage::addFormatTree()

@@ -57,14 +57,6 @@ QStringList headers(const QTableWidget &table)
     return texts;
 }
 
-QByteArray manyRecords(int count)
-{
-    QByteArray records;
-    for (int i = 0; i < count; ++i)
-        records += "<k id='r" + QByteArray::number(i) + "' text='T' icon='a.png'/>";
-    return data(records);
-}
-
 } // namespace
 
 class TestRecordTable : public QObject
@@ -75,9 +67,6 @@ private slots:
     void rows_data();
     void rows();
     void followsLikeAFreshOne();
-    void selection();
-    void many();
-    void tableGone();
 };
 
 void TestRecordTable::rows_data()
@@ -144,7 +133,7 @@ void TestRecordTable::followsLikeAFreshOne()
             const int row = widget.rowCount() > 0 ? int(random.bounded(widget.rowCount())) : -1;
             widget.setCurrentCell(row, 0);
             const QPointer<PointTreeWidgetItem> current(table.record(row));
-            PointTreeWidgetItem *set = product.manager.ensureDataSet();
+            PointTreeWidgetItem *set = product.manager.ownEdits().ensureDataSet();
             PointTreeWidgetItem *holder = set->children().first()->item();
             const int count = holder->children().size();
             PointTreeWidgetItem *any = holder->children().value(int(random.bounded(qMax(1, count))))
@@ -153,17 +142,17 @@ void TestRecordTable::followsLikeAFreshOne()
             const QString value = values.at(random.bounded(values.size()));
             switch (random.bounded(8)) {
             case 0:
-                product.manager.insertRealization(holder,
+                OwnEdits::insert(holder,
                     ModelTesting::node(random.bounded(2) ? s("k") : s("format"), { { s("id"), value } }),
                     int(random.bounded(count + 1)));
                 break;
             case 1:
                 if (any)
-                    product.manager.destroyRealization(any);
+                    PointTreeWidgetItem::destroySubtree(any);
                 break;
             case 2:
                 if (any)
-                    product.manager.moveRealization(any, holder, int(random.bounded(count)));
+                    OwnEdits::move(any, holder, int(random.bounded(count)));
                 break;
             case 3:
                 if (any)
@@ -174,11 +163,11 @@ void TestRecordTable::followsLikeAFreshOne()
                 break;
             case 5:
                 if (any && !any->children().isEmpty())
-                    product.manager.setRealizationProperty(any->children().first()->item(), s("id"), value);
+                    any->children().first()->item()->setProperty(s("id"), value);
                 break;
             default:
                 if (any)
-                    product.manager.setRealizationProperty(any, keys.at(random.bounded(keys.size())), value);
+                    any->setProperty(keys.at(random.bounded(keys.size())), value);
             }
             product.manager.changes().flush();
             QTableWidget freshWidget;
@@ -192,74 +181,6 @@ void TestRecordTable::followsLikeAFreshOne()
             QCOMPARE(table.record(widget.currentRow()), fresh.row(current) >= 0 ? current.data() : nullptr);
         }
     }
-}
-
-void TestRecordTable::selection()
-{
-    OpenedProduct product(point({}) + manyRecords(50));
-    QTableWidget widget;
-    RecordTable table(&widget);
-    widget.resize(300, 200);
-    widget.show();
-    qRegisterMetaType<QTableWidgetItem *>();
-    QSignalSpy current(&widget, &QTableWidget::currentItemChanged);
-    QSignalSpy changed(&widget, &QTableWidget::itemChanged);
-    QSignalSpy clicked(&widget, &QTableWidget::itemClicked);
-    table.showRecords(product.point("p"));
-    QCOMPARE(widget.currentRow(), -1);
-    QCOMPARE(current.count() + changed.count(), 0);
-    QVERIFY(widget.updatesEnabled() && !widget.signalsBlocked());
-
-    // The picture is part of its row.
-    widget.scrollToTop();
-    const QPoint onIcon = widget.visualItemRect(widget.item(2, 2)).center();
-    QTest::mouseClick(widget.childAt(widget.viewport()->mapTo(&widget, onIcon)), Qt::LeftButton, {}, onIcon);
-    QCOMPARE(clicked.count(), 1);
-    QCOMPARE(widget.currentRow(), 2);
-}
-
-void TestRecordTable::many()
-{
-    OpenedProduct product(point("hasformat='true'") + manyRecords(2000));
-    QImage image(16, 16, QImage::Format_RGB32);
-    image.fill(Qt::green);
-    QVERIFY(image.save(product.directory("own") + s("a.png")));
-    QTableWidget widget;
-    RecordTable table(&widget);
-    widget.resize(500, 400);
-    widget.show();
-    QElapsedTimer timer;
-    timer.start();
-    table.showRecords(product.point("p"));
-    // A fifth of a second as a rule; each row that lays the table out anew would make it minutes.
-    QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
-    QCOMPARE(widget.rowCount(), 2000);
-    const auto iconOf
-        = [&widget](int row) { return qobject_cast<QToolButton *>(widget.cellWidget(row, 2))->icon().cacheKey(); };
-    // The scroll bar learns of the rows with the layout.
-    QCoreApplication::processEvents();
-    const auto first = iconOf(0);
-    // Only what has been in sight has a button and a box.
-    QVERIFY(!widget.cellWidget(1000, 2) && !widget.cellWidget(1000, 4));
-    widget.scrollToItem(widget.item(1000, 0), QAbstractItemView::PositionAtCenter);
-    QCOMPARE(iconOf(1000), first);
-    QVERIFY(widget.cellWidget(1000, 4));
-}
-
-void TestRecordTable::tableGone()
-{
-    OpenedProduct product(point({}) + manyRecords(3));
-    auto widget = std::make_unique<QTableWidget>();
-    RecordTable table(widget.get());
-    table.showRecords(product.point("p"));
-    widget.reset();
-    table.append(product.record("r1"));
-    table.follow({});
-    table.showRecords(product.point("p"));
-    table.clear();
-    RecordTable without(nullptr);
-    without.showRecords(product.point("p"));
-    QCOMPARE(without.row(product.record("r1")), -1);
 }
 
 QTEST_MAIN(TestRecordTable)

@@ -3,10 +3,10 @@
 #include "realizationpage.h"
 #include "seen.h"
 
-#include "surface/drops/entrymove.h"
-#include "surface/drops/pointdrop.h"
-#include "surface/drops/recorddrop.h"
-#include "surface/drops/tabledrop.h"
+#include "form/drops/entrymove.h"
+#include "form/drops/pointdrop.h"
+#include "form/drops/recorddrop.h"
+#include "form/drops/tabledrop.h"
 
 #include <QLineEdit>
 #include <QRandomGenerator>

@@ -2,9 +2,9 @@
 
 #include "realizationpage.h"
 
-#include "surface/drops/entrymove.h"
-#include "surface/drops/recorddrop.h"
-#include "surface/drops/tabledrop.h"
+#include "form/drops/entrymove.h"
+#include "form/drops/recorddrop.h"
+#include "form/drops/tabledrop.h"
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -416,7 +416,7 @@ void TestRightNode::shown_data()
             page.clickPoint("Commands");
             page.showTab("a");
             QCOMPARE(page.formatLines().value(1), s("  1"));
-            QCOMPARE(page.manager->formatOfTarget(s("t"))->property(s("id")).toString(), s("a"));
+            QCOMPARE(page.manager->ownRealizations().formatOfTarget(s("t"))->property(s("id")).toString(), s("a"));
         });
     row("a sub point under one plug-in", points("<ExtPoint id='o.p' name='P'/>"), [](Page &page) {
         definition(page, "own");
@@ -476,16 +476,16 @@ void TestRightNode::shown_data()
             addProperty(page, "key");
             typeBasic(page, "key", "K");
             definition(page, "P");
-            QVERIFY(page.manager->definition(s("k")));
+            QVERIFY(page.manager->definitions().first(s("k")));
             Q_EMIT page.find<GroupPropertyBrowser>("basicInfo")->propertyChanged(s("id"), QString());
-            QVERIFY(!page.manager->definition(s("o.p")));
+            QVERIFY(!page.manager->definitions().first(s("o.p")));
         });
     row("own answers go first after a rename and back", points("<ExtPoint id='host.cmd' name='P' hasformat='false'/>"),
         [](Page &page) {
             definition(page, "P");
             for (const char *id : { "other", "host.cmd" })
                 Q_EMIT page.find<GroupPropertyBrowser>("basicInfo")->propertyChanged(s("id"), s(id));
-            QCOMPARE(page.manager->definition(s("host.cmd"))->pluginId(), s("own"));
+            QCOMPARE(page.manager->definitions().first(s("host.cmd"))->pluginId(), s("own"));
         });
 }
 

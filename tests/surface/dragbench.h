@@ -1,9 +1,9 @@
 #pragma once
 
 #include "droptesting.h"
-#include "surface/realizationtablewidget.h"
-#include "surface/realizationtreewidget.h"
-#include "surface/treeitemmimedata.h"
+#include "form/realizationtablewidget.h"
+#include "form/realizationtreewidget.h"
+#include "form/treeitemmimedata.h"
 
 #include <QApplication>
 #include <QDrag>

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "form/drops/dropsite.h"
 #include "model/controller.h"
 #include "model/modeltesting.h"
 #include "model/pointtreewidgetitem.h"
 #include "model/sourcedatamanager.h"
-#include "surface/drops/dropsite.h"
 
 #include <QMultiHash>
 #include <QRegularExpression>
@@ -91,7 +91,7 @@ public:
     {
         QStringList complaints;
         QVector<PointObject *> open { manager.realizationRoot() };
-        const QVector<PointTreeWidgetItem *> registered = manager.realizations();
+        const QVector<PointTreeWidgetItem *> registered = manager.ownRealizations().all();
         while (!open.isEmpty()) {
             PointObject *node = open.takeLast();
             const bool counts = node != manager.realizationRoot() && !node->item()->isKind(QLatin1String("ExtDataSet"));

@@ -1,5 +1,5 @@
 #include "dragbench.h"
-#include "surface/rowtooltip.h"
+#include "form/rowtooltip.h"
 
 #include <QHelpEvent>
 #include <QSignalSpy>
@@ -53,8 +53,6 @@ private Q_SLOTS:
     void payloadOfATable();
     void acceptance_data();
     void acceptance();
-    void dropsThatAreNone_data();
-    void dropsThatAreNone();
     void toolTips_data();
     void toolTips();
 };
@@ -182,43 +180,6 @@ void TestDragWidgets::acceptance()
     }
     QTEST(tree, "tree");
     QTEST(table, "table");
-}
-
-void TestDragWidgets::dropsThatAreNone_data()
-{
-    QTest::addColumn<bool>("hasPayload");
-    QTest::addColumn<bool>("hasItem");
-    QTest::newRow("no data") << false << false;
-    QTest::newRow("an empty payload") << true << false;
-    QTest::newRow("a row that is none of ours") << true << true;
-}
-
-void TestDragWidgets::dropsThatAreNone()
-{
-    QFETCH(bool, hasPayload);
-    QFETCH(bool, hasItem);
-    Bench bench;
-    QSignalSpy treeModified(bench.format, &RealizationTreeWidget::modified);
-    QSignalSpy tableModified(bench.table, &RealizationTableWidget::modified);
-    TreeItemMimeData data;
-    QTreeWidgetItem stranger;
-    if (hasItem)
-        data.setItem(s("ItemMimeData"), &stranger);
-    const QStringList saved = bench.model.saved();
-    QString tree;
-    QString table;
-    QVERIFY(whileDragging(bench.points, bench.place(bench.model.point(s("kit.tools"))), [&] {
-        const auto drop = [&] {
-            return QDropEvent(bench.place(bench.row("m1")), Qt::CopyAction | Qt::MoveAction,
-                hasPayload ? &data : nullptr, Qt::LeftButton, {});
-        };
-        tree = answer<QDropEvent>([&](auto *event) { bench.format->dropEvent(event); }, drop);
-        table = answer<QDropEvent>([&](auto *event) { bench.table->dropEvent(event); }, drop);
-    }));
-    QCOMPARE(tree, s("accepted, copy"));
-    QCOMPARE(table, s("as it was"));
-    QCOMPARE(treeModified.count() + tableModified.count(), 0);
-    QCOMPARE(bench.model.saved(), saved);
 }
 
 void TestDragWidgets::toolTips_data()

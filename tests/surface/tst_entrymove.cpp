@@ -1,5 +1,5 @@
 #include "droptesting.h"
-#include "surface/drops/entrymove.h"
+#include "form/drops/entrymove.h"
 
 using namespace DropTesting;
 

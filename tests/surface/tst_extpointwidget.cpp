@@ -62,12 +62,8 @@ private Q_SLOTS:
     void init() { Controller::instance()->setSourceDataManager(nullptr); }
     void containment_data();
     void containment();
-    void selectsWhenSeen_data();
-    void selectsWhenSeen();
-    void treesShowTheModel();
     void buildersOutliveTheWidget();
     void widgetMayDieAfterTheModel();
-    void definePropagates();
 };
 
 void TestExtPointWidget::containment_data()
@@ -118,22 +114,6 @@ void TestExtPointWidget::containment()
     QTEST(found->parentWidget()->objectName(), "container");
 }
 
-void TestExtPointWidget::treesShowTheModel()
-{
-    Editor editor;
-    QVERIFY(editor.open(sample));
-    auto *definitions = editor.find<QTreeWidget>("defintionTree");
-    auto *points = editor.find<QTreeWidget>("realizationTree");
-    QCOMPARE(definitions->topLevelItem(0), static_cast<QTreeWidgetItem *>(editor.manager.definitionRoot()));
-    QCOMPARE(points->topLevelItem(0), static_cast<QTreeWidgetItem *>(editor.manager.availablePointsRoot()));
-    QCOMPARE(definitions->topLevelItem(0)->childCount(), 4);
-    QVERIFY(definitions->topLevelItem(0)->isExpanded() && definitions->topLevelItem(0)->child(0)->isExpanded());
-    editor.manager.startScan(sample);
-    editor.manager.completeScan();
-    QCOMPARE(points->topLevelItem(0)->childCount(), 12);
-    QVERIFY(points->topLevelItem(0)->isExpanded());
-}
-
 void TestExtPointWidget::buildersOutliveTheWidget()
 {
     Editor editor;
@@ -163,84 +143,6 @@ void TestExtPointWidget::widgetMayDieAfterTheModel()
     manager.reset();
     QCOMPARE(tree->topLevelItemCount(), 0);
     widget.defintionPageBuilder()->onBasicInfoDataChange(s("name"), s("late"));
-}
-
-void TestExtPointWidget::selectsWhenSeen_data()
-{
-    QTest::addColumn<bool>("seenAtOnce");
-    QTest::addColumn<bool>("selectedBefore");
-    QTest::newRow("the page in sight") << true << false;
-    QTest::newRow("the other page") << false << false;
-    QTest::newRow("the other page, where something was selected meanwhile") << false << true;
-}
-
-void TestExtPointWidget::selectsWhenSeen()
-{
-    QFETCH(bool, seenAtOnce);
-    QFETCH(bool, selectedBefore);
-    Editor editor;
-    QVERIFY(editor.open(sample));
-    auto *pages = editor.find<QTabWidget>("tabWidget");
-    auto *tree = editor.find<QTreeWidget>("defintionTree");
-    const auto *sheet = editor.find<GroupPropertyBrowser>("basicInfo");
-    if (seenAtOnce)
-        pages->setCurrentIndex(0);
-    editor.widget->show();
-    QCOMPARE(tree->currentItem() != nullptr, seenAtOnce);
-    QTreeWidgetItem *expected = tree->topLevelItem(0);
-    if (selectedBefore) {
-        expected = expected->child(1);
-        tree->setCurrentItem(expected);
-    }
-    pages->setCurrentIndex(0);
-    QCOMPARE(tree->currentItem(), expected);
-    const QWidget *editorOfName = sheet->editorFor(s("name"));
-    QVERIFY(editorOfName);
-    const auto *name = editorOfName->findChild<QLineEdit *>();
-    QVERIFY(name);
-    QCOMPARE(name->text(), PointTreeWidgetItem::fromRow(expected)->property(s("name")).toString());
-    // Only the first time: what a person has left is left.
-    tree->setCurrentItem(nullptr);
-    pages->setCurrentIndex(1);
-    pages->setCurrentIndex(0);
-    QVERIFY(!tree->currentItem());
-}
-
-void TestExtPointWidget::definePropagates()
-{
-    Editor editor;
-    QVERIFY(editor.open(sample));
-    PointTreeWidgetItem point(s("New"));
-    point.setKind(s("ExtPoint"));
-    point.setProperty(s("id"), s("new.point"));
-    PointTreeWidgetItem subPoint(s("Sub"));
-    subPoint.setKind(s("SubExtPoint"));
-    DefintionPageBuilder *page = editor.widget->defintionPageBuilder();
-    PointTreeWidgetItem *root = editor.manager.availablePointsRoot();
-
-    Q_EMIT page->addDefine(s("plug"), &point, nullptr);
-    QCOMPARE(root->childCount(), 2);
-    auto *plugin = PointTreeWidgetItem::fromRow(root->child(1));
-    QCOMPARE(plugin->text(0) + plugin->property(s("id")).toString() + plugin->property(s("filename")).toString(),
-        s("plugplugplug"));
-    auto *copy = PointTreeWidgetItem::fromRow(plugin->child(0));
-    QCOMPARE(point.link(), static_cast<PointObject *>(copy));
-    QCOMPARE(copy->link(), static_cast<PointObject *>(copy));
-    Q_EMIT page->addDefine(s("plug"), &point, &subPoint);
-    QCOMPARE(root->childCount(), 2);
-    QCOMPARE(plugin->childCount(), 1);
-    QCOMPARE(subPoint.link(), copy->children().first());
-    point.setProperty(s("name"), s("Renamed"));
-    point.setText(0, s("Renamed"));
-    QCOMPARE(copy->property(s("name")).toString() + copy->text(0), s("RenamedRenamed"));
-
-    Q_EMIT page->delDefine(&point);
-    QCOMPARE(plugin->childCount(), 0);
-    QCOMPARE(point.link(), static_cast<PointObject *>(&point));
-    QCOMPARE(subPoint.link(), static_cast<PointObject *>(&subPoint));
-    // A sub point of a point that the other page has never seen brings its point.
-    Q_EMIT page->addDefine(s("other"), &point, &subPoint);
-    QCOMPARE(root->child(2)->child(0)->childCount(), 1);
 }
 
 QTEST_MAIN(TestExtPointWidget)

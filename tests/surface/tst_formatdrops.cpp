@@ -1,6 +1,6 @@
 #include "droptesting.h"
-#include "surface/drops/pointdrop.h"
-#include "surface/drops/recorddrop.h"
+#include "form/drops/pointdrop.h"
+#include "form/drops/recorddrop.h"
 
 using namespace DropTesting;
 
@@ -259,7 +259,7 @@ void TestFormatDrops::editsReachEverySavedReference()
     const OwnRealizations realizations = Controller::instance()->ownRealizations();
     const Shown shown(realizations.siblingFormats(s("bench")));
     const DropOutcome outcome = RecordDrop::perform(shown.site(s("t1"), false), model.record(s("r2")));
-    Controller::instance()->setRealizationProperty(outcome.additions.first().row, s("text"), s("edited"));
+    outcome.additions.first().row->setProperty(s("text"), s("edited"));
     QCOMPARE(ModelTesting::tree(realizations.holders(s("kit.menus")).first()).mid(0, 4),
         (QStringList { s("Format"), s("  Item id=r2 parent=t1 text=edited"), s("Format"),
             s("  Item id=r2 parent=t1 text=edited") }));

@@ -14,10 +14,8 @@ private Q_SLOTS:
     void init();
     void dropsByPointer_data();
     void dropsByPointer();
-    void currentRowFollows();
     void marks_data();
     void marks();
-    void listenersMayDestroy();
     void sourceDiesInMidDrag();
 };
 
@@ -111,43 +109,6 @@ void TestPointerDrops::dropsByPointer()
     QCOMPARE(bench.model.complaints(), QStringList());
 }
 
-void TestPointerDrops::currentRowFollows()
-{
-    Bench bench;
-    PointTreeWidgetItem *menu = bench.row("m1");
-    menu->setExpanded(true);
-    // Over other rows of its own tree, and back to what was dragged.
-    QTreeWidgetItem *over = nullptr;
-    TreeItemMimeData data;
-    data.setItem(s("ItemMimeData"), menu);
-    QVERIFY(whileDragging(bench.format, bench.place(menu), [&] {
-        QDragMoveEvent move(bench.place(bench.row("i2")), Qt::CopyAction, &data, Qt::LeftButton, {});
-        bench.format->dragMoveEvent(&move);
-        over = bench.format->currentItem();
-    }));
-    QCOMPARE(over, static_cast<QTreeWidgetItem *>(bench.row("i2")));
-    QCOMPARE(bench.format->selectedItems(), QList<QTreeWidgetItem *> { menu });
-    QCOMPARE(bench.format->currentItem(), static_cast<QTreeWidgetItem *>(menu));
-
-    QTableWidgetItem *passed = nullptr;
-    QVERIFY(whileDragging(bench.table, bench.table->visualItemRect(bench.table->item(0, 0)).center(), [&] {
-        const QPoint place = bench.table->visualItemRect(bench.table->item(1, 1)).center();
-        QDragMoveEvent move(place, Qt::CopyAction, &data, Qt::LeftButton, {});
-        bench.table->dragMoveEvent(&move);
-        passed = bench.table->currentItem();
-    }));
-    QCOMPARE(passed, bench.table->item(1, 1));
-    QCOMPARE(bench.table->currentItem(), bench.table->item(0, 0));
-
-    // A menu that has moved stays open, current and in sight.
-    drag(&bench, bench.inWindow(bench.format, bench.place(menu)),
-        bench.inWindow(bench.format, bench.place(bench.row("m2"))));
-    QTRY_VERIFY(!bench.format->isDragging());
-    QCOMPARE(menu->parentItem(), bench.row("m2"));
-    QVERIFY(menu->isExpanded() && bench.row("m2")->isExpanded());
-    QCOMPARE(bench.format->currentItem(), static_cast<QTreeWidgetItem *>(menu));
-}
-
 void TestPointerDrops::marks_data()
 {
     QTest::addColumn<QString>("onto");
@@ -202,29 +163,6 @@ void TestPointerDrops::marks()
     QCOMPARE(pixels(left), 0);
     QCOMPARE(pixels(marked) > 0, highlighted);
     QVERIFY(tableMarked != tableLeft);
-}
-
-void TestPointerDrops::listenersMayDestroy()
-{
-    Bench bench;
-    bench.format->setDirectDrop(false);
-    bench.format->setTabName(QString());
-    int heard = 0;
-    connect(bench.format, &RealizationTreeWidget::setTarget, &bench, [&](PointTreeWidgetItem *format) {
-        ++heard;
-        PointTreeWidgetItem::destroySubtree(PointTreeWidgetItem::fromRow(bench.row("m2")->QTreeWidgetItem::child(0)));
-        Controller::instance()->destroyRealization(format);
-    });
-    int dropped = 0;
-    connect(bench.format, &RealizationTreeWidget::dropPoint, &bench, [&dropped] { ++dropped; });
-    QSignalSpy modified(bench.format, &RealizationTreeWidget::modified);
-    const QTableWidgetItem *cell = bench.table->item(0, 0);
-    drag(&bench, bench.inWindow(bench.table, bench.table->visualItemRect(cell).center()),
-        bench.inWindow(bench.format, bench.place(bench.row("m2"))));
-    QTRY_VERIFY(!bench.table->isDragging());
-    QCOMPARE(heard, 1);
-    QCOMPARE(dropped, 0);
-    QCOMPARE(modified.count(), 1);
 }
 
 void TestPointerDrops::sourceDiesInMidDrag()

@@ -1,6 +1,6 @@
 #include "droptesting.h"
+#include "form/drops/tabledrop.h"
 #include "model/generatedid.h"
-#include "surface/drops/tabledrop.h"
 
 #include <QTime>
 
@@ -106,7 +106,7 @@ void TestTableDrop::dropWithoutDataSet()
     QCOMPARE(Model::masked(ModelTesting::tree(outcome.parent)), QStringList { s("item id=own.item# text=Tool") });
 
     // As the page does it.
-    Controller::instance()->insertRealization(Controller::instance()->ensureDataSet(), outcome.parent);
+    OwnEdits::insert(Controller::instance()->ownEdits().ensureDataSet(), outcome.parent);
     QCOMPARE(model.saved(),
         (QStringList { s("ExtDataSet"), s("  ExtData plugin=own id=kit.tools extPlugin=kit"),
             s("    item id=own.item# text=Tool") }));

@@ -6,7 +6,8 @@
 QStringList AllowedKinds::of(const PointTreeWidgetItem *node)
 {
     QStringList kinds;
-    const QStringList entries = Controller::instance()->childTypes(node->kind().toLower(), node->pointId());
+    const QStringList entries
+        = Controller::instance()->definitions().childTypes(node->kind().toLower(), node->pointId());
     for (const QString &entry : entries) {
         if (!entry.isEmpty())
             kinds.append(entry.toLower());

@@ -77,7 +77,7 @@ void moveSavedInto(const DropSite &site, const DropPlan &plan, PointTreeWidgetIt
 {
     PointTreeWidgetItem *saved = savedNode(dragged);
     PointTreeWidgetItem *target = plan.recorded ? formatFor(saved, site.tabName) : savedNode(site.row);
-    if (!Controller::instance()->moveRealization(saved, target))
+    if (!OwnEdits::move(saved, target))
         return;
     placeRow(dragged, site.row, nullptr);
     setParentName(dragged, plan.recorded ? QVariant(OwnSlots::parentName(plan.through)) : QVariant());
@@ -92,7 +92,7 @@ void moveSavedBefore(const DropSite &site, PointTreeWidgetItem *dragged)
     const int old = above->children().indexOf(saved);
     if (old >= 0 && old < index)
         --index;
-    if (!Controller::instance()->moveRealization(saved, above, index))
+    if (!OwnEdits::move(saved, above, index))
         return;
     placeRow(dragged, site.row->parentItem(), site.row);
     setParentName(dragged, target->property(parentKey));

@@ -85,11 +85,11 @@ PointTreeWidgetItem *OwnSlots::ensureData(const PointTreeWidgetItem *definition)
 {
     if (PointTreeWidgetItem *known = data(definition))
         return known;
-    PointTreeWidgetItem *set = Controller::instance()->ensureDataSet();
+    PointTreeWidgetItem *set = Controller::instance()->ownEdits().ensureDataSet();
     if (!set)
         return nullptr;
     PointTreeWidgetItem *made = makeData(definition);
-    Controller::instance()->insertRealization(set, made);
+    OwnEdits::insert(set, made);
     return made;
 }
 
@@ -112,7 +112,7 @@ PointTreeWidgetItem *OwnSlots::addFormat(PointTreeWidgetItem *data, const PointT
     auto *format = new PointTreeWidgetItem(formatKind);
     format->assignFields(like);
     format->setKind(formatKind);
-    Controller::instance()->insertRealization(data, format, 0);
+    OwnEdits::insert(data, format, 0);
     return format;
 }
 

@@ -57,7 +57,7 @@ void addTwin(PointTreeWidgetItem *data, PointTreeWidgetItem *entry)
     twin->setPointId(data->pointId());
     twin->setPluginId(data->pluginId());
     twin->setProperty(idKey, entry->property(idKey));
-    Controller::instance()->insertRealization(data, twin);
+    OwnEdits::insert(data, twin);
 }
 
 } // namespace
@@ -105,7 +105,7 @@ DropOutcome PointDrop::perform(const DropSite &site, PointTreeWidgetItem *dragge
     entry->setIsNew(true);
     entry->setProperty(QStringLiteral("parent"), OwnSlots::parentName(what.through));
     if (format) {
-        controller->insertRealization(format, entry);
+        OwnEdits::insert(format, entry);
         addTwin(data, entry);
     } else {
         // Nothing holds it but the row that mirrors it.

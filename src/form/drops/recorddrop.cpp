@@ -89,7 +89,7 @@ DropOutcome RecordDrop::perform(const DropSite &site, PointTreeWidgetItem *dragg
     for (PointTreeWidgetItem *format : formats) {
         saved = saved ? new PointTreeWidgetItem(*saved) : makeReference(dragged);
         saved->setProperty(QStringLiteral("parent"), parentName);
-        Controller::instance()->insertRealization(format, saved);
+        OwnEdits::insert(format, saved);
     }
     auto *displayed = new PointTreeWidgetItem(*saved);
     site.row->QTreeWidgetItem::addChild(displayed);

@@ -34,7 +34,7 @@ PointTreeWidgetItem *dataForPoint(const PointTreeWidgetItem *point)
         return known;
     PointTreeWidgetItem *data = OwnSlots::makeData(point);
     if (PointTreeWidgetItem *set = OwnSlots::firstDataSet())
-        Controller::instance()->insertRealization(set, data);
+        OwnEdits::insert(set, data);
     return data;
 }
 
@@ -54,6 +54,6 @@ TableDrop::Outcome TableDrop::perform(PointTreeWidgetItem *dragged)
     outcome.isSubPoint = dragged->isKind(QLatin1String("SubExtPoint"));
     outcome.parent = outcome.isSubPoint ? OwnSlots::ensureData(dragged) : dataForPoint(dragged);
     outcome.record = makeRecord(dragged);
-    Controller::instance()->insertRealization(outcome.parent, outcome.record);
+    OwnEdits::insert(outcome.parent, outcome.record);
     return outcome;
 }
