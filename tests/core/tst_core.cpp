@@ -6,15 +6,19 @@
 #include "core/id.h"
 #include "core/logcollector.h"
 #include "core/recentfiles.h"
+#include "core/workbenchstyle.h"
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <QGroupBox>
 #include <QPainter>
 #include <QSettings>
 #include <QSignalSpy>
+#include <QStyleFactory>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -42,6 +46,7 @@ private slots:
     void documentPath();
     void iconOverlay_data();
     void iconOverlay();
+    void style();
     void logLines();
     void logNested();
     void logFromThreads();
@@ -150,6 +155,30 @@ void tst_Core::iconOverlay()
         else
             QVERIFY(pixel != QColor(Qt::red) && pixel != QColor(Qt::green) && pixel != QColor(Qt::blue));
     }
+}
+
+void tst_Core::style()
+{
+    const std::unique_ptr<QStyle> plain(QStyleFactory::create(QStringLiteral("Fusion")));
+    Core::WorkbenchStyle ours(QStyleFactory::create(QStringLiteral("Fusion")));
+    for (const auto which : { QStyle::SP_ToolBarHorizontalExtensionButton, QStyle::SP_LineEditClearButton })
+        QCOMPARE(ours.standardIcon(which).pixmap(16).toImage(), plain->standardIcon(which).pixmap(16).toImage());
+
+    // The frame of a group box stands where Fusion has it: the lines of the middle column that are not plain ground.
+    QVector<QVector<int>> frames;
+    for (QStyle *style : { plain.get(), static_cast<QStyle *>(&ours) }) {
+        QGroupBox box(QStringLiteral("T"));
+        box.setStyle(style);
+        box.resize(200, 120);
+        const QImage image = box.grab().toImage();
+        QVector<int> lines;
+        for (int y = 0; y + 1 < image.height(); ++y)
+            if (qAbs(qGray(image.pixel(100, y)) - qGray(image.pixel(100, y + 1))) > 3)
+                lines.append(y);
+        QVERIFY(!lines.isEmpty());
+        frames.append({ lines.first(), lines.last() });
+    }
+    QVERIFY(qAbs(frames[0][0] - frames[1][0]) <= 1 && qAbs(frames[0][1] - frames[1][1]) <= 1);
 }
 
 void tst_Core::logLines()
