@@ -176,7 +176,7 @@ void registerFakeMimeTypes()
         </mime-info>)");
     QBuffer buffer(&document);
     buffer.open(QIODevice::ReadOnly);
-    QString error;
-    if (!Utils::MimeDatabase::addMimeTypes(&buffer, &error))
+    const QString error = Utils::MimeDatabase::addMimeTypes(&buffer);
+    if (!error.isEmpty())
         qFatal("%s", qPrintable(error));
 }

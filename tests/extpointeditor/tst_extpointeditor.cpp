@@ -184,7 +184,7 @@ void TestExtPointEditor::registration()
     QCOMPARE(type.comment(), s("Qt Resource file"));
     QCOMPARE(type.globPatterns(), QStringList { s("extension.xml") });
     QVERIFY(type.inherits(s("text/xml")));
-    QVERIFY(Utils::MimeDatabase().mimeTypeForFileNameAndData(s("my.extension.xml"), "<a/>").name() != type.name());
+    QVERIFY(Utils::MimeDatabase().mimeTypeForFile(s("my.extension.xml")).name() != type.name());
 
     const QImage marked = Core::FileIconProvider::icon(QFileInfo(sample.path(s("chartdesk")))).pixmap(32).toImage();
     const QImage plain = Core::FileIconProvider::icon(QFileInfo(s("other.xml"))).pixmap(32).toImage();
