@@ -141,7 +141,7 @@ void TestExtPointEditor::initTestCase()
     m_plugins.loadPlugins({});
     for (const ExtensionSystem::PluginInfo &plugin : m_plugins.plugins())
         QVERIFY2(plugin.errorString.isEmpty(), qPrintable(plugin.errorString));
-    m_factory = ExtensionSystem::PluginManager::getObject<Core::IEditorFactory>();
+    m_factory = ExtensionSystem::PluginManager::getObjects<Core::IEditorFactory>().value(0);
     QVERIFY(m_factory);
 }
 

@@ -87,7 +87,7 @@ void TestMemory::initTestCase()
     QLoggingCategory::setFilterRules(s("extpoint.*.info=false"));
     m_plugins.setPluginPaths({ s(EXTPOINT_BINARY_DIR "/lib/extpoint/plugins") });
     m_plugins.loadPlugins({});
-    m_factory = ExtensionSystem::PluginManager::getObject<Core::IEditorFactory>();
+    m_factory = ExtensionSystem::PluginManager::getObjects<Core::IEditorFactory>().value(0);
     QVERIFY(m_factory);
 }
 

@@ -18,7 +18,7 @@ class TestPlugin final : public QObject
 
 #else
 
-/// Writes every call into the list property "calls" of the application object. With TESTPLUGIN_REGISTERS it puts four
+/// Writes every call into the list property "calls" of the application object. With TESTPLUGIN_REGISTERS it puts three
 /// objects into the pool, two of them auto-released; what else it does is chosen by TESTPLUGIN_BEHAVIOUR.
 class TestPlugin final : public ExtensionSystem::IPlugin
 {
@@ -31,7 +31,7 @@ public:
     bool initialize(const QStringList &arguments, QString *errorString) override;
     void extensionsInitialized() override;
     bool delayedInitialize() override;
-    ShutdownFlag aboutToShutdown() override;
+    void aboutToShutdown() override;
 };
 
 #endif
