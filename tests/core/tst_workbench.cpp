@@ -124,7 +124,8 @@ void tst_Workbench::answersWithoutDisplay_data()
     };
     row("--help", 0, "Usage: extpoint-workbench [OPTION...] [FILE]\n", "");
     row("--version", 0, "extpoint-workbench 4.0.2\n", "");
-    row("--nope", 2, "", "extpoint-workbench: unknown option --nope\nUsage: extpoint-workbench [OPTION...] [FILE]\n");
+    row("--nope", 2, "",
+        "extpoint-workbench: Unknown option 'nope'.\nUsage: extpoint-workbench [OPTION...] [FILE]\n");
     row("--save", 2, "", "extpoint-workbench: --save needs a file\nUsage: extpoint-workbench [OPTION...] [FILE]\n");
 }
 
