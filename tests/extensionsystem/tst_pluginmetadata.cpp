@@ -14,8 +14,6 @@ private slots:
     void versions_data();
     void versions();
     void versionOrder();
-    void provides_data();
-    void provides();
     void completeMetaData();
     void defects_data();
     void defects();
@@ -79,32 +77,6 @@ void TestPluginMetaData::versionOrder()
     }
 }
 
-void TestPluginMetaData::provides_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("version");
-    QTest::addColumn<bool>("provided");
-    const auto row = [](const char *tag, const char *name, const char *version, bool provided) {
-        QTest::newRow(tag) << QString::fromLatin1(name) << QString::fromLatin1(version) << provided;
-    };
-    row("the newest", "Core", "4.1.2", true);
-    row("the oldest", "Core", "3.9.0", true);
-    row("other letter case", "cORE", "4.0.0", true);
-    row("too new", "Core", "4.1.3", false);
-    row("too new by a build", "Core", "4.1.2_1", false);
-}
-
-void TestPluginMetaData::provides()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, version);
-    PluginMetaData metaData;
-    metaData.name = QStringLiteral("Core");
-    metaData.version = *PluginVersion::fromString(QStringLiteral("4.1.2"));
-    metaData.compatVersion = *PluginVersion::fromString(QStringLiteral("3.9.0"));
-    QTEST(metaData.provides(name, *PluginVersion::fromString(version)), "provided");
-}
-
 void TestPluginMetaData::completeMetaData()
 {
     const auto result = PluginMetaData::fromJson(loaderObject(R"({
@@ -158,10 +130,7 @@ void TestPluginMetaData::defects_data()
         { QStringLiteral("\"Category\" is not a string"), QStringLiteral("\"Description\" is not a string") });
     dependency("dependencies of another type", "{}", QStringLiteral("\"Dependencies\" is not an array"));
     dependency("dependency of another type", R"(["Core"])", QStringLiteral("dependency 1 is not a JSON object"));
-    dependency("nameless dependency", R"([{"Version": "1.0.0"}])", QStringLiteral("dependency 1 has no \"Name\""));
     dependency("dependency without version", R"([{"Name": "m"}])", QStringLiteral("dependency 1 has no \"Version\""));
-    dependency("version of a dependency", R"([{"Name": "m", "Version": "1.0.0"}, {"Name": "k", "Version": "v"}])",
-        QStringLiteral("the \"Version\" \"v\" of dependency 2 is not of the form \"1.2.3\" or \"1.2.3_4\""));
     dependency("type of a dependency", R"([{"Name": "m", "Version": "1.0.0", "Type": "maybe"}])",
         QStringLiteral("the \"Type\" \"maybe\" of dependency 1 is neither \"required\" nor \"optional\""));
     dependency("dependency on itself", R"([{"Name": "N", "Version": "1.0.0"}])",

@@ -2,18 +2,13 @@
 
 #include "extensionsystem/iplugin.h"
 
-// What one shared object of the tests differs in; see CMakeLists.txt.
-#if !defined(TESTPLUGIN_IID)
-#define TESTPLUGIN_IID EXTENSIONSYSTEM_PLUGIN_IID
-#endif
-
 #if defined(TESTPLUGIN_NO_IPLUGIN)
 
 /// A root object that carries the right metadata and is no plug-in.
 class TestPlugin final : public QObject
 {
     Q_OBJECT
-    Q_PLUGIN_METADATA(IID TESTPLUGIN_IID FILE "testplugin.json")
+    Q_PLUGIN_METADATA(IID EXTENSIONSYSTEM_PLUGIN_IID FILE "testplugin.json")
 };
 
 #else
@@ -23,7 +18,7 @@ class TestPlugin final : public QObject
 class TestPlugin final : public ExtensionSystem::IPlugin
 {
     Q_OBJECT
-    Q_PLUGIN_METADATA(IID TESTPLUGIN_IID FILE "testplugin.json")
+    Q_PLUGIN_METADATA(IID EXTENSIONSYSTEM_PLUGIN_IID FILE "testplugin.json")
 public:
     TestPlugin();
     ~TestPlugin() override;
