@@ -155,7 +155,7 @@ FakeFactory::FakeFactory(const QString &mimeType)
 {
     registerFakeMimeTypes();
     setId(Core::Id("Test.FakeEditor"));
-    addMimeType(mimeType);
+    setMimeTypes({ mimeType });
 }
 
 Core::IEditor *FakeFactory::createEditor()
