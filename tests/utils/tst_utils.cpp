@@ -59,9 +59,9 @@ void TestUtils::initTestCase()
         <mime-type type="x-t/child"><sub-class-of type="application/x-ext"/></mime-type>
         <mime-type type="x-t/round-1"><sub-class-of type="x-t/round-2"/></mime-type>
         <mime-type type="x-t/round-2"><sub-class-of type="x-t/round-1"/><sub-class-of type="image/png"/></mime-type>
-        <mime-type type="x-t/a-short"><glob pattern="*.pic"/></mime-type>
-        <mime-type type="x-t/b-longer"><glob pattern="*.old.pic"/></mime-type>
-        <mime-type type="x-t/c-whole"><glob pattern="a.old.pic"/></mime-type>
+        <mime-type type="x-t/a-longer"><glob pattern="*.old.pic"/></mime-type>
+        <mime-type type="x-t/b-whole"><glob pattern="a.old.pic"/></mime-type>
+        <mime-type type="x-t/c-short"><glob pattern="*.pic"/></mime-type>
         <mime-type type="x-t/set"><glob pattern="page[0-9].?"/></mime-type>)"),
         QString());
     const MimeType type = MimeDatabase().mimeTypeForName(s("application/x-ext"));
@@ -123,9 +123,9 @@ void TestUtils::typeOfFile_data()
     row("/some/where/extension.xml", "application/x-ext");
     row("Extension.XML", "application/x-ext");
     row("my-extension.xml", "application/xml");
-    row("x.pic", "x-t/a-short");
-    row("x.old.pic", "x-t/b-longer");
-    row("a.old.pic", "x-t/c-whole");
+    row("x.pic", "x-t/c-short");
+    row("x.old.pic", "x-t/a-longer");
+    row("a.old.pic", "x-t/b-whole");
     row("page7.x", "x-t/set");
     row("pagex.x", "application/octet-stream");
     row("/", "inode/directory");
