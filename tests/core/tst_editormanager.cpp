@@ -134,8 +134,6 @@ void tst_EditorManager::openFailure_data()
     row("pipe", "pipe", "", "This is not a regular file.");
     row("error text", "file", R"(<fake open="text"/>)", "The fake says no.");
     row("logged", "file", R"(<fake open="log"/>)", "line 1, column 7: a logged reason");
-    row("logged by a thread", "file", R"(<fake open="thread"/>)", "line 1, column 7: a reason from a thread");
-    row("another file's trouble", "file", R"(<fake open="other"/>)", "The content of the file cannot be parsed.");
     row("without a word", "file", R"(<fake open="silent"/>)", "The content of the file cannot be parsed.");
 }
 

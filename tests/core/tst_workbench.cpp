@@ -52,7 +52,7 @@ private slots:
 
 private:
     /// \a wrapper is a command that runs the one after it. In the directory m_current, where that is not empty.
-    Result run(const QStringList &arguments, const QProcessEnvironment &environment, const QStringList &wrapper = {});
+    Result run(const QStringList &arguments, const QStringList &wrapper = {});
     QStringList withPlugins(const QStringList &arguments) const;
     QString makeFile(const QString &name, const QByteArray &content);
 
@@ -74,14 +74,13 @@ void tst_Workbench::init()
         m_environment.remove(QString::fromLatin1(name));
 }
 
-Result tst_Workbench::run(
-    const QStringList &arguments, const QProcessEnvironment &environment, const QStringList &wrapper)
+Result tst_Workbench::run(const QStringList &arguments, const QStringList &wrapper)
 {
     QStringList all
         = wrapper + QStringList { QStringLiteral(EXTPOINT_BINARY_DIR "/bin/extpoint-workbench") } + arguments;
     const QString program = all.takeFirst();
     QProcess process;
-    process.setProcessEnvironment(environment);
+    process.setProcessEnvironment(m_environment);
     process.setWorkingDirectory(m_current);
     process.start(program, all);
     Result result;
@@ -132,7 +131,7 @@ void tst_Workbench::answersWithoutDisplay()
     QFETCH(QString, output);
     QFETCH(QString, error);
     m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-    const Result result = run(arguments, m_environment);
+    const Result result = run(arguments);
     QCOMPARE(result.code, code);
     QCOMPARE(result.output.left(output.isEmpty() ? -1 : output.size()), output);
     QCOMPARE(result.error, error);
@@ -160,7 +159,7 @@ void tst_Workbench::save()
     QFETCH(QString, error);
     const QString path = m_dir->filePath(QStringLiteral("ä b.fake"));
     makeFile(QStringLiteral("ä b.fake"), content);
-    const Result result = run(withPlugins({ QStringLiteral("--save"), path }), m_environment);
+    const Result result = run(withPlugins({ QStringLiteral("--save"), path }));
     error.replace(QLatin1String("%1"), path);
     QCOMPARE(result.error, error.isEmpty() ? QString() : QStringLiteral("extpoint-workbench: %1\n").arg(error));
     QCOMPARE(result.code, code);
@@ -178,8 +177,8 @@ void tst_Workbench::saveReadOnly()
     m_environment.insert(QStringLiteral("HOME"), QStringLiteral("/nonexistent"));
     const QStringList asNobody { QStringLiteral("setpriv"), QStringLiteral("--reuid=65534"),
         QStringLiteral("--regid=65534"), QStringLiteral("--clear-groups") };
-    const Result result = run(
-        withPlugins({ QStringLiteral("--save"), path }), m_environment, ::getuid() == 0 ? asNobody : QStringList());
+    const Result result
+        = run(withPlugins({ QStringLiteral("--save"), path }), ::getuid() == 0 ? asNobody : QStringList());
     QCOMPARE(result.error,
         QStringLiteral("extpoint-workbench: %1: The file cannot be written: Permission denied.\n").arg(path));
     QCOMPARE(result.code, 1);
@@ -188,8 +187,8 @@ void tst_Workbench::saveReadOnly()
 void tst_Workbench::saveBeyondFileSizeLimit()
 {
     const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
-    const Result result = run(withPlugins({ QStringLiteral("--save"), path }), m_environment,
-        { QStringLiteral("prlimit"), QStringLiteral("--fsize=5") });
+    const Result result = run(
+        withPlugins({ QStringLiteral("--save"), path }), { QStringLiteral("prlimit"), QStringLiteral("--fsize=5") });
     QCOMPARE(result.error,
         QStringLiteral(
             "extpoint-workbench: %1: The file cannot be written: this process may write no more than 5 bytes "
@@ -205,7 +204,7 @@ void tst_Workbench::saveWithoutDisplay()
 {
     const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
     m_environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
-    const Result result = run(withPlugins({ QStringLiteral("--save"), path }), m_environment);
+    const Result result = run(withPlugins({ QStringLiteral("--save"), path }));
     QCOMPARE(result.error, QString());
     QCOMPARE(result.code, 0);
 }
@@ -237,8 +236,7 @@ void tst_Workbench::misencodedName()
     makeFile(QStringLiteral("a.fake"), "<fake/>");
     const QString script
         = QStringLiteral("cd \"$0\" && d=$(printf 'd\\351') && mkdir \"$d\" && cp a.fake \"$d\" && ") + command;
-    const Result result
-        = run(withPlugins({}), m_environment, { QStringLiteral("sh"), QStringLiteral("-c"), script, m_dir->path() });
+    const Result result = run(withPlugins({}), { QStringLiteral("sh"), QStringLiteral("-c"), script, m_dir->path() });
     // What Qt can't name it can't remove either.
     QCOMPARE(QProcess::execute(QStringLiteral("rm"), { QStringLiteral("-r"), m_dir->path() }), 0);
     QVERIFY2(result.error.endsWith(error) && result.error.count(QLatin1Char('\n')) == 1, qPrintable(result.error));
@@ -271,8 +269,8 @@ void tst_Workbench::outputNobodyTakes()
     // Saving it comes with a warning.
     makeFile(QStringLiteral("a.fake"), R"(<fake save="instruction"/>)");
     m_current = m_dir->path();
-    const Result result = run(
-        withPlugins({}), m_environment, { QStringLiteral("sh"), QStringLiteral("-c"), command, QStringLiteral("sh") });
+    const Result result
+        = run(withPlugins({}), { QStringLiteral("sh"), QStringLiteral("-c"), command, QStringLiteral("sh") });
     QVERIFY2(result.error.endsWith(error), qPrintable(result.error));
     QCOMPARE(result.code, code);
 }
@@ -302,8 +300,7 @@ void tst_Workbench::brokenPlugins()
     QVERIFY(intact.open(QIODevice::ReadOnly));
     QString damaged = makeFile(QStringLiteral("libdam\naged.so"), intact.read(2000));
     const Result result = run(withPlugins({ QStringLiteral("--plugin-path"), missing, QStringLiteral("--plugin-path"),
-                                  m_dir->path(), QStringLiteral("--save"), path }),
-        m_environment);
+        m_dir->path(), QStringLiteral("--save"), path }));
     QCOMPARE(result.code, 0);
     const QStringList lines = result.error.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), 2);
@@ -318,8 +315,7 @@ void tst_Workbench::brokenPlugins()
 void tst_Workbench::withoutCore()
 {
     const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
-    const Result result
-        = run({ QStringLiteral("--plugin-path"), m_dir->path(), QStringLiteral("--save"), path }, m_environment);
+    const Result result = run({ QStringLiteral("--plugin-path"), m_dir->path(), QStringLiteral("--save"), path });
     QCOMPARE(result.code, 1);
     QCOMPARE(result.error, QStringLiteral("extpoint-workbench: The plug-in \"Core\" could not be loaded.\n"));
 }
@@ -331,9 +327,8 @@ void tst_Workbench::screenshot()
     QImage second;
     for (const char *page : { "definition", "realization" }) {
         const QString picture = m_dir->filePath(QString::fromLatin1(page));
-        const Result result = run(withPlugins({ QStringLiteral("--page"), QString::fromLatin1(page),
-                                      QStringLiteral("--screenshot"), picture, path }),
-            m_environment);
+        const Result result = run(withPlugins(
+            { QStringLiteral("--page"), QString::fromLatin1(page), QStringLiteral("--screenshot"), picture, path }));
         QCOMPARE(result.error, QString());
         QCOMPARE(result.code, 0);
         (first.isNull() ? first : second) = QImage(picture, "PNG");
@@ -348,7 +343,7 @@ void tst_Workbench::screenshot()
 void tst_Workbench::timings()
 {
     const QString path = makeFile(QStringLiteral("a.fake"), R"(<fake busy="300"/>)");
-    const Result result = run(withPlugins({ QStringLiteral("--timings"), path }), m_environment);
+    const Result result = run(withPlugins({ QStringLiteral("--timings"), path }));
     QCOMPARE(result.code, 0);
     const QJsonObject figures = QJsonDocument::fromJson(result.output.toUtf8()).object();
     QStringList keys = figures.keys();
@@ -402,7 +397,7 @@ void tst_Workbench::noPluginFromTheCurrentDirectory()
         QStringLiteral(EXTPOINT_BINARY_DIR "/lib/extpoint:" EXTPOINT_BINARY_DIR "/lib/extpoint/plugins:")
             + m_environment.value(QStringLiteral("LD_LIBRARY_PATH")));
     const QString file = makeFile(QStringLiteral("current/a.fake"), "<fake/>");
-    const Result result = run(arguments + QStringList { QStringLiteral("--save"), file }, m_environment);
+    const Result result = run(arguments + QStringList { QStringLiteral("--save"), file });
     QCOMPARE(result.code, given ? 0 : 1);
     QCOMPARE(result.error.contains(QLatin1String("No plug-in edits files of this kind")), !given);
 }
@@ -443,7 +438,7 @@ void tst_Workbench::noQtPluginFromTheCurrentDirectory()
     m_environment.insert(QStringLiteral("INTRUDER_MARK"), mark);
     m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("intruder;offscreen"));
     const QString file = makeFile(QStringLiteral("a.fake"), "<fake/>");
-    QCOMPARE(run(withPlugins({ QStringLiteral("--save"), file }), m_environment).code, 0);
+    QCOMPARE(run(withPlugins({ QStringLiteral("--save"), file })).code, 0);
     QTEST(QFile::exists(mark), "loaded");
 }
 
