@@ -1,5 +1,7 @@
 #include "core/commandline.h"
 
+#include <QCommandLineParser>
+
 #include <cerrno>
 #include <cstdio>
 
@@ -7,119 +9,64 @@ namespace Core {
 
 namespace {
 
-/// One command line while it is read.
-class Reader
+/// Why a command line that consists of known options is no good; empty when it is.
+QString whyRefused(const CommandLine &line, const QStringList &files, const QStringList &values, const QString &page)
 {
-public:
-    explicit Reader(const QStringList &arguments) : m_arguments(arguments) { }
-
-    CommandLine read()
-    {
-        bool optionsEnded = false;
-        while (m_next < m_arguments.size() && m_result.request != CommandLine::Request::Refuse) {
-            const QString argument = m_arguments.at(m_next++);
-            if (!optionsEnded && argument == QLatin1String("--"))
-                optionsEnded = true;
-            else if (!optionsEnded && argument.startsWith(QLatin1Char('-')) && argument.size() > 1)
-                readOption(argument);
-            else if (argument.isEmpty())
-                refuse(QStringLiteral("the file name is empty"));
-            else if (m_result.file.isEmpty())
-                m_result.file = argument;
-            else
-                refuse(QStringLiteral("more than one file: %1").arg(argument));
-        }
-        checkCombination();
-        return m_result;
-    }
-
-private:
-    void refuse(const QString &error)
-    {
-        m_result.request = CommandLine::Request::Refuse;
-        m_result.error = error;
-    }
-
-    void readOption(const QString &argument)
-    {
-        const int equals = argument.indexOf(QLatin1Char('='));
-        const QString name = argument.left(equals);
-        if (name == QLatin1String("--plugin-path"))
-            m_result.pluginPaths.append(value(name, argument, equals));
-        else if (name == QLatin1String("--screenshot"))
-            m_result.screenshot = value(name, argument, equals);
-        else if (name == QLatin1String("--page"))
-            readPage(value(name, argument, equals));
-        else if (equals >= 0 || !readSwitch(name))
-            refuse(QStringLiteral("unknown option %1").arg(argument));
-    }
-
-    QString value(const QString &name, const QString &argument, int equals)
-    {
-        QString result;
-        if (equals >= 0)
-            result = argument.mid(equals + 1);
-        else if (m_next < m_arguments.size())
-            result = m_arguments.at(m_next++);
-        if (result.isEmpty())
-            refuse(QStringLiteral("option %1 needs a value").arg(name));
-        return result;
-    }
-
-    void readPage(const QString &page)
-    {
-        if (page == QLatin1String("definition"))
-            m_result.page = CommandLine::Page::Definition;
-        else if (page == QLatin1String("realization"))
-            m_result.page = CommandLine::Page::Realization;
-        else if (m_result.request != CommandLine::Request::Refuse)
-            refuse(QStringLiteral("unknown page %1").arg(page));
-    }
-
-    bool readSwitch(const QString &name)
-    {
-        if (name == QLatin1String("--help"))
-            m_result.request = CommandLine::Request::Help;
-        else if (name == QLatin1String("--version"))
-            m_result.request = CommandLine::Request::Version;
-        else if (name == QLatin1String("--save"))
-            m_result.save = true;
-        else if (name == QLatin1String("--force"))
-            m_result.force = true;
-        else if (name == QLatin1String("--timings"))
-            m_result.timings = true;
-        else if (name == QLatin1String("--dark"))
-            m_result.dark = true;
-        else if (name == QLatin1String("--verbose"))
-            m_result.verbose = true;
-        else
-            return false;
-        return true;
-    }
-
-    void checkCombination()
-    {
-        if (m_result.request != CommandLine::Request::Start)
-            return;
-        if (m_result.force && !m_result.save)
-            refuse(QStringLiteral("--force needs --save"));
-        if (!m_result.file.isEmpty())
-            return;
-        if (m_result.save || m_result.timings)
-            refuse(QStringLiteral("%1 needs a file")
-                       .arg(m_result.save ? QStringLiteral("--save") : QStringLiteral("--timings")));
-    }
-
-    const QStringList &m_arguments;
-    CommandLine m_result;
-    int m_next = 0;
-};
+    if (values.contains(QString()))
+        return QStringLiteral("an option has an empty value");
+    if (files.contains(QString()))
+        return QStringLiteral("the file name is empty");
+    if (files.size() > 1)
+        return QStringLiteral("more than one file: %1").arg(files.at(1));
+    if (!page.isEmpty() && line.page == CommandLine::Page::Unchanged)
+        return QStringLiteral("unknown page %1").arg(page);
+    if (line.request != CommandLine::Request::Start)
+        return QString();
+    if (line.force && !line.save)
+        return QStringLiteral("--force needs --save");
+    if (line.file.isEmpty() && (line.save || line.timings))
+        return QStringLiteral("%1 needs a file").arg(QLatin1String(line.save ? "--save" : "--timings"));
+    return QString();
+}
 
 } // namespace
 
 CommandLine CommandLine::parse(const QStringList &arguments)
 {
-    return Reader(arguments).read();
+    QCommandLineParser parser;
+    for (const char *flag : { "help", "version", "save", "force", "timings", "dark", "verbose" })
+        parser.addOption(QCommandLineOption(QString::fromLatin1(flag)));
+    const QCommandLineOption page(QStringLiteral("page"), QString(), QStringLiteral("page"));
+    const QCommandLineOption pluginPath(QStringLiteral("plugin-path"), QString(), QStringLiteral("directory"));
+    const QCommandLineOption screenshot(QStringLiteral("screenshot"), QString(), QStringLiteral("file"));
+    parser.addOptions({ page, pluginPath, screenshot });
+    const bool understood = parser.parse(QStringList(QString()) + arguments);
+
+    CommandLine result;
+    const auto isSet = [&parser](const char *name) { return parser.isSet(QString::fromLatin1(name)); };
+    if (isSet("help"))
+        result.request = Request::Help;
+    else if (isSet("version"))
+        result.request = Request::Version;
+    result.file = parser.positionalArguments().value(0);
+    result.pluginPaths = parser.values(pluginPath);
+    result.screenshot = parser.value(screenshot);
+    if (parser.value(page) == QLatin1String("definition"))
+        result.page = Page::Definition;
+    else if (parser.value(page) == QLatin1String("realization"))
+        result.page = Page::Realization;
+    result.save = isSet("save");
+    result.force = isSet("force");
+    result.timings = isSet("timings");
+    result.dark = isSet("dark");
+    result.verbose = isSet("verbose");
+
+    const QStringList values = parser.values(page) + parser.values(pluginPath) + parser.values(screenshot);
+    result.error = understood ? whyRefused(result, parser.positionalArguments(), values, parser.value(page))
+                              : parser.errorText();
+    if (!result.error.isEmpty())
+        result.request = Request::Refuse;
+    return result;
 }
 
 QString CommandLine::usage()

@@ -20,11 +20,6 @@ public:
             m_ids.append(id);
     }
     [[nodiscard]] bool contains(Id id) const { return m_ids.contains(id); }
-    [[nodiscard]] bool isEmpty() const { return m_ids.isEmpty(); }
-    [[nodiscard]] const QList<Id> &ids() const { return m_ids; }
-
-    friend bool operator==(const Context &a, const Context &b) { return a.m_ids == b.m_ids; }
-    friend bool operator!=(const Context &a, const Context &b) { return !(a == b); }
 
 private:
     QList<Id> m_ids;

@@ -135,7 +135,7 @@ void CorePlugin::extensionsInitialized()
     });
 }
 
-CorePlugin::ShutdownFlag CorePlugin::aboutToShutdown()
+void CorePlugin::aboutToShutdown()
 {
     m_job.reset();
     m_quitSignals.reset();
@@ -145,7 +145,6 @@ CorePlugin::ShutdownFlag CorePlugin::aboutToShutdown()
     m_window.reset();
     m_editors.reset();
     m_settings.reset();
-    return SynchronousShutdown;
 }
 
 bool CorePlugin::startSecondProcess(const QString &path) const

@@ -30,7 +30,7 @@ public:
 
     bool initialize(const QStringList &arguments, QString *errorString) override;
     void extensionsInitialized() override;
-    ShutdownFlag aboutToShutdown() override;
+    void aboutToShutdown() override;
 
 private:
     [[nodiscard]] bool startSecondProcess(const QString &path) const;

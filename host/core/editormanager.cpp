@@ -145,7 +145,7 @@ OpenOutcome EditorManager::open(const QString &path)
 OpenOutcome EditorManager::openRecovered(const QString &path, const QByteArray &data)
 {
     const QString file = QFileInfo(path).absoluteFilePath();
-    const Utils::MimeType type = Utils::MimeDatabase().mimeTypeForFileNameAndData(file, data);
+    const Utils::MimeType type = Utils::MimeDatabase().mimeTypeForFile(file);
     IEditorFactory *factory = factoryFor(type);
     if (!factory)
         return { nullptr, tr("No plug-in edits files of this kind (%1).").arg(type.name()) };

@@ -8,7 +8,6 @@
 #include <QThread>
 
 #include <cerrno>
-#include <cstring>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -30,11 +29,6 @@ QString text(const char *source)
 qint64 nanoseconds(const timespec &time)
 {
     return qint64(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
-}
-
-QString systemReason(int code)
-{
-    return QString::fromLocal8Bit(std::strerror(code));
 }
 
 } // namespace
@@ -82,14 +76,14 @@ QString whyNotReadable(const QString &path)
             return text("The name of the file, or of a directory above it, is not in the encoding of the system.");
         if (code == ENOENT)
             return text("The file does not exist.");
-        return text("The file cannot be reached: %1.").arg(systemReason(code));
+        return text("The file cannot be reached: %1.").arg(qt_error_string(code));
     }
     if (S_ISDIR(data.st_mode))
         return text("This is a directory, not a file.");
     if (!S_ISREG(data.st_mode))
         return text("This is not a regular file.");
     if (::access(name.constData(), R_OK) != 0)
-        return text("The file cannot be read: %1.").arg(systemReason(errno));
+        return text("The file cannot be read: %1.").arg(qt_error_string(errno));
     return QString();
 }
 
@@ -100,16 +94,16 @@ QString whyNotWritten(const QString &path)
     if (::access(directory.constData(), F_OK) != 0)
         return text("The directory of the file does not exist.");
     if (::access(name.constData(), F_OK) == 0 && ::access(name.constData(), W_OK) != 0)
-        return text("The file cannot be written: %1.").arg(systemReason(errno));
+        return text("The file cannot be written: %1.").arg(qt_error_string(errno));
     struct statvfs space = {};
     if (::statvfs(directory.constData(), &space) == 0 && space.f_bavail == 0 && space.f_blocks > 0)
-        return text("The file cannot be written: %1.").arg(systemReason(ENOSPC));
+        return text("The file cannot be written: %1.").arg(qt_error_string(ENOSPC));
     rlimit limit = {};
     if (::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY)
         return text("The file cannot be written: this process may write no more than %1 bytes to a file.")
             .arg(qulonglong(limit.rlim_cur));
     if (::access(directory.constData(), W_OK) != 0)
-        return text("The directory of the file cannot be written: %1.").arg(systemReason(errno));
+        return text("The directory of the file cannot be written: %1.").arg(qt_error_string(errno));
     return text("The file on disk was not changed.");
 }
 

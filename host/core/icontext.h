@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/context.h"
+#include "core/core_global.h"
 
 #include <QObject>
 #include <QPointer>

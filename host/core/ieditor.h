@@ -22,8 +22,6 @@ public:
     /// Null for an editor without a tool bar. The editor keeps the ownership.
     [[nodiscard]] virtual QWidget *toolBar() = 0;
 
-    [[nodiscard]] bool duplicateSupported() const { return m_duplicateSupported; }
-    void setDuplicateSupported(bool supported) { m_duplicateSupported = supported; }
     /// A second editor on the same document, or null where that is not supported.
     virtual IEditor *duplicate();
 
@@ -36,9 +34,6 @@ public:
     virtual int currentColumn() const;
     virtual void gotoLine(int line, int column = 0, bool centerLine = true);
     virtual bool isDesignModePreferred() const;
-
-private:
-    bool m_duplicateSupported = false;
 };
 
 } // namespace Core

@@ -25,7 +25,6 @@ public:
 
     [[nodiscard]] QStringList mimeTypes() const { return m_mimeTypes; }
     void setMimeTypes(const QStringList &mimeTypes) { m_mimeTypes = mimeTypes; }
-    void addMimeType(const QString &mimeType) { m_mimeTypes.append(mimeType); }
 
     [[nodiscard]] QString displayName() const { return m_displayName; }
     void setDisplayName(const QString &displayName) { m_displayName = displayName; }

@@ -3,7 +3,9 @@
 #include <QThread>
 #include <QVector>
 
+#include <algorithm>
 #include <mutex>
+#include <utility>
 
 namespace Core {
 
@@ -27,115 +29,75 @@ struct LogCollector::Private
 {
     Qt::HANDLE thread = QThread::currentThreadId();
     QVector<Line> lines;
-
-    void removeOne(const QString &text)
-    {
-        for (int i = lines.size() - 1; i >= 0; --i) {
-            if (lines.at(i).text == text) {
-                lines.removeAt(i);
-                return;
-            }
-        }
-    }
+    Private *outer = nullptr;
 };
 
 namespace {
 
-/// The collectors alive, the innermost last, and the handler that was installed before the first of them.
-struct Registry
-{
-    std::mutex mutex;
-    QVector<LogCollector::Private *> collectors;
-    QtMessageHandler previous = nullptr;
-};
-
-Registry &registry()
-{
-    static Registry instance;
-    return instance;
-}
+std::mutex mutex; // guards the rest and what is collected
+LogCollector::Private *innermost = nullptr;
+QtMessageHandler previousHandler = nullptr;
 
 void collect(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
-    Registry &all = registry();
-    QtMessageHandler previous = nullptr;
-    {
-        const std::lock_guard<std::mutex> lock(all.mutex);
-        previous = all.previous;
-        if (!all.collectors.isEmpty() && (type == QtWarningMsg || type == QtCriticalMsg)) {
-            const Line line { type, context.file, context.line, context.function, context.category, text,
-                QThread::currentThreadId() };
-            for (LogCollector::Private *collector : qAsConst(all.collectors))
-                collector->lines.append(line);
-            return;
-        }
+    std::unique_lock<std::mutex> lock(mutex);
+    if (innermost && (type == QtWarningMsg || type == QtCriticalMsg)) {
+        innermost->lines.append(
+            { type, context.file, context.line, context.function, context.category, text, QThread::currentThreadId() });
+        return;
     }
+    const QtMessageHandler previous = previousHandler;
+    lock.unlock();
     if (previous)
         previous(type, context, text);
-}
-
-QStringList texts(const QVector<Line> &lines)
-{
-    QStringList result;
-    for (const Line &line : lines)
-        result.append(line.text);
-    return result;
 }
 
 } // namespace
 
 LogCollector::LogCollector() : d(std::make_unique<Private>())
 {
-    Registry &all = registry();
-    const std::lock_guard<std::mutex> lock(all.mutex);
-    if (all.collectors.isEmpty())
-        all.previous = qInstallMessageHandler(collect);
-    all.collectors.append(d.get());
+    const std::lock_guard<std::mutex> lock(mutex);
+    d->outer = std::exchange(innermost, d.get());
+    if (!d->outer)
+        previousHandler = qInstallMessageHandler(collect);
 }
 
 LogCollector::~LogCollector()
 {
-    Registry &all = registry();
-    QtMessageHandler previous = nullptr;
     {
-        const std::lock_guard<std::mutex> lock(all.mutex);
-        all.collectors.removeOne(d.get());
-        if (!all.collectors.isEmpty())
-            return;
-        previous = all.previous;
-        qInstallMessageHandler(previous);
+        const std::lock_guard<std::mutex> lock(mutex);
+        innermost = d->outer;
+        if (!innermost)
+            qInstallMessageHandler(previousHandler);
     }
     for (const Line &line : qAsConst(d->lines))
-        previous(line.type, QMessageLogContext(line.file, line.number, line.function, line.category), line.text);
-}
-
-QStringList LogCollector::lines() const
-{
-    const std::lock_guard<std::mutex> lock(registry().mutex);
-    return texts(d->lines);
+        qt_message_output(
+            line.type, QMessageLogContext(line.file, line.number, line.function, line.category), line.text);
 }
 
 QStringList LogCollector::linesAbout(const QString &path) const
 {
-    const std::lock_guard<std::mutex> lock(registry().mutex);
-    QVector<Line> about;
-    QVector<Line> own;
+    const std::lock_guard<std::mutex> lock(mutex);
+    QStringList about;
+    QStringList own;
     for (const Line &line : qAsConst(d->lines)) {
         if (!path.isEmpty() && line.text.contains(path))
-            about.append(line);
+            about.append(line.text);
         if (line.thread == d->thread)
-            own.append(line);
+            own.append(line.text);
     }
-    return texts(about.isEmpty() ? own : about);
+    return about.isEmpty() ? own : about;
 }
 
 void LogCollector::discard(const QStringList &shown)
 {
-    Registry &all = registry();
-    const std::lock_guard<std::mutex> lock(all.mutex);
-    for (Private *collector : qAsConst(all.collectors))
-        for (const QString &line : shown)
-            collector->removeOne(line);
+    const std::lock_guard<std::mutex> lock(mutex);
+    for (const QString &text : shown) {
+        const auto isShown = [&text](const Line &line) { return line.text == text; };
+        const auto found = std::find_if(d->lines.begin(), d->lines.end(), isShown);
+        if (found != d->lines.end())
+            d->lines.erase(found);
+    }
 }
 
 } // namespace Core

@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -34,11 +33,6 @@ const QString unfinishedSuffix = QStringLiteral(".unfinished");
 QByteArray checkSum(const QByteArray &data)
 {
     return QCryptographicHash::hash(data, QCryptographicHash::Sha256).toHex();
-}
-
-QString systemReason()
-{
-    return QString::fromLocal8Bit(std::strerror(errno));
 }
 
 bool makeDirectory(const QString &directory)
@@ -220,14 +214,14 @@ bool RecoveryStore::put(const QString &name, const QJsonObject &header, const QB
     const QByteArray finished = QFile::encodeName(name);
     const QByteArray unfinished = QFile::encodeName(name + unfinishedSuffix);
     if (!makeDirectory(m_directory)) {
-        *error = QStringLiteral("%1: %2").arg(m_directory, systemReason());
+        *error = QStringLiteral("%1: %2").arg(m_directory, qt_error_string(errno));
         return false;
     }
     // A process of the same number may have died while it wrote.
     (void)::unlink(unfinished.constData());
     if (!writeNew(unfinished, QJsonDocument(header).toJson(QJsonDocument::Compact) + '\n' + data)
         || ::rename(unfinished.constData(), finished.constData()) != 0) {
-        *error = QStringLiteral("%1: %2").arg(name, systemReason());
+        *error = QStringLiteral("%1: %2").arg(name, qt_error_string(errno));
         (void)::unlink(unfinished.constData());
         return false;
     }

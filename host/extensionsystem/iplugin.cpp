@@ -1,17 +1,37 @@
 #include "extensionsystem/iplugin.h"
 
 #include "extensionsystem/pluginmanager.h"
-#include "extensionsystem/pluginmanager_p.h"
 
 #include <QPointer>
 #include <QVector>
+
+#include <algorithm>
 
 namespace ExtensionSystem {
 
 class IPlugin::Private
 {
 public:
-    QVector<QPointer<QObject>> autoReleased;
+    struct Added
+    {
+        QPointer<QObject> object;
+        bool autoReleased = false;
+    };
+
+    void add(QObject *obj, bool autoReleased)
+    {
+        remove(obj);
+        added.append({ obj, autoReleased });
+        PluginManager::addObject(obj);
+    }
+
+    void remove(QObject *obj)
+    {
+        const auto isIt = [obj](const Added &entry) { return entry.object == obj; };
+        added.erase(std::remove_if(added.begin(), added.end(), isIt), added.end());
+    }
+
+    QVector<Added> added;
 };
 
 IPlugin::IPlugin() : d(std::make_unique<Private>()) { }
@@ -29,33 +49,28 @@ QObject *IPlugin::remoteCommand(
 
 void IPlugin::addAutoReleasedObject(QObject *obj)
 {
-    if (!obj || d->autoReleased.contains(obj))
-        return;
-    d->autoReleased.append(obj);
-    addObject(obj);
+    d->add(obj, true);
 }
 
 void IPlugin::addObject(QObject *obj)
 {
-    if (PluginManager *manager = PluginManager::instance())
-        manager->d->pool.add(obj, this);
+    d->add(obj, false);
 }
 
 void IPlugin::removeObject(QObject *obj)
 {
-    d->autoReleased.removeAll(obj);
+    d->remove(obj);
     PluginManager::removeObject(obj);
 }
 
 void IPlugin::releaseObjects()
 {
-    while (!d->autoReleased.isEmpty()) {
-        const QPointer<QObject> obj = d->autoReleased.takeLast();
-        PluginManager::removeObject(obj);
-        delete obj.data();
+    while (!d->added.isEmpty()) {
+        const Private::Added last = d->added.takeLast();
+        PluginManager::removeObject(last.object);
+        if (last.autoReleased)
+            delete last.object.data();
     }
-    if (PluginManager *manager = PluginManager::instance())
-        manager->d->pool.removeAllOf(this);
 }
 
 } // namespace ExtensionSystem

@@ -11,20 +11,15 @@ namespace ExtensionSystem {
 
 /// The root object of a plug-in. Derive one class per shared object, with
 /// Q_PLUGIN_METADATA(IID EXTENSIONSYSTEM_PLUGIN_IID FILE "name.json"); the JSON is described at PluginMetaData.
-/// Created, called and deleted by the plug-in manager, on the GUI thread only.
+/// Created, called and deleted by the plug-in manager, on the GUI thread only. No exception may leave it.
 ///
 /// Life: constructor, initialize (after those of all plug-ins it depends on), extensionsInitialized (after those of all
 /// that depend on it), delayedInitialize (the same order, once the event loop runs), aboutToShutdown (before those it
-/// depends on), destructor. Whatever it put into the object pool during these calls leaves the pool with it.
+/// depends on), destructor. What it put into the object pool leaves the pool with it.
 class EXTENSIONSYSTEM_EXPORT IPlugin : public QObject
 {
     Q_OBJECT
 public:
-    enum ShutdownFlag {
-        SynchronousShutdown, ///< ready to be deleted at once
-        AsynchronousShutdown ///< ready once asynchronousShutdownFinished() was emitted
-    };
-
     IPlugin();
     ~IPlugin() override;
 
@@ -36,11 +31,11 @@ public:
     virtual void extensionsInitialized() = 0;
 
     /// Work that can wait until the program's window is there. Returns true when it took noticeable time: the manager
-    /// then gives the event loop a longer turn before it goes on.
+    /// then gives the event loop a turn before it goes on.
     virtual bool delayedInitialize() { return false; }
 
     /// The last call before deletion, all other plug-ins still alive.
-    virtual ShutdownFlag aboutToShutdown() { return SynchronousShutdown; }
+    virtual void aboutToShutdown() { }
 
     /// Carries out the command line of a second start of the program. The result, if any, is watched by the caller; its
     /// destruction ends the command.
@@ -56,9 +51,6 @@ public:
 
     /// Takes \a obj out of the object pool; an auto-released one is the caller's again.
     void removeObject(QObject *obj);
-
-signals:
-    void asynchronousShutdownFinished();
 
 private:
     friend class PluginManager;

@@ -1,7 +1,5 @@
 #include "extensionsystem/plugindirectory.h"
 
-#include "extensionsystem/sharedobjectfile.h"
-
 #include <QCoreApplication>
 #include <QDir>
 #include <QHash>
@@ -80,12 +78,7 @@ QVector<PluginInfo> readPluginDirectories(const QStringList &directories)
             // Not by a name filter, which is a regular expression to Qt.
             if (!file.endsWith(QLatin1String(".so"), Qt::CaseInsensitive))
                 continue;
-            const QString path = directory + QLatin1Char('/') + file;
-            const SharedObjectFile object = SharedObjectFile::inspect(path);
-            if (object.kind == SharedObjectFile::Damaged)
-                result.append(invalid(path, object.reason));
-            else if (object.kind == SharedObjectFile::Plugin)
-                result.append(readMetaData(path));
+            result.append(readMetaData(directory + QLatin1Char('/') + file));
         }
     }
     refuseRepeatedNames(result);

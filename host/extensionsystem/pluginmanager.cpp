@@ -1,23 +1,159 @@
 #include "extensionsystem/pluginmanager.h"
 
+#include "extensionsystem/dependencyorder.h"
 #include "extensionsystem/iplugin.h"
 #include "extensionsystem/plugindirectory.h"
-#include "extensionsystem/pluginmanager_p.h"
 
-#include <algorithm>
+#include <QFile>
+#include <QLoggingCategory>
+#include <QPluginLoader>
+#include <QTimer>
+
+#include <vector>
 
 namespace ExtensionSystem {
 
 namespace {
 
+Q_LOGGING_CATEGORY(extensionSystemLog, "extensionsystem")
+
+/// The pause after a delayedInitialize() that took its time, in milliseconds: room for a repaint and for input.
+constexpr int LongTurn = 20;
+
 PluginManager *theManager = nullptr;
+
+/// The loader says of a machine that it doesn't know that there is no such file.
+bool isForAnotherMachine(const QString &path)
+{
+    const auto machineOf = [](const QString &name) {
+        QFile file(name);
+        return file.open(QIODevice::ReadOnly) && file.seek(18) ? file.read(2) : QByteArray(); // ELF: e_machine
+    };
+    return machineOf(path) != machineOf(QStringLiteral("/proc/self/exe"));
+}
 
 } // namespace
 
-PluginManager::PluginManager() : d(std::make_unique<Private>(this))
+/// The state of the one plug-in manager and the steps of the plug-ins' life, one function each. Owns the plug-in
+/// objects.
+class PluginManager::Private final
+{
+public:
+    std::unique_ptr<IPlugin> &plugin(int index) { return plugins[static_cast<std::size_t>(index)]; }
+
+    void load(int index);
+    void initialize(int index, const QStringList &arguments);
+    void extensionsInitialized(int index);
+    void delayedInitialize();
+    void destroy(int index);
+
+    /// Marks a plug-in as failed and deletes it and what it registered.
+    void fail(int index, const QString &reason);
+    /// True when something that it can't do without has failed; it is marked as failed then.
+    bool failsWithDependency(int index);
+
+    QVector<QObject *> pool;
+    QVector<PluginInfo> infos;
+    /// By the same index as infos; filled once loading has begun.
+    std::vector<std::unique_ptr<IPlugin>> plugins;
+    DependencyOrder order;
+    QVector<int> delayed;
+    QTimer delayedTimer;
+    bool loadingBegun = false;
+    bool shuttingDown = false;
+};
+
+void PluginManager::Private::load(int index)
+{
+    if (failsWithDependency(index))
+        return;
+    QPluginLoader loader(infos.at(index).filePath);
+    // All symbols are resolved now, so that a missing one is a reason to list and not a crash later. The code stays in
+    // memory for good: meta objects, strings and posted events of a plug-in may outlive its root object. Symbols stay
+    // local, so that equal names in two plug-ins don't meet; what plug-ins share, they link.
+    loader.setLoadHints(QLibrary::ResolveAllSymbolsHint | QLibrary::PreventUnloadHint);
+    QObject *root = loader.instance();
+    auto *loaded = qobject_cast<IPlugin *>(root);
+    if (loaded) {
+        plugin(index).reset(loaded);
+        infos[index].state = PluginInfo::Loaded;
+        return;
+    }
+    delete root;
+    if (root)
+        fail(index, PluginManager::tr("the root object is not a plug-in"));
+    else if (isForAnotherMachine(loader.fileName()))
+        fail(index, PluginManager::tr("the file was built for another machine"));
+    else
+        fail(index, loader.errorString());
+}
+
+void PluginManager::Private::initialize(int index, const QStringList &arguments)
+{
+    if (!plugin(index) || failsWithDependency(index))
+        return;
+    QString reason;
+    if (plugin(index)->initialize(arguments, &reason))
+        infos[index].state = PluginInfo::Initialized;
+    else if (reason.isEmpty())
+        fail(index, PluginManager::tr("initializing failed for a reason that the plug-in did not tell"));
+    else
+        fail(index, PluginManager::tr("initializing failed: %1").arg(reason));
+}
+
+void PluginManager::Private::extensionsInitialized(int index)
+{
+    if (!plugin(index))
+        return;
+    plugin(index)->extensionsInitialized();
+    infos[index].state = PluginInfo::Running;
+    delayed.append(index);
+}
+
+void PluginManager::Private::delayedInitialize()
+{
+    bool tookTime = false;
+    while (!tookTime && !delayed.isEmpty())
+        tookTime = plugin(delayed.takeFirst())->delayedInitialize();
+    if (!delayed.isEmpty())
+        delayedTimer.start(LongTurn);
+}
+
+void PluginManager::Private::destroy(int index)
+{
+    if (!plugin(index))
+        return;
+    // While the derived object is whole: what it registered may still call it.
+    plugin(index)->releaseObjects();
+    plugin(index).reset();
+    if (!infos.at(index).hasError())
+        infos[index].state = PluginInfo::Stopped;
+}
+
+void PluginManager::Private::fail(int index, const QString &reason)
+{
+    infos[index].errorString = reason;
+    destroy(index);
+}
+
+bool PluginManager::Private::failsWithDependency(int index)
+{
+    for (const ResolvedDependency &dependency : qAsConst(order.dependencies[index])) {
+        const PluginInfo &needed = infos.at(dependency.index);
+        if (dependency.optional || !needed.hasError())
+            continue;
+        fail(index, failedDependencyText(needed.metaData));
+        return true;
+    }
+    return false;
+}
+
+PluginManager::PluginManager() : d(std::make_unique<Private>())
 {
     Q_ASSERT_X(!theManager, "PluginManager", "there is one already");
     theManager = this;
+    d->delayedTimer.setSingleShot(true);
+    connect(&d->delayedTimer, &QTimer::timeout, this, [this] { d->delayedInitialize(); });
 }
 
 PluginManager::~PluginManager()
@@ -33,15 +169,8 @@ PluginManager *PluginManager::instance()
 
 void PluginManager::setPluginPaths(const QStringList &paths)
 {
-    if (d->loadingBegun)
-        return;
-    d->paths = pluginDirectories(paths);
-    d->infos = readPluginDirectories(d->paths);
-}
-
-QStringList PluginManager::pluginPaths() const
-{
-    return d->paths;
+    if (!d->loadingBegun)
+        d->infos = readPluginDirectories(pluginDirectories(paths));
 }
 
 void PluginManager::loadPlugins(const QStringList &arguments)
@@ -54,7 +183,6 @@ void PluginManager::loadPlugins(const QStringList &arguments)
     const QVector<int> forward = d->order.loadOrder;
     for (const int index : forward)
         d->load(index);
-    Q_EMIT librariesLoaded();
     for (const int index : forward)
         d->initialize(index, arguments);
     for (auto it = forward.crbegin(); it != forward.crend(); ++it)
@@ -76,20 +204,13 @@ void PluginManager::shutdown()
     d->loadingBegun = true;
     d->delayedTimer.stop();
     d->delayed.clear();
-    d->aboutToShutdown();
-    for (auto it = d->order.loadOrder.crbegin(); it != d->order.loadOrder.crend(); ++it)
+    const QVector<int> forward = d->order.loadOrder;
+    for (auto it = forward.crbegin(); it != forward.crend(); ++it)
+        if (d->plugin(*it))
+            d->plugin(*it)->aboutToShutdown();
+    for (auto it = forward.crbegin(); it != forward.crend(); ++it)
         d->destroy(*it);
     d->pool.clear();
-}
-
-int PluginManager::shutdownTimeout() const
-{
-    return d->shutdownTimeout;
-}
-
-void PluginManager::setShutdownTimeout(int milliseconds)
-{
-    d->shutdownTimeout = milliseconds;
 }
 
 QVector<PluginInfo> PluginManager::plugins() const
@@ -97,26 +218,23 @@ QVector<PluginInfo> PluginManager::plugins() const
     return d->infos;
 }
 
-bool PluginManager::hasErrors() const
-{
-    return std::any_of(d->infos.cbegin(), d->infos.cend(), [](const PluginInfo &info) { return info.hasError(); });
-}
-
 void PluginManager::addObject(QObject *obj)
 {
-    if (theManager)
-        theManager->d->pool.add(obj, theManager->d->active);
+    if (!theManager || !obj || theManager->d->pool.contains(obj))
+        return;
+    theManager->d->pool.append(obj);
+    connect(obj, &QObject::destroyed, theManager, &PluginManager::removeObject);
 }
 
 void PluginManager::removeObject(QObject *obj)
 {
     if (theManager)
-        theManager->d->pool.remove(obj);
+        theManager->d->pool.removeAll(obj);
 }
 
 QVector<QObject *> PluginManager::allObjects()
 {
-    return theManager ? theManager->d->pool.objects() : QVector<QObject *>();
+    return theManager ? theManager->d->pool : QVector<QObject *>();
 }
 
 } // namespace ExtensionSystem

@@ -49,28 +49,20 @@ public:
 
     /// Reads the metadata of every "*.so" in \a paths, directory by directory and by file name within each; loads no
     /// code. Nothing but these directories is ever searched; empty entries and repeated directories are passed over.
-    /// Files that are not plug-ins are ignored, damaged ones listed. Of two plug-ins with one name the first is taken.
-    /// Replaces what was read before; does nothing once plug-ins are loaded.
+    /// What can't be used is listed with the reason. Of two plug-ins with one name the first is taken. Replaces what
+    /// was read before; does nothing once plug-ins are loaded.
     void setPluginPaths(const QStringList &paths);
-    QStringList pluginPaths() const;
 
     /// Loads and starts every plug-in found, handing \a arguments to each initialize(). A plug-in that fails is listed
     /// with its reason, and so is each that needs it; the others are started. To be called once; delayedInitialize()
     /// follows from the event loop.
     void loadPlugins(const QStringList &arguments = {});
 
-    /// Stops and deletes every plug-in, those that depend on others first. Runs an event loop, at most as long as
-    /// shutdownTimeout(), when a plug-in shuts down asynchronously. Leaves the object pool empty.
+    /// Stops and deletes every plug-in, those that depend on others first. Leaves the object pool empty.
     void shutdown();
-
-    /// How long shutdown() waits for asynchronous plug-ins, in milliseconds; 30,000 at first.
-    int shutdownTimeout() const;
-    void setShutdownTimeout(int milliseconds);
 
     /// All files listed, in the order they were found.
     QVector<PluginInfo> plugins() const;
-    /// True when at least one entry of plugins() has an error.
-    bool hasErrors() const;
 
     /// Adds \a obj to the pool, which does not own it. Null, an object that is in the pool and any call without a
     /// manager do nothing.
@@ -79,18 +71,6 @@ public:
     static void removeObject(QObject *obj);
     /// The pool, in the order of adding.
     static QVector<QObject *> allObjects();
-
-    /// The first object of the pool that is a T, or null.
-    template <typename T>
-    static T *getObject()
-    {
-        const QVector<QObject *> objects = allObjects();
-        for (QObject *obj : objects) {
-            if (T *result = qobject_cast<T *>(obj))
-                return result;
-        }
-        return nullptr;
-    }
 
     /// All objects of the pool that are a T, in the order of adding.
     template <typename T>
@@ -105,17 +85,7 @@ public:
         return result;
     }
 
-signals:
-    void objectAdded(QObject *obj);
-    /// The object is still in the pool. When it is leaving because it was destroyed, \a obj serves for comparing only.
-    void aboutToRemoveObject(QObject *obj);
-    /// Every plug-in that can be loaded is, and none is initialized yet.
-    void librariesLoaded();
-    /// Every delayedInitialize() has been called.
-    void initializationDone();
-
 private:
-    friend class IPlugin;
     class Private;
     std::unique_ptr<Private> d;
 };

@@ -19,7 +19,6 @@ public:
     {
         PluginMetaData &metaData = m_result.metaData;
         metaData.iid = loaderMetaData.value(QLatin1String("IID")).toString();
-        metaData.className = loaderMetaData.value(QLatin1String("className")).toString();
         const QString neededIid = QStringLiteral(EXTENSIONSYSTEM_PLUGIN_IID);
         if (metaData.iid != neededIid) {
             // The keys of another interface mean something else: nothing more can be said about this one.
@@ -76,12 +75,6 @@ private:
                        .arg(metaData.compatVersion.toString(), metaData.version.toString()));
         metaData.category = text(object, QStringLiteral("Category"));
         metaData.description = text(object, QStringLiteral("Description"));
-        metaData.vendor = text(object, QStringLiteral("Vendor"));
-        metaData.copyright = text(object, QStringLiteral("Copyright"));
-        const QJsonValue required = object.value(QLatin1String("Required"));
-        if (!required.isUndefined() && !required.isBool())
-            defect(tr("\"Required\" is neither true nor false"));
-        metaData.required = required.toBool();
         readDependencies(object.value(QLatin1String("Dependencies")));
     }
 

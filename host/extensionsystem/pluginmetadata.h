@@ -58,29 +58,23 @@ struct EXTENSIONSYSTEM_EXPORT PluginDependency
 /// that is embedded in the shared object. The plug-in's author writes
 ///
 ///     { "Name": "...", "Version": "1.2.3", "CompatVersion": "1.0.0", "Category": "...", "Description": "...",
-///       "Dependencies": [ { "Name": "...", "Version": "1.0.0", "Type": "required" } ],
-///       "Vendor": "...", "Copyright": "...", "Required": false }
+///       "Dependencies": [ { "Name": "...", "Version": "1.0.0", "Type": "required" } ] }
 ///
 /// "Name" and "Version" must be there. "CompatVersion", the oldest version whose users still work with this one,
-/// defaults to "Version". "Type" is "required" (the default) or "optional". "Required" marks a plug-in without which
-/// the program is of no use. Other keys are ignored.
+/// defaults to "Version". "Type" is "required" (the default) or "optional". Other keys are ignored.
 struct EXTENSIONSYSTEM_EXPORT PluginMetaData
 {
     struct Result;
 
     QString iid;
-    QString className;
     QString name;
     PluginVersion version;
     PluginVersion compatVersion;
     QString category;
     QString description;
-    QString vendor;
-    QString copyright;
     QVector<PluginDependency> dependencies;
-    bool required = false;
 
-    /// Reads what QPluginLoader::metaData() returned: \a loaderMetaData with "IID", "className" and "MetaData".
+    /// Reads what QPluginLoader::metaData() returned: \a loaderMetaData with "IID" and "MetaData".
     static Result fromJson(const QJsonObject &loaderMetaData);
 
     /// True when this plug-in can serve one that needs \a neededName at \a neededVersion: the same name in any letter

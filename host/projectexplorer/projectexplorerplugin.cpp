@@ -50,10 +50,9 @@ void ProjectExplorerPlugin::lookForProblems()
 
 void ProjectExplorerPlugin::extensionsInitialized() { }
 
-ProjectExplorerPlugin::ShutdownFlag ProjectExplorerPlugin::aboutToShutdown()
+void ProjectExplorerPlugin::aboutToShutdown()
 {
     delete m_dock;
-    return SynchronousShutdown;
 }
 
 } // namespace ProjectExplorer

@@ -20,7 +20,7 @@ class ProjectExplorerPlugin final : public ExtensionSystem::IPlugin
 public:
     bool initialize(const QStringList &arguments, QString *errorString) override;
     void extensionsInitialized() override;
-    ShutdownFlag aboutToShutdown() override;
+    void aboutToShutdown() override;
 
 private:
     void lookForProblems();

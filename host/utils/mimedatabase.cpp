@@ -1,16 +1,16 @@
 #include "utils/mimedatabase.h"
 
-#include "utils/mimedocument.h"
-#include "utils/mimeregistry.h"
+#include "utils/pathtext.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
+#include <QMap>
 #include <QMimeDatabase>
+#include <QXmlStreamReader>
 
-#include <algorithm>
-#include <functional>
-#include <optional>
+#include <utility>
 
 namespace Utils {
 
@@ -18,128 +18,168 @@ namespace {
 
 Q_LOGGING_CATEGORY(mimeLog, "utils.mime")
 
-/// As much of a file as its type is told from; offsets beyond never match.
-constexpr qint64 SampleSize = 64 * 1024;
-
-/// Reads the beginning of the file when, and only when, the name does not decide. Nothing when it can't be read.
-using Content = std::function<std::optional<QByteArray>()>;
+/// The declared types by name.
+QMap<QString, MimeType> &declaredTypes()
+{
+    static QMap<QString, MimeType> types;
+    return types;
+}
 
 MimeType systemType(const QMimeType &type)
 {
-    if (!type.isValid())
-        return {};
-    auto record = std::make_shared<MimeTypeRecord>();
-    record->name = type.name();
-    record->comment = type.comment();
-    record->parents = type.parentMimeTypes();
-    record->aliases = type.aliases();
-    const QStringList patterns = type.globPatterns();
-    for (const QString &pattern : patterns) {
-        MimeGlob glob;
-        glob.pattern = pattern;
-        record->globs.append(glob);
-    }
-    return MimeType(record);
+    return { type.name(), type.comment(), type.parentMimeTypes(), type.globPatterns() };
 }
 
-/// Decides between declared types whose patterns fit equally.
-MimeTypeRecordPointer decide(
-    const MimeRegistry &registry, QVector<MimeTypeRecordPointer> candidates, const Content &content)
+/// Better patterns are greater; the least one does not match at all.
+using Fit = std::pair<bool, int>;
+
+Fit fitOf(const QString &pattern, const QString &fileName)
 {
-    // Whatever remains undecided must not depend on the order in which plug-ins were loaded.
-    std::sort(candidates.begin(), candidates.end(),
-        [](const MimeTypeRecordPointer &left, const MimeTypeRecordPointer &right) { return left->name < right->name; });
-    if (candidates.size() > 1 && registry.knowsContents()) {
-        if (const std::optional<QByteArray> data = content()) {
-            if (const MimeTypeRecordPointer fitting = registry.bestByContent(candidates, *data))
-                return fitting;
-            const MimeTypeRecordPointer other = registry.bestByContent(registry.types(), *data);
-            for (const MimeTypeRecordPointer &candidate : qAsConst(candidates)) {
-                if (other && registry.inherits(other->name, candidate->name))
-                    return other;
-            }
+    if (pattern.compare(fileName, Qt::CaseInsensitive) == 0)
+        return { true, pattern.size() };
+    return { false, QDir::match(QStringList { pattern }, fileName) ? pattern.size() : 0 };
+}
+
+/// Reads one document, one function per element. Lives for one reading.
+class DocumentReader final
+{
+public:
+    explicit DocumentReader(QIODevice *device) : m_xml(device) { }
+
+    QVector<MimeType> read()
+    {
+        QVector<MimeType> types;
+        if (m_xml.readNextStartElement() && !isAt("mime-info"))
+            m_xml.raiseError(QStringLiteral("the root element is not \"mime-info\""));
+        while (m_xml.readNextStartElement()) {
+            if (isAt("mime-type"))
+                types.append(readType());
+            else
+                m_xml.skipCurrentElement();
         }
+        // What stands behind the root element belongs to the document, too.
+        while (!m_xml.atEnd())
+            m_xml.readNext();
+        return types;
     }
-    return candidates.constFirst();
-}
 
-MimeType lookUp(const QString &fileName, const Content &content)
-{
-    const std::shared_ptr<const MimeRegistry> registry = MimeRegistry::current();
-    const QVector<MimeTypeRecordPointer> candidates = registry->bestByName(fileName);
-    if (!candidates.isEmpty())
-        return MimeType(decide(*registry, candidates, content));
-
-    const QMimeDatabase system;
-    const QList<QMimeType> byName = system.mimeTypesForFileName(fileName);
-    if (byName.size() == 1 && !registry->knowsContents())
-        return systemType(byName.constFirst());
-    const std::optional<QByteArray> data = content();
-    if (!data)
-        return systemType(system.mimeTypeForFile(fileName, QMimeDatabase::MatchExtension));
-    QMimeType found = system.mimeTypeForFileNameAndData(fileName, *data);
-    if (const MimeTypeRecordPointer declared = registry->bestByContent(registry->types(), *data)) {
-        // The system's pattern holds unless the content tells a special case of the same.
-        if (byName.isEmpty() || registry->inherits(declared->name, found.name()))
-            return MimeType(declared);
+    QString error() const
+    {
+        if (!m_xml.hasError())
+            return QString();
+        // The parser's reasons quote the document, which may hold line breaks and any amount of text.
+        constexpr int longest = 500;
+        return QStringLiteral("%1:%2: %3")
+            .arg(QString::number(m_xml.lineNumber()), QString::number(qMax<qint64>(m_xml.columnNumber(), 1)),
+                oneLine(m_xml.errorString().left(longest)));
     }
-    return systemType(found);
-}
+
+private:
+    bool isAt(const char *element) const
+    {
+        return m_xml.name() == QLatin1String(element)
+            && (m_xml.namespaceUri().isEmpty()
+                || m_xml.namespaceUri() == QLatin1String("http://www.freedesktop.org/standards/shared-mime-info"));
+    }
+
+    QString attribute(const char *name)
+    {
+        const QString value = m_xml.attributes().value(QLatin1String(name)).toString();
+        if (value.isEmpty() && !m_xml.hasError())
+            m_xml.raiseError(QStringLiteral("\"%1\" has no \"%2\"").arg(m_xml.name().toString(), QLatin1String(name)));
+        return value;
+    }
+
+    MimeType readType()
+    {
+        const QString name = attribute("type");
+        QString comment;
+        QStringList parents;
+        QStringList patterns;
+        while (m_xml.readNextStartElement()) {
+            if (isAt("comment") && m_xml.attributes().isEmpty()) {
+                comment = m_xml.readElementText(QXmlStreamReader::SkipChildElements).simplified();
+                continue;
+            }
+            if (isAt("sub-class-of"))
+                parents.append(attribute("type"));
+            else if (isAt("glob"))
+                patterns.append(attribute("pattern"));
+            m_xml.skipCurrentElement();
+        }
+        return { name, comment, parents, patterns };
+    }
+
+    QXmlStreamReader m_xml;
+};
 
 } // namespace
 
-void MimeDatabase::addMimeTypes(const QString &fileName)
+MimeType::MimeType(
+    const QString &name, const QString &comment, const QStringList &parents, const QStringList &globPatterns)
+    : m_name(name), m_comment(comment), m_parents(parents), m_globPatterns(globPatterns)
+{ }
+
+bool MimeType::inherits(const QString &mimeTypeName) const
 {
-    const auto warn = [&fileName](const QString &what) {
-        qCWarning(mimeLog, "%ls:%ls", qUtf16Printable(fileName), qUtf16Printable(what));
-    };
-    QFile file(fileName);
-    // Opening a FIFO would wait for a writer that may never come.
-    if (!QFileInfo(fileName).isFile()) {
-        warn(QStringLiteral("1:1: there is no such file"));
-        return;
+    QStringList names { m_name };
+    for (int i = 0; isValid() && i < names.size(); ++i) {
+        const auto declared = declaredTypes().constFind(names.at(i));
+        const bool isDeclared = declared != declaredTypes().constEnd();
+        if (names.at(i) == mimeTypeName
+            || (!isDeclared && QMimeDatabase().mimeTypeForName(names.at(i)).inherits(mimeTypeName)))
+            return true;
+        const QStringList parents = isDeclared ? declared->parentMimeTypes() : QStringList();
+        for (const QString &parent : parents)
+            // Nothing keeps documents from declaring a circle.
+            if (!names.contains(parent))
+                names.append(parent);
     }
-    QString reason;
-    if (!file.open(QIODevice::ReadOnly))
-        warn(QStringLiteral("1:1: %1").arg(file.errorString()));
-    else if (!addMimeTypes(&file, &reason))
-        warn(reason);
+    return false;
 }
 
-bool MimeDatabase::addMimeTypes(QIODevice *device, QString *errorString)
+void MimeDatabase::addMimeTypes(const QString &fileName)
 {
-    const MimeDocument document = MimeDocument::read(device);
-    if (errorString)
-        *errorString = document.errorString;
-    if (!document.errorString.isEmpty())
-        return false;
-    MimeRegistry::declare(document.types);
-    return true;
+    QFile file(fileName);
+    const QString reason
+        = file.open(QIODevice::ReadOnly) ? addMimeTypes(&file) : QStringLiteral("1:1: ") + file.errorString();
+    if (!reason.isEmpty())
+        qCWarning(mimeLog, "%ls:%ls", qUtf16Printable(fileName), qUtf16Printable(reason));
+}
+
+QString MimeDatabase::addMimeTypes(QIODevice *device)
+{
+    DocumentReader reader(device);
+    const QVector<MimeType> types = reader.read();
+    const QString error = reader.error();
+    if (error.isEmpty())
+        for (const MimeType &type : types)
+            declaredTypes().insert(type.name(), type);
+    return error;
 }
 
 MimeType MimeDatabase::mimeTypeForName(const QString &name) const
 {
-    if (const MimeTypeRecordPointer declared = MimeRegistry::current()->find(name))
-        return MimeType(declared);
-    return systemType(QMimeDatabase().mimeTypeForName(name));
+    const auto declared = declaredTypes().constFind(name);
+    return declared != declaredTypes().constEnd() ? *declared : systemType(QMimeDatabase().mimeTypeForName(name));
 }
 
 MimeType MimeDatabase::mimeTypeForFile(const QString &path) const
 {
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile())
-        return systemType(QMimeDatabase().mimeTypeForFile(info));
-    return lookUp(info.fileName(), [&path]() -> std::optional<QByteArray> {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            return std::nullopt;
-        return file.read(SampleSize);
-    });
-}
-
-MimeType MimeDatabase::mimeTypeForFileNameAndData(const QString &fileName, const QByteArray &data) const
-{
-    return lookUp(QFileInfo(fileName).fileName(), [&data] { return std::optional<QByteArray>(data.left(SampleSize)); });
+    const QString fileName = QFileInfo(path).fileName();
+    MimeType best;
+    Fit bestFit;
+    for (const MimeType &type : qAsConst(declaredTypes())) {
+        const QStringList patterns = type.globPatterns();
+        for (const QString &pattern : patterns) {
+            const Fit fit = fitOf(pattern, fileName);
+            if (fit > bestFit) {
+                bestFit = fit;
+                best = type;
+            }
+        }
+    }
+    return best.isValid() ? best : systemType(QMimeDatabase().mimeTypeForFile(path));
 }
 
 } // namespace Utils

@@ -5,40 +5,33 @@
 #include <QString>
 #include <QStringList>
 
-#include <memory>
-
 namespace Utils {
 
-struct MimeTypeRecord;
-
-/// One MIME type: a cheap value that shares an immutable record with the database it came from and stays usable however
-/// the database changes. A default-constructed one is invalid and answers everything with nothing. Any thread.
+/// What is known of one MIME type: a plain value. A default-constructed one is invalid and answers everything with
+/// nothing.
 class UTILS_EXPORT MimeType final
 {
 public:
-    MimeType();
-    explicit MimeType(std::shared_ptr<const MimeTypeRecord> record);
+    MimeType() = default;
+    MimeType(const QString &name, const QString &comment, const QStringList &parents, const QStringList &globPatterns);
 
-    bool isValid() const { return m_record != nullptr; }
-    QString name() const;
-    /// The comment; of a declared type the untranslated one where there is one.
-    QString comment() const;
-    /// The declared direct parents, in order of declaration, as written there (possibly aliases).
-    QStringList parentMimeTypes() const;
+    bool isValid() const { return !m_name.isEmpty(); }
+    QString name() const { return m_name; }
+    /// Of a declared type the untranslated one.
+    QString comment() const { return m_comment; }
+    /// The direct parents, in order of declaration, as written there.
+    QStringList parentMimeTypes() const { return m_parents; }
     /// The patterns as written, in order of declaration.
-    QStringList globPatterns() const;
-    QStringList aliases() const;
+    QStringList globPatterns() const { return m_globPatterns; }
 
-    /// True when this type is \a mimeTypeName, or that is among its parents, theirs and so on; aliases count.
+    /// True when this type is called \a mimeTypeName, or that is among its parents, theirs and so on. GUI thread.
     bool inherits(const QString &mimeTypeName) const;
-    /// True when \a mimeTypeName is this type's name or one of its aliases.
-    bool matchesName(const QString &mimeTypeName) const;
-
-    bool operator==(const MimeType &other) const { return name() == other.name(); }
-    bool operator!=(const MimeType &other) const { return name() != other.name(); }
 
 private:
-    std::shared_ptr<const MimeTypeRecord> m_record;
+    QString m_name;
+    QString m_comment;
+    QStringList m_parents;
+    QStringList m_globPatterns;
 };
 
 } // namespace Utils

@@ -1,7 +1,6 @@
 #include "core/commandline.h"
 #include "extensionsystem/pluginmanager.h"
 #include "utils/pathtext.h"
-#include "workbench/fontpreparation.h"
 #include "workbench/logging.h"
 #include "workbench/outofmeans.h"
 
@@ -193,7 +192,6 @@ int main(int argc, char **argv)
     useNoDisplayIfPossible(commandLine);
     forgetCurrentDirectory("QT_PLUGIN_PATH");
     forgetCurrentDirectory("QT_QPA_PLATFORM_PLUGIN_PATH");
-    Workbench::FontPreparation fonts;
 
     Workbench::setUpLogging(commandLine.verbose);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
@@ -204,8 +202,6 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
 
     ExtensionSystem::PluginManager manager;
-    // The plug-ins make their widgets when they are initialized.
-    QObject::connect(&manager, &ExtensionSystem::PluginManager::librariesLoaded, &manager, [&] { fonts.finish(); });
     const QStringList paths = pluginPaths(commandLine);
     manager.setPluginPaths(paths);
     manager.loadPlugins(arguments);

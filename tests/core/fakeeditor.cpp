@@ -11,8 +11,6 @@
 
 #include "utils/mimedatabase.h"
 
-#include <thread>
-
 int FakeDocument::alive = 0;
 
 FakeDocument::FakeDocument(QObject *parent) : Core::IDocument(parent)
@@ -43,10 +41,6 @@ Core::IDocument::OpenResult FakeDocument::open(
         *errorString = QStringLiteral("The fake says no.");
     else if (mode == QLatin1String("log"))
         qWarning("%s:1:7: a logged reason", qPrintable(realFileName));
-    else if (mode == QLatin1String("thread"))
-        std::thread([&] { qWarning("%s:1:7: a reason from a thread", qPrintable(realFileName)); }).join();
-    else if (mode == QLatin1String("other"))
-        std::thread([] { qWarning("/somewhere/else: not the reason"); }).join();
     if (!mode.isEmpty())
         return OpenResult::ReadError;
     setFilePath(Utils::FileName::fromString(fileName));
@@ -155,7 +149,7 @@ FakeFactory::FakeFactory(const QString &mimeType)
 {
     registerFakeMimeTypes();
     setId(Core::Id("Test.FakeEditor"));
-    addMimeType(mimeType);
+    setMimeTypes({ mimeType });
 }
 
 Core::IEditor *FakeFactory::createEditor()
@@ -176,7 +170,7 @@ void registerFakeMimeTypes()
         </mime-info>)");
     QBuffer buffer(&document);
     buffer.open(QIODevice::ReadOnly);
-    QString error;
-    if (!Utils::MimeDatabase::addMimeTypes(&buffer, &error))
+    const QString error = Utils::MimeDatabase::addMimeTypes(&buffer);
+    if (!error.isEmpty())
         qFatal("%s", qPrintable(error));
 }

@@ -12,8 +12,7 @@ class QTabWidget;
 
 /// A document that behaves as its file says: `<fake open="log" save="nothing" busy="300"/>`.
 ///
-/// open: "text" fails with an error text, "log" with a logged warning about the file, "thread" the same from another
-/// thread, "other" with warnings about another file from another thread, "silent" without a word.
+/// open: "text" fails with an error text, "log" with a logged warning about the file, "silent" without a word.
 /// save: "replace" (as without the attribute), "inplace" with the same size, "nothing", "log" nothing but a warning,
 /// "text" nothing but an error text, "refuse" writes and reports a failure, "instruction" writes an XML instruction
 /// alone, "truncated" the first half of a document. busy: how many milliseconds it works in the background after

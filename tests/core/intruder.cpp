@@ -15,7 +15,7 @@ const bool wasHere = [] {
 class Intruder final : public QObject
 {
     Q_OBJECT
-    Q_PLUGIN_METADATA(IID INTRUDER_IID FILE "intruder.json")
+    Q_PLUGIN_METADATA(IID "org.qt-project.Qt.QPA.QPlatformIntegrationFactoryInterface.5.3" FILE "intruder.json")
 };
 
 #include "intruder.moc"

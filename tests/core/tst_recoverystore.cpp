@@ -1,6 +1,5 @@
 #include "core/processidentity.h"
 #include "core/recoverystore.h"
-#include "core/unprivileged.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,9 +12,7 @@
 #include <QTest>
 
 #include <cerrno>
-#include <csignal>
 #include <memory>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -73,13 +70,10 @@ class tst_RecoveryStore : public QObject
 private slots:
     void init();
 
-    void directory_data();
-    void directory();
     void keys();
     void rights();
     void offered_data();
     void offered();
-    void newestFirst();
     void replacedAtOnce();
     void writeFails_data();
     void writeFails();
@@ -115,28 +109,6 @@ void tst_RecoveryStore::changeHeader(const QString &name, const QString &value) 
     QJsonObject header = QJsonDocument::fromJson(content.left(end)).object();
     header.insert(name, value);
     writeFile(file(), QJsonDocument(header).toJson(QJsonDocument::Compact) + content.mid(end));
-}
-
-void tst_RecoveryStore::directory_data()
-{
-    QTest::addColumn<QByteArray>("variable");
-    QTest::addColumn<QString>("expected");
-
-    const QString rest = QStringLiteral("/extpoint-workbench/recovery");
-    const QString fallback = QDir::homePath() + QStringLiteral("/.local/state") + rest;
-    QTest::newRow("given") << QByteArray("/some/state/") << QStringLiteral("/some/state") + rest;
-    QTest::newRow("relative") << QByteArray("state") << fallback;
-    QTest::newRow("empty") << QByteArray("") << fallback;
-}
-
-void tst_RecoveryStore::directory()
-{
-    QFETCH(QByteArray, variable);
-    const QByteArray before = qgetenv("XDG_STATE_HOME");
-    qputenv("XDG_STATE_HOME", variable);
-    const QString found = RecoveryStore::defaultDirectory();
-    qputenv("XDG_STATE_HOME", before);
-    QTEST(found, "expected");
 }
 
 void tst_RecoveryStore::keys()
@@ -243,27 +215,6 @@ void tst_RecoveryStore::offered()
     QCOMPARE(file().isEmpty(), offered);
 }
 
-void tst_RecoveryStore::newestFirst()
-{
-    const RecoveryStore store(m_path);
-    QStringList names;
-    for (const char *time : { "2020-01-01T00:00:00.000Z", "2022-01-01T00:00:00.000Z", "2021-01-01T00:00:00.000Z" }) {
-        QVERIFY(store.write(key, "hash", time, &m_error));
-        changeHeader(QStringLiteral("time"), QString::fromLatin1(time));
-        changeHeader(QStringLiteral("boot"), QStringLiteral("another"));
-        const QString aside = m_dir->filePath(QString::fromLatin1(time));
-        QVERIFY(QFile::rename(file(), aside));
-        names.append(aside);
-    }
-    for (int i = 0; i < names.size(); ++i)
-        QVERIFY(QFile::rename(names.at(i),
-            m_path + QStringLiteral("/%1-%2.recovery").arg(QString::fromLatin1(key.hash)).arg(1'000'000'000 + i)));
-    QList<QByteArray> found;
-    for (const RecoveryCopy &copy : store.abandoned(key))
-        found.append(copy.data.left(4));
-    QCOMPARE(found, (QList<QByteArray> { "2022", "2021", "2020" }));
-}
-
 void tst_RecoveryStore::replacedAtOnce()
 {
     const RecoveryStore store(m_path);
@@ -293,9 +244,7 @@ void tst_RecoveryStore::writeFails_data()
 
     QTest::newRow("a file in the place of the directory") << QByteArray("Permission denied");
     QTest::newRow("a link in the place of the directory") << QByteArray("Permission denied");
-    QTest::newRow("a directory that takes no file") << QByteArray("Permission denied");
     QTest::newRow("interrupted for ever") << QByteArray("Interrupted");
-    QTest::newRow("beyond the limit of the file size") << QByteArray("File too large");
 }
 
 void tst_RecoveryStore::writeFails()
@@ -305,11 +254,7 @@ void tst_RecoveryStore::writeFails()
     const RecoveryStore store(m_path);
     QVERIFY(QDir().mkpath(QFileInfo(m_path).path()));
     QVERIFY(::chmod(QFile::encodeName(m_dir->path()).constData(), 0777) == 0);
-    rlimit limit = {};
-    QVERIFY(::getrlimit(RLIMIT_FSIZE, &limit) == 0);
-    const auto restore = qScopeGuard([limit] { ::setrlimit(RLIMIT_FSIZE, &limit); });
     bool written = false;
-    QString kept;
     if (what.startsWith("a file")) {
         writeFile(m_path, "mine");
         written = store.write(key, "hash", "data", &m_error);
@@ -319,22 +264,11 @@ void tst_RecoveryStore::writeFails()
         QVERIFY(QDir().mkdir(elsewhere) && QFile::link(elsewhere, m_path));
         written = store.write(key, "hash", "data", &m_error);
         QVERIFY(QDir(elsewhere).isEmpty());
-    } else if (what.startsWith("a directory")) {
-        QVERIFY(QDir().mkdir(m_path));
-        QVERIFY(::chmod(QFile::encodeName(m_path).constData(), 0555) == 0);
-        const Unprivileged rights;
-        written = store.write(key, "hash", "data", &m_error);
-    } else if (what.startsWith("interrupted")) {
+    } else {
+        QVERIFY(store.write(key, "hash", "earlier", &m_error));
         interruptsWriting = true;
         written = store.write(key, "hash", "data", &m_error);
         interruptsWriting = false;
-    } else {
-        std::signal(SIGXFSZ, SIG_IGN);
-        QVERIFY(store.write(key, "hash", "earlier", &m_error));
-        kept = file();
-        const rlimit small = { 2000, limit.rlim_max };
-        QVERIFY(::setrlimit(RLIMIT_FSIZE, &small) == 0);
-        written = store.write(key, "hash", QByteArray(4000, 'x'), &m_error);
         QVERIFY(contentOf(file()).endsWith("earlier"));
     }
     QVERIFY(!written);

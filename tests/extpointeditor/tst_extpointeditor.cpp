@@ -128,7 +128,7 @@ void TestExtPointEditor::initTestCase()
     m_plugins.loadPlugins({});
     for (const ExtensionSystem::PluginInfo &plugin : m_plugins.plugins())
         QVERIFY2(plugin.errorString.isEmpty(), qPrintable(plugin.errorString));
-    m_factory = ExtensionSystem::PluginManager::getObject<Core::IEditorFactory>();
+    m_factory = ExtensionSystem::PluginManager::getObjects<Core::IEditorFactory>().value(0);
     QVERIFY(m_factory);
 }
 
@@ -154,7 +154,7 @@ void TestExtPointEditor::registration()
     QCOMPARE(type.comment(), s("Qt Resource file"));
     QCOMPARE(type.globPatterns(), QStringList { s("extension.xml") });
     QVERIFY(type.inherits(s("text/xml")));
-    QVERIFY(Utils::MimeDatabase().mimeTypeForFileNameAndData(s("my.extension.xml"), "<a/>").name() != type.name());
+    QVERIFY(Utils::MimeDatabase().mimeTypeForFile(s("my.extension.xml")).name() != type.name());
 
     const QImage marked = Core::FileIconProvider::icon(QFileInfo(sample.path(s("chartdesk")))).pixmap(32).toImage();
     const QImage plain = Core::FileIconProvider::icon(QFileInfo(s("other.xml"))).pixmap(32).toImage();

@@ -234,7 +234,7 @@ bool loadPlugins(ExtensionSystem::PluginManager *plugins)
 {
     plugins->setPluginPaths({ QStringLiteral(EXTPOINT_BINARY_DIR "/lib/extpoint/plugins") });
     plugins->loadPlugins({});
-    return ExtensionSystem::PluginManager::getObject<Core::IEditorFactory>() != nullptr;
+    return ExtensionSystem::PluginManager::getObjects<Core::IEditorFactory>().size() == 1;
 }
 
 /// What a child of this test does: it opens a file and quits as a host does, so many ms later.
@@ -243,8 +243,8 @@ int quitInMidScan(QApplication &application, const QString &path, int delay)
     ExtensionSystem::PluginManager plugins;
     if (!loadPlugins(&plugins))
         return 2;
-    auto editor
-        = std::make_unique<OpenedEditor>(ExtensionSystem::PluginManager::getObject<Core::IEditorFactory>(), path);
+    auto editor = std::make_unique<OpenedEditor>(
+        ExtensionSystem::PluginManager::getObjects<Core::IEditorFactory>().value(0), path);
     if (!editor->isOpened() || !editor->isBusy())
         return 3;
     QTimer::singleShot(delay, &application, &QApplication::quit);
@@ -262,7 +262,7 @@ int useInChild(const QString &path)
     ExtensionSystem::PluginManager plugins;
     if (!loadPlugins(&plugins))
         return 2;
-    const QString problem = use(ExtensionSystem::PluginManager::getObject<Core::IEditorFactory>(), path);
+    const QString problem = use(ExtensionSystem::PluginManager::getObjects<Core::IEditorFactory>().value(0), path);
     std::puts(qPrintable(problem));
     plugins.shutdown();
     return problem.isEmpty() ? 0 : 1;
@@ -301,7 +301,7 @@ private:
 void TestFaultEditing::initTestCase()
 {
     QVERIFY(loadPlugins(&m_plugins));
-    m_factory = ExtensionSystem::PluginManager::getObject<Core::IEditorFactory>();
+    m_factory = ExtensionSystem::PluginManager::getObjects<Core::IEditorFactory>().value(0);
 }
 
 void TestFaultEditing::cleanupTestCase()

@@ -49,11 +49,10 @@ bool EndToEndProbe::initialize(const QStringList & /*arguments*/, QString *error
 
 void EndToEndProbe::extensionsInitialized() { }
 
-ExtensionSystem::IPlugin::ShutdownFlag EndToEndProbe::aboutToShutdown()
+void EndToEndProbe::aboutToShutdown()
 {
     // What is asked from now on would find windows half gone.
     m_server.reset();
-    return SynchronousShutdown;
 }
 
 void EndToEndProbe::serve()

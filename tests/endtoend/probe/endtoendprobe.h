@@ -21,7 +21,7 @@ public:
 
     bool initialize(const QStringList &arguments, QString *errorString) override;
     void extensionsInitialized() override;
-    ShutdownFlag aboutToShutdown() override;
+    void aboutToShutdown() override;
 
 private:
     void serve();

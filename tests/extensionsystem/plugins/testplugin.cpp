@@ -2,28 +2,12 @@
 
 #if !defined(TESTPLUGIN_NO_IPLUGIN)
 
-#include "extensionsystem/pluginmanager.h"
-
 #include <QCoreApplication>
-#include <QTimer>
 #include <QVariant>
-
-#include <stdexcept>
 
 namespace {
 
-enum Behaviour {
-    Plain,
-    ConstructorThrows,
-    InitializeFails,
-    InitializeFailsSilently,
-    InitializeThrows,
-    ExtensionsThrow,
-    DelayedThrows,
-    FinishesLater,
-    FinishesAtOnce,
-    NeverFinishes
-};
+enum Behaviour { Plain, InitializeFails };
 
 constexpr Behaviour behaviour = TESTPLUGIN_BEHAVIOUR;
 
@@ -70,8 +54,6 @@ const bool loaded = [] {
 TestPlugin::TestPlugin()
 {
     Q_UNUSED(loaded)
-    if (behaviour == ConstructorThrows)
-        throw std::runtime_error("no constructor");
 }
 
 TestPlugin::~TestPlugin()
@@ -86,46 +68,30 @@ bool TestPlugin::initialize(const QStringList &arguments, QString *errorString)
     addAutoReleasedObject(new Registered(QStringLiteral("first")));
     addAutoReleasedObject(new Registered(QStringLiteral("second")));
     addObject(new Registered(QStringLiteral("kept"), qApp));
-    ExtensionSystem::PluginManager::addObject(new Registered(QStringLiteral("pooled"), qApp));
 #endif
-    if (behaviour == InitializeThrows)
-        throw std::runtime_error("out of ink");
     if (behaviour == InitializeFails)
         *errorString = QStringLiteral("no paper");
-    return behaviour != InitializeFails && behaviour != InitializeFailsSilently;
+    return behaviour != InitializeFails;
 }
 
 void TestPlugin::extensionsInitialized()
 {
     record(QStringLiteral("extensionsInitialized"));
-    if (behaviour == ExtensionsThrow)
-        throw 42;
 }
 
 bool TestPlugin::delayedInitialize()
 {
     record(QStringLiteral("delayedInitialize"));
-    if (behaviour == DelayedThrows)
-        throw std::runtime_error("too late");
 #if defined(TESTPLUGIN_UNRESOLVED)
     extern void definedNowhere();
     definedNowhere();
 #endif
-    return false;
+    return true;
 }
 
-TestPlugin::ShutdownFlag TestPlugin::aboutToShutdown()
+void TestPlugin::aboutToShutdown()
 {
     record(QStringLiteral("aboutToShutdown"));
-    if (behaviour == FinishesAtOnce)
-        emit asynchronousShutdownFinished();
-    if (behaviour == FinishesLater) {
-        QTimer::singleShot(50, this, [this] {
-            record(QStringLiteral("finished"));
-            emit asynchronousShutdownFinished();
-        });
-    }
-    return behaviour >= FinishesLater ? AsynchronousShutdown : SynchronousShutdown;
 }
 
 #endif

@@ -2,28 +2,23 @@
 
 #include "extensionsystem/iplugin.h"
 
-// What one shared object of the tests differs in; see CMakeLists.txt.
-#if !defined(TESTPLUGIN_IID)
-#define TESTPLUGIN_IID EXTENSIONSYSTEM_PLUGIN_IID
-#endif
-
 #if defined(TESTPLUGIN_NO_IPLUGIN)
 
 /// A root object that carries the right metadata and is no plug-in.
 class TestPlugin final : public QObject
 {
     Q_OBJECT
-    Q_PLUGIN_METADATA(IID TESTPLUGIN_IID FILE "testplugin.json")
+    Q_PLUGIN_METADATA(IID EXTENSIONSYSTEM_PLUGIN_IID FILE "testplugin.json")
 };
 
 #else
 
-/// Writes every call into the list property "calls" of the application object. With TESTPLUGIN_REGISTERS it puts four
+/// Writes every call into the list property "calls" of the application object. With TESTPLUGIN_REGISTERS it puts three
 /// objects into the pool, two of them auto-released; what else it does is chosen by TESTPLUGIN_BEHAVIOUR.
 class TestPlugin final : public ExtensionSystem::IPlugin
 {
     Q_OBJECT
-    Q_PLUGIN_METADATA(IID TESTPLUGIN_IID FILE "testplugin.json")
+    Q_PLUGIN_METADATA(IID EXTENSIONSYSTEM_PLUGIN_IID FILE "testplugin.json")
 public:
     TestPlugin();
     ~TestPlugin() override;
@@ -31,7 +26,7 @@ public:
     bool initialize(const QStringList &arguments, QString *errorString) override;
     void extensionsInitialized() override;
     bool delayedInitialize() override;
-    ShutdownFlag aboutToShutdown() override;
+    void aboutToShutdown() override;
 };
 
 #endif
