@@ -32,9 +32,6 @@ class tst_Core : public QObject
     Q_OBJECT
 
 private slots:
-    void iconOverlay_data();
-    void iconOverlay();
-    void style();
     void logLines();
     void commandLine_data();
     void commandLine();
@@ -42,70 +39,6 @@ private slots:
     void commandLineRefused();
     void recentFiles();
 };
-
-void tst_Core::iconOverlay_data()
-{
-    QTest::addColumn<QString>("fileName");
-    QTest::addColumn<QColor>("corner");
-
-    const QColor none(0, 0, 0, 0);
-    QTest::newRow("the whole name") << "extension.xml" << QColor(Qt::red);
-    QTest::newRow("after a dot") << "my.extension.xml" << QColor(Qt::red);
-    QTest::newRow("longest suffix") << "a.b.xml" << QColor(Qt::green);
-    QTest::newRow("another case") << "Extension.xml" << QColor(Qt::blue);
-    QTest::newRow("unknown") << "a.other" << none;
-}
-
-void tst_Core::iconOverlay()
-{
-    QFETCH(QString, fileName);
-    QFETCH(QColor, corner);
-    QTemporaryDir dir;
-    const auto registerColor = [&dir](const QColor &color, const char *suffix) {
-        QImage image(16, 16, QImage::Format_ARGB32);
-        image.fill(Qt::transparent);
-        QPainter(&image).fillRect(12, 12, 4, 4, color);
-        const QString path = dir.filePath(color.name() + QLatin1String(".png"));
-        QVERIFY(image.save(path));
-        Core::FileIconProvider::registerIconOverlayForSuffix(path, QString::fromLatin1(suffix));
-    };
-    registerColor(Qt::red, "extension.xml");
-    registerColor(Qt::green, "b.xml");
-    registerColor(Qt::blue, "xml");
-    Core::FileIconProvider::registerIconOverlayForSuffix(QStringLiteral(":/nothing.png"), QStringLiteral("broken"));
-
-    const QIcon icon = Core::FileIconProvider::icon(QFileInfo(fileName));
-    QVERIFY(!icon.isNull());
-    const QColor pixel = icon.pixmap(32, 32).toImage().pixelColor(30, 30);
-    if (corner.alpha() != 0)
-        QCOMPARE(pixel, corner);
-    else
-        QVERIFY(pixel != QColor(Qt::red) && pixel != QColor(Qt::green) && pixel != QColor(Qt::blue));
-}
-
-void tst_Core::style()
-{
-    const std::unique_ptr<QStyle> plain(QStyleFactory::create(QStringLiteral("Fusion")));
-    Core::WorkbenchStyle ours(QStyleFactory::create(QStringLiteral("Fusion")));
-    for (const auto which : { QStyle::SP_ToolBarHorizontalExtensionButton, QStyle::SP_LineEditClearButton })
-        QCOMPARE(ours.standardIcon(which).pixmap(16).toImage(), plain->standardIcon(which).pixmap(16).toImage());
-
-    // The frame of a group box stands where Fusion has it: the lines of the middle column that are not plain ground.
-    QVector<QVector<int>> frames;
-    for (QStyle *style : { plain.get(), static_cast<QStyle *>(&ours) }) {
-        QGroupBox box(QStringLiteral("T"));
-        box.setStyle(style);
-        box.resize(200, 120);
-        const QImage image = box.grab().toImage();
-        QVector<int> lines;
-        for (int y = 0; y + 1 < image.height(); ++y)
-            if (qAbs(qGray(image.pixel(100, y)) - qGray(image.pixel(100, y + 1))) > 3)
-                lines.append(y);
-        QVERIFY(!lines.isEmpty());
-        frames.append({ lines.first(), lines.last() });
-    }
-    QVERIFY(qAbs(frames[0][0] - frames[1][0]) <= 1 && qAbs(frames[0][1] - frames[1][1]) <= 1);
-}
 
 void tst_Core::logLines()
 {

@@ -29,7 +29,6 @@ private slots:
     void removedAndBack();
     void unreadableMeanwhile();
     void notUnderAMenu();
-    void backAsItWas();
 };
 
 void tst_FileCare::changedByOthers_data()
@@ -315,18 +314,6 @@ void tst_FileCare::notUnderAMenu()
     menu.exec();
     QVERIFY(alive);
     QTRY_VERIFY(!first);
-}
-
-void tst_FileCare::backAsItWas()
-{
-    const QPointer<FakeDocument> document = open();
-    document->modify();
-    writeFile(m_path, "<fake id='2'/>");
-    QTRY_VERIFY(bar("changeBar")->isVisible());
-    writeFile(m_path, "<fake id='1'/>");
-    QTRY_VERIFY(!bar("changeBar")->isVisible());
-    trigger("saveAction");
-    QVERIFY(!m_window->isWindowModified() && document);
 }
 
 QTEST_MAIN(tst_FileCare)

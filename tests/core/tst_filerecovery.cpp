@@ -37,7 +37,6 @@ private slots:
     void restoreOverChanges();
     void recoveredFiles_data();
     void recoveredFiles();
-    void recoveredFilesDiscarded();
 
 private:
     QDialog *openDialog();
@@ -361,40 +360,6 @@ void tst_FileRecovery::recoveredFiles()
     QTRY_VERIFY(!m_window->findChild<QDialog *>(s("recoveredFilesDialog")));
     QVERIFY(RecoveryStore(m_state).abandoned().empty());
     QCOMPARE(copies().size(), 1);
-}
-
-void tst_FileRecovery::recoveredFilesDiscarded()
-{
-    writeFile(m_path, "<fake id='1'/>");
-    leaveCopy("content of older", DiskState::of(m_path).hash, 1);
-    QTest::qWait(20); // longer than a tick of the clock of the file system
-    writeFile(m_state + s("/damaged-2000000000.recovery"), "no header\ncontent of damaged");
-    QVERIFY(QFile::remove(m_path));
-    m_window->hide();
-    m_window->show();
-    QTRY_VERIFY(m_window->findChild<QAbstractButton *>(s("welcomeRecoveredButton")));
-    m_window->findChild<QAbstractButton *>(s("welcomeRecoveredButton"))->click();
-    auto *dialog = m_window->findChild<QDialog *>(s("recoveredFilesDialog"));
-    QCOMPARE(rows(*dialog),
-        (QStringList { s("Unknown file (damaged): This copy is damaged and can't be opened"),
-            s("files/a.fake: The file is no longer there") }));
-    auto *table = dialog->findChild<QTableWidget *>(s("recoveredFilesTable"));
-    auto *discard = dialog->findChild<QPushButton *>(s("discardRecoveredButton"));
-    table->selectRow(0);
-    QVERIFY(!dialog->findChild<QPushButton *>(s("openRecoveredButton"))->isEnabled());
-    QVERIFY(!dialog->findChild<QPushButton *>(s("openRecoveredForButton"))->isEnabled());
-    for (const auto reply : { QMessageBox::Cancel, QMessageBox::Discard, QMessageBox::Discard }) {
-        const int before = table->rowCount();
-        discard->click();
-        box("discardRecoveredPrompt")->button(reply)->click();
-        QTRY_VERIFY(!box("discardRecoveredPrompt"));
-        QCOMPARE(table->rowCount(), before - (reply == QMessageBox::Discard ? 1 : 0));
-        QCOMPARE(copies().size(), table->rowCount());
-        QTest::qWait(1); // the box is destroyed
-    }
-    QVERIFY(!discard->isEnabled());
-    dialog->reject();
-    QTRY_VERIFY(!m_window->findChild<QAbstractButton *>(s("welcomeRecoveredButton")));
 }
 
 QTEST_MAIN(tst_FileRecovery)

@@ -31,11 +31,6 @@ private slots:
     void init();
     void answersWithoutDisplay_data();
     void answersWithoutDisplay();
-    void save_data();
-    void save();
-    void saveReadOnly();
-    void saveBeyondFileSizeLimit();
-    void saveWithoutDisplay();
     void misencodedName_data();
     void misencodedName();
     void outputNobodyTakes_data();
@@ -135,78 +130,6 @@ void tst_Workbench::answersWithoutDisplay()
     QCOMPARE(result.code, code);
     QCOMPARE(result.output.left(output.isEmpty() ? -1 : output.size()), output);
     QCOMPARE(result.error, error);
-}
-
-void tst_Workbench::save_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("error");
-
-    const auto row = [](const char *name, const char *content, int code, const char *error) {
-        QTest::newRow(name) << QByteArray(content) << code << QString::fromLatin1(error);
-    };
-    row("written after the scan", R"(<fake busy="300"/>)", 0, "");
-    row("not parsed", "<fake", 1, "%1: The content of the file cannot be parsed.");
-    row("emptied", R"(<fake save="instruction"/>)", 0,
-        "%1: The saved file has no content but its XML declaration. It will not open again.");
-}
-
-void tst_Workbench::save()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(int, code);
-    QFETCH(QString, error);
-    const QString path = m_dir->filePath(QStringLiteral("ä b.fake"));
-    makeFile(QStringLiteral("ä b.fake"), content);
-    const Result result = run(withPlugins({ QStringLiteral("--save"), path }));
-    error.replace(QLatin1String("%1"), path);
-    QCOMPARE(result.error, error.isEmpty() ? QString() : QStringLiteral("extpoint-workbench: %1\n").arg(error));
-    QCOMPARE(result.code, code);
-    QCOMPARE(result.output, QString());
-    QFile file(path);
-    const bool changed = file.open(QIODevice::ReadOnly) && file.readAll() != content;
-    QCOMPARE(changed, code == 0);
-}
-
-void tst_Workbench::saveReadOnly()
-{
-    const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
-    QVERIFY(::chmod(QFile::encodeName(path).constData(), 0444) == 0);
-    m_environment.insert(QStringLiteral("XDG_CONFIG_HOME"), QStringLiteral("/nonexistent"));
-    m_environment.insert(QStringLiteral("HOME"), QStringLiteral("/nonexistent"));
-    const QStringList asNobody { QStringLiteral("setpriv"), QStringLiteral("--reuid=65534"),
-        QStringLiteral("--regid=65534"), QStringLiteral("--clear-groups") };
-    const Result result
-        = run(withPlugins({ QStringLiteral("--save"), path }), ::getuid() == 0 ? asNobody : QStringList());
-    QCOMPARE(result.error,
-        QStringLiteral("extpoint-workbench: %1: The file cannot be written: Permission denied.\n").arg(path));
-    QCOMPARE(result.code, 1);
-}
-
-void tst_Workbench::saveBeyondFileSizeLimit()
-{
-    const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
-    const Result result = run(
-        withPlugins({ QStringLiteral("--save"), path }), { QStringLiteral("prlimit"), QStringLiteral("--fsize=5") });
-    QCOMPARE(result.error,
-        QStringLiteral(
-            "extpoint-workbench: %1: The file cannot be written: this process may write no more than 5 bytes "
-            "to a file.\n")
-            .arg(path));
-    QCOMPARE(result.code, 1);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray("<fake/>"));
-}
-
-void tst_Workbench::saveWithoutDisplay()
-{
-    const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
-    m_environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
-    const Result result = run(withPlugins({ QStringLiteral("--save"), path }));
-    QCOMPARE(result.error, QString());
-    QCOMPARE(result.code, 0);
 }
 
 void tst_Workbench::misencodedName_data()

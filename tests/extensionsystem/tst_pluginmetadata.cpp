@@ -13,7 +13,6 @@ class TestPluginMetaData final : public QObject
 private slots:
     void versions_data();
     void versions();
-    void versionOrder();
     void completeMetaData();
     void defects_data();
     void defects();
@@ -59,22 +58,6 @@ void TestPluginMetaData::versions()
     QFETCH(QString, text);
     const std::optional<PluginVersion> version = PluginVersion::fromString(text);
     QTEST(version ? version->toString() : QString(), "printed");
-}
-
-void TestPluginMetaData::versionOrder()
-{
-    const QStringList ascending { QStringLiteral("0.0.9"), QStringLiteral("0.9.0"), QStringLiteral("0.10.0"),
-        QStringLiteral("1.0.0"), QStringLiteral("1.0.0_2"), QStringLiteral("1.0.0_10"), QStringLiteral("1.0.1"),
-        QStringLiteral("9.0.0"), QStringLiteral("10.0.0") };
-    for (int i = 0; i < ascending.size(); ++i) {
-        for (int j = 0; j < ascending.size(); ++j) {
-            const PluginVersion left = *PluginVersion::fromString(ascending.at(i));
-            const PluginVersion right = *PluginVersion::fromString(ascending.at(j));
-            QCOMPARE(left < right, i < j);
-            QCOMPARE(left <= right, i <= j);
-            QCOMPARE(left == right, i == j);
-        }
-    }
 }
 
 void TestPluginMetaData::completeMetaData()
