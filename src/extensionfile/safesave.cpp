@@ -8,7 +8,6 @@
 #include "extensionfile/unfinishedfile.h"
 #include "extensionfile/writer.h"
 
-#include <QBuffer>
 #include <QFile>
 
 #include <acl/libacl.h>
@@ -26,10 +25,7 @@ namespace {
 class NullSink final : public Sink
 {
 public:
-    [[nodiscard]] bool wantsLocations() const override { return false; }
-    [[nodiscard]] bool wantsAttributes() const override { return false; }
-    void restart() override { }
-    void startElement(const QString &, const Attributes &, const Location &) override { }
+    void startElement(const QString &, const Attributes &, const Locator &) override { }
     void endElement() override { }
 };
 
@@ -38,11 +34,9 @@ QString whyNotReadable(const QByteArray &bytes)
 {
     if (bytes == Writer::instructionAlone())
         return QString();
-    QBuffer buffer;
-    buffer.setData(bytes);
     NullSink sink;
     ReadError error;
-    if (buffer.open(QIODevice::ReadOnly) && read(buffer, sink, &error))
+    if (read(bytes, sink, &error))
         return QString();
     return QStringLiteral("The new contents could not be read again: %1").arg(error.toString());
 }

@@ -59,7 +59,7 @@ void Writer::startElement(const QString &name)
         return;
     if (m_depth == 0 && !rootMayStart(name))
         return;
-    if (m_depth > 0 && !isValidName(name)) {
+    if (m_depth > 0 && !isName(name)) {
         omit(QStringLiteral("element \"%1\" has no legal name, its children take its place").arg(name));
         m_open.append(QByteArray());
         return;
@@ -83,7 +83,7 @@ bool Writer::rootMayStart(const QString &name)
 {
     if (m_rootDone)
         fail(QStringLiteral("a second root element \"%1\"").arg(name));
-    else if (!isValidName(name))
+    else if (!isName(name))
         fail(QStringLiteral("\"%1\" is no legal name for the root element").arg(name));
     return !hasFailed();
 }
@@ -98,7 +98,7 @@ void Writer::attribute(const QString &name, const QString &value)
         fail(QStringLiteral("attribute \"%1\" outside of a start tag").arg(name));
         return;
     }
-    if (!isValidAttributeName(name)) {
+    if (!isName(name)) {
         omit(QStringLiteral("attribute \"%1\" has no legal name").arg(name));
         return;
     }

@@ -9,7 +9,6 @@
 #include "openedfilesink.h"
 #include "pointtreewidgetitem.h"
 
-#include <QBuffer>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -85,10 +84,8 @@ bool SourceDataManager::load(const QString &fileName)
 bool SourceDataManager::load(const QString &fileName, const QByteArray &bytes)
 {
     return load(fileName, [&](ExtensionFile::Sink &sink) {
-        QBuffer buffer;
-        buffer.setData(bytes);
         ExtensionFile::ReadError error;
-        if (buffer.open(QIODevice::ReadOnly) && ExtensionFile::read(buffer, sink, &error))
+        if (ExtensionFile::read(bytes, sink, &error))
             return true;
         error.path = fileName;
         qCWarning(modelLog, "%s", qUtf8Printable(error.toString()));

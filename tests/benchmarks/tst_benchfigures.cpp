@@ -4,7 +4,6 @@
 #include "report.h"
 #include "statistics.h"
 
-#include <QBuffer>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -20,9 +19,8 @@ namespace {
 class CountingSink final : public ExtensionFile::Sink
 {
 public:
-    void restart() override { *this = CountingSink(); }
     void startElement(
-        const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Location &) override
+        const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Locator &) override
     {
         ++all;
         ++tags[name];
@@ -50,10 +48,8 @@ public:
 
 bool read(const QByteArray &text, CountingSink *sink)
 {
-    QBuffer buffer;
-    buffer.setData(text);
     ExtensionFile::ReadError error;
-    const bool parsed = buffer.open(QIODevice::ReadOnly) && ExtensionFile::read(buffer, *sink, &error);
+    const bool parsed = ExtensionFile::read(text, *sink, &error);
     if (!parsed)
         qWarning("%s", qPrintable(error.toString()));
     return parsed;
