@@ -6,9 +6,9 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <cerrno>
-#include <cstdlib>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -23,10 +23,8 @@ constexpr int maximumKept = 100;
 /// The same for every way that leads to the file.
 QByteArray nameOf(const QByteArray &path)
 {
-    char *const resolved = ::realpath(path.constData(), nullptr);
-    const QByteArray whole = resolved ? QByteArray(resolved) : path;
-    std::free(resolved);
-    return QCryptographicHash::hash(whole, QCryptographicHash::Sha256).toHex().left(32);
+    const QByteArray whole = QFile::encodeName(QFileInfo(QFile::decodeName(path)).canonicalFilePath());
+    return QCryptographicHash::hash(whole.isEmpty() ? path : whole, QCryptographicHash::Sha256).toHex().left(32);
 }
 
 QString fileOf(const QByteArray &name, int number)

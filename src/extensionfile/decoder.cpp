@@ -3,6 +3,8 @@
 #include <QRegularExpression>
 #include <QTextCodec>
 
+#include <utility>
+
 namespace ExtensionFile {
 
 namespace {
@@ -27,7 +29,7 @@ QByteArray declaredEncoding(const QByteArray &text)
 
 bool transcode(const QByteArray &bytes, QTextCodec *codec, QByteArray *utf8)
 {
-    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    QTextCodec::ConverterState state;
     const QString text = codec->toUnicode(bytes.constData(), bytes.size(), &state);
     *utf8 = text.toUtf8();
     // The converters of most legacy encodings do not count what they replace, hence the look for U+FFFD; that a file in
@@ -36,32 +38,17 @@ bool transcode(const QByteArray &bytes, QTextCodec *codec, QByteArray *utf8)
         && QString::fromUtf8(*utf8) == text;
 }
 
-struct Signature
+/// By the byte order mark, or by how the first character of a document comes out; null where neither tells.
+QTextCodec *codecByFirstBytes(const QByteArray &bytes)
 {
-    const char *bytes;
-    int length;
-    int skipped; ///< bytes of the byte order mark
-    const char *codec;
-};
-
-/// Longer signatures first: the mark of UTF-32LE begins with that of UTF-16LE.
-const Signature signatures[] = {
-    { "\xff\xfe\0\0", 4, 4, "UTF-32LE" },
-    { "\0\0\xfe\xff", 4, 4, "UTF-32BE" },
-    { "<\0\0\0", 4, 0, "UTF-32LE" },
-    { "\0\0\0<", 4, 0, "UTF-32BE" },
-    { "<\0", 2, 0, "UTF-16LE" },
-    { "\0<", 2, 0, "UTF-16BE" },
-    { "\xff\xfe", 2, 2, "UTF-16LE" },
-    { "\xfe\xff", 2, 2, "UTF-16BE" },
-    { "\xef\xbb\xbf", 3, 3, "UTF-8" },
-};
-
-const Signature *findSignature(const QByteArray &bytes)
-{
-    for (const Signature &signature : signatures) {
-        if (bytes.startsWith(QByteArray::fromRawData(signature.bytes, signature.length)))
-            return &signature;
+    if (QTextCodec *marked = QTextCodec::codecForUtfText(bytes, nullptr))
+        return marked;
+    // Longer ones first.
+    const std::pair<QByteArray, const char *> starts[] = { { { "<\0\0\0", 4 }, "UTF-32LE" },
+        { { "\0\0\0<", 4 }, "UTF-32BE" }, { { "<\0", 2 }, "UTF-16LE" }, { { "\0<", 2 }, "UTF-16BE" } };
+    for (const auto &start : starts) {
+        if (bytes.startsWith(start.first))
+            return QTextCodec::codecForName(start.second);
     }
     return nullptr;
 }
@@ -70,21 +57,19 @@ const Signature *findSignature(const QByteArray &bytes)
 
 bool decodeDocument(const QByteArray &bytes, DecodedDocument *document, ReadError *error)
 {
-    const Signature *const signature = findSignature(bytes);
     const QByteArray declared = declaredEncoding(bytes);
-    const QByteArray name = signature ? QByteArray(signature->codec) : declared.isEmpty() ? "UTF-8" : declared;
-    QTextCodec *const codec = QTextCodec::codecForName(name);
+    QTextCodec *const seen = codecByFirstBytes(bytes);
+    QTextCodec *const codec = seen ? seen : QTextCodec::codecForName(declared.isEmpty() ? "UTF-8" : declared);
     if (!codec)
-        return refuse(error, QStringLiteral("Encoding %1 is not known.").arg(QString::fromLatin1(name)));
-    const QByteArray body = signature ? bytes.mid(signature->skipped) : bytes;
+        return refuse(error, QStringLiteral("Encoding %1 is not known.").arg(QString::fromLatin1(declared)));
     document->transcoded = codec->mibEnum() != utf8Mib;
-    document->markSize = document->transcoded ? 0 : bytes.size() - body.size();
-    document->utf8 = body;
-    if (document->transcoded && !transcode(body, codec, &document->utf8))
+    document->markSize = document->transcoded || !seen ? 0 : 3;
+    document->utf8 = bytes.mid(document->markSize);
+    if (document->transcoded && !transcode(bytes, codec, &document->utf8))
         return refuse(error, QStringLiteral("The text is not valid %1.").arg(QString::fromLatin1(codec->name())));
     // A document recognised by its first bytes may name that encoding (with or without byte order) or none.
     const QByteArray named = declaredEncoding(document->utf8);
-    const bool agrees = signature ? named.isEmpty() || named.toUpper().startsWith(name.left(6)) : named == declared;
+    const bool agrees = seen ? named.isEmpty() || named.toUpper().startsWith(seen->name().left(6)) : named == declared;
     return agrees || refuse(error, QStringLiteral("The declared encoding is not the one of the file."));
 }
 

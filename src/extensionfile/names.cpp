@@ -9,18 +9,13 @@ namespace ExtensionFile {
 
 namespace {
 
-bool isAsciiStart(QChar c)
+/// Names of a letter and what is common; asking the parser takes longer.
+bool isCommonName(const QString &name)
 {
-    const ushort lower = c.unicode() | 0x20U;
-    return (lower >= 'a' && lower <= 'z') || c == QLatin1Char('_') || c == QLatin1Char(':');
-}
-
-bool isAsciiName(const QString &name)
-{
-    return !name.isEmpty() && isAsciiStart(name.at(0)) && std::all_of(name.cbegin(), name.cend(), [](QChar c) {
-        return isAsciiStart(c) || (c >= QLatin1Char('0') && c <= QLatin1Char('9')) || c == QLatin1Char('-')
-            || c == QLatin1Char('.');
-    });
+    const auto isCommon = [](QChar c) {
+        return c.unicode() < 0x80 && (c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char('-'));
+    };
+    return !name.isEmpty() && name.at(0).isLetter() && std::all_of(name.cbegin(), name.cend(), isCommon);
 }
 
 /// Asks the parser itself, so that the answer can't differ from what a later reading finds.
@@ -47,8 +42,7 @@ bool isLegal(QChar c)
 
 bool isName(const QString &name)
 {
-    const bool isAscii = std::all_of(name.cbegin(), name.cend(), [](QChar c) { return c.unicode() < 0x80; });
-    return isAscii ? isAsciiName(name) : parserTakes(name);
+    return isCommonName(name) || parserTakes(name);
 }
 
 QString nameFrom(const QString &text)

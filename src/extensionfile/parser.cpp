@@ -6,7 +6,6 @@
 #include <array>
 #include <cstring>
 #include <memory>
-#include <random>
 
 // The limits on entities stand in its header only where this is defined.
 #define XML_DTD
@@ -62,14 +61,6 @@ private:
     std::array<Entry, places> m_known;
 };
 
-/// So that nobody can make a file whose names all fall into one place of the parser's tables. Left to itself, each
-/// parser asks the system for a number of its own, which takes longer than many a file.
-unsigned long hashSalt()
-{
-    static const unsigned long salt = std::random_device()() | 1U;
-    return salt;
-}
-
 constexpr int longestAside = 80;
 
 class Parser final
@@ -99,7 +90,6 @@ private:
 
     void setUp()
     {
-        XML_SetHashSalt(parser(), hashSalt());
         XML_SetUserData(parser(), this);
         XML_SetBillionLaughsAttackProtectionActivationThreshold(parser(), m_limits.maximumExpansion);
         XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser(), 2);
@@ -122,8 +112,6 @@ private:
             });
         XML_SetSkippedEntityHandler(
             parser(), [](void *self, const char *name, int) { of(self).failByEntity(QString::fromUtf8(name)); });
-        if (!m_sink.wantsAsides())
-            return;
         XML_SetProcessingInstructionHandler(parser(),
             [](void *self, const char *target, const char *) { of(self).takeAside(Aside::Instruction, target); });
         XML_SetCommentHandler(parser(), [](void *self, const char *text) { of(self).takeAside(Aside::Comment, text); });
@@ -158,10 +146,9 @@ private:
         }
         QString reason = QString::fromLatin1(XML_ErrorString(code)) + QLatin1Char('.');
         reason[0] = reason.at(0).toUpper();
+        // Qt's decoder tells damage from a character that is out of place.
         const QByteArray rest = m_document.utf8.mid(int(where.byteOffset) - m_document.markSize, 4);
-        const bool isDamaged = QString::fromUtf8(rest).startsWith(QChar(QChar::ReplacementCharacter))
-            && !rest.startsWith("\xef\xbf\xbd");
-        if (code == XML_ERROR_INVALID_TOKEN && isDamaged)
+        if (code == XML_ERROR_INVALID_TOKEN && QString::fromUtf8(rest).startsWith(QChar::ReplacementCharacter))
             reason = QStringLiteral("The text is not valid UTF-8.");
         m_error->fail(
             code == XML_ERROR_NO_MEMORY ? ReadError::Kind::Unreadable : ReadError::Kind::Malformed, reason, where);
@@ -243,7 +230,7 @@ private:
 
     void takeAside(Aside what, const char *text)
     {
-        if (hasFailed() || m_isInDocumentType || !m_sink.wantsAsides())
+        if (hasFailed() || m_isInDocumentType)
             return;
         endText();
         m_sink.aside(what, QString::fromUtf8(text).trimmed().left(longestAside));

@@ -4,10 +4,6 @@
 #include "extensionfile/parser.h"
 #include "extensionfile/regularfile.h"
 
-#include <QTextCodec>
-
-#include <algorithm>
-
 namespace ExtensionFile {
 
 namespace {
@@ -15,12 +11,8 @@ namespace {
 /// Text in another encoding hardly ever has this by chance.
 bool looksLikeUtf8(const QByteArray &bytes)
 {
-    const auto isAscii = [](char c) { return uchar(c) < 0x80; };
-    if (std::all_of(bytes.cbegin(), bytes.cend(), isAscii))
-        return false;
-    QTextCodec::ConverterState state;
-    (void)QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
-    return state.invalidChars == 0 && state.remainingChars == 0;
+    const QString text = QString::fromUtf8(bytes);
+    return text.size() < bytes.size() && text.toUtf8() == bytes;
 }
 
 } // namespace
@@ -36,7 +28,7 @@ bool read(const QByteArray &bytes, Sink &sink, ReadError *error, const Limits &l
     DecodedDocument document;
     if (!decodeDocument(bytes, &document, report) || !parse(document, sink, limits, report))
         return false;
-    if (document.transcoded && sink.wantsAsides() && looksLikeUtf8(bytes))
+    if (document.transcoded && looksLikeUtf8(bytes))
         sink.aside(Aside::LooksLikeUtf8, QString());
     return true;
 }

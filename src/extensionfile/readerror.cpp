@@ -2,8 +2,6 @@
 
 #include "extensionfile/logging.h"
 
-#include <QStringList>
-
 namespace ExtensionFile {
 
 void Location::moveOver(const char *begin, const char *end)
@@ -27,13 +25,10 @@ bool ReadError::fail(Kind failure, const QString &why, const Location &place)
 
 QString ReadError::toString() const
 {
-    QStringList parts;
-    if (!path.isEmpty())
-        parts += oneLine(path);
+    QString place = path.isEmpty() ? path : oneLine(path) + QLatin1Char(':');
     if (where.line > 0)
-        parts += QStringLiteral("%1:%2").arg(where.line).arg(where.column);
-    const QString place = parts.join(QLatin1Char(':'));
-    return (place.isEmpty() ? place : place + QLatin1String(": ")) + oneLine(reason);
+        place += QStringLiteral("%1:%2:").arg(where.line).arg(where.column);
+    return (place.isEmpty() ? place : place + QLatin1Char(' ')) + oneLine(reason);
 }
 
 } // namespace ExtensionFile

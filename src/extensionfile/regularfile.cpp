@@ -139,4 +139,10 @@ QString systemReason()
     return qt_error_string(errno);
 }
 
+bool refuse(QString *reason, const QString &text)
+{
+    *reason = text;
+    return false;
+}
+
 } // namespace ExtensionFile

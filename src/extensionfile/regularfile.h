@@ -77,4 +77,7 @@ struct FileIdentity
 /// The message of errno's present value.
 [[nodiscard]] QString systemReason();
 
+/// Gives a failure its reason. Always false.
+bool refuse(QString *reason, const QString &text = systemReason());
+
 } // namespace ExtensionFile

@@ -52,7 +52,6 @@ public:
     static void describeRealization(
         PointTreeWidgetItem *node, const PointTreeWidgetItem &parent, const QString &pluginId, const QString &basePath);
 
-    [[nodiscard]] bool wantsAsides() const override { return true; }
     void aside(ExtensionFile::Aside what, const QString &text) override;
     void startElement(
         const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Locator &where) override;

@@ -131,8 +131,7 @@ bool SourceDataManager::saveNow()
     const Definitions known = definitions();
     ModelWriter writer(m_translatableKeys, known, m_filePath);
     const QByteArray bytes = writer.write(m_definitionRoot, m_realizationRoot);
-    ExtensionFile::SaveError error;
-    if (bytes.isEmpty() || !ExtensionFile::saveFile(m_filePath, bytes, &error))
+    if (bytes.isEmpty() || !ExtensionFile::saveFile(m_filePath, bytes, nullptr))
         return false;
     // The file holds what the model holds now.
     m_dropped.clear();

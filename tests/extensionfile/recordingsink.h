@@ -11,7 +11,6 @@ public:
     enum class Places { Hide, Print };
     explicit RecordingSink(Places places = Places::Hide) : m_places(places) { }
 
-    [[nodiscard]] bool wantsAsides() const override { return true; }
     void aside(ExtensionFile::Aside what, const QString &text) override
     {
         asides.append(QStringLiteral("%1 %2").arg(int(what)).arg(text));

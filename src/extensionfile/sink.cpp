@@ -1,4 +1,4 @@
-#include "extensionfile/locator.h"
+#include "extensionfile/sink.h"
 
 #include "extensionfile/decoder.h"
 
