@@ -35,12 +35,8 @@ QString fileOf(const QByteArray &name, int number)
 
 bool makeDirectory(const QString &directory)
 {
-    if (QDir(directory).exists())
-        return true;
-    const int slash = directory.lastIndexOf(QLatin1Char('/'));
-    if (slash > 0 && !makeDirectory(directory.left(slash)))
-        return false;
-    return ::mkdir(QFile::encodeName(directory).constData(), 0700) == 0 || errno == EEXIST;
+    const auto owner = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
+    return QDir(directory).exists() || (QDir().mkpath(directory) && QFile::setPermissions(directory, owner));
 }
 
 } // namespace

@@ -67,7 +67,8 @@ void Writer::startElement(const QString &name)
     if (!within(m_depth + 1, m_limits.maximumDepth, QStringLiteral("elements nested more than %1 deep"))
         || !within(m_elements + 1, m_limits.maximumElements, QStringLiteral("more than %1 elements")))
         return;
-    closeStartTag();
+    if (m_startTagOpen)
+        m_bytes += ">\n";
     indent();
     const QByteArray encoded = name.toUtf8();
     m_bytes += '<';
@@ -164,13 +165,6 @@ QByteArray Writer::finish()
 QByteArray Writer::instructionAlone()
 {
     return QByteArrayLiteral("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n");
-}
-
-void Writer::closeStartTag()
-{
-    if (m_startTagOpen)
-        m_bytes += ">\n";
-    m_startTagOpen = false;
 }
 
 void Writer::appendEscaped(const QString &value)

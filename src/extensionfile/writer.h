@@ -52,7 +52,6 @@ public:
 
 private:
     bool rootMayStart(const QString &name);
-    void closeStartTag();
     void appendEscaped(const QString &value);
     void indent();
     void omit(const QString &what);

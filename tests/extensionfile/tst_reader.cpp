@@ -68,7 +68,6 @@ private slots:
     void hostile();
     void files_data();
     void files();
-    void descriptorIsReadWhole_data();
     void descriptorIsReadWhole();
     void translationMarks_data();
     void translationMarks();
@@ -223,33 +222,20 @@ void TestReader::malformed_data()
     };
     const char *const none = "1:1: No element found.";
     row("empty", "", none);
-    row("byte order mark alone", "\xef\xbb\xbf", none);
     row("instruction alone", "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n", "2:1: No element found.");
     row("cut in a tag", "<a>\n<b c='", "2:1: Unclosed token.");
     row("cut after the first tag", "<a>", "1:4: No element found.");
     row("tags crossed", "<a>\n <b></a>", "2:7: Mismatched tag.");
-    row("letter case of tags", "<a></A>", "1:6: Mismatched tag.");
     row("attribute twice", "<a b='1' b='1'/>", "1:10: Duplicate attribute.");
     const auto invalid = [&](const char *name, const QByteArray &bytes, const char *place) {
         row(name, bytes, qPrintable(QLatin1String(place) + QLatin1String(": Not well-formed (invalid token).")));
     };
-    invalid("attribute without value", "<a b/>", "1:5");
     invalid("attribute without quotes", "<a b=1/>", "1:6");
-    invalid("attributes without blank", "<a b='1'c='2'/>", "1:9");
-    invalid("bracket in value", "<a b='<'/>", "1:7");
-    invalid("ampersand alone", "<a b='R&D'/>", "1:10");
-    invalid("dashes in comment", "<a><!-- b -- c --></a>", "1:13");
-    invalid("end of section in text", "<a>]]></a>", "1:6");
     invalid("nul", QByteArray("<a b='\0'/>", 10), "1:7");
-    invalid("control character", "<a b='\x01'/>", "1:7");
-    invalid("name starts with a digit", "<1a/>", "1:2");
     invalid("attribute name is a sign", "<a>\n <b $='1'/></a>", "2:5");
-    invalid("accent starts an attribute name", "<a \xcc\x81='1'/>", "1:4");
     row("reference to a control character", "<a b='&#1;'/>", "1:7: Reference to invalid character number.");
-    row("reference to a surrogate", "<a b='&#xD800;'/>", "1:7: Reference to invalid character number.");
     row("entity not declared", "<a b='&nbsp;'/>", "1:1: Undefined entity.");
     row("entity in itself", "<!DOCTYPE a [<!ENTITY e '&e;'>]><a>&e;</a>", "1:36: Recursive entity reference.");
-    row("entity opens a tag", "<!DOCTYPE a [<!ENTITY e '<b>'>]><a>&e;</b></a>", "1:36: Asynchronous entity.");
     const char *const external = "External entities are not read.";
     row("external entity", "<!DOCTYPE a [<!ENTITY e SYSTEM 'file:///etc/hostname'>]><a>\n&e;</a>",
         qPrintable(QLatin1String("2:1: ") + QLatin1String(external)));
@@ -269,23 +255,15 @@ void TestReader::malformed_data()
         row(standalone, QByteArray("<?xml version='1.0' standalone='") + standalone + "'?>\n<!DOCTYPE a [ %p;]><a/>",
             qPrintable(QLatin1String("2:15: ") + QLatin1String(parameter)));
     row("text after the root", "<a/>x", "1:5: Junk after document element.");
-    row("second root", "<a/>\n<b/>", "2:1: Junk after document element.");
-    row("blank before the declaration", " <?xml version='1.0'?><a/>",
-        "1:2: XML or text declaration not at start of entity.");
     row("declaration damaged", "<?xml version='1.0' encoding=utf-8?><a/>", "1:30: XML declaration not well-formed.");
     row("declaration of a later version", "<?xml version='2.0'?><a/>", "1:1: XML 2.0 is not known.");
-    row("document type twice", "<!DOCTYPE a><!DOCTYPE a><a/>", "1:13: Syntax error.");
     const auto utf8 = [&](const char *name, const QByteArray &bytes, const char *place) {
         row(name, bytes, qPrintable(QLatin1String(place) + QLatin1String(": The text is not valid UTF-8.")));
     };
     row("cut sequence", "<a/><!--\xe2\x82", "1:5: Partial character.");
-    utf8("overlong", "<a b='\xe0\x80\xaf'/>", "1:7");
     utf8("surrogate in utf-8", "<a b='\xed\xa0\x80'/>", "1:7");
-    utf8("beyond unicode", "<a b='\xf4\x90\x80\x80'/>", "1:7");
     utf8("bad byte in the third line", "<a>\n<b/>\n \xc3\xa4 \xff</a>", "3:4");
-    utf8("bad byte after a mark", "\xef\xbb\xbf<a b='\xff'/>", "1:7");
     invalid("no character", "<a b='\xef\xbf\xbe'/>", "1:7");
-    invalid("no character in a name", "<a b\xef\xbf\xbf='1'/>", "1:5");
     invalid("no character in a name, utf-16",
         encoded("UTF-16LE", QStringLiteral("<a b"), "\xff\xfe") + "\xff\xff"
             + encoded("UTF-16LE", QStringLiteral("='1'/>")),
@@ -460,34 +438,22 @@ void TestReader::files()
     QCOMPARE(messages, kind == ReadError::Kind::Missing ? QStringList() : QStringList(line));
 }
 
-void TestReader::descriptorIsReadWhole_data()
-{
-    QTest::addColumn<qint64>("expected");
-    QTest::addColumn<qint64>("maximum");
-    QTest::addColumn<int>("read");
-
-    QTest::newRow("size known") << qint64(200'000) << qint64(1'000'000) << 200'000;
-    QTest::newRow("size not known") << qint64(0) << qint64(1'000'000) << 200'000;
-    QTest::newRow("has grown") << qint64(100'000) << qint64(1'000'000) << 200'000;
-    QTest::newRow("has shrunk") << qint64(300'000) << qint64(1'000'000) << 200'000;
-    QTest::newRow("2^63 - 1 bytes expected") << std::numeric_limits<qint64>::max() << qint64(1'000'000) << 200'000;
-    QTest::newRow("fewer than no bytes expected") << std::numeric_limits<qint64>::min() << qint64(1'000'000) << 200'000;
-    QTest::newRow("has grown beyond the limit") << qint64(1'000) << qint64(150'000) << 150'001;
-}
-
 void TestReader::descriptorIsReadWhole()
 {
-    QFETCH(qint64, expected);
-    QFETCH(qint64, maximum);
-    QFETCH(int, read);
     QTemporaryFile file;
     QByteArray content;
     for (int i = 0; i < 200'000; ++i)
         content += char('a' + i % 23);
-    QVERIFY(file.open() && file.write(content) == content.size() && file.flush() && file.seek(0));
-    QByteArray bytes;
-    QVERIFY(readDescriptor(file.handle(), expected, maximum, &bytes));
-    QCOMPARE(bytes, content.left(read));
+    QVERIFY(file.open() && file.write(content) == content.size() && file.flush());
+    using Bounds = std::numeric_limits<qint64>;
+    // What the size was said to be hardly counts: the file may have grown or shrunk.
+    for (const qint64 expected : { Bounds::min(), qint64(0), qint64(1'000), qint64(200'000), Bounds::max() }) {
+        for (const int maximum : { 150'000, 1'000'000 }) {
+            QByteArray bytes;
+            QVERIFY(file.seek(0) && readDescriptor(file.handle(), expected, maximum, &bytes));
+            QCOMPARE(bytes, content.left(maximum + 1));
+        }
+    }
 }
 
 void TestReader::translationMarks_data()
