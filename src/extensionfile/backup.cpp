@@ -1,14 +1,11 @@
 #include "extensionfile/backup.h"
 
 #include "extensionfile/logging.h"
-#include "extensionfile/unfinishedfile.h"
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-
-#include <cerrno>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -40,10 +37,6 @@ bool makeDirectory(const QString &directory)
 }
 
 } // namespace
-
-Backup::Backup(const QByteArray &path) : m_path(path) { }
-
-Backup::~Backup() = default;
 
 bool Backup::make(const QByteArray &bytes, QString *reason)
 {
@@ -100,8 +93,7 @@ QStringList Backup::keptOf(const QString &path)
 
 void Backup::reportKept(const QString &path)
 {
-    const QStringList kept = keptOf(path);
-    for (const QString &backup : kept)
+    for (const QString &backup : keptOf(path))
         qCWarning(fileLog).noquote() << oneLine(path)
                 + QLatin1String(": an earlier save was interrupted; what was there before it is kept in ")
                 + oneLine(backup);

@@ -58,7 +58,7 @@ bool writeInPlace(int descriptor, const QByteArray &path, const QByteArray &byte
     if (before.st_size > maximumOldSize)
         return refuse(reason, QStringLiteral("The file is too large to be kept while it is written."));
     QByteArray old;
-    if (!readDescriptor(descriptor, before.st_size, maximumOldSize, &old))
+    if (!readDescriptor(descriptor, maximumOldSize, &old))
         return refuse(reason);
     Backup::reportKept(QFile::decodeName(path));
     Backup backup(path);

@@ -49,8 +49,7 @@ QString nameFrom(const QString &text)
 {
     if (isName(text))
         return text;
-    const int certainLength = 1'000;
-    QString name = text.left(certainLength);
+    QString name = text.left(1'000);
     const QChar filler = QLatin1Char('_');
     std::replace_if(
         name.begin(), name.end(), [filler](QChar c) { return !isName(QString(filler) + c); }, filler);

@@ -140,18 +140,16 @@ private:
     {
         const XML_Error code = XML_GetErrorCode(parser());
         const Location where = locator().element();
-        if (code == XML_ERROR_AMPLIFICATION_LIMIT_BREACH) {
-            m_error->fail(ReadError::Kind::TooLarge, QStringLiteral("The entities become too much text."), where);
-            return;
-        }
+        const ReadError::Kind kind = code == XML_ERROR_AMPLIFICATION_LIMIT_BREACH ? ReadError::Kind::TooLarge
+            : code == XML_ERROR_NO_MEMORY                                         ? ReadError::Kind::Unreadable
+                                                                                  : ReadError::Kind::Malformed;
         QString reason = QString::fromLatin1(XML_ErrorString(code)) + QLatin1Char('.');
         reason[0] = reason.at(0).toUpper();
         // Qt's decoder tells damage from a character that is out of place.
         const QByteArray rest = m_document.utf8.mid(int(where.byteOffset) - m_document.markSize, 4);
         if (code == XML_ERROR_INVALID_TOKEN && QString::fromUtf8(rest).startsWith(QChar::ReplacementCharacter))
             reason = QStringLiteral("The text is not valid UTF-8.");
-        m_error->fail(
-            code == XML_ERROR_NO_MEMORY ? ReadError::Kind::Unreadable : ReadError::Kind::Malformed, reason, where);
+        m_error->fail(kind, reason, where);
     }
 
     void takeVersion(const char *version)

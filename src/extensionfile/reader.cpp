@@ -6,17 +6,6 @@
 
 namespace ExtensionFile {
 
-namespace {
-
-/// Text in another encoding hardly ever has this by chance.
-bool looksLikeUtf8(const QByteArray &bytes)
-{
-    const QString text = QString::fromUtf8(bytes);
-    return text.size() < bytes.size() && text.toUtf8() == bytes;
-}
-
-} // namespace
-
 bool read(const QByteArray &bytes, Sink &sink, ReadError *error, const Limits &limits)
 {
     ReadError ignored;
@@ -28,7 +17,9 @@ bool read(const QByteArray &bytes, Sink &sink, ReadError *error, const Limits &l
     DecodedDocument document;
     if (!decodeDocument(bytes, &document, report) || !parse(document, sink, limits, report))
         return false;
-    if (document.transcoded && looksLikeUtf8(bytes))
+    // Text in another encoding is hardly ever UTF-8 by chance.
+    const QString text = document.transcoded ? QString::fromUtf8(bytes) : QString();
+    if (text.size() < bytes.size() && text.toUtf8() == bytes)
         sink.aside(Aside::LooksLikeUtf8, QString());
     return true;
 }

@@ -58,29 +58,19 @@ bool readRegularFile(const QString &path, qint64 maximumSize, QByteArray *bytes,
         return failBySystem(error);
     if (!isRegular(status, error))
         return false;
-    return readDescriptor(file.get(), status.st_size, maximumSize, bytes)
-        || error->fail(ReadError::Kind::Unreadable, systemReason());
+    return readDescriptor(file.get(), maximumSize, bytes) || error->fail(ReadError::Kind::Unreadable, systemReason());
 }
 
-bool readDescriptor(int descriptor, qint64 expected, qint64 maximumSize, QByteArray *bytes)
+bool readDescriptor(int descriptor, qint64 maximumSize, QByteArray *bytes)
 {
-    const qint64 mostBytes = maximumSize + 1;
-    const qint64 growth = 64 * 1024;
-    bytes->clear();
+    const qint64 block = 16 * 1024;
     qint64 length = 0;
-    // One byte of room beyond the expected size lets the second call see the end.
-    qint64 room = std::clamp<qint64>(expected, 0, maximumSize) + 1;
-    for (;;) {
-        bytes->resize(int(room));
-        const ssize_t count
-            = untilUninterrupted([&] { return ::read(descriptor, bytes->data() + length, size_t(room - length)); });
+    for (ssize_t count = 1; count > 0 && length <= maximumSize; length += count) {
+        bytes->resize(int(std::min(2 * length + block, maximumSize + 1)));
+        count = untilUninterrupted(
+            [&] { return ::read(descriptor, bytes->data() + length, size_t(bytes->size() - length)); });
         if (count < 0)
             return false;
-        length += count;
-        if (count == 0 || length == mostBytes)
-            break;
-        if (length == room)
-            room = std::min(room + growth, mostBytes);
     }
     bytes->resize(int(length));
     return true;

@@ -56,9 +56,9 @@ struct FileIdentity
 /// without being opened. False on failure, with kind and reason in `error`.
 [[nodiscard]] bool readRegularFile(const QString &path, qint64 maximumSize, QByteArray *bytes, ReadError *error);
 
-/// Reads from `descriptor` (at its present position) to the end, at most `maximumSize` + 1 bytes; `expected` is the
-/// size to reckon with, whatever it is. False on failure, with errno set.
-[[nodiscard]] bool readDescriptor(int descriptor, qint64 expected, qint64 maximumSize, QByteArray *bytes);
+/// Reads from `descriptor` (at its present position) to the end, at most `maximumSize` + 1 bytes, whatever
+/// its size is said to be. False on failure, with errno set.
+[[nodiscard]] bool readDescriptor(int descriptor, qint64 maximumSize, QByteArray *bytes);
 
 /// Writes the part of `bytes` from `begin` to before `end` to its place in the file, wherever `descriptor` stands.
 /// `reached` tells where it ended, on failure too; errno is set then.

@@ -12,7 +12,6 @@
 #include <acl/libacl.h>
 #include <attr/libattr.h>
 
-#include <cerrno>
 #include <filesystem>
 #include <future>
 #include <memory>
@@ -156,8 +155,7 @@ bool save(const QString &path, const QByteArray &bytes, QString *reason)
     // no thread to be had, it happens when the answer is asked for.
     const Fault fault
         = std::async(std::launch::async | std::launch::deferred, [bytes] { return whyNotReadable(bytes); }).share();
-    const bool hasFurtherLinks = target.file && target.status.st_nlink > 1;
-    if (!hasFurtherLinks) {
+    if (!target.file || target.status.st_nlink <= 1) {
         const Replacement replacement = replaceFile(target, bytes, fault, reason);
         if (replacement != Replacement::Impossible || !target.file)
             return replacement == Replacement::Done;

@@ -4,8 +4,6 @@
 #include <QFile>
 #include <QUuid>
 
-#include <cerrno>
-
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>

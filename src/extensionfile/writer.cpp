@@ -57,9 +57,13 @@ void Writer::startElement(const QString &name)
 {
     if (hasFailed())
         return;
-    if (m_depth == 0 && !rootMayStart(name))
+    if (m_depth == 0 && (m_rootDone || !isName(name))) {
+        fail((m_rootDone ? QStringLiteral("a second root element \"%1\"")
+                         : QStringLiteral("\"%1\" is no legal name for the root element"))
+                 .arg(name));
         return;
-    if (m_depth > 0 && !isName(name)) {
+    }
+    if (!isName(name)) {
         omit(QStringLiteral("element \"%1\" has no legal name, its children take its place").arg(name));
         m_open.append(QByteArray());
         return;
@@ -78,15 +82,6 @@ void Writer::startElement(const QString &name)
     m_startTagOpen = true;
     ++m_depth;
     ++m_elements;
-}
-
-bool Writer::rootMayStart(const QString &name)
-{
-    if (m_rootDone)
-        fail(QStringLiteral("a second root element \"%1\"").arg(name));
-    else if (!isName(name))
-        fail(QStringLiteral("\"%1\" is no legal name for the root element").arg(name));
-    return !hasFailed();
 }
 
 void Writer::attribute(const QString &name, const QString &value)

@@ -9,8 +9,6 @@
 #include <QTest>
 #include <QTextCodec>
 
-#include <limits>
-
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -321,7 +319,7 @@ void TestReader::limits_data()
     few = Limits();
     few.maximumExpansion = 10'000;
     rows("entities", few, withEntity(1'000, 8), withEntity(1'000, 10),
-        QStringLiteral("1:1030: The entities become too much text."));
+        QStringLiteral("1:1030: Limit on input amplification factor (from DTD and entities) breached."));
 }
 
 void TestReader::limits()
@@ -445,14 +443,10 @@ void TestReader::descriptorIsReadWhole()
     for (int i = 0; i < 200'000; ++i)
         content += char('a' + i % 23);
     QVERIFY(file.open() && file.write(content) == content.size() && file.flush());
-    using Bounds = std::numeric_limits<qint64>;
-    // What the size was said to be hardly counts: the file may have grown or shrunk.
-    for (const qint64 expected : { Bounds::min(), qint64(0), qint64(1'000), qint64(200'000), Bounds::max() }) {
-        for (const int maximum : { 150'000, 1'000'000 }) {
-            QByteArray bytes;
-            QVERIFY(file.seek(0) && readDescriptor(file.handle(), expected, maximum, &bytes));
-            QCOMPARE(bytes, content.left(maximum + 1));
-        }
+    for (const int maximum : { 0, 150'000, 199'999, 200'000, 1'000'000 }) {
+        QByteArray bytes;
+        QVERIFY(file.seek(0) && readDescriptor(file.handle(), maximum, &bytes));
+        QCOMPARE(bytes, content.left(maximum + 1));
     }
 }
 
