@@ -6,7 +6,6 @@
 #include "model/pointtreewidgetitem.h"
 #include "model/siblingsink.h"
 
-#include <QBuffer>
 #include <QSet>
 #include <QThread>
 
@@ -16,12 +15,10 @@ namespace {
 
 bool readInto(const QByteArray &bytes, Sink &sink)
 {
-    QBuffer buffer;
-    buffer.setData(bytes);
     ReadError error;
-    if (buffer.open(QIODevice::ReadOnly) && read(buffer, sink, &error))
+    if (read(bytes, sink, &error))
         return true;
-    Fuzzing::demand(!error.reason.isEmpty() && error.line > 0 && error.column > 0,
+    Fuzzing::demand(!error.reason.isEmpty() && error.where.line > 0 && error.where.column > 0,
         "refused without a reason or a place", error.toString());
     return false;
 }

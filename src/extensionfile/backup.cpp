@@ -1,14 +1,11 @@
 #include "extensionfile/backup.h"
 
 #include "extensionfile/logging.h"
-#include "extensionfile/unfinishedfile.h"
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
-
-#include <cerrno>
-#include <cstdlib>
+#include <QFileInfo>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -23,10 +20,8 @@ constexpr int maximumKept = 100;
 /// The same for every way that leads to the file.
 QByteArray nameOf(const QByteArray &path)
 {
-    char *const resolved = ::realpath(path.constData(), nullptr);
-    const QByteArray whole = resolved ? QByteArray(resolved) : path;
-    std::free(resolved);
-    return QCryptographicHash::hash(whole, QCryptographicHash::Sha256).toHex().left(32);
+    const QByteArray whole = QFile::encodeName(QFileInfo(QFile::decodeName(path)).canonicalFilePath());
+    return QCryptographicHash::hash(whole.isEmpty() ? path : whole, QCryptographicHash::Sha256).toHex().left(32);
 }
 
 QString fileOf(const QByteArray &name, int number)
@@ -37,19 +32,11 @@ QString fileOf(const QByteArray &name, int number)
 
 bool makeDirectory(const QString &directory)
 {
-    if (QDir(directory).exists())
-        return true;
-    const int slash = directory.lastIndexOf(QLatin1Char('/'));
-    if (slash > 0 && !makeDirectory(directory.left(slash)))
-        return false;
-    return ::mkdir(QFile::encodeName(directory).constData(), 0700) == 0 || errno == EEXIST;
+    const auto owner = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
+    return QDir(directory).exists() || (QDir().mkpath(directory) && QFile::setPermissions(directory, owner));
 }
 
 } // namespace
-
-Backup::Backup(const QByteArray &path) : m_path(path) { }
-
-Backup::~Backup() = default;
 
 bool Backup::make(const QByteArray &bytes, QString *reason)
 {
@@ -106,8 +93,7 @@ QStringList Backup::keptOf(const QString &path)
 
 void Backup::reportKept(const QString &path)
 {
-    const QStringList kept = keptOf(path);
-    for (const QString &backup : kept)
+    for (const QString &backup : keptOf(path))
         qCWarning(fileLog).noquote() << oneLine(path)
                 + QLatin1String(": an earlier save was interrupted; what was there before it is kept in ")
                 + oneLine(backup);

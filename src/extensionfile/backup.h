@@ -1,5 +1,7 @@
 #pragma once
 
+#include "extensionfile/unfinishedfile.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -8,8 +10,6 @@
 
 namespace ExtensionFile {
 
-class UnfinishedFile;
-
 /// The old bytes of one file, kept in the user's state directory for the time in which the file itself may be neither
 /// old nor new. It outlives its object, and the process: only remove() takes it away. Owned by whoever writes the file;
 /// any thread.
@@ -17,10 +17,7 @@ class Backup final
 {
 public:
     /// `path`: an existing file, in the encoding of file names.
-    explicit Backup(const QByteArray &path);
-    ~Backup();
-    Backup(const Backup &) = delete;
-    Backup &operator=(const Backup &) = delete;
+    explicit Backup(const QByteArray &path) : m_path(path) { }
 
     /// Brings `bytes` to disk under a name of their own, readable by the user alone. A backup that an interrupted save
     /// has left behind is not touched. False on failure, with the reason; nothing is left behind then.

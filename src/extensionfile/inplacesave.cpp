@@ -12,12 +12,6 @@ namespace ExtensionFile {
 
 namespace {
 
-bool refuse(QString *reason, const QString &text)
-{
-    *reason = text;
-    return false;
-}
-
 bool cut(int descriptor, qint64 size)
 {
     return untilUninterrupted([&] { return ::ftruncate(descriptor, size); }) == 0;
@@ -33,7 +27,7 @@ bool replaceContents(
         || (writePart(descriptor, bytes, common, bytes.size(), &end) && syncToDisk(descriptor));
     if (!grown || !writePart(descriptor, bytes, 0, common, overwritten)
         || (common < old.size() && !cut(descriptor, common)) || !syncToDisk(descriptor))
-        return refuse(reason, systemReason());
+        return refuse(reason);
     return contains(descriptor, bytes) || refuse(reason, QStringLiteral("The file does not hold what was written."));
 }
 
@@ -60,12 +54,12 @@ bool writeInPlace(int descriptor, const QByteArray &path, const QByteArray &byte
     const qint64 maximumOldSize = 1024 * 1024 * 1024;
     struct stat before;
     if (::fstat(descriptor, &before) != 0)
-        return refuse(reason, systemReason());
+        return refuse(reason);
     if (before.st_size > maximumOldSize)
         return refuse(reason, QStringLiteral("The file is too large to be kept while it is written."));
     QByteArray old;
-    if (!readDescriptor(descriptor, before.st_size, maximumOldSize, &old))
-        return refuse(reason, systemReason());
+    if (!readDescriptor(descriptor, maximumOldSize, &old))
+        return refuse(reason);
     Backup::reportKept(QFile::decodeName(path));
     Backup backup(path);
     if (!backup.make(old, reason))

@@ -20,7 +20,7 @@ struct Limits
     /// Elements of a document. Each becomes a tree row of several hundred bytes out of as few as four bytes of file.
     int maximumElements = 1'000'000;
 
-    /// Attributes of one element. The parser compares each with each other one: 20,000 take a second, 200,000 minutes.
+    /// Attributes of one element. A sheet has a row for each.
     int maximumAttributesPerElement = 500;
 
     /// Attributes of a document, those that its document type declaration adds included.
@@ -30,12 +30,13 @@ struct Limits
     /// out once per element, and so may be multiplied by the number of elements.
     qint64 maximumAttributeText = 64 * 1024 * 1024;
 
-    /// Bytes of the document type declaration. The parser's time grows with the square of the number of declared
-    /// attributes, and each element is compared with all of them.
-    int maximumDoctypeSize = 16 * 1024;
+    /// Bytes of what the document type declares. The parser's time grows with the square of the number of declared
+    /// attributes, each element is compared with all of them, and an entity that refers to the next one and so on takes
+    /// stack for each.
+    int maximumDeclarationSize = 16 * 1024;
 
-    /// Characters that one reference to a declared entity may become, everything nested in it included.
-    int maximumEntityLength = 4'096;
+    /// Bytes that the document may become by its entities, where that is more than twice its own.
+    int maximumExpansion = 8 * 1024 * 1024;
 
     /// Nodes, of all siblings that are read in one scan: about 1 GB of memory. Each sibling may have a million by
     /// itself, and nobody has asked for any of them. 8,000 plug-ins of a hundred elements have 800,000.
@@ -43,10 +44,6 @@ struct Limits
 
     /// Characters of all their attributes, at two bytes each.
     qint64 maximumScanAttributeText = 256 * 1024 * 1024;
-
-    /// References to declared entities in a document. With the length above this bounds what a small file can expand
-    /// to.
-    int maximumEntityReferences = 4'096;
 };
 
 } // namespace ExtensionFile

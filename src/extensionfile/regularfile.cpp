@@ -13,23 +13,15 @@ namespace ExtensionFile {
 
 namespace {
 
-bool fail(RegularFileProblem *problem, RegularFileProblem::Kind kind, const QString &reason)
-{
-    problem->kind = kind;
-    problem->reason = reason;
-    return false;
-}
-
-bool failBySystem(RegularFileProblem *problem)
+bool failBySystem(ReadError *error)
 {
     const bool missing = errno == ENOENT || errno == ENOTDIR;
-    const auto kind = missing ? RegularFileProblem::Kind::Missing : RegularFileProblem::Kind::Failed;
-    return fail(problem, kind, systemReason());
+    return error->fail(missing ? ReadError::Kind::Missing : ReadError::Kind::Unreadable, systemReason());
 }
 
-bool failNotRegular(RegularFileProblem *problem)
+bool isRegular(const struct stat &status, ReadError *error)
 {
-    return fail(problem, RegularFileProblem::Kind::NotRegular, QStringLiteral("Not a regular file."));
+    return S_ISREG(status.st_mode) || error->fail(ReadError::Kind::NotRegular, QStringLiteral("Not a regular file."));
 }
 
 } // namespace
@@ -48,48 +40,37 @@ FileDescriptor::~FileDescriptor()
         ::close(m_descriptor);
 }
 
-bool readRegularFile(const QString &path, qint64 maximumSize, QByteArray *bytes, RegularFileProblem *problem)
+bool readRegularFile(const QString &path, qint64 maximumSize, QByteArray *bytes, ReadError *error)
 {
     if (path.isEmpty() || path.contains(QChar(QChar::Null)))
-        return fail(problem, RegularFileProblem::Kind::Missing, QStringLiteral("Not a file name."));
+        return error->fail(ReadError::Kind::Missing, QStringLiteral("Not a file name."));
     const QByteArray name = QFile::encodeName(path);
     struct stat status;
     // Opening a device may already do something to it, so the look comes first; the second look is for a file that was
     // replaced in between, and O_NONBLOCK for the pipe that it was replaced by.
     if (::stat(name.constData(), &status) != 0)
-        return failBySystem(problem);
-    if (!S_ISREG(status.st_mode))
-        return failNotRegular(problem);
+        return failBySystem(error);
+    if (!isRegular(status, error))
+        return false;
     const FileDescriptor file(
         untilUninterrupted([&] { return ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY); }));
     if (!file.isOpen() || ::fstat(file.get(), &status) != 0)
-        return failBySystem(problem);
-    if (!S_ISREG(status.st_mode))
-        return failNotRegular(problem);
-    if (!readDescriptor(file.get(), status.st_size, maximumSize, bytes))
-        return fail(problem, RegularFileProblem::Kind::Failed, systemReason());
-    return true;
+        return failBySystem(error);
+    if (!isRegular(status, error))
+        return false;
+    return readDescriptor(file.get(), maximumSize, bytes) || error->fail(ReadError::Kind::Unreadable, systemReason());
 }
 
-bool readDescriptor(int descriptor, qint64 expected, qint64 maximumSize, QByteArray *bytes)
+bool readDescriptor(int descriptor, qint64 maximumSize, QByteArray *bytes)
 {
-    const qint64 mostBytes = maximumSize + 1;
-    const qint64 growth = 64 * 1024;
-    bytes->clear();
+    const qint64 block = 16 * 1024;
     qint64 length = 0;
-    // One byte of room beyond the expected size lets the second call see the end.
-    qint64 room = std::clamp<qint64>(expected, 0, maximumSize) + 1;
-    for (;;) {
-        bytes->resize(int(room));
-        const ssize_t count
-            = untilUninterrupted([&] { return ::read(descriptor, bytes->data() + length, size_t(room - length)); });
+    for (ssize_t count = 1; count > 0 && length <= maximumSize; length += count) {
+        bytes->resize(int(std::min(2 * length + block, maximumSize + 1)));
+        count = untilUninterrupted(
+            [&] { return ::read(descriptor, bytes->data() + length, size_t(bytes->size() - length)); });
         if (count < 0)
             return false;
-        length += count;
-        if (count == 0 || length == mostBytes)
-            break;
-        if (length == room)
-            room = std::min(room + growth, mostBytes);
     }
     bytes->resize(int(length));
     return true;
@@ -146,6 +127,12 @@ bool syncDirectory(const QByteArray &directory)
 QString systemReason()
 {
     return qt_error_string(errno);
+}
+
+bool refuse(QString *reason, const QString &text)
+{
+    *reason = text;
+    return false;
 }
 
 } // namespace ExtensionFile

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "extensionfile/readerror.h"
+
 #include <QByteArray>
-#include <QString>
 
 #include <cerrno>
 
@@ -50,23 +51,14 @@ struct FileIdentity
     quint64 inode = 0;
 };
 
-/// Why a regular file could not be read.
-struct RegularFileProblem
-{
-    enum class Kind { Missing, NotRegular, Failed };
-    Kind kind = Kind::Failed;
-    QString reason;
-};
-
 /// Reads the regular file `path`, following links, but at most `maximumSize` + 1 bytes: one more byte than allowed
 /// tells the caller that it is too large, however fast it grows. Pipes, devices, sockets and directories are refused
-/// without being opened.
-[[nodiscard]] bool readRegularFile(
-    const QString &path, qint64 maximumSize, QByteArray *bytes, RegularFileProblem *problem);
+/// without being opened. False on failure, with kind and reason in `error`.
+[[nodiscard]] bool readRegularFile(const QString &path, qint64 maximumSize, QByteArray *bytes, ReadError *error);
 
-/// Reads from `descriptor` (at its present position) to the end, at most `maximumSize` + 1 bytes; `expected` is the
-/// size to reckon with, whatever it is. False on failure, with errno set.
-[[nodiscard]] bool readDescriptor(int descriptor, qint64 expected, qint64 maximumSize, QByteArray *bytes);
+/// Reads from `descriptor` (at its present position) to the end, at most `maximumSize` + 1 bytes, whatever
+/// its size is said to be. False on failure, with errno set.
+[[nodiscard]] bool readDescriptor(int descriptor, qint64 maximumSize, QByteArray *bytes);
 
 /// Writes the part of `bytes` from `begin` to before `end` to its place in the file, wherever `descriptor` stands.
 /// `reached` tells where it ended, on failure too; errno is set then.
@@ -84,5 +76,8 @@ struct RegularFileProblem
 
 /// The message of errno's present value.
 [[nodiscard]] QString systemReason();
+
+/// Gives a failure its reason. Always false.
+bool refuse(QString *reason, const QString &text = systemReason());
 
 } // namespace ExtensionFile

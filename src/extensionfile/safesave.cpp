@@ -4,18 +4,20 @@
 #include "extensionfile/logging.h"
 #include "extensionfile/reader.h"
 #include "extensionfile/regularfile.h"
-#include "extensionfile/savetarget.h"
 #include "extensionfile/unfinishedfile.h"
 #include "extensionfile/writer.h"
 
-#include <QBuffer>
 #include <QFile>
 
 #include <acl/libacl.h>
 #include <attr/libattr.h>
 
+#include <filesystem>
 #include <future>
+#include <memory>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace ExtensionFile {
@@ -26,10 +28,7 @@ namespace {
 class NullSink final : public Sink
 {
 public:
-    [[nodiscard]] bool wantsLocations() const override { return false; }
-    [[nodiscard]] bool wantsAttributes() const override { return false; }
-    void restart() override { }
-    void startElement(const QString &, const Attributes &, const Location &) override { }
+    void startElement(const QString &, const Attributes &, const Locator &) override { }
     void endElement() override { }
 };
 
@@ -38,13 +37,62 @@ QString whyNotReadable(const QByteArray &bytes)
 {
     if (bytes == Writer::instructionAlone())
         return QString();
-    QBuffer buffer;
-    buffer.setData(bytes);
     NullSink sink;
     ReadError error;
-    if (buffer.open(QIODevice::ReadOnly) && read(buffer, sink, &error))
+    if (read(bytes, sink, &error))
         return QString();
     return QStringLiteral("The new contents could not be read again: %1").arg(error.toString());
+}
+
+/// The file that a path leads to in the end.
+struct SaveTarget
+{
+    QByteArray path; ///< in the encoding of file names, no link
+    QByteArray directory;
+    std::unique_ptr<FileDescriptor> file; ///< open for reading and writing; null if there is no file yet
+    struct stat status = {};              ///< of the file
+};
+
+/// Follows the links from `path`; where they end there may be nothing yet.
+bool followLinks(const QString &path, SaveTarget *target, QString *reason)
+{
+    const int maximumLinks = 40; // as many as the kernel follows
+    std::filesystem::path end(QFile::encodeName(path).toStdString());
+    std::error_code fault;
+    for (int links = 0; is_symlink(symlink_status(end, fault)); ++links) {
+        const std::filesystem::path aim = read_symlink(end, fault);
+        if (fault || links == maximumLinks)
+            return refuse(reason, qt_error_string(fault ? fault.value() : ELOOP));
+        end = end.parent_path() / aim;
+    }
+    target->path = QByteArray::fromStdString(end.string());
+    target->directory = end.has_parent_path() ? QByteArray::fromStdString(end.parent_path().string()) : ".";
+    return true;
+}
+
+/// Opens the file that is to be written, by the rights of the effective user. False, with a reason, if it can't or must
+/// not be written.
+bool findTarget(const QString &path, SaveTarget *target, QString *reason)
+{
+    if (path.isEmpty() || path.contains(QChar(QChar::Null)))
+        return refuse(reason, QStringLiteral("Not a file name."));
+    if (!followLinks(path, target, reason))
+        return false;
+    if (QFile::encodeName(QFile::decodeName(target->path)) != target->path)
+        return refuse(reason, QStringLiteral("The name of the file is not in the encoding of the system."));
+    if (::lstat(target->path.constData(), &target->status) != 0)
+        return errno == ENOENT || refuse(reason);
+    const auto isRegular
+        = [&] { return S_ISREG(target->status.st_mode) || refuse(reason, QStringLiteral("Not a regular file.")); };
+    // Opening a device may already do something to it.
+    if (!isRegular())
+        return false;
+    // Replacing would need no right to the file itself, but whoever took that right away meant it.
+    target->file = std::make_unique<FileDescriptor>(untilUninterrupted(
+        [&] { return ::open(target->path.constData(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+    if (!target->file->isOpen() || ::fstat(target->file->get(), &target->status) != 0)
+        return refuse(reason);
+    return isRegular();
 }
 
 using Fault = std::shared_future<QString>;
@@ -101,14 +149,13 @@ Replacement replaceFile(const SaveTarget &target, const QByteArray &bytes, const
 bool save(const QString &path, const QByteArray &bytes, QString *reason)
 {
     SaveTarget target;
-    if (!findSaveTarget(path, &target, reason))
+    if (!findTarget(path, &target, reason))
         return false;
     // Read back on another thread while the bytes go to the disk: for a large document both take long. Where there is
     // no thread to be had, it happens when the answer is asked for.
     const Fault fault
         = std::async(std::launch::async | std::launch::deferred, [bytes] { return whyNotReadable(bytes); }).share();
-    const bool hasFurtherLinks = target.file && target.status.st_nlink > 1;
-    if (!hasFurtherLinks) {
+    if (!target.file || target.status.st_nlink <= 1) {
         const Replacement replacement = replaceFile(target, bytes, fault, reason);
         if (replacement != Replacement::Impossible || !target.file)
             return replacement == Replacement::Done;
@@ -119,19 +166,15 @@ bool save(const QString &path, const QByteArray &bytes, QString *reason)
 
 } // namespace
 
-QString SaveError::toString() const
+bool saveFile(const QString &path, const QByteArray &bytes, QString *error)
 {
-    return oneLine(path) + QLatin1String(": ") + oneLine(reason);
-}
-
-bool saveFile(const QString &path, const QByteArray &bytes, SaveError *error)
-{
-    SaveError report { path, QString() };
-    const bool saved = save(path, bytes, &report.reason);
+    QString reason;
+    const bool saved = save(path, bytes, &reason);
+    const QString line = saved ? QString() : oneLine(path) + QLatin1String(": ") + oneLine(reason);
     if (!saved)
-        qCWarning(fileLog).noquote() << report.toString();
+        qCWarning(fileLog).noquote() << line;
     if (error)
-        *error = report;
+        *error = line;
     return saved;
 }
 

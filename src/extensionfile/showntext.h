@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QChar>
 #include <QString>
 
 /// What people get to see of the texts of extension files. A value, a name or an id may be as long as a file, and the

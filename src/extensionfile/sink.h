@@ -1,16 +1,13 @@
 #pragma once
 
 #include "extensionfile/attributes.h"
+#include "extensionfile/readerror.h"
+
+struct XML_ParserStruct;
 
 namespace ExtensionFile {
 
-/// A place in a file as an editor shows it: both numbers count from 1, columns count characters (not bytes; a tab is
-/// one). 0 stands for "no place".
-struct Location
-{
-    qint64 line = 0;
-    qint64 column = 0;
-};
+struct DecodedDocument;
 
 /// What a document holds beside elements, which are all that is kept of it.
 enum class Aside {
@@ -21,37 +18,44 @@ enum class Aside {
     LooksLikeUtf8 ///< the bytes are UTF-8, but another encoding is declared, and so they were read in that one
 };
 
+/// Finds the place of what a sink is just given, on demand: a sink that does not ask pays nothing. Valid during the
+/// call that it is handed to, on that thread; one made by nobody knows no place.
+class Locator final
+{
+public:
+    Locator() = default;
+    /// Both must outlive it.
+    Locator(const DecodedDocument &document, XML_ParserStruct *parser) : m_document(&document), m_parser(parser) { }
+
+    /// The "<" of the start tag, or the "&" of the reference to the entity that the element comes out of.
+    [[nodiscard]] Location element() const;
+
+    /// The name of the attribute at @p index of those that the element has; the element where the attribute does not
+    /// stand in the start tag, since the document type declaration gives it, or comes out of an entity with its
+    /// element.
+    [[nodiscard]] Location attribute(int index) const;
+
+private:
+    const DecodedDocument *m_document = nullptr;
+    XML_ParserStruct *m_parser = nullptr;
+};
+
 /// Takes the elements of a document in document order, on the thread that reads. The events come while the rest is
 /// unread and may still turn out malformed, so a sink must keep what it builds to itself until read() has returned
 /// true. Owned by the caller of read().
 class Sink
 {
 public:
-    virtual ~Sink();
-
-    /// Whether the sink looks at `where`. Where it does not, finding the places is left out, and they are 0.
-    [[nodiscard]] virtual bool wantsLocations() const { return true; }
-
-    /// Whether the sink looks at the attributes. Where it does not, they may be left out; the document fails by them as
-    /// it does otherwise.
-    [[nodiscard]] virtual bool wantsAttributes() const { return true; }
+    virtual ~Sink() = default;
 
     /// The whole file is in memory: from here on reading waits for nobody. Not called for bytes that were there.
     virtual void fileRead() { }
 
-    /// Whether aside() is to be called.
-    [[nodiscard]] virtual bool wantsAsides() const { return false; }
+    /// In document order, but for LooksLikeUtf8, which comes last and with an empty text. Of a long text the beginning.
+    virtual void aside(Aside, const QString & /*text*/) { }
 
-    /// In document order, but for LooksLikeUtf8, which comes last and with an empty @p text. Of a long text the
-    /// beginning.
-    virtual void aside(Aside what, const QString &text);
-
-    /// What came so far is to be forgotten: the document begins anew. Never called where locations are wanted.
-    virtual void restart() = 0;
-
-    /// `where` is the "<" of the start tag. In a document that declares entities, where an element may come out of one,
-    /// it is instead the last character that the parser had taken (the tag's ">", or the ";" of the reference).
-    virtual void startElement(const QString &name, const Attributes &attributes, const Location &where) = 0;
+    /// @p where knows the places of the element and its attributes, for as long as the call lasts.
+    virtual void startElement(const QString &name, const Attributes &attributes, const Locator &where) = 0;
 
     /// Ends the element that was started last and not yet ended.
     virtual void endElement() = 0;

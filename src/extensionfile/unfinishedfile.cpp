@@ -2,10 +2,7 @@
 
 #include <QDir>
 #include <QFile>
-#include <QRegularExpression>
 #include <QUuid>
-
-#include <cerrno>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -21,14 +18,13 @@ const QString suffix = QStringLiteral(".unfinished");
 
 void removeAbandoned(const QByteArray &directory)
 {
-    const QRegularExpression wholeName(QRegularExpression::anchoredPattern(
-        QRegularExpression::escape(prefix) + QLatin1String("[0-9a-f]{32}") + QRegularExpression::escape(suffix)));
-    const QStringList names = QDir(QFile::decodeName(directory))
-                                  .entryList({ prefix + QLatin1Char('*') + suffix },
-                                      QDir::Files | QDir::Hidden | QDir::NoSymLinks, QDir::Unsorted);
+    const QString id = QStringLiteral("[0-9a-f]").repeated(32);
+    const QStringList names
+        = QDir(QFile::decodeName(directory))
+              .entryList({ prefix + id + suffix }, QDir::Files | QDir::Hidden | QDir::NoSymLinks, QDir::Unsorted);
     for (const QString &name : names) {
         const QByteArray path = directory + '/' + QFile::encodeName(name);
-        if (wholeName.match(name).hasMatch() && UnfinishedFile::probe(path) == 0)
+        if (UnfinishedFile::probe(path) == 0)
             (void)::unlink(path.constData());
     }
 }
@@ -71,14 +67,9 @@ int UnfinishedFile::make(const QByteArray &directory, mode_t mode)
 bool UnfinishedFile::fill(const QByteArray &bytes, QString *reason)
 {
     qint64 reached = 0;
-    if (!writePart(descriptor(), bytes, 0, bytes.size(), &reached) || !syncToDisk(descriptor())) {
-        *reason = systemReason();
-        return false;
-    }
-    if (contains(descriptor(), bytes))
-        return true;
-    *reason = QStringLiteral("The file does not hold what was written.");
-    return false;
+    if (!writePart(descriptor(), bytes, 0, bytes.size(), &reached) || !syncToDisk(descriptor()))
+        return refuse(reason);
+    return contains(descriptor(), bytes) || refuse(reason, QStringLiteral("The file does not hold what was written."));
 }
 
 bool UnfinishedFile::replace(const QByteArray &path)

@@ -20,8 +20,6 @@ public:
     UnfinishedFile(const QByteArray &directory, mode_t mode);
     /// Removes it, unless it has been given its name.
     ~UnfinishedFile();
-    UnfinishedFile(const UnfinishedFile &) = delete;
-    UnfinishedFile &operator=(const UnfinishedFile &) = delete;
 
     [[nodiscard]] bool isOpen() const { return m_file.isOpen(); }
     [[nodiscard]] int descriptor() const { return m_file.get(); }

@@ -57,9 +57,13 @@ void Writer::startElement(const QString &name)
 {
     if (hasFailed())
         return;
-    if (m_depth == 0 && !rootMayStart(name))
+    if (m_depth == 0 && (m_rootDone || !isName(name))) {
+        fail((m_rootDone ? QStringLiteral("a second root element \"%1\"")
+                         : QStringLiteral("\"%1\" is no legal name for the root element"))
+                 .arg(name));
         return;
-    if (m_depth > 0 && !isValidName(name)) {
+    }
+    if (!isName(name)) {
         omit(QStringLiteral("element \"%1\" has no legal name, its children take its place").arg(name));
         m_open.append(QByteArray());
         return;
@@ -67,7 +71,8 @@ void Writer::startElement(const QString &name)
     if (!within(m_depth + 1, m_limits.maximumDepth, QStringLiteral("elements nested more than %1 deep"))
         || !within(m_elements + 1, m_limits.maximumElements, QStringLiteral("more than %1 elements")))
         return;
-    closeStartTag();
+    if (m_startTagOpen)
+        m_bytes += ">\n";
     indent();
     const QByteArray encoded = name.toUtf8();
     m_bytes += '<';
@@ -77,15 +82,6 @@ void Writer::startElement(const QString &name)
     m_startTagOpen = true;
     ++m_depth;
     ++m_elements;
-}
-
-bool Writer::rootMayStart(const QString &name)
-{
-    if (m_rootDone)
-        fail(QStringLiteral("a second root element \"%1\"").arg(name));
-    else if (!isValidName(name))
-        fail(QStringLiteral("\"%1\" is no legal name for the root element").arg(name));
-    return !hasFailed();
 }
 
 void Writer::attribute(const QString &name, const QString &value)
@@ -98,7 +94,7 @@ void Writer::attribute(const QString &name, const QString &value)
         fail(QStringLiteral("attribute \"%1\" outside of a start tag").arg(name));
         return;
     }
-    if (!isValidAttributeName(name)) {
+    if (!isName(name)) {
         omit(QStringLiteral("attribute \"%1\" has no legal name").arg(name));
         return;
     }
@@ -164,13 +160,6 @@ QByteArray Writer::finish()
 QByteArray Writer::instructionAlone()
 {
     return QByteArrayLiteral("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n");
-}
-
-void Writer::closeStartTag()
-{
-    if (m_startTagOpen)
-        m_bytes += ">\n";
-    m_startTagOpen = false;
 }
 
 void Writer::appendEscaped(const QString &value)

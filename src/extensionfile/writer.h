@@ -51,8 +51,6 @@ public:
     [[nodiscard]] static QByteArray instructionAlone();
 
 private:
-    bool rootMayStart(const QString &name);
-    void closeStartTag();
     void appendEscaped(const QString &value);
     void indent();
     void omit(const QString &what);

@@ -127,7 +127,7 @@ PropertyHash Definitions::defaults(const PointTreeWidgetItem *definition)
     const Nodes declared = declarations(definition).mid(0, mostDeclarations);
     for (PointTreeWidgetItem *declaration : declared) {
         const QString key = declaration->property(QStringLiteral("key")).toString();
-        if (ExtensionFile::isValidAttributeName(key))
+        if (ExtensionFile::isName(key))
             defaults.insert(key, declaration->property(QStringLiteral("value")));
     }
     return defaults;

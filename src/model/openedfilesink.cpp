@@ -5,20 +5,10 @@
 
 OpenedFile::~OpenedFile()
 {
-    clear();
-}
-
-void OpenedFile::clear()
-{
     for (PointTreeWidgetItem *set : qAsConst(definitionSets))
         PointTreeWidgetItem::destroySubtree(set);
     for (PointTreeWidgetItem *set : qAsConst(dataSets))
         PointTreeWidgetItem::destroySubtree(set);
-    release();
-    rootTag.clear();
-    rootProperties = PropertyHash();
-    pluginId.clear();
-    dropped.clear();
 }
 
 void OpenedFile::release()
@@ -30,15 +20,8 @@ void OpenedFile::release()
 
 OpenedFileSink::OpenedFileSink(const QString &basePath, OpenedFile *file) : m_basePath(basePath), m_file(file) { }
 
-void OpenedFileSink::restart()
-{
-    m_file->clear();
-    m_levels.clear();
-    m_ignoredDepth = 0;
-}
-
 void OpenedFileSink::startElement(
-    const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Location &)
+    const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Locator &)
 {
     if (m_ignoredDepth > 0) {
         ++m_ignoredDepth;

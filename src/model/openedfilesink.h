@@ -31,9 +31,6 @@ public:
     /// What the model has no place for.
     QVector<SaveReport::Remark> dropped;
 
-    /// Destroys the nodes and forgets the rest.
-    void clear();
-
     /// The nodes belong to the caller from here on.
     void release();
 };
@@ -55,12 +52,9 @@ public:
     static void describeRealization(
         PointTreeWidgetItem *node, const PointTreeWidgetItem &parent, const QString &pluginId, const QString &basePath);
 
-    [[nodiscard]] bool wantsLocations() const override { return false; }
-    [[nodiscard]] bool wantsAsides() const override { return true; }
     void aside(ExtensionFile::Aside what, const QString &text) override;
-    void restart() override;
-    void startElement(const QString &name, const ExtensionFile::Attributes &attributes,
-        const ExtensionFile::Location &where) override;
+    void startElement(
+        const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Locator &where) override;
     void endElement() override;
 
 private:

@@ -36,19 +36,8 @@ void SiblingSink::fileRead()
         m_whenRead();
 }
 
-void SiblingSink::restart()
-{
-    m_file = std::make_unique<ScannedFile>();
-    m_rootProperties = PropertyHash();
-    m_levels.clear();
-    m_nodes.clear();
-    m_formats.clear();
-    m_textSize = 0;
-    m_ignoredDepth = 0;
-}
-
 void SiblingSink::startElement(
-    const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Location &)
+    const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Locator &)
 {
     if (m_ignoredDepth > 0) {
         ++m_ignoredDepth;

@@ -43,11 +43,9 @@ public:
     /// Has @p call made once the bytes of the file are there.
     void whenRead(const std::function<void()> &call) { m_whenRead = call; }
 
-    [[nodiscard]] bool wantsLocations() const override { return false; }
     void fileRead() override;
-    void restart() override;
-    void startElement(const QString &name, const ExtensionFile::Attributes &attributes,
-        const ExtensionFile::Location &where) override;
+    void startElement(
+        const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Locator &where) override;
     void endElement() override;
 
     [[nodiscard]] int nodeCount() const { return m_nodes.size(); }

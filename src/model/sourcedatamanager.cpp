@@ -10,7 +10,6 @@
 #include "pointtreewidgetitem.h"
 #include "subtree.h"
 
-#include <QBuffer>
 #include <QCoreApplication>
 #include <QFileInfo>
 
@@ -65,10 +64,8 @@ bool SourceDataManager::load(const QString &fileName)
 bool SourceDataManager::load(const QString &fileName, const QByteArray &bytes)
 {
     return load(fileName, [&](ExtensionFile::Sink &sink) {
-        QBuffer buffer;
-        buffer.setData(bytes);
         ExtensionFile::ReadError error;
-        if (buffer.open(QIODevice::ReadOnly) && ExtensionFile::read(buffer, sink, &error))
+        if (ExtensionFile::read(bytes, sink, &error))
             return true;
         error.path = fileName;
         qCWarning(modelLog, "%s", qUtf8Printable(error.toString()));
@@ -114,8 +111,7 @@ bool SourceDataManager::saveNow()
     const Definitions known = definitions();
     ModelWriter writer(m_translatableKeys, known, m_filePath);
     const QByteArray bytes = writer.write(m_definitionRoot, m_realizationRoot);
-    ExtensionFile::SaveError error;
-    if (bytes.isEmpty() || !ExtensionFile::saveFile(m_filePath, bytes, &error))
+    if (bytes.isEmpty() || !ExtensionFile::saveFile(m_filePath, bytes, nullptr))
         return false;
     // The file holds what the model holds now.
     m_dropped.clear();

@@ -125,11 +125,11 @@ QSize BoundedImage::drawnSize(const Picture &picture, int side)
 BoundedImage::Picture BoundedImage::read(const QString &path, int side)
 {
     QByteArray bytes;
-    ExtensionFile::RegularFileProblem fileProblem;
+    ExtensionFile::ReadError fileError;
     QString problem;
     Picture picture;
-    if (!ExtensionFile::readRegularFile(path, maximumFileSize, &bytes, &fileProblem))
-        problem = fileProblem.reason;
+    if (!ExtensionFile::readRegularFile(path, maximumFileSize, &bytes, &fileError))
+        problem = fileError.reason;
     else if (bytes.size() > maximumFileSize)
         problem = QStringLiteral("Too large.");
     else

@@ -52,7 +52,7 @@ Definitions::Attributes SheetRows::declared(const PointTreeWidgetItem *node)
     if (node)
         (void)Controller::instance()->definitions().attributes(node->kind(), node->pointId(), &declared);
     declared.keys.erase(std::remove_if(declared.keys.begin(), declared.keys.end(),
-                            [](const QString &key) { return !ExtensionFile::isValidAttributeName(key); }),
+                            [](const QString &key) { return !ExtensionFile::isName(key); }),
         declared.keys.end());
     return declared;
 }

@@ -4,49 +4,44 @@
 
 #include <QStringList>
 
-/// Prints the elements it is given as indented lines, attributes in the order they came; optionally with the place.
+/// Prints the elements it is given as indented lines, attributes in the order they came; optionally with their places.
 class RecordingSink final : public ExtensionFile::Sink
 {
 public:
-    explicit RecordingSink(bool withLocations = false) : printsLocations(withLocations), m_withLocations(withLocations)
-    { }
+    enum class Places { Hide, Print };
+    explicit RecordingSink(Places places = Places::Hide) : m_places(places) { }
 
-    [[nodiscard]] bool wantsLocations() const override { return m_withLocations; }
-    [[nodiscard]] bool wantsAttributes() const override { return withAttributes; }
-
-    void restart() override
+    void aside(ExtensionFile::Aside what, const QString &text) override
     {
-        lines.clear();
-        deepest = 0;
-        m_depth = 0;
-        ++restarts;
+        asides.append(QStringLiteral("%1 %2").arg(int(what)).arg(text));
     }
 
     void startElement(
-        const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Location &where) override
+        const QString &name, const ExtensionFile::Attributes &attributes, const ExtensionFile::Locator &where) override
     {
-        QString line(m_depth * 2, QLatin1Char(' '));
-        line += name;
-        for (const ExtensionFile::Attribute &attribute : attributes)
-            line += QStringLiteral(" %1=[%2]").arg(attribute.name, attribute.value);
-        if (printsLocations)
-            line += QStringLiteral(" @%1:%2").arg(where.line).arg(where.column);
+        QString line = QString(depth * 2, QLatin1Char(' ')) + name + place(where.element());
+        for (int i = 0; i < attributes.size(); ++i)
+            line += QStringLiteral(" %1=[%2]%3")
+                        .arg(attributes.at(i).name, attributes.at(i).value, place(where.attribute(i)));
         lines.append(line);
-        ++m_depth;
-        deepest = qMax(deepest, m_depth);
+        ++depth;
+        deepest = qMax(deepest, depth);
     }
 
-    void endElement() override { --m_depth; }
+    void endElement() override { --depth; }
 
-    [[nodiscard]] bool isBalanced() const { return m_depth == 0; }
-
-    bool printsLocations;
-    bool withAttributes = true;
     QStringList lines;
+    QStringList asides;
+    int depth = 0;
     int deepest = 0;
-    int restarts = 0;
 
 private:
-    const bool m_withLocations;
-    int m_depth = 0;
+    [[nodiscard]] QString place(const ExtensionFile::Location &where) const
+    {
+        if (m_places == Places::Hide)
+            return {};
+        return QStringLiteral("@%1:%2/%3").arg(where.line).arg(where.column).arg(where.byteOffset);
+    }
+
+    const Places m_places;
 };

@@ -2,11 +2,10 @@
 
 #include "extensionfile/names.h"
 #include "extensionfile/reader.h"
-#include "randomtree.h"
 #include "recordingsink.h"
 
-#include <QBuffer>
 #include <QDomDocument>
+#include <QRandomGenerator>
 #include <QTest>
 #include <QTextStream>
 
@@ -20,67 +19,88 @@ Q_DECLARE_METATYPE(Limits)
 
 namespace {
 
+/// An element with what is in it.
+struct Element
+{
+    QString name;
+    QVector<QPair<QString, QString>> attributes;
+    QVector<Element> children;
+};
+
+QString randomPick(QRandomGenerator &random, const QStringList &from)
+{
+    return from.at(random.bounded(from.size()));
+}
+
+/// Values full of what needs escaping, beside ordinary ones; everything in them is legal in XML.
+QString randomValue(QRandomGenerator &random)
+{
+    static const QStringList pieces { QStringLiteral("Open file"), QStringLiteral("&"), QStringLiteral("<"),
+        QStringLiteral(">"), QStringLiteral("]]>"), QStringLiteral("\""), QStringLiteral("'"), QStringLiteral("\n"),
+        QStringLiteral("\r\n"), QStringLiteral("\t"), QStringLiteral("  "), QStringLiteral("tr('x')"),
+        QStringLiteral("\u00e4\u20ac\u4e2d"), QStringLiteral("\U0001F600"), QStringLiteral("\u0085\u2028\u007f"),
+        QStringLiteral("&amp;#x1;") };
+    QString value;
+    for (int i = random.bounded(5); i > 0; --i)
+        value += randomPick(random, pieces);
+    return value;
+}
+
+/// From a seed, so that a failing round can be repeated.
+Element randomTree(QRandomGenerator &random, int depth, int maximumAttributes)
+{
+    static const QStringList names { QStringLiteral("ExtPoint"), QStringLiteral("a"), QStringLiteral("x:y"),
+        QStringLiteral("_1.-"), QStringLiteral("\u00e9t\u00e9"), QStringLiteral("\u4e2d\u6587") };
+    Element element { randomPick(random, names), {}, {} };
+    const int attributes = random.bounded(maximumAttributes + 1);
+    for (int i = 0; i < attributes; ++i)
+        element.attributes.append({ randomPick(random, names) + QString::number(i), randomValue(random) });
+    for (int i = depth > 0 ? random.bounded(4) : 0; i > 0; --i)
+        element.children.append(randomTree(random, depth - 1, maximumAttributes));
+    return element;
+}
+
 /// The tree as RecordingSink prints it, or the reason why `bytes` can't be read.
 QStringList reread(const QByteArray &bytes)
 {
-    QBuffer buffer;
-    buffer.setData(bytes);
     RecordingSink sink;
     ReadError error;
-    if (!buffer.open(QIODevice::ReadOnly) || !read(buffer, sink, &error))
+    if (!read(bytes, sink, &error))
         return { error.toString() };
     return sink.lines;
 }
 
-void write(Writer &writer, const RandomElement &element)
+void write(Writer &writer, const Element &element)
 {
     writer.startElement(element.name);
     for (const auto &attribute : element.attributes)
         writer.attribute(attribute.first, attribute.second);
-    for (const RandomElement &child : element.children)
+    for (const Element &child : element.children)
         write(writer, child);
     writer.endElement();
 }
 
-void print(const RandomElement &element, int depth, QStringList *lines)
+void print(const Element &element, int depth, QStringList *lines)
 {
     QString line = QString(depth * 2, QLatin1Char(' ')) + element.name;
     for (const auto &attribute : element.attributes)
         line += QStringLiteral(" %1=[%2]").arg(attribute.first, attribute.second);
     lines->append(line);
-    for (const RandomElement &child : element.children)
+    for (const Element &child : element.children)
         print(child, depth + 1, lines);
 }
 
-/// The other reader keeps no order of attributes, so it is asked for each one.
-bool isSame(const RandomElement &element, const QDomElement &other)
-{
-    if (other.tagName() != element.name || other.attributes().size() != element.attributes.size())
-        return false;
-    for (const auto &attribute : element.attributes) {
-        if (!other.hasAttribute(attribute.first) || other.attribute(attribute.first) != attribute.second)
-            return false;
-    }
-    QDomElement child = other.firstChildElement();
-    for (const RandomElement &expected : element.children) {
-        if (!isSame(expected, child))
-            return false;
-        child = child.nextSiblingElement();
-    }
-    return child.isNull();
-}
-
-QDomElement toDom(QDomDocument &document, const RandomElement &element)
+QDomElement toDom(QDomDocument &document, const Element &element)
 {
     QDomElement made = document.createElement(element.name);
     for (const auto &attribute : element.attributes)
         made.setAttribute(attribute.first, attribute.second);
-    for (const RandomElement &child : element.children)
+    for (const Element &child : element.children)
         made.appendChild(toDom(document, child));
     return made;
 }
 
-QByteArray savedByDom(const RandomElement *root)
+QByteArray savedByDom(const Element *root)
 {
     QDomDocument document;
     document.appendChild(document.createProcessingInstruction(
@@ -101,6 +121,8 @@ const QString c = QStringLiteral("c");
 
 } // namespace
 
+Q_DECLARE_METATYPE(Element)
+
 class TestWriter : public QObject
 {
     Q_OBJECT
@@ -108,8 +130,7 @@ class TestWriter : public QObject
 private slots:
     void init();
     void cleanup();
-    void randomTreesComeBack();
-    void sameBytesAsDom();
+    void randomTrees();
     void illegalContent_data();
     void illegalContent();
     void failures_data();
@@ -119,7 +140,7 @@ private slots:
     void logIsBounded();
     void names_data();
     void names();
-    void everyCharacterComesBack();
+    void everyCharacter();
 
 private:
     static QStringList s_messages;
@@ -142,11 +163,14 @@ void TestWriter::cleanup()
     qInstallMessageHandler(m_before);
 }
 
-void TestWriter::randomTreesComeBack()
+void TestWriter::randomTrees()
 {
+    QCOMPARE(Writer::instructionAlone(), savedByDom(nullptr));
     for (quint32 seed = 0; seed < 300; ++seed) {
         QRandomGenerator random(seed);
-        const RandomElement root = randomElement(random, 5, 6);
+        // The order of several attributes is accidental in a DOM.
+        const bool isComparable = seed % 2 == 0;
+        const Element root = randomTree(random, 5, isComparable ? 1 : 6);
         Writer writer;
         write(writer, root);
         const QByteArray bytes = writer.finish();
@@ -154,118 +178,53 @@ void TestWriter::randomTreesComeBack()
         print(root, 0, &expected);
         QVERIFY2(
             reread(bytes) == expected, qPrintable(QStringLiteral("seed %1:\n").arg(seed) + QString::fromUtf8(bytes)));
-        QDomDocument document;
-        QVERIFY(document.setContent(bytes));
-        QVERIFY2(isSame(root, document.documentElement()), qPrintable(QStringLiteral("seed %1").arg(seed)));
+        if (isComparable)
+            QCOMPARE(bytes, savedByDom(&root));
     }
     QCOMPARE(s_messages, QStringList());
 }
 
-void TestWriter::sameBytesAsDom()
-{
-    QCOMPARE(Writer().finish(), savedByDom(nullptr));
-    QCOMPARE(Writer::instructionAlone(), savedByDom(nullptr));
-    for (quint32 seed = 0; seed < 300; ++seed) {
-        QRandomGenerator random(seed);
-        // One attribute each: the order of several is accidental there.
-        const RandomElement root = randomElement(random, 5, 1);
-        Writer writer;
-        write(writer, root);
-        QCOMPARE(writer.finish(), savedByDom(&root));
-    }
-}
-
 void TestWriter::illegalContent_data()
 {
-    QTest::addColumn<Steps>("steps");
+    QTest::addColumn<Element>("root");
     QTest::addColumn<QString>("tree");
     QTest::addColumn<int>("omissions");
 
-    const auto value = [](const char *name, const QString &given, const QString &written, int omissions) {
-        QTest::newRow(name) << Steps([given](Writer &writer) {
-            writer.attribute(b, given);
-            writer.attribute(c, QStringLiteral("rest"));
-        }) << QStringLiteral("a b=[%1] c=[rest]").arg(written)
-                            << omissions;
+    const QString x = QStringLiteral("x");
+    const auto value = [&](const char *name, const QString &given, const QString &written) {
+        QTest::newRow(name) << Element { a, { { b, given }, { c, x } }, {} }
+                            << QStringLiteral("a b=[%1] c=[x]").arg(written) << 1;
     };
     const QChar high(0xd83d);
     const QChar low(0xde00);
-    value("nul", QStringLiteral("x%1y").arg(QChar(0)), QStringLiteral("xy"), 1);
-    value("several control characters", QStringLiteral("\u0001x\u001f\u000by"), QStringLiteral("xy"), 1);
-    value("white space is legal", QStringLiteral("x\t\n\ry"), QStringLiteral("x\t\n\ry"), 0);
-    value("high surrogate", QStringLiteral("x%1y").arg(high), QStringLiteral("xy"), 1);
-    value("high surrogate at the end", QStringLiteral("x%1").arg(high), QStringLiteral("x"), 1);
-    value("low surrogate", QStringLiteral("%1y").arg(low), QStringLiteral("y"), 1);
-    value("low surrogates", QStringLiteral("x%1%1y").arg(low), QStringLiteral("xy"), 1);
-    value("high before a pair", high + QStringLiteral("\U0001F600"), QStringLiteral("\U0001F600"), 1);
-    value("no characters", QStringLiteral("x%1%2y").arg(QChar(0xfffe)).arg(QChar(0xffff)), QStringLiteral("xy"), 1);
-    value("replacement character is legal", QStringLiteral("\ufffd"), QStringLiteral("\ufffd"), 0);
+    value("high surrogate", x + high + x, QStringLiteral("xx"));
+    value("high surrogate at the end", x + high, x);
+    value("low surrogates", low + x + low + low + x, QStringLiteral("xx"));
+    value("high before a pair", high + QStringLiteral("\U0001F600"), QStringLiteral("\U0001F600"));
 
-    for (const char *bad :
-        { "", " ", "1a", "-a", "a b", "a=", "a/", "a>", ":", ":a", "a:", "x:y:z", "<", "a\n", "\u00d7" }) {
+    const Element inner { c, { { b, x } }, { { b, {}, {} } } };
+    for (const char *bad : { "", "1a", "a b", "\u0132" }) {
         const QString name = QString::fromUtf8(bad);
-        QTest::addRow("attribute named \"%s\"", bad) << Steps([name](Writer &writer) {
-            writer.attribute(name, QStringLiteral("1"));
-            writer.attribute(c, QStringLiteral("2"));
-        }) << QStringLiteral("a c=[2]") << 1;
-        QTest::addRow("element named \"%s\"", bad) << Steps([name](Writer &writer) {
-            writer.startElement(b);
-            writer.endElement();
-            writer.startElement(name);
-            writer.attribute(b, QStringLiteral("lost"));
-            writer.startElement(c);
-            writer.attribute(b, QStringLiteral("1"));
-            writer.startElement(b);
-            writer.endElement();
-            writer.endElement();
-            writer.endElement();
-            writer.startElement(c);
-            writer.endElement();
-        }) << QStringLiteral("a\n  b\n  c b=[1]\n    b\n  c")
-                                                   << 1;
+        QTest::addRow("attribute named \"%s\"", bad)
+            << Element { a, { { name, x }, { c, x } }, {} } << QStringLiteral("a c=[x]") << 1;
+        QTest::addRow("element named \"%s\"", bad)
+            << Element { a, {}, { { b, {}, {} }, { name, { { b, x } }, { inner } }, { c, {}, {} } } }
+            << QStringLiteral("a\n  b\n  c b=[x]\n    b\n  c") << 1;
     }
-    QTest::newRow("illegal without children") << Steps([](Writer &writer) {
-        writer.startElement(QString());
-        writer.endElement();
-    }) << QStringLiteral("a") << 1;
-    QTest::newRow("illegal in illegal") << Steps([](Writer &writer) {
-        writer.startElement(QString());
-        writer.startElement(QStringLiteral("1"));
-        writer.startElement(b);
-        writer.endElement();
-        writer.endElement();
-        writer.endElement();
-    }) << QStringLiteral("a\n  b") << 2;
-    QTest::newRow("attribute twice") << Steps([](Writer &writer) {
-        writer.attribute(b, QStringLiteral("first"));
-        writer.attribute(b, QStringLiteral("second"));
-        writer.attribute(c, QStringLiteral("rest"));
-    }) << QStringLiteral("a b=[first] c=[rest]")
-                                     << 1;
-    QTest::newRow("attribute names may be newer than element names") << Steps([](Writer &writer) {
-        writer.attribute(QStringLiteral("\u0132"), QStringLiteral("1"));
-        writer.startElement(QStringLiteral("\u0132"));
-        writer.endElement();
-    }) << QStringLiteral("a \u0132=[1]") << 1;
-    QTest::newRow("same name in the child") << Steps([](Writer &writer) {
-        writer.attribute(b, QStringLiteral("1"));
-        writer.startElement(c);
-        writer.attribute(b, QStringLiteral("2"));
-        writer.endElement();
-    }) << QStringLiteral("a b=[1]\n  c b=[2]")
-                                            << 0;
+    QTest::newRow("without children") << Element { a, {}, { {} } } << a << 1;
+    QTest::newRow("illegal in illegal") << Element { a, {}, { { {}, {}, { { {}, {}, { inner } } } } } }
+                                        << QStringLiteral("a\n  c b=[x]\n    b") << 2;
+    QTest::newRow("attribute twice, and in the child") << Element { a, { { b, x }, { b, c }, { c, x } }, { inner } }
+                                                       << QStringLiteral("a b=[x] c=[x]\n  c b=[x]\n    b") << 1;
 }
 
-/// Each row fills the root element "a".
 void TestWriter::illegalContent()
 {
-    QFETCH(Steps, steps);
+    QFETCH(Element, root);
     QFETCH(QString, tree);
     QFETCH(int, omissions);
     Writer writer(QStringLiteral("file.xml"));
-    writer.startElement(a);
-    steps(writer);
-    writer.endElement();
+    write(writer, root);
     QCOMPARE(reread(writer.finish()).join(QLatin1Char('\n')), tree);
     QCOMPARE(writer.omissions(), omissions);
     QCOMPARE(s_messages.size(), omissions);
@@ -278,29 +237,24 @@ void TestWriter::failures_data()
 {
     QTest::addColumn<Steps>("steps");
 
-    QTest::newRow("root without a legal name") << Steps([](Writer &writer) {
-        writer.startElement(QStringLiteral("not a name"));
-        writer.startElement(a);
-        writer.endElement();
+    const Element child { b, {}, {} };
+    const auto row = [](const char *name, const Steps &steps) { QTest::newRow(name) << steps; };
+    row("root without a legal name", [=](Writer &writer) {
+        write(writer, { QStringLiteral("not a name"), {}, { child } });
+    });
+    row("second root", [=](Writer &writer) {
+        write(writer, child);
+        write(writer, child);
+    });
+    row("not ended", [](Writer &writer) { writer.startElement(a); });
+    row("ended too often", [=](Writer &writer) {
+        write(writer, child);
         writer.endElement();
     });
-    QTest::newRow("second root") << Steps([](Writer &writer) {
+    row("attribute before the root", [](Writer &writer) { writer.attribute(a, b); });
+    row("attribute after a child", [=](Writer &writer) {
         writer.startElement(a);
-        writer.endElement();
-        writer.startElement(a);
-        writer.endElement();
-    });
-    QTest::newRow("not ended") << Steps([](Writer &writer) { writer.startElement(a); });
-    QTest::newRow("ended too often") << Steps([](Writer &writer) {
-        writer.startElement(a);
-        writer.endElement();
-        writer.endElement();
-    });
-    QTest::newRow("attribute before the root") << Steps([](Writer &writer) { writer.attribute(a, b); });
-    QTest::newRow("attribute after a child") << Steps([](Writer &writer) {
-        writer.startElement(a);
-        writer.startElement(b);
-        writer.endElement();
+        write(writer, child);
         writer.attribute(a, b);
         writer.endElement();
     });
@@ -355,10 +309,8 @@ void TestWriter::neverMoreThanTheReaderTakes()
         QCOMPARE(writer.hasFailed(), count > most);
         QCOMPARE(bytes.isNull(), count > most);
         if (!bytes.isNull()) {
-            QBuffer buffer;
-            buffer.setData(bytes);
             RecordingSink sink;
-            QVERIFY(buffer.open(QIODevice::ReadOnly) && read(buffer, sink, nullptr, limits));
+            QVERIFY(read(bytes, sink, nullptr, limits));
             QCOMPARE(sink.deepest, count);
         }
     }
@@ -380,54 +332,56 @@ void TestWriter::logIsBounded()
 void TestWriter::names_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("element");
-    QTest::addColumn<bool>("attribute");
+    QTest::addColumn<QString>("made"); // the same for a name
 
-    for (const char *name :
-        { "a", "_", "A1", "a-b.c", "x:y", "xml:lang", "xmlns", "\u00e9", "\u4e2d\u6587", "a\u00b7", "a\u0301" })
-        QTest::addRow("%s", name) << QString::fromUtf8(name) << true << true;
-    // What is newer than the parser's table of letters.
-    for (const char *name : { "\u0132", "\u3f3c", "a\u2c00", "x:1" })
-        QTest::addRow("attribute only: %s", name) << QString::fromUtf8(name) << false << true;
-    for (const char *name : { "", " a", "a ", "1", "-", ".", "$", "\u00b7", "a\u00d7", "a\u037e", "\u2040",
-             "a\xef\xbf\xbf", "a'", "a\"", "a&b", "a;", "a<", "a\t", "a\x01", ":", ":a", "a:", "x:y:z" })
-        QTest::addRow("not \"%s\"", name) << QString::fromUtf8(name) << false << false;
-    QTest::newRow("not a nul") << QStringLiteral("a%1").arg(QChar(0)) << false << false;
-    QTest::newRow("not half a pair") << QStringLiteral("a%1").arg(QChar(0xd83d)) << false << false;
-    QTest::newRow("4,000 characters") << QString(4'000, QLatin1Char('n')) << true << true;
-    QTest::newRow("not 5,000 characters") << QString(5'000, QLatin1Char('n')) << false << false;
+    const auto row = [](const QString &name, const QString &made) { QTest::newRow(qPrintable(name)) << name << made; };
+    for (const char *name : { "a", "_", "A1", "a-b.c", "xml:lang", ":a:b:", "\u00e9", "\u4e2d\u6587", "a\u00b7" })
+        row(QString::fromUtf8(name), QString::fromUtf8(name));
+    for (const char *sign : { " ", "&", ";", "<", ">", "/", "=", "'", "\"", "\t", "\n", "\x01", "$", "\u00d7", "\u037e",
+             "\u2040", "\u0132", "\uffff" })
+        row(QString::fromUtf8(sign) + a, QLatin1Char('_') + a);
+    row(QString(), QStringLiteral("_"));
+    row(QStringLiteral("1"), QStringLiteral("_1"));
+    row(QStringLiteral("-a b"), QStringLiteral("_-a_b"));
+    row(QStringLiteral("\u0301"), QStringLiteral("_\u0301"));
+    row(QStringLiteral("Gr\u00f6\u00dfe 1"), QStringLiteral("Gr\u00f6\u00dfe_1"));
+    row(QStringLiteral("a\U00010000"), QStringLiteral("a__"));
+    row(a + QChar(0) + a, QStringLiteral("a_a"));
+    row(a + QChar(0xd83d), QStringLiteral("a_"));
+    row(QString(4'000, QLatin1Char('n')), QString(4'000, QLatin1Char('n')));
+    row(QString(4'000, QLatin1Char('1')), QLatin1Char('_') + QString(1'000, QLatin1Char('1')));
 }
 
-/// The reader has the last word: what is valid is read, and what is not is refused or at least read as something else.
+/// The reader has the last word: a name is what it reads as one. Out of anything else one can be made.
 void TestWriter::names()
 {
     QFETCH(QString, name);
-    QFETCH(bool, element);
-    QFETCH(bool, attribute);
-    QCOMPARE(isValidName(name), element);
-    QCOMPARE(isValidAttributeName(name), attribute);
-    QCOMPARE(reread(QStringLiteral("<%1/>").arg(name).toUtf8()) == QStringList(name), element);
-    const QStringList read = reread(QStringLiteral("<a %1='1'/>").arg(name).toUtf8());
-    QCOMPARE(read == QStringList(QStringLiteral("a %1=[1]").arg(name)), attribute);
+    QFETCH(QString, made);
+    QCOMPARE(isName(name), name == made);
+    QCOMPARE(
+        reread(QStringLiteral("<a %1='1'/>").arg(name).toUtf8()) == QStringList(QStringLiteral("a %1=[1]").arg(name)),
+        name == made);
+    QCOMPARE(nameFrom(name), made);
+    QCOMPARE(reread(QStringLiteral("<%1/>").arg(made).toUtf8()), QStringList(made));
 }
 
-/// The basic plane in blocks, and some characters beyond it.
-void TestWriter::everyCharacterComesBack()
+/// The basic plane in blocks, and some characters beyond it; halves of pairs have rows of their own.
+void TestWriter::everyCharacter()
 {
     for (uint block = 0; block < 0x20000; block += 0x100) {
+        if (block >= 0xd800 && block < 0xe000)
+            continue;
         QString value;
+        QString legal;
         for (uint code = block; code < block + 0x100; ++code) {
-            const bool legal = (code >= 0x20 || code == 9 || code == 10 || code == 13)
-                && (code < 0xd800 || code > 0xdfff) && code != 0xfffe && code != 0xffff;
-            if (legal)
-                value += QString::fromUcs4(&code, 1);
+            value += QString::fromUcs4(&code, 1);
+            if ((code >= 0x20 || code == 9 || code == 10 || code == 13) && code != 0xfffe && code != 0xffff)
+                legal += QString::fromUcs4(&code, 1);
         }
         Writer writer;
-        writer.startElement(a);
-        writer.attribute(b, value);
-        writer.endElement();
-        QCOMPARE(reread(writer.finish()), QStringList(QStringLiteral("a b=[%1]").arg(value)));
-        QCOMPARE(writer.omissions(), 0);
+        write(writer, { a, { { b, value } }, {} });
+        QCOMPARE(reread(writer.finish()), QStringList(QStringLiteral("a b=[%1]").arg(legal)));
+        QCOMPARE(writer.omissions(), legal == value ? 0 : 1);
     }
 }
 

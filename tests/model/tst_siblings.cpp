@@ -122,9 +122,6 @@ void TestSiblings::announcements_data()
     row("unknown children of the root",
         "<P id=\"g\"><extpointset><ExtPoint id=\"p\"/></extpointset><X><ExtDataSet/></X></P>", {});
     row("a root without id", "<P><ExtPointSet/></P>", lines({ "top POINTS: set///" }));
-    row("begun anew where the first parser gives up, at a letter that it does not know",
-        "<P id=\"g\"><ExtDataSet><format target=\"t\"/></ExtDataSet><Other><X><Y \xc4\xb2=\"1\"/></X></Other></P>",
-        lines({ "obj DATA: set/g//g", "obj set: format///", "format: format///g" }));
 }
 
 void TestSiblings::announcements()
