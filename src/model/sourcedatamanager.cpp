@@ -130,12 +130,6 @@ QByteArray SourceDataManager::written(TranslatableKeys &keys, ModelWriter::Marks
     return writer.write(m_definitionRoot, m_realizationRoot);
 }
 
-QByteArray SourceDataManager::serialized() const
-{
-    TranslatableKeys keys = m_translatableKeys;
-    return written(keys, ModelWriter::Marks::AsDeclared);
-}
-
 QByteArray SourceDataManager::recoverable() const
 {
     TranslatableKeys keys = m_translatableKeys;

@@ -57,12 +57,9 @@ public:
     /// logged, when there is no path, when the last load() failed, or when it can't be written.
     [[nodiscard]] bool saveNow();
 
-    /// What saveNow() would write at this moment; empty where it would fail. Learns no translatable keys, so that
-    /// asking makes no later save different.
-    [[nodiscard]] QByteArray serialized() const;
-
-    /// The same, but with the marks of translatable text also where they were read: whoever loads it can still find out
-    /// what is translatable, whatever siblings have been read by now.
+    /// What saveNow() would write at this moment, but with the marks of translatable text also where they were read:
+    /// whoever loads it can still find out what is translatable, whatever siblings have been read by now. Empty where
+    /// saving would fail. Learns no translatable keys, so that asking makes no later save different.
     [[nodiscard]] QByteArray recoverable() const;
 
     /// What saveNow() would do to the file beside.

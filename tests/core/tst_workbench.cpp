@@ -210,9 +210,8 @@ void tst_Workbench::settingsThatAreNoFile()
     QString error;
     const auto told = [&] { return error += QString::fromUtf8(process.readAllStandardError()); };
     QTRY_COMPARE_WITH_TIMEOUT(told(), path + QStringLiteral(": not a regular file, so no settings are kept\n"), 20'000);
-    process.terminate();
+    process.kill();
     QVERIFY(process.waitForFinished(20'000));
-    QCOMPARE(process.exitCode(), 0);
 }
 
 void tst_Workbench::brokenPlugins()

@@ -3,12 +3,12 @@
 #include "extensionfile/regularfile.h"
 #include "recordingsink.h"
 
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
 #include <QTest>
 #include <QTextCodec>
 
+#include <ctime>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -365,10 +365,11 @@ void TestReader::hostile()
 {
     QFETCH(QByteArray, bytes);
     RecordingSink sink;
-    QElapsedTimer timer;
-    timer.start();
+    // What the process has worked: a busy machine is no fault.
+    const std::clock_t began = std::clock();
     QVERIFY(!read(bytes, sink, nullptr));
-    QVERIFY2(timer.elapsed() < 2'000, qPrintable(QString::number(timer.elapsed())));
+    const double seconds = double(std::clock() - began) / CLOCKS_PER_SEC;
+    QVERIFY2(seconds < 2, qPrintable(QString::number(seconds)));
 }
 
 void TestReader::files_data()

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "model/modelwriter.h"
 #include "model/pointtreewidgetitem.h"
+#include "model/sourcedatamanager.h"
+#include "model/translatablekeys.h"
 
 #include <QDir>
 #include <QFile>
@@ -50,6 +53,14 @@ inline QStringList rows(const QTreeWidgetItem *row)
     QStringList lines;
     appendRows(row, 0, &lines);
     return lines;
+}
+
+/// What a first save would write.
+inline QByteArray written(const SourceDataManager &manager)
+{
+    TranslatableKeys keys;
+    const Definitions known = manager.definitions();
+    return ModelWriter(keys, known, manager.filePath()).write(manager.definitionRoot(), manager.realizationRoot());
 }
 
 inline PointTreeWidgetItem *node(const QString &kind, const PropertyHash &properties = {})

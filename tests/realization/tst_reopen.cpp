@@ -7,6 +7,7 @@
 #include "form/drops/pointdrop.h"
 #include "form/drops/recorddrop.h"
 #include "form/drops/tabledrop.h"
+#include "model/modeltesting.h"
 
 #include <QLineEdit>
 #include <QRandomGenerator>
@@ -372,7 +373,7 @@ void TestReopen::nothingShownIsOld()
             QVERIFY2(differs.isEmpty(), where(differs).constData());
             if (step % (stepsPerLook * looksPerReopening) != 0)
                 continue;
-            const QByteArray bytes = page.manager->serialized();
+            const QByteArray bytes = ModelTesting::written(*page.manager);
             const QStringList here = everything(page);
             {
                 Page fresh(page, bytes);
