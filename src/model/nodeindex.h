@@ -24,11 +24,13 @@ public:
     void insert(const QString &key, PointTreeWidgetItem *node, Before comesBefore)
     {
         const Nodes known = nodes(key);
-        const auto place = std::upper_bound(known.cbegin(), known.cend(), node, comesBefore);
-        if (place == known.cend())
+        // Files are read in order, so the end is where most belong.
+        if (known.isEmpty() || !comesBefore(node, known.last())) {
             add(key, node);
-        else
-            insertAt(key, int(place - known.cbegin()), node);
+            return;
+        }
+        const auto place = std::upper_bound(known.cbegin(), known.cend(), node, comesBefore);
+        insertAt(key, int(place - known.cbegin()), node);
     }
 
     /// Makes @p node the only one under @p key, and answers those that stood there.
