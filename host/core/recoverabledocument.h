@@ -17,7 +17,8 @@ public:
     virtual ~RecoverableDocument();
 
     /// The content, so that nothing of it is lost by the way back; it need not be what a save would write. Must not
-    /// change the document, nor end what the user is typing. Empty when it can't be told now; the host asks again later.
+    /// change the document, nor end what the user is typing. Empty when it can't be told now; the host asks again
+    /// later.
     [[nodiscard]] virtual QByteArray recoveryData() const = 0;
 
     /// Takes the place of IDocument::open(): the document of the file \a fileName, which need not exist, with the
