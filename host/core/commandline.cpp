@@ -90,7 +90,7 @@ QString CommandLine::help()
             "  --version                      print the version\n"
             "\n"
             "These do one thing once the neighbouring plug-ins have been read, and quit; the exit code is 0 when it\n"
-            "worked and 1 when not:\n"
+            "worked, 1 when not, and 2 when the options make no sense:\n"
             "  --screenshot PNG               write a picture of the window\n"
             "  --save                         save FILE through the editor; needs no display; prints what that "
             "changes\n"
