@@ -1,57 +1,38 @@
 #include "propertybrowser/editors/pointeditor.h"
 
-#include "propertybrowser/editors/numberlist.h"
-#include "propertybrowser/editors/textcodec.h"
+#include "propertybrowser/editors/numberlistcodec.h"
 #include "propertybrowser/editors/textentryeditor.h"
-#include "propertybrowser/propertyitem.h"
 
 #include <QCoreApplication>
 #include <QPoint>
 
 namespace {
 
-constexpr int Count = 2;
-
-QVector<int> numbersOf(const QVariant &value)
+struct PointKind
 {
-    const QPoint point = value.toPoint();
-    return { point.x(), point.y() };
-}
+    static constexpr int Count = 2;
 
-QString format(const QVariant &value)
-{
-    return NumberList::withNumbers(QStringLiteral("0,0"), numbersOf(value));
-}
+    static QString zero() { return QStringLiteral("0,0"); }
+    static QString hint() { return QCoreApplication::translate("PropertyBrowser", "A point as 10,20"); }
+    static QVariant value(const QVector<int> &n) { return QPoint(n.at(0), n.at(1)); }
 
-const TextCodec codec = [] {
-    TextCodec c {};
-    c.parse = [](const PropertyItem & /*item*/, const QString &text) {
-        const QVector<int> n = NumberList::parse(text, Count);
-        return n.isEmpty() ? QVariant() : QVariant(QPoint(n.at(0), n.at(1)));
-    };
-    c.format = format;
-    c.store = [](const PropertyItem &item, const QVariant &value) {
-        // A file that separates its numbers in another way keeps it.
-        const QString old = item.value().toString();
-        return NumberList::parse(old, Count).isEmpty() ? format(value) : NumberList::withNumbers(old, numbersOf(value));
-    };
-    c.hint = [](const PropertyItem & /*item*/) {
-        return QCoreApplication::translate("PropertyBrowser", "A point as 10,20");
-    };
-    c.step = [](const PropertyItem & /*item*/, QString *text, int cursor, int steps) {
-        return NumberList::step(text, Count, cursor, steps);
-    };
-    return c;
-}();
+    static QVector<int> of(const QVariant &value)
+    {
+        const QPoint point = value.toPoint();
+        return { point.x(), point.y() };
+    }
+};
+
+const TextCodec pointCodec = numberListCodec<PointKind>();
 
 } // namespace
 
 PropertyEditor *PointEditor::create(const PropertyItem &item, QWidget *parent)
 {
-    return new TextEntryEditor(item, codec, parent);
+    return new TextEntryEditor(item, pointCodec, parent);
 }
 
 PropertyDisplay PointEditor::display(const PropertyItem &item)
 {
-    return { codec.shownText(item), codec.problemOf(item) };
+    return { pointCodec.shownText(item), pointCodec.problemOf(item) };
 }

@@ -1,57 +1,41 @@
 #include "propertybrowser/editors/recteditor.h"
 
-#include "propertybrowser/editors/numberlist.h"
-#include "propertybrowser/editors/textcodec.h"
+#include "propertybrowser/editors/numberlistcodec.h"
 #include "propertybrowser/editors/textentryeditor.h"
-#include "propertybrowser/propertyitem.h"
 
 #include <QCoreApplication>
 #include <QRect>
 
 namespace {
 
-constexpr int Count = 4;
-
-QVector<int> numbersOf(const QVariant &value)
+struct RectKind
 {
-    const QRect rect = value.toRect();
-    return { rect.x(), rect.y(), rect.width(), rect.height() };
-}
+    static constexpr int Count = 4;
 
-QString format(const QVariant &value)
-{
-    return NumberList::withNumbers(QStringLiteral("0,0 0x0"), numbersOf(value));
-}
-
-const TextCodec codec = [] {
-    TextCodec c {};
-    c.parse = [](const PropertyItem & /*item*/, const QString &text) {
-        const QVector<int> n = NumberList::parse(text, Count);
-        return n.isEmpty() ? QVariant() : QVariant(QRect(n.at(0), n.at(1), n.at(2), n.at(3)));
-    };
-    c.format = format;
-    c.store = [](const PropertyItem &item, const QVariant &value) {
-        // A file that separates its numbers in another way keeps it.
-        const QString old = item.value().toString();
-        return NumberList::parse(old, Count).isEmpty() ? format(value) : NumberList::withNumbers(old, numbersOf(value));
-    };
-    c.hint = [](const PropertyItem & /*item*/) {
+    static QString zero() { return QStringLiteral("0,0 0x0"); }
+    static QString hint()
+    {
         return QCoreApplication::translate("PropertyBrowser", "A rectangle as 10,20 640x480: corner, size");
-    };
-    c.step = [](const PropertyItem & /*item*/, QString *text, int cursor, int steps) {
-        return NumberList::step(text, Count, cursor, steps);
-    };
-    return c;
-}();
+    }
+    static QVariant value(const QVector<int> &n) { return QRect(n.at(0), n.at(1), n.at(2), n.at(3)); }
+
+    static QVector<int> of(const QVariant &value)
+    {
+        const QRect rect = value.toRect();
+        return { rect.x(), rect.y(), rect.width(), rect.height() };
+    }
+};
+
+const TextCodec rectCodec = numberListCodec<RectKind>();
 
 } // namespace
 
 PropertyEditor *RectEditor::create(const PropertyItem &item, QWidget *parent)
 {
-    return new TextEntryEditor(item, codec, parent);
+    return new TextEntryEditor(item, rectCodec, parent);
 }
 
 PropertyDisplay RectEditor::display(const PropertyItem &item)
 {
-    return { codec.shownText(item), codec.problemOf(item) };
+    return { rectCodec.shownText(item), rectCodec.problemOf(item) };
 }
