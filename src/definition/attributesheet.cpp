@@ -1,5 +1,6 @@
 #include "attributesheet.h"
 
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "patterns.h"
 #include "propertybrowser/attributetype.h"
@@ -40,7 +41,7 @@ PropertyItem recordOf(PointTreeWidgetItem *attribute, const QString &key, const 
         record = PropertyItem(editorOf(QStringLiteral("Bool")), key, key, value);
     else if (key == QLatin1String("max") || key == QLatin1String("min"))
         record = PropertyItem(editorOf(QStringLiteral("Int")), key, key, value);
-    else if (key == QLatin1String("name"))
+    else if (key == nameKey)
         record.setData(PropertyKey::RegExp, Pattern::name());
     else if (key == QLatin1String("key"))
         record.setData(PropertyKey::RegExp, Pattern::key());

@@ -1,6 +1,7 @@
 #include "attributetable.h"
 
 #include "model/definitions.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "tablecells.h"
 
@@ -8,7 +9,7 @@
 
 QStringList AttributeTable::columns()
 {
-    return { QStringLiteral("key"), QStringLiteral("name"), QStringLiteral("type"), QStringLiteral("value") };
+    return { QStringLiteral("key"), nameKey, QStringLiteral("type"), QStringLiteral("value") };
 }
 
 void AttributeTable::fill(QTableWidget *table, const PointTreeWidgetItem *owner)

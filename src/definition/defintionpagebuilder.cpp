@@ -7,6 +7,7 @@
 #include "form/extpointwidgetform.h"
 #include "model/controller.h"
 #include "model/definitions.h"
+#include "model/keys.h"
 #include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
 #include "model/sourcedatamanager.h"
@@ -151,7 +152,7 @@ void DefintionPageBuilder::createKeys()
             createSubPointOf(PointTreeWidgetItem::fromRow(item->QTreeWidgetItem::parent()));
     });
     onKey(tree, QKeySequence(Qt::Key_F2), [this] {
-        if (QWidget *editor = m_ui->basicInfo->editorFor(QStringLiteral("name")))
+        if (QWidget *editor = m_ui->basicInfo->editorFor(nameKey))
             editor->setFocus(Qt::ShortcutFocusReason);
     });
     for (QTableWidget *table : { m_ui->defintionTable, m_ui->enumTable }) {
@@ -160,7 +161,7 @@ void DefintionPageBuilder::createKeys()
         QPushButton *remove = attributes ? m_ui->pushButton_del_attr : m_ui->pushButton_delete_enmu;
         onKey(table, QKeySequence(Qt::Key_Insert), [add] { add->click(); });
         onKey(table, QKeySequence(Qt::Key_Delete), [remove] { remove->click(); });
-        const QString labelKey = attributes ? QStringLiteral("name") : QStringLiteral("text");
+        const QString labelKey = attributes ? nameKey : QStringLiteral("text");
         onKey(table, QKeySequence(Qt::Key_F2), [this, labelKey] { m_ui->editInfoWidget->openEditor(labelKey); });
     }
 }
@@ -232,7 +233,7 @@ void DefintionPageBuilder::createPointIn(PointTreeWidgetItem *plugin)
     if (!plugin || !m_ui)
         return;
     PointTreeWidgetItem *point = PointCreation::createPoint(plugin);
-    Q_EMIT addDefine(plugin->property(QStringLiteral("id")).toString(), point, nullptr);
+    Q_EMIT addDefine(plugin->property(idKey).toString(), point, nullptr);
     Controller::instance()->flushChanges();
     showInTree(m_ui->defintionTree, point);
     onDefineTreeItemClicked(point, 0);
@@ -247,8 +248,7 @@ void DefintionPageBuilder::createSubPointOf(PointTreeWidgetItem *point)
     // The realization page is told first: making the row current shows the sub point already.
     QTreeWidgetItem *above = point->QTreeWidgetItem::parent();
     if (above)
-        Q_EMIT addDefine(
-            PointTreeWidgetItem::fromRow(above)->property(QStringLiteral("id")).toString(), point, subPoint);
+        Q_EMIT addDefine(PointTreeWidgetItem::fromRow(above)->property(idKey).toString(), point, subPoint);
     Controller::instance()->flushChanges();
     showInTree(m_ui->defintionTree, subPoint);
     if (above)
@@ -315,7 +315,7 @@ QList<PropertyItem> DefintionPageBuilder::basicInfo()
         m_childTypes = ChildTypeMask(m_currentPoint->parent());
         return PointSheet::ofSubPoint(m_currentPoint, m_subPointPropertyTypes, m_pointPropertyTypes, m_childTypes);
     }
-    if (m_currentPoint->property(QStringLiteral("id")).isNull())
+    if (m_currentPoint->property(idKey).isNull())
         return {};
     return PointSheet::ofPoint(m_currentPoint, m_pointPropertyTypes);
 }
@@ -358,9 +358,9 @@ void DefintionPageBuilder::onBasicInfoDataChange(const QString &name, const QVar
     point->setProperty(name, isChildType ? QVariant(m_childTypes.textOf(value, old)) : CommittedValue::of(value));
     const QString now = point->properties().text(name);
     // Only this tag makes a point that records are for.
-    if (name == QLatin1String("id") && point->kind() == QLatin1String("ExtPoint") && point->parentItem())
+    if (name == idKey && point->kind() == QLatin1String("ExtPoint") && point->parentItem())
         Controller::instance()->ownEdits().followPointId(old, now);
-    if (name == QLatin1String("name"))
+    if (name == nameKey)
         point->setText(0, now);
     finishChange();
 }

@@ -1,5 +1,6 @@
 #include "enumtable.h"
 
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "tablecells.h"
 
@@ -8,7 +9,7 @@
 
 QStringList EnumTable::columns()
 {
-    return { QStringLiteral("key"), QStringLiteral("text"), QStringLiteral("icon") };
+    return { QStringLiteral("key"), QStringLiteral("text"), iconKey };
 }
 
 QList<QStringList> EnumTable::rowsOf(const PointTreeWidgetItem *attribute)
@@ -52,7 +53,7 @@ QList<PropertyItem> EnumTable::sheetOf(PointTreeWidgetItem *entry)
         PropertyType type = PropertyType::String;
         if (key == QLatin1String("key"))
             type = PropertyType::Int;
-        else if (key == QLatin1String("icon"))
+        else if (key == iconKey)
             type = PropertyType::File;
         records.append(PropertyItem(type, key, key, entry->property(key)));
     }

@@ -1,6 +1,7 @@
 #include "metasheet.h"
 
 #include "attributesheet.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "patterns.h"
 #include "propertybrowser/attributetype.h"
@@ -33,7 +34,7 @@ QList<PropertyItem> MetaSheet::of(PointTreeWidgetItem *entry, const QStringList 
         else if (property.key == QLatin1String("min") || property.key == QLatin1String("max"))
             type = int(PropertyType::Int);
         PropertyItem record(PropertyType(type), property.key, property.key, property.value);
-        if (property.key == QLatin1String("name"))
+        if (property.key == nameKey)
             record.setData(PropertyKey::RegExp, Pattern::name());
         else if (property.key == QLatin1String("key"))
             record.setData(PropertyKey::RegExp, Pattern::key());

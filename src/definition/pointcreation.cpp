@@ -1,16 +1,12 @@
 #include "pointcreation.h"
 
 #include "model/controller.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 
 #include <QDateTime>
 
-namespace {
-
-const QString idKey = QStringLiteral("id");
-const QString nameKey = QStringLiteral("name");
-
-} // namespace
+namespace { } // namespace
 
 PointCreation::Role PointCreation::roleOf(const PointTreeWidgetItem *item)
 {

@@ -2,6 +2,7 @@
 
 #include "childtypemask.h"
 #include "model/definitions.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "patterns.h"
 #include "propertybrowser/propertykeys.h"
@@ -34,8 +35,7 @@ PropertyItem withAttributeOptions(PropertyItem record, PointTreeWidgetItem *item
             continue;
         any = true;
         const QString key = attribute->property(QStringLiteral("key")).toString();
-        const PropertyItem::OptionItem option { key, attribute->property(QStringLiteral("name")).toString(),
-            QString() };
+        const PropertyItem::OptionItem option { key, attribute->property(nameKey).toString(), QString() };
         if (key == current)
             record.insertOption(0, option);
         else
@@ -140,7 +140,7 @@ QStringList PointSheet::missingKeys(const PointTreeWidgetItem *node)
 
 QList<PropertyItem> PointSheet::ofPoint(PointTreeWidgetItem *point, const TypeTable &types)
 {
-    Sheet sheet(QStringLiteral("id"));
+    Sheet sheet(idKey);
     const QStringList keys = point->properties().keys();
     for (const QString &key : keys) {
         PropertyItem row = record(point, key, types.value(key));
@@ -148,9 +148,9 @@ QList<PropertyItem> PointSheet::ofPoint(PointTreeWidgetItem *point, const TypeTa
             row = withAttributeOptions(row, point, QLatin1String("File"));
         else if (key == displayLabel)
             row = withAttributeOptions(row, point, QLatin1String("String"));
-        else if (key == QLatin1String("id"))
+        else if (key == idKey)
             row = withPattern(row, Pattern::pointId());
-        else if (key == QLatin1String("name"))
+        else if (key == nameKey)
             row = withPattern(row, Pattern::name());
         else if (key == description)
             row = withPattern(row, Pattern::description());
@@ -172,7 +172,7 @@ QList<PropertyItem> PointSheet::ofSubPoint(
             row = withAttributeOptions(row, subPoint, QLatin1String("String"));
         } else if (key == QLatin1String("key")) {
             row = withPattern(row, Pattern::key());
-        } else if (key == QLatin1String("name")) {
+        } else if (key == nameKey) {
             row = withPattern(record(subPoint, key, pointTypes.value(key)), Pattern::name());
         } else if (key == description) {
             row = withPattern(row, Pattern::description());

@@ -1,6 +1,7 @@
 #include "definitions.h"
 
 #include "extensionfile/names.h"
+#include "model/keys.h"
 #include "nodeindexes.h"
 #include "pointtreewidgetitem.h"
 
@@ -115,7 +116,7 @@ QString Definitions::realizedKind(const PointTreeWidgetItem *definition)
     if (kind.isEmpty())
         kind = keyValue(definition);
     if (kind.isEmpty())
-        kind = lastSegment(definition->properties().text(QStringLiteral("id")));
+        kind = lastSegment(definition->properties().text(idKey));
     if (kind.isEmpty())
         kind = lastSegment(definition->pointId());
     return ExtensionFile::nameFrom(kind);

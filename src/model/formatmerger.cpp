@@ -1,6 +1,7 @@
 #include "formatmerger.h"
 
 #include "extensionfile/logging.h"
+#include "model/keys.h"
 #include "modellog.h"
 #include "pointtreewidgetitem.h"
 
@@ -34,7 +35,7 @@ QString folded(const Item *node, const QString &key)
 
 QString idOf(const Item *node)
 {
-    return folded(node, QStringLiteral("id"));
+    return folded(node, idKey);
 }
 
 Items childItems(const Item *node)
@@ -232,7 +233,7 @@ void FormatMerger::Root::merge(Item *arrived)
             if (isBar(child))
                 m_bars.append(child);
         }
-        if (!child->properties().contains(QStringLiteral("id")))
+        if (!child->properties().contains(idKey))
             child->setText(0, child->kind());
     }
     if (m_positions.isEmpty()) {
@@ -350,7 +351,7 @@ void FormatMerger::Root::placeAll(const Items &newChildren)
     }
     sortByPosition(&due);
     for (Item *child : qAsConst(due)) {
-        const QString parentId = folded(child, QStringLiteral("parent"));
+        const QString parentId = folded(child, parentKey);
         if (parentId.isEmpty())
             continue;
         if (m_steps < mostSteps) {

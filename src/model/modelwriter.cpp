@@ -3,6 +3,7 @@
 #include "definitions.h"
 #include "extensionfile/attributes.h"
 #include "extensionfile/writer.h"
+#include "model/keys.h"
 #include "savereport.h"
 #include "subtree.h"
 #include "translatablekeys.h"
@@ -17,7 +18,7 @@ bool leftOutOfDefinition(const PointTreeWidgetItem *node, const QString &key)
     if (key.compare(QLatin1String("type"), Qt::CaseInsensitive) == 0)
         return true;
     return node->isKind(QLatin1String("ExtData")) && node->hasFormat()
-        && (key == QLatin1String("index") || key == QLatin1String("parent"));
+        && (key == QLatin1String("index") || key == parentKey);
 }
 
 /// What a realization node leaves out. Unlike on the definition side, "type" and the kinds are compared exactly.
@@ -28,7 +29,7 @@ bool leftOutOfRealization(const PointTreeWidgetItem *node, const QString &key)
     if (node->kind() == QLatin1String("Meta"))
         return key == QLatin1String("key");
     return node->kind() == QLatin1String("ExtData") && node->hasFormat()
-        && (key == QLatin1String("index") || key == QLatin1String("parent") || key == QLatin1String("key"));
+        && (key == QLatin1String("index") || key == parentKey || key == QLatin1String("key"));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "nodeindexes.h"
 
+#include "model/keys.h"
 #include "pointtreewidgetitem.h"
 
 NodeIndexes::~NodeIndexes()
@@ -43,9 +44,9 @@ bool NodeIndexes::knows(const PointTreeWidgetItem *node) const
 void NodeIndexes::forget(PointTreeWidgetItem *node)
 {
     const PropertyHash &properties = node->properties();
-    const QString id = properties.value(QStringLiteral("id")).toString();
+    const QString id = properties.value(idKey).toString();
     const QString key = properties.value(QStringLiteral("key")).toString().toLower();
-    const QString target = properties.value(QStringLiteral("target")).toString();
+    const QString target = properties.value(targetKey).toString();
     const std::array<QStringList, NameCount> likely { QStringList { id, key }, { id }, { id }, { target, id },
         { id, node->kind() }, { QString() }, { target }, { node->pluginId() }, { target, id } };
     for (int name = 0; name < NameCount; ++name) {

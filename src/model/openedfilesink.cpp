@@ -1,5 +1,6 @@
 #include "openedfilesink.h"
 
+#include "model/keys.h"
 #include "nodeattributes.h"
 #include "pointtreewidgetitem.h"
 
@@ -111,7 +112,7 @@ void OpenedFileSink::startRoot(const QString &tag, const ExtensionFile::Attribut
     m_file->rootTag = tag;
     m_file->rootProperties = NodeAttributes::asWritten(attributes);
     for (const PropertyHash::Entry &entry : qAsConst(m_file->rootProperties)) {
-        if (entry.key.compare(QLatin1String("id"), Qt::CaseInsensitive) == 0)
+        if (entry.key.compare(idKey, Qt::CaseInsensitive) == 0)
             m_file->pluginId = entry.value.toString();
     }
 }
@@ -120,7 +121,7 @@ PointTreeWidgetItem *OpenedFileSink::startDefinition(
     PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes)
 {
     const PropertyHash properties = NodeAttributes::withLowerNames(attributes);
-    PointTreeWidgetItem *node = newNode(properties.text(QStringLiteral("name")));
+    PointTreeWidgetItem *node = newNode(properties.text(nameKey));
     node->setProperties(properties);
     node->setKind(tag);
     parent->addChild(node, false);
@@ -135,8 +136,8 @@ PointTreeWidgetItem *OpenedFileSink::startDefinition(
 void OpenedFileSink::describeDefinition(
     PointTreeWidgetItem *node, const PointTreeWidgetItem &parent, const QString &pluginId)
 {
-    const QString id = node->properties().text(QStringLiteral("id"));
-    node->QTreeWidgetItem::setText(0, node->properties().text(QStringLiteral("name")));
+    const QString id = node->properties().text(idKey);
+    node->QTreeWidgetItem::setText(0, node->properties().text(nameKey));
     node->setPointId(id.isEmpty() ? parent.pointId() : id);
     node->setPluginId(pluginId);
 }
@@ -155,7 +156,7 @@ PointTreeWidgetItem *OpenedFileSink::startRealization(
 void OpenedFileSink::describeRealization(
     PointTreeWidgetItem *node, const PointTreeWidgetItem &parent, const QString &pluginId, const QString &basePath)
 {
-    const QString id = node->properties().text(QStringLiteral("id"));
+    const QString id = node->properties().text(idKey);
     node->QTreeWidgetItem::setText(0, id.isEmpty() ? node->kind() : id);
     node->setPointId(node->isKind(QLatin1String("ExtData")) ? id : parent.pointId());
     node->setPluginId(pluginId);

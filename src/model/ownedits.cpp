@@ -1,11 +1,10 @@
 #include "ownedits.h"
 
+#include "model/keys.h"
 #include "nodeindexes.h"
 #include "pointtreewidgetitem.h"
 
 namespace {
-
-const QString idKey = QStringLiteral("id");
 
 /// The rows of this side follow the model, so that a page may show any part of it.
 void insertRow(PointTreeWidgetItem *parent, PointTreeWidgetItem *node, int index)

@@ -1,6 +1,7 @@
 #include "ownpoints.h"
 
 #include "documentorder.h"
+#include "model/keys.h"
 #include "modelchanges.h"
 #include "nodeindexes.h"
 #include "openedfilesink.h"
@@ -13,8 +14,6 @@
 #include <utility>
 
 namespace {
-
-const QString idKey = QStringLiteral("id");
 
 ExtensionFile::Attributes attributesOf(const PointTreeWidgetItem *node)
 {
@@ -186,7 +185,7 @@ void OwnPoints::propertyChanged(PointTreeWidgetItem *node, const QString &key, c
         followRoot();
         return;
     }
-    if (key == idKey || key == QLatin1String("name"))
+    if (key == idKey || key == nameKey)
         describeOwn(node, m_definitions->properties().text(idKey));
     // Of a set nothing is offered but its place.
     if (node->link() == node || !node->link())

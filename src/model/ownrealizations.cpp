@@ -2,6 +2,7 @@
 
 #include "definitions.h"
 #include "documentorder.h"
+#include "model/keys.h"
 #include "nodeindexes.h"
 #include "pointtreewidgetitem.h"
 #include "realizationindexing.h"
@@ -11,8 +12,6 @@
 
 namespace {
 
-const QString idKey = QStringLiteral("id");
-const QString targetKey = QStringLiteral("target");
 const QLatin1String extData("ExtData");
 
 QString valueOf(const PointTreeWidgetItem *node, const QString &key)
@@ -227,7 +226,7 @@ bool OwnRealizations::isOwn(PointTreeWidgetItem *node) const
 QString OwnRealizations::tabName(const PointTreeWidgetItem *root)
 {
     const QString id = valueOf(root, idKey);
-    const QString target = valueOf(root, QStringLiteral("target"));
+    const QString target = valueOf(root, targetKey);
     const bool idFirst = root->isKind(QLatin1String("Layout"));
     const QString &first = idFirst ? id : target;
     return first.isEmpty() ? (idFirst ? target : id) : first;

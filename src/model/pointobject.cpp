@@ -1,5 +1,6 @@
 #include "pointobject.h"
 
+#include "model/keys.h"
 #include "modellog.h"
 
 #include <QSet>
@@ -125,11 +126,11 @@ void PointObject::removeChild(PointObject *child)
     if (m_link == this || !m_link)
         return;
     // The end of the chain is asked where the node in between, itself a mirror, holds nothing of the kind.
-    const QString id = child->property(QStringLiteral("id")).toString();
+    const QString id = child->property(idKey).toString();
     for (PointObject *holder : { m_link, master() }) {
         const QList<PointObject *> candidates = holder->m_children;
         for (PointObject *candidate : candidates) {
-            if (candidate->property(QStringLiteral("id")).toString() == id) {
+            if (candidate->property(idKey).toString() == id) {
                 holder->removeChild(candidate);
                 return;
             }

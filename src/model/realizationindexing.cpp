@@ -1,15 +1,13 @@
 #include "realizationindexing.h"
 
 #include "documentorder.h"
+#include "model/keys.h"
 #include "modelchanges.h"
 #include "nodeindexes.h"
 #include "openedfilesink.h"
 #include "subtree.h"
 
 namespace {
-
-const QString idKey = QStringLiteral("id");
-const QString targetKey = QStringLiteral("target");
 
 /// Whether nothing in the document comes after what stands under @p node.
 bool isAtEnd(const PointTreeWidgetItem *node)

@@ -1,6 +1,7 @@
 #include "savereport.h"
 
 #include "extensionfile/attributes.h"
+#include "model/keys.h"
 #include "pointtreewidgetitem.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@ namespace {
 
 QString describe(const PointTreeWidgetItem *node)
 {
-    const QString id = node->properties().text(QStringLiteral("id"));
+    const QString id = node->properties().text(idKey);
     return id.isEmpty() ? node->kind() : QStringLiteral("%1 \"%2\"").arg(node->kind(), id);
 }
 

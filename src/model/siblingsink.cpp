@@ -1,5 +1,6 @@
 #include "siblingsink.h"
 
+#include "model/keys.h"
 #include "nodeattributes.h"
 #include "pointtreewidgetitem.h"
 
@@ -107,7 +108,7 @@ std::unique_ptr<ScannedFile> SiblingSink::take(QThread *thread)
 
 PointTreeWidgetItem *SiblingSink::startSet(Side side)
 {
-    const QString id = m_rootProperties.text(QStringLiteral("id"));
+    const QString id = m_rootProperties.text(idKey);
     PointTreeWidgetItem *set = newNode(id, m_rootProperties);
     set->setPluginId(id);
     if (side == DefinitionSide) {
@@ -135,20 +136,20 @@ PointTreeWidgetItem *SiblingSink::startDefinition(
 
 void SiblingSink::describe(PointTreeWidgetItem *node, PointTreeWidgetItem *parent)
 {
-    node->QTreeWidgetItem::setText(0, node->properties().text(QStringLiteral("name")));
+    node->QTreeWidgetItem::setText(0, node->properties().text(nameKey));
     node->setPluginId(inheritedPluginId(parent));
     if (isPoint(node->kind())) {
-        node->setPointId(node->properties().text(QStringLiteral("id")));
+        node->setPointId(node->properties().text(idKey));
     } else if (isSubPoint(node->kind())) {
         node->setHasFormat(parent->property(QStringLiteral("hasformat")).toBool());
-        node->setPointId(parent->property(QStringLiteral("id")).toString());
+        node->setPointId(parent->property(idKey).toString());
     }
 }
 
 QString SiblingSink::indexKey(const QString &tag, const PropertyHash &properties)
 {
     if (isPoint(tag))
-        return properties.text(QStringLiteral("id"));
+        return properties.text(idKey);
     return isSubPoint(tag) ? properties.text(QStringLiteral("key")).toLower() : QString();
 }
 
@@ -161,7 +162,7 @@ PointTreeWidgetItem *SiblingSink::startRealization(
     PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes)
 {
     const PropertyHash properties = NodeAttributes::withoutTranslationMarks(attributes);
-    const QString id = properties.text(QStringLiteral("id"));
+    const QString id = properties.text(idKey);
     PointTreeWidgetItem *node = newNode(id, properties);
     node->setKind(tag);
     announce(Announcement::AddObjChild, parent, node, QString());

@@ -5,6 +5,7 @@
 #include "extensionfile/backup.h"
 #include "extensionfile/reader.h"
 #include "extensionfile/safesave.h"
+#include "model/keys.h"
 #include "modellog.h"
 #include "openedfilesink.h"
 #include "pointtreewidgetitem.h"
@@ -16,8 +17,6 @@
 #include <utility>
 
 namespace {
-
-const QString idKey = QStringLiteral("id");
 
 QString rootText(const char *text)
 {
@@ -248,7 +247,7 @@ void SourceDataManager::allFormatRoot(PointTreeWidgetItem *item)
         return;
     m_indexes.add(NodeIndexes::Formats, item->pluginId(), item);
     m_siblings.noteFormat(enterSiblingFormat(item), false);
-    const QString target = item->property(QStringLiteral("target")).toString();
+    const QString target = item->property(targetKey).toString();
     if (PointTreeWidgetItem *known = target.isEmpty() ? nullptr : m_indexes[NodeIndexes::FormatTargets].first(target)) {
         m_formatMerger.merge(known, item);
         return;

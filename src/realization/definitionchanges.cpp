@@ -1,11 +1,10 @@
 #include "definitionchanges.h"
 
 #include "model/controller.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 
 namespace {
-
-const QString idKey = QStringLiteral("id");
 
 PointTreeWidgetItem *pluginNode(PointTreeWidgetItem *root, const QString &plugin)
 {

@@ -3,6 +3,7 @@
 #include "formatfilling.h"
 #include "model/controller.h"
 #include "model/generatedid.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 
 #include <QSet>
@@ -11,7 +12,6 @@
 
 namespace {
 
-const QString idKey = QStringLiteral("id");
 const QString menuBar = QStringLiteral("menubar");
 const QString toolBars = QStringLiteral("toolbars");
 
@@ -63,7 +63,7 @@ PointTreeWidgetItem *FormatEditing::createRoot(const QString &name)
     root->setHasFormat(true);
     root->setKind(QStringLiteral("format"));
     root->setPluginId(controller->pluginId());
-    root->setProperty(QStringLiteral("target"), name);
+    root->setProperty(targetKey, name);
     if (PointTreeWidgetItem *set = controller->ownEdits().ensureDataSet())
         OwnEdits::insert(set, root);
     else
@@ -91,7 +91,7 @@ void FormatEditing::rename(PointTreeWidgetItem *node, const QString &id)
     else
         node->setProperty(idKey, id);
     for (PointTreeWidgetItem *entry : qAsConst(placed))
-        entry->setProperty(QStringLiteral("parent"), id);
+        entry->setProperty(parentKey, id);
 }
 
 bool FormatEditing::isDeletable(PointTreeWidgetItem *row)

@@ -2,6 +2,7 @@
 
 #include "extensionfile/limits.h"
 #include "model/controller.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "realizationicons.h"
 
@@ -9,10 +10,6 @@
 #include <utility>
 
 namespace {
-
-const QString idKey = QStringLiteral("id");
-const QString iconKey = QStringLiteral("icon");
-const QString parentKey = QStringLiteral("parent");
 
 QString value(const PointTreeWidgetItem *node, const QString &key)
 {
@@ -269,7 +266,7 @@ QVector<PointTreeWidgetItem *> FormatFilling::placedUnder(PointTreeWidgetItem *e
     for (PointTreeWidgetItem *root = entry; root; root = root->parentItem()) {
         if (!OwnRealizations::isRoot(root))
             continue;
-        for (const QString &name : { value(root, idKey), value(root, QStringLiteral("target")) }) {
+        for (const QString &name : { value(root, idKey), value(root, targetKey) }) {
             FormatSources sources = FormatSources::of(name);
             sources.linkSiblings();
             const FormatPlan plan = FormatFilling(sources).plan();

@@ -1,6 +1,7 @@
 #include "formatsheet.h"
 
 #include "model/controller.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "realizationicons.h"
 #include "sheetrows.h"
@@ -9,7 +10,7 @@
 
 namespace {
 
-constexpr int idLength = 40;
+constexpr int entryIdLength = 40;
 
 bool showsOnlyItsOwn(const PointTreeWidgetItem *item)
 {
@@ -25,9 +26,9 @@ PropertyItem rowOf(
     const QStringList options = declared.options.value(key);
     for (const QString &option : options)
         row.addOption({ option, option, QString() });
-    if (key == QLatin1String("icon"))
+    if (key == iconKey)
         row.setVal(RealizationIcons::path(value.toString(), source->basePath()));
-    SheetRows::restrict(&row, idLength);
+    SheetRows::restrict(&row, entryIdLength);
     return row;
 }
 
@@ -43,7 +44,7 @@ QList<PropertyItem> FormatSheet::of(PointTreeWidgetItem *item)
     PropertyHash recorded;
     PointTreeWidgetItem *record = nullptr;
     if (!showsOnlyItsOwn(item)) {
-        record = Controller::instance()->ownRealizations().anyRecord(item->properties().text(QStringLiteral("id")));
+        record = Controller::instance()->ownRealizations().anyRecord(item->properties().text(idKey));
         if (record)
             recorded = SheetRows::properties(record, declared.keys);
         asked = recorded.keys() + asked;

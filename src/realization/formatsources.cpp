@@ -1,13 +1,14 @@
 #include "formatsources.h"
 
 #include "model/controller.h"
+#include "model/keys.h"
 #include "model/subtree.h"
 
 namespace {
 
 QString idOf(const PointObject *node)
 {
-    return node->properties().value(QStringLiteral("id")).toString();
+    return node->properties().value(idKey).toString();
 }
 
 } // namespace

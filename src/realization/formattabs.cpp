@@ -2,6 +2,7 @@
 
 #include "extensionfile/showntext.h"
 #include "model/controller.h"
+#include "model/keys.h"
 #include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
 #include "realizationicons.h"
@@ -49,7 +50,7 @@ QString label(PointTreeWidgetItem *root, const QString &name)
 
 QIcon icon(PointTreeWidgetItem *root)
 {
-    const QString path = text(root, QStringLiteral("icon"));
+    const QString path = text(root, iconKey);
     return path.isEmpty() ? QIcon() : RealizationIcons::icon(path, root->basePath());
 }
 
@@ -244,7 +245,7 @@ void FormatTabs::addLayout(PointTreeWidgetItem *layout)
 
 void FormatTabs::addFormatRoot(PointTreeWidgetItem *root)
 {
-    const QString name = firstFilled({ text(root, QStringLiteral("target")), text(root, QStringLiteral("id")) });
+    const QString name = firstFilled({ text(root, targetKey), text(root, idKey) });
     if (!name.isEmpty() && !has(name))
         addPage(name, QIcon(), ExtensionFile::shown(name));
 }
@@ -263,8 +264,7 @@ QString FormatTabs::nameOf(PointTreeWidgetItem *root)
 
 bool FormatTabs::wouldLoseItsName(PointTreeWidgetItem *root, const QString &key, const QVariant &value)
 {
-    if (!OwnRealizations::isRoot(root) || !value.toString().isEmpty()
-        || (key != QLatin1String("id") && key != QLatin1String("target")))
+    if (!OwnRealizations::isRoot(root) || !value.toString().isEmpty() || (key != idKey && key != targetKey))
         return false;
     const QStringList names = namesOf(root);
     return names.size() == 1 && names.first() == root->property(key).toString();
@@ -272,7 +272,7 @@ bool FormatTabs::wouldLoseItsName(PointTreeWidgetItem *root, const QString &key,
 
 QStringList FormatTabs::namesOf(PointTreeWidgetItem *root)
 {
-    QStringList names { text(root, QStringLiteral("id")), text(root, QStringLiteral("target")) };
+    QStringList names { text(root, idKey), text(root, targetKey) };
     names.removeAll(QString());
     names.removeDuplicates();
     return names;

@@ -2,6 +2,7 @@
 
 #include "entrydelegate.h"
 #include "model/controller.h"
+#include "model/keys.h"
 #include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
 
@@ -22,7 +23,7 @@ constexpr int rowsMeasured = 50;
 
 QString idOf(const PointTreeWidgetItem *row)
 {
-    return row->properties().value(QStringLiteral("id")).toString();
+    return row->properties().value(idKey).toString();
 }
 
 /// Expands all rows that have children. QTreeView::expandAll() takes note of each of the others, too, which is a third
@@ -78,7 +79,7 @@ private:
 /// Whether the row of a node may stand elsewhere, or there may be other rows, when this attribute changes.
 bool decidesOnPlace(const QString &key)
 {
-    return key == QLatin1String("id") || key == QLatin1String("target") || key == QLatin1String("parent");
+    return key == idKey || key == targetKey || key == parentKey;
 }
 
 } // namespace

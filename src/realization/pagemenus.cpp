@@ -2,6 +2,7 @@
 
 #include "formatmenu.h"
 #include "formattree.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "realizationpagebuilder.h"
 #include "recordtable.h"
@@ -70,7 +71,7 @@ void PageMenus::createKeys()
     });
     for (QWidget *widget : { static_cast<QWidget *>(tree), static_cast<QWidget *>(m_table) }) {
         onKey(widget, QKeySequence(Qt::Key_F2), [this] {
-            m_sheet->openEditor({ QStringLiteral("text"), QStringLiteral("title"), QStringLiteral("id") });
+            m_sheet->openEditor({ QStringLiteral("text"), QStringLiteral("title"), idKey });
         });
     }
 }

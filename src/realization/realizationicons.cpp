@@ -1,6 +1,7 @@
 #include "realizationicons.h"
 
 #include "boundedimage.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 
 #include <QCache>
@@ -217,7 +218,7 @@ QIcon RealizationIcons::fromFile(const QString &path)
 
 QIcon RealizationIcons::of(PointTreeWidgetItem *node)
 {
-    return node ? icon(node->property(QStringLiteral("icon")).toString(), node->basePath()) : QIcon();
+    return node ? icon(node->property(iconKey).toString(), node->basePath()) : QIcon();
 }
 
 QString RealizationIcons::placeholderName()

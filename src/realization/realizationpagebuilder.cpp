@@ -10,6 +10,7 @@
 #include "formattree.h"
 #include "model/controller.h"
 #include "model/generatedid.h"
+#include "model/keys.h"
 #include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
 #include "model/sourcedatamanager.h"
@@ -22,8 +23,6 @@
 #include <QElapsedTimer>
 
 namespace {
-
-const QString idKey = QStringLiteral("id");
 
 // A tab that many siblings fill is filled again this often while they arrive, or less often when that takes long.
 constexpr int refillPauseMs = 120;
@@ -397,7 +396,7 @@ void RealizationPageBuilder::addMeta()
 void RealizationPageBuilder::setTarget(PointTreeWidgetItem *item)
 {
     if (item && m_formatTabs)
-        item->setProperty(QStringLiteral("target"), m_formatTabs->currentName());
+        item->setProperty(targetKey, m_formatTabs->currentName());
 }
 
 void RealizationPageBuilder::dropPoint(PointTreeWidgetItem *item)

@@ -2,13 +2,14 @@
 
 #include "extensionfile/limits.h"
 #include "model/controller.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "realizationicons.h"
 #include "sheetrows.h"
 
 namespace {
 
-constexpr int idLength = 49;
+constexpr int recordIdLength = 49;
 
 /// The options of a set of flags stand for bits and keep their order; of all others the current one goes first, so
 /// that it is the one shown.
@@ -32,9 +33,9 @@ PropertyItem rowOf(
         addOptions(&row, options);
         return row;
     }
-    if (key == QLatin1String("icon"))
+    if (key == iconKey)
         row.setVal(RealizationIcons::path(value.toString(), record->basePath()));
-    SheetRows::restrict(&row, idLength);
+    SheetRows::restrict(&row, recordIdLength);
     return row;
 }
 

@@ -2,6 +2,7 @@
 
 #include "extensionfile/showntext.h"
 #include "model/controller.h"
+#include "model/keys.h"
 #include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
 #include "realizationicons.h"
@@ -17,12 +18,10 @@
 
 namespace {
 
-const QString idKey = QStringLiteral("id");
 const QString labelColumn = QStringLiteral("displayLabel");
 const QString iconColumn = QStringLiteral("displayIcon");
 const QString usedKey = QStringLiteral("used");
 const QString formatKey = QStringLiteral("format");
-const QString iconKey = QStringLiteral("icon");
 
 /// For changes of many cells: no signal of the table, and no painting in between. A page that is just being switched to
 /// has its updates disabled, and the table with it; that is not to be kept.

@@ -4,6 +4,7 @@
 #include "extensionfile/attributes.h"
 #include "extensionfile/names.h"
 #include "model/controller.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "propertybrowser/propertykeys.h"
 
@@ -14,15 +15,15 @@
 
 namespace {
 
-QString patternOf(const QString &key, int idLength)
+QString patternOf(const QString &key, int longestId)
 {
-    if (key == QLatin1String("id"))
-        return QStringLiteral("[0-9a-zA-Z_.]{0,%1}$").arg(idLength);
+    if (key == idKey)
+        return QStringLiteral("[0-9a-zA-Z_.]{0,%1}$").arg(longestId);
     if (key == QLatin1String("text"))
         return QStringLiteral("^.{0,25}$");
     if (key == QLatin1String("toolTip") || key == QLatin1String("statusTip"))
         return QStringLiteral("^.{0,1000}$");
-    if (key == QLatin1String("parent"))
+    if (key == parentKey)
         return QStringLiteral("[a-zA-Z][a-zA-Z0-9-_.]{0,249}");
     if (key == QLatin1String("sceneName"))
         return QStringLiteral("[0-9a-zA-Z_.]{0,249}$");
@@ -88,16 +89,16 @@ PropertyItem SheetRows::row(const QString &key, const QVariant &value, const Def
     return row;
 }
 
-void SheetRows::restrict(PropertyItem *row, int idLength)
+void SheetRows::restrict(PropertyItem *row, int longestId)
 {
-    const QString pattern = patternOf(row->name(), idLength);
+    const QString pattern = patternOf(row->name(), longestId);
     if (!pattern.isEmpty())
         row->setData(PropertyKey::RegExp, pattern);
 }
 
 void SheetRows::add(QList<PropertyItem> *rows, const PropertyItem &row)
 {
-    if (row.name() == QLatin1String("id"))
+    if (row.name() == idKey)
         rows->prepend(row);
     else
         rows->append(row);

@@ -23,8 +23,8 @@ namespace SheetRows {
 /// written as a number becomes a number, since the editor takes a text for the names of the flags.
 [[nodiscard]] PropertyItem row(const QString &key, const QVariant &value, const Definitions::Attributes &declared);
 
-/// Gives @p row the pattern of its key, if there is one; "id" may have @p idLength characters.
-void restrict(PropertyItem *row, int idLength);
+/// Gives @p row the pattern of its key, if there is one; "id" may have @p longestId characters.
+void restrict(PropertyItem *row, int longestId);
 
 /// "id" goes to the front, everything else to the end.
 void add(QList<PropertyItem> *rows, const PropertyItem &row);

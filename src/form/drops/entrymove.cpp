@@ -2,12 +2,11 @@
 
 #include "allowedkinds.h"
 #include "model/controller.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "ownslots.h"
 
 namespace {
-
-const QString parentKey = QStringLiteral("parent");
 
 bool isMirror(const PointTreeWidgetItem *node)
 {

@@ -1,13 +1,13 @@
 #include "ownslots.h"
 
 #include "model/controller.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 
 #include <QFileInfo>
 
 namespace {
 
-const QString idKey = QStringLiteral("id");
 const QLatin1String extDataSet("ExtDataSet");
 const QLatin1String extData("ExtData");
 const QLatin1String formatKind("Format");
@@ -99,7 +99,7 @@ PointTreeWidgetItem *OwnSlots::format(const PointTreeWidgetItem *data, const QSt
         PointTreeWidgetItem *node = child->item();
         if (!node->isKind(formatKind))
             continue;
-        const QString target = valueOf(node, QStringLiteral("target"));
+        const QString target = valueOf(node, targetKey);
         const QString id = valueOf(node, idKey);
         if (target.isEmpty() ? id.isEmpty() || id == tabName : target == tabName)
             return node;

@@ -3,11 +3,10 @@
 #include "allowedkinds.h"
 #include "model/controller.h"
 #include "model/generatedid.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 
 namespace {
-
-const QString idKey = QStringLiteral("id");
 
 /// An entry for @p point as @p taker takes it, which stands nowhere yet.
 PointTreeWidgetItem *makeEntry(const PointTreeWidgetItem *point, const PointTreeWidgetItem *taker)
@@ -103,7 +102,7 @@ DropOutcome PointDrop::perform(const DropSite &site, PointTreeWidgetItem *dragge
 
     PointTreeWidgetItem *entry = makeEntry(dragged, what.through);
     entry->setIsNew(true);
-    entry->setProperty(QStringLiteral("parent"), OwnSlots::parentName(what.through));
+    entry->setProperty(parentKey, OwnSlots::parentName(what.through));
     if (format) {
         OwnEdits::insert(format, entry);
         addTwin(data, entry);

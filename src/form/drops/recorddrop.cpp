@@ -2,12 +2,11 @@
 
 #include "allowedkinds.h"
 #include "model/controller.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "ownslots.h"
 
 namespace {
-
-const QString idKey = QStringLiteral("id");
 
 /// A reference to @p record, which stands nowhere yet.
 PointTreeWidgetItem *makeReference(PointTreeWidgetItem *record)
@@ -88,7 +87,7 @@ DropOutcome RecordDrop::perform(const DropSite &site, PointTreeWidgetItem *dragg
     PointTreeWidgetItem *saved = nullptr;
     for (PointTreeWidgetItem *format : formats) {
         saved = saved ? new PointTreeWidgetItem(*saved) : makeReference(dragged);
-        saved->setProperty(QStringLiteral("parent"), parentName);
+        saved->setProperty(parentKey, parentName);
         OwnEdits::insert(format, saved);
     }
     auto *displayed = new PointTreeWidgetItem(*saved);

@@ -2,6 +2,7 @@
 
 #include "model/controller.h"
 #include "model/generatedid.h"
+#include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "ownslots.h"
 
@@ -16,7 +17,6 @@ PointTreeWidgetItem *makeRecord(const PointTreeWidgetItem *point)
     record->setKind(kind);
     if (record->basePath().isEmpty())
         record->setBasePath(OwnSlots::basePath());
-    const QString idKey = QStringLiteral("id");
     PropertyHash properties { { idKey, id } };
     const PropertyHash defaults = Definitions::defaults(point);
     for (const PropertyHash::Entry &entry : defaults) {
