@@ -2,6 +2,7 @@
 
 #include "core/diskstate.h"
 #include "core/filecare.h"
+#include "core/filesaving.h"
 #include "core/idocument.h"
 #include "core/ieditor.h"
 #include "core/recoveredfilesdialog.h"
@@ -21,7 +22,6 @@ namespace Core {
 
 namespace {
 
-constexpr int StatusMessageTime = 4000; // milliseconds
 constexpr int LongestWaitForCopy = 5000;
 constexpr int CopyRetryInterval = 50;
 
@@ -35,7 +35,7 @@ void MainWindow::reload()
     if (replaceByFresh(&error))
         statusBar()->showMessage(
             tr("%1 was read again: another program has changed it").arg(m_editor->document()->displayName()),
-            StatusMessageTime);
+            FileSaving::StatusMessageTime);
     else
         m_care->tellUnreadable(error);
 }

@@ -30,7 +30,6 @@ constexpr char busyProperty[] = "busy";
 constexpr int LookInterval = 50; // milliseconds, all
 constexpr int TimeUntilBar = 400;
 constexpr int TimeUntilNames = 3000;
-constexpr int StatusMessageTime = 4000;
 constexpr int RemarksMessageTime = 15000;
 constexpr int MostNames = 5;
 

@@ -31,6 +31,8 @@ class CORE_EXPORT FileSaving final : public QObject
     Q_OBJECT
 
 public:
+    static constexpr int StatusMessageTime = 4000; // milliseconds
+
     /// Adds its bar to \a place, whose widget must outlive it, as must the other three.
     FileSaving(EditorManager &editors, FileCare &care, QMainWindow &window, QBoxLayout &place);
     ~FileSaving() override;

@@ -9,24 +9,20 @@
 
 namespace Core {
 
-namespace {
-
-struct Line
-{
-    QtMsgType type;
-    // The strings of a message context are literals and category names, both alive as long as the code that logs.
-    const char *file;
-    int number;
-    const char *function;
-    const char *category;
-    QString text;
-    Qt::HANDLE thread;
-};
-
-} // namespace
-
 struct LogCollector::Private
 {
+    struct Line
+    {
+        QtMsgType type;
+        // The strings of a message context are literals and category names, both alive as long as the code that logs.
+        const char *file;
+        int number;
+        const char *function;
+        const char *category;
+        QString text;
+        Qt::HANDLE thread;
+    };
+
     Qt::HANDLE thread = QThread::currentThreadId();
     QVector<Line> lines;
     Private *outer = nullptr;
@@ -70,7 +66,7 @@ LogCollector::~LogCollector()
         if (!innermost)
             qInstallMessageHandler(previousHandler);
     }
-    for (const Line &line : qAsConst(d->lines))
+    for (const Private::Line &line : qAsConst(d->lines))
         qt_message_output(
             line.type, QMessageLogContext(line.file, line.number, line.function, line.category), line.text);
 }
@@ -80,7 +76,7 @@ QStringList LogCollector::linesAbout(const QString &path) const
     const std::lock_guard<std::mutex> lock(mutex);
     QStringList about;
     QStringList own;
-    for (const Line &line : qAsConst(d->lines)) {
+    for (const Private::Line &line : qAsConst(d->lines)) {
         if (!path.isEmpty() && line.text.contains(path))
             about.append(line.text);
         if (line.thread == d->thread)
@@ -93,7 +89,7 @@ void LogCollector::discard(const QStringList &shown)
 {
     const std::lock_guard<std::mutex> lock(mutex);
     for (const QString &text : shown) {
-        const auto isShown = [&text](const Line &line) { return line.text == text; };
+        const auto isShown = [&text](const Private::Line &line) { return line.text == text; };
         const auto found = std::find_if(d->lines.begin(), d->lines.end(), isShown);
         if (found != d->lines.end())
             d->lines.erase(found);

@@ -34,7 +34,6 @@ namespace Core {
 namespace {
 
 constexpr QSize InitialSize(1280, 800);
-constexpr int StatusMessageTime = 4000; // milliseconds
 
 QString geometryKey()
 {

@@ -14,7 +14,7 @@ namespace Workbench {
 
 namespace {
 
-std::terminate_handler defaultHandler = nullptr;
+std::terminate_handler defaultTerminate = nullptr;
 
 /// Takes no memory.
 [[noreturn]] void end(const char *line)
@@ -43,7 +43,7 @@ std::terminate_handler defaultHandler = nullptr;
     } catch (...) {
         // A fault of the program's.
     }
-    defaultHandler();
+    defaultTerminate();
     std::abort();
 }
 
@@ -74,7 +74,7 @@ void endWhenOutOfMemory()
     takeOver(SIGSEGV);
     takeOver(SIGABRT);
     std::set_new_handler(endWithoutMemory);
-    defaultHandler = std::set_terminate(endByException);
+    defaultTerminate = std::set_terminate(endByException);
 }
 
 } // namespace Workbench

@@ -7,8 +7,6 @@
 #include <cstring>
 #include <memory>
 
-// The limits on entities stand in its header only where this is defined.
-#define XML_DTD
 #include <expat.h>
 
 namespace ExtensionFile {
