@@ -118,19 +118,9 @@ public:
     }
     [[nodiscard]] Node *point(const char *name) const { return row(points(), name); }
     [[nodiscard]] Node *entry(const char *id) const { return row(formats(), id); }
-    /// The own node of this point and id that is a record, or else the first one that is none.
-    [[nodiscard]] Node *node(const char *id) const
-    {
-        Node *record = manager->ownRealizations().anyRecord(s(id));
-        return record ? record : manager->ownRealizations().withId(s(id)).value(0);
-    }
+    [[nodiscard]] Node *record(const char *id) const { return manager->ownRealizations().anyRecord(s(id)); }
 
     void showPage(int index) const { find<QTabWidget>("tabWidget")->setCurrentIndex(index); }
-    void showOtherPageAndBack() const
-    {
-        for (const int shown : { 0, 1 })
-            showPage(shown);
-    }
     void showTab(const char *name) const { tabs()->setCurrentWidget(tabs()->findChild<QWidget *>(s(name))); }
     /// The definition page with the row of this name; the file's own without one.
     void define(const char *name = "own") const
@@ -205,6 +195,10 @@ public:
     {
         tree->scrollToItem(item);
         return menu(tree, tree->visualItemRect(item).center(), s(choice));
+    }
+    QStringList menuOfRecord(int row, const char *choice) const
+    {
+        return menu(table(), table()->visualItemRect(table()->item(row, 0)).center(), s(choice));
     }
     QStringList menuOf(const char *id, const char *choice = "") const { return menu(formats(), entry(id), choice); }
 

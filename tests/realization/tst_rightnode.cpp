@@ -69,7 +69,7 @@ void perform(Page &page, const char *steps)
         { s("contribute"),
             [&](auto id, auto to) {
                 QTRY_VERIFY(page.entry(to));
-                page.drop(RecordDrop::perform(page.site(page.entry(to)), page.node(id)));
+                page.drop(RecordDrop::perform(page.site(page.entry(to)), page.record(id)));
             } },
     };
     for (const QString &step : s(steps).split(s("; "), Qt::SkipEmptyParts)) {
