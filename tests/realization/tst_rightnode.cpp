@@ -63,7 +63,7 @@ void perform(Page &page, const char *steps)
                 QVERIFY(page.sheet()->openEditor(s(key)));
                 type(page.sheet()->editorFor(s(key)), value);
             } },
-        { s("clear-formats"), [&](auto, auto) { page.press(page.formats(), Qt::Key_Delete); } },
+        { s("delete-entry"), [&](auto, auto) { page.press(page.formats(), Qt::Key_Delete); } },
         { s("move"),
             [&](auto id, auto to) { page.drop(EntryMove::perform(page.site(page.entry(to)), page.entry(id))); } },
         { s("contribute"),
@@ -256,7 +256,7 @@ void TestRightNode::shown_data()
     row("keys act on what is selected",
         data("<format target='t'><action id='a'/><action id='b'/></format><action id='a'/><action id='b'/>"
              "<action id='c'/>"),
-        "show Commands; entry a; record 1; clear-formats; record 2; clear-formats", [](Page &page) {
+        "show Commands; entry a; record 1; delete-entry; record 2; delete-entry", [](Page &page) {
             QCOMPARE(page.formatLines(), list({ "format", "  a" }));
         });
     row("parents follow ids",
@@ -279,6 +279,16 @@ void TestRightNode::shown_data()
         "show Commands; entry a; move a=m", [](Page &page) { QVERIFY(!page.sheetKeys().contains(s("parent"))); });
     row("the sheet of a record while the tabs change", data("<action id='a'/><format target='t'/><format target='u'/>"),
         "show Commands; record 0; tab u", [](Page &page) { QVERIFY(page.sheet()->isEnabled()); });
+    row("the current record where it moves, and none for it when it goes",
+        data("<action id='a'/><action id='b'/><action id='c'/>"), "show Commands; record 1", [](Page &page) {
+            OwnEdits::move(page.record("b"), page.record("b")->parentItem(), 0);
+            page.manager->changes().flush();
+            QCOMPARE(page.table()->currentRow(), 0);
+            QVERIFY(page.table()->item(0, 0)->isSelected());
+            PointTreeWidgetItem::destroySubtree(page.record("b"));
+            page.manager->changes().flush();
+            QCOMPARE(page.table()->currentRow(), -1);
+        });
     row("one letter case of a key",
         data("<action id='a' toolTip='R'/><format target='t'><action id='a' tooltip='E'/></format>"),
         "show Commands; entry a",
