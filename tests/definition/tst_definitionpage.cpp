@@ -329,6 +329,7 @@ void TestDefinitionPage::attributes()
     page.press("pushButton_del_attr");
     QCOMPARE(page.modified, 3);
     page.editAttribute("name", s("edited"));
+    QVERIFY(!page.editInfo()->isHidden());
     QCOMPARE(Page::lines(page.attributes()).mid(1), list({ "e|edited|Enum|two" }));
     QCOMPARE(Page::row(page.definitions(), "Point")->children().size(), 4);
     page.find<QTableWidget>("enumTable")->setCurrentCell(0, 0);

@@ -245,8 +245,9 @@ void TestPropertyEdits::edits_data()
     row("flags all off", withOptions(T::Flag, 2), "Bee", ticking({ 1 }), 0);
     row("flags of a text", withOptions(T::Flag, "c|a"), "Aah, Cee", ticking({ 1 }), "a|b|c");
     row("flags of nothing", withOptions(T::Flag, nothing), "", ticking({ 2, 0 }), "a|c");
-    row("flags of a text without options", item(T::Flag, "a|b"), "a|b", typing("c"), "c");
+    row("flags of a text without options", item(T::Flag, "a|b"), "a|b", typing("7"), "7");
     row("flags of a mask without options", item(T::Flag, 5), "5", typing("6"), 6);
+    row("flags of a mask without options, named", item(T::Flag, 5), "5", typing("a|b"), "a|b");
     row("flags drop what is none", withOptions(T::Flag, "gone|b"), "Bee", ticking({ 0 }), "a|b");
 
     row("color", item(T::Color, QColor(1, 2, 3)), "#010203", typing("red"), QColor(255, 0, 0));
