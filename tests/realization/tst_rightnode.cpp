@@ -57,6 +57,7 @@ void perform(Page &page, const char *steps)
         { s("above"), [&](auto id, auto) { Page::click(page.formats(), page.entry(id)->QTreeWidgetItem::parent()); } },
         { s("told"), [&](auto id, auto) { Q_EMIT page.formats()->itemClicked(page.entry(id), 0); } },
         { s("record"), [&](auto row, auto) { page.clickRecord(atoi(row)); } },
+        { s("delete-record"), [&](auto row, auto) { page.menuOfRecord(atoi(row), "Delete"); } },
         { s("edit"), [&](auto key, auto value) { page.edit(key, value); } },
         { s("type"),
             [&](auto key, auto value) {
@@ -154,6 +155,9 @@ void TestRightNode::saved_data()
     row("the type of a sub point in an attribute's row",
         points("<ExtPoint id='o.p' name='P'><SubExtPoint key='k'/><String key='a'/></ExtPoint>"),
         "define P; attribute 0; edit-attribute type=Int", { "<SubExtPoint key=\"k\"/>" });
+
+    row("a record deleted by its menu", data("<action id='a'/><action id='b'/>"), "show Commands; delete-record 0",
+        { "!id=\"a\"", "<action id=\"b\"" });
 
     // Whom a rename reaches.
     row("a record called like a tag", data("<format target='t'><menu/><menu id='menu'/></format><action id='menu'/>"),
