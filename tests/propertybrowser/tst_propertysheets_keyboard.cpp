@@ -1,6 +1,4 @@
-#include "edits.h"
-
-#include "propertybrowser/propertykeys.h"
+#include "sheetdriver.h"
 
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -12,16 +10,12 @@ namespace {
 QList<PropertyItem> rows()
 {
     using T = PropertyType;
-    const auto row
-        = [](T type, const char *name, const QVariant &value) { return PropertyItem(type, s(name), s(name), value); };
-    QList<PropertyItem> items { row(T::String, "string", s("a")), row(T::Bool, "bool", false),
-        row(static_cast<T>(99), "unknown", s("x")), row(T::Text, "text", s("t")), row(T::String, "fixed", s("f")),
-        row(T::Enum, "enum", s("b")), row(T::Date, "date", s("2024-02-28")), row(T::File, "file", s("")),
-        row(T::KeySequence, "keys", s("")) };
+    QList<PropertyItem> items { text("string", s("a")), text("bool", {}, T::Bool), text("unknown", s("x"), T(99)),
+        text("text", s("t"), T::Text), text("fixed", s("f")), text("enum", s("b"), T::Enum),
+        text("date", s("2024-02-28"), T::Date), text("file", {}, T::File), text("keys", {}, T::KeySequence) };
     items[4].setEditable(false);
-    for (const QStringList &option : abc) {
-        items[5].addOption({ option.at(0), option.at(1), QString() });
-    }
+    for (const char *option : { "a", "b", "c" })
+        items[5].addOption({ s(option), s(option), {} });
     return items;
 }
 
@@ -29,14 +23,12 @@ QList<PropertyItem> rows()
 QString focusedRow(const SheetDriver &driver)
 {
     const QWidget *focus = QApplication::focusWidget();
-    if (focus == driver.before() || focus == driver.after()) {
-        return focus == driver.before() ? s("before") : s("after");
-    }
+    if (focus == driver.before || focus == driver.after)
+        return focus == driver.before ? s("before") : s("after");
     for (const PropertyItem &each : rows()) {
         const QWidget *editor = driver.editor(qPrintable(each.name()));
-        if (editor != nullptr && focus != nullptr && editor->isAncestorOf(focus)) {
+        if (editor && editor->isAncestorOf(focus))
             return each.name();
-        }
     }
     return {};
 }
@@ -48,6 +40,17 @@ void key(Qt::Key code, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     QCoreApplication::processEvents();
 }
 
+/// The rows that a key brings the focus to, one after the other.
+QString walked(const SheetDriver &driver, Qt::Key code, Qt::KeyboardModifiers modifiers, int times)
+{
+    QStringList names;
+    for (int i = 0; i < times; ++i) {
+        key(code, modifiers);
+        names.append(focusedRow(driver));
+    }
+    return names.join(QLatin1Char(' '));
+}
+
 } // namespace
 
 class TestPropertySheetsKeyboard : public QObject
@@ -55,130 +58,76 @@ class TestPropertySheetsKeyboard : public QObject
     Q_OBJECT
 
 private slots:
-    void tabWalksTheRows_data();
+    void initTestCase_data() { SheetDriver::bothKinds(); }
     void tabWalksTheRows();
-    void choiceIsMadeWithKeysAlone_data();
     void choiceIsMadeWithKeysAlone();
-    void enterAndEscapeStayInTheSheet_data();
     void enterAndEscapeStayInTheSheet();
-    void leavingForAnotherWindowKeepsTheText_data();
     void leavingForAnotherWindowKeepsTheText();
-    void takesWhatIsDoubtful_data() { tabWalksTheRows_data(); }
     void takesWhatIsDoubtful();
 };
 
-void TestPropertySheetsKeyboard::tabWalksTheRows_data()
-{
-    QTest::addColumn<SheetDriver::Kind>("kind");
-    QTest::newRow("group") << SheetDriver::Group;
-    QTest::newRow("tree") << SheetDriver::Tree;
-}
-
 void TestPropertySheetsKeyboard::tabWalksTheRows()
 {
-    QFETCH(SheetDriver::Kind, kind);
+    QFETCH_GLOBAL(const SheetDriver::Kind, kind);
     SheetDriver driver(kind);
-    QVERIFY(driver.ready());
     driver.show(rows());
-    QStringList forward;
-    for (int i = 0; i < 8; ++i) {
-        key(Qt::Key_Tab);
-        forward.append(focusedRow(driver));
-    }
-    QCOMPARE(forward.join(QLatin1Char(' ')), s("string bool text enum date file keys after"));
-    QStringList back;
-    for (int i = 0; i < 8; ++i) {
-        key(Qt::Key_Backtab, Qt::ShiftModifier);
-        back.append(focusedRow(driver));
-    }
-    QCOMPARE(back.join(QLatin1Char(' ')), s("keys file date enum text bool string before"));
+    QCOMPARE(walked(driver, Qt::Key_Tab, {}, 8), s("string bool text enum date file keys after"));
+    QCOMPARE(walked(driver, Qt::Key_Backtab, Qt::ShiftModifier, 8), s("keys file date enum text bool string before"));
     QCOMPARE(driver.spy().count(), 0);
-}
-
-void TestPropertySheetsKeyboard::choiceIsMadeWithKeysAlone_data()
-{
-    tabWalksTheRows_data();
 }
 
 void TestPropertySheetsKeyboard::choiceIsMadeWithKeysAlone()
 {
-    QFETCH(SheetDriver::Kind, kind);
+    QFETCH_GLOBAL(const SheetDriver::Kind, kind);
     SheetDriver driver(kind);
-    QVERIFY(driver.ready());
     driver.show(rows());
-    for (int i = 0; i < 4; ++i) {
-        key(Qt::Key_Tab);
-    }
-    QCOMPARE(focusedRow(driver), s("enum"));
+    QCOMPARE(walked(driver, Qt::Key_Tab, {}, 4), s("string bool text enum"));
     key(Qt::Key_F4);
-    QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
+    QTRY_VERIFY(QApplication::activePopupWidget());
     QTest::keyClick(QApplication::activePopupWidget()->windowHandle(), Qt::Key_Down);
     // The list is gone with the press.
     QTest::keyPress(QApplication::activePopupWidget()->windowHandle(), Qt::Key_Return);
     QTRY_COMPARE(driver.spy().count(), 1);
     QCOMPARE(driver.value("enum"), QVariant(s("c")));
     // On from there, without touching the window.
-    key(Qt::Key_Tab);
-    QCOMPARE(focusedRow(driver), s("date"));
-}
-
-void TestPropertySheetsKeyboard::enterAndEscapeStayInTheSheet_data()
-{
-    tabWalksTheRows_data();
+    QCOMPARE(walked(driver, Qt::Key_Tab, {}, 1), s("date"));
 }
 
 /// In a dialog Enter presses the default button and Escape closes; not while they mean something to a row.
 void TestPropertySheetsKeyboard::enterAndEscapeStayInTheSheet()
 {
-    QFETCH(SheetDriver::Kind, kind);
+    QFETCH_GLOBAL(const SheetDriver::Kind, kind);
+    SheetDriver driver(kind);
+    driver.show(rows());
     QDialog dialog;
-    auto *layout = new QVBoxLayout(&dialog);
-    auto *group = new GroupPropertyBrowser(&dialog);
-    auto *tree = new TreePropertyBrowser(&dialog);
-    layout->addWidget(group);
-    layout->addWidget(tree);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok, &dialog);
+    auto *layout = new QVBoxLayout(&dialog);
+    layout->addWidget(driver.sheet());
     layout->addWidget(buttons);
     connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
     QSignalSpy finished(&dialog, &QDialog::finished);
-    group->showProperties(rows());
-    tree->showProperties(rows());
     dialog.show();
     dialog.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&dialog));
-    const auto open = [&] {
-        if (kind == SheetDriver::Group) {
-            group->editorFor(s("string"))->setFocus();
-        } else {
-            QVERIFY(tree->openEditor(s("string")));
-        }
-    };
-    open();
+    driver.enter("string");
     SheetDriver::type(s("typed"));
     key(Qt::Key_Return);
     QVERIFY(dialog.isVisible());
-    open();
+    driver.enter("string");
     SheetDriver::type(s("other"));
     key(Qt::Key_Escape);
     QVERIFY(dialog.isVisible());
-    const QList<PropertyItem> items = kind == SheetDriver::Group ? group->properties() : tree->properties();
-    QCOMPARE(items.first().value(), QVariant(s("typed")));
+    QCOMPARE(driver.value("string"), QVariant(s("typed")));
     // Nothing is left to give up.
     key(Qt::Key_Escape);
     QCOMPARE(finished.count(), 1);
 }
 
-void TestPropertySheetsKeyboard::leavingForAnotherWindowKeepsTheText_data()
-{
-    tabWalksTheRows_data();
-}
-
 void TestPropertySheetsKeyboard::leavingForAnotherWindowKeepsTheText()
 {
-    QFETCH(SheetDriver::Kind, kind);
+    QFETCH_GLOBAL(const SheetDriver::Kind, kind);
     SheetDriver driver(kind);
-    QVERIFY(driver.ready());
-    driver.show({ item(PropertyType::String, s("old"), { { s("regexp"), s("[a-z]+") } }) });
+    driver.show({ item(PropertyType::String, "old", { { s("regexp"), "[a-z]+" } }) });
     driver.click("it");
     SheetDriver::type(s("half 1"));
     {
@@ -188,8 +137,7 @@ void TestPropertySheetsKeyboard::leavingForAnotherWindowKeepsTheText()
         QVERIFY(QTest::qWaitForWindowActive(&other));
         QVERIFY(!driver.sheet()->isActiveWindow());
     }
-    driver.sheet()->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(driver.sheet()->window()));
+    driver.activate();
     QCOMPARE(driver.shown("it"), s("half 1"));
     QVERIFY(driver.isMarked("it"));
     QCOMPARE(driver.spy().count(), 0);
@@ -200,11 +148,10 @@ void TestPropertySheetsKeyboard::leavingForAnotherWindowKeepsTheText()
 
 void TestPropertySheetsKeyboard::takesWhatIsDoubtful()
 {
-    QFETCH(SheetDriver::Kind, kind);
+    QFETCH_GLOBAL(const SheetDriver::Kind, kind);
     SheetDriver driver(kind);
-    QVERIFY(driver.ready());
-    driver.show({ item(PropertyType::String, s("ok"),
-        { { PropertyKey::Doubt, s("'\\)") }, { PropertyKey::DoubtHint, s("not as it is") } }) });
+    driver.show({ item(
+        PropertyType::String, "ok", { { PropertyKey::Doubt, "'\\)" }, { PropertyKey::DoubtHint, "not as it is" } }) });
     QVERIFY(!driver.isMarked("it"));
     driver.click("it");
     SheetDriver::type(s("Open ('all')"));

@@ -12,12 +12,10 @@
 
 #include <algorithm>
 
+using namespace RealizationTesting;
 using Node = PointTreeWidgetItem;
 
 namespace {
-
-using RealizationTesting::Page;
-using RealizationTesting::s;
 
 QString line(const QStringList &words)
 {
@@ -38,49 +36,9 @@ QStringList rowsOf(const QTreeWidget *tree)
 }
 
 template <typename Sheet>
-QStringList sheetLines(const Sheet *sheet)
+QStringList linesOf(const Sheet *sheet)
 {
-    QStringList lines;
-    for (const PropertyItem &item : sheet->properties()) {
-        QStringList options;
-        for (const PropertyItem::OptionItem &option : item.options())
-            options.append(option.value + s("=") + option.text);
-        // The current one of a choice goes first when the sheet is filled, and not again with each choice.
-        options.sort();
-        QStringList data;
-        // A key that an attribute has just been given holds nothing, and an empty text later: neither restricts.
-        for (const QString &key : item.dataKeys()) {
-            if (!item.data(key).toString().isEmpty())
-                data.append(key + s("=") + item.data(key).toString());
-        }
-        const QString value = item.value().type() == QVariant::StringList
-            ? item.value().toStringList().join(QLatin1Char(','))
-            : item.value().toString();
-        lines.append(s("    ")
-            + line({ item.name(), item.displayText(), QString::number(int(item.type())), value,
-                options.join(QLatin1Char(',')), data.join(QLatin1Char(',')), item.isEditable() ? s("rw") : s("ro") }));
-    }
-    return lines;
-}
-
-QStringList cellLines(const QTableWidget *table)
-{
-    QStringList lines;
-    for (int row = 0; row < table->rowCount(); ++row) {
-        QStringList cells;
-        for (int column = 0; column < table->columnCount(); ++column)
-            cells.append(table->item(row, column) ? table->item(row, column)->text() : s("-"));
-        lines.append(line(cells));
-    }
-    return lines;
-}
-
-QStringList headerOf(const QTableWidget *table)
-{
-    QStringList names;
-    for (int column = 0; column < table->columnCount(); ++column)
-        names.append(table->horizontalHeaderItem(column) ? table->horizontalHeaderItem(column)->text() : s("-"));
-    return names;
+    return sheetLines(sheet->properties(), true);
 }
 
 /// A node in words. "type" is never written, and neither are the flags of a fresh node.
@@ -130,33 +88,28 @@ QStringList model(Page &page)
 
 QStringList definitionSheets(Page &page)
 {
-    return QStringList { s("  basic") } + sheetLines(page.find<GroupPropertyBrowser>("basicInfo"))
-        + QStringList { s("  attributes ") + line(headerOf(page.find<QTableWidget>("defintionTable"))) }
-    + cellLines(page.find<QTableWidget>("defintionTable"));
+    return QStringList { s("  basic") } + linesOf(page.basicInfo()) + Page::lines(page.attributes());
 }
 
 QStringList attributeSheets(Page &page)
 {
     QStringList lines;
-    auto *sheet = page.find<TreePropertyBrowser>("editInfoWidget");
-    auto *entries = page.find<QTableWidget>("enumTable");
-    if (!sheet->isHidden())
-        lines += sheetLines(sheet);
+    if (!page.editInfo()->isHidden())
+        lines += linesOf(page.editInfo());
     if (!page.find<QWidget>("enumGroup")->isHidden())
-        lines += cellLines(entries);
-    for (const char *button :
-        { "pushButton_add_attr", "pushButton_del_attr", "pushButton_add_enum", "pushButton_delete_enmu" })
-        lines.append(s(button) + (page.find<QPushButton>(button)->isEnabled() ? s(" on") : s(" off")));
-    lines.append(s("add property ") + (page.find<QToolButton>("addPropertyButton")->isEnabled() ? s("on") : s("off")));
+        lines += Page::lines(page.entries());
+    for (const char *button : { "pushButton_add_attr", "pushButton_del_attr", "pushButton_add_enum",
+             "pushButton_delete_enmu", "addPropertyButton" })
+        lines.append(s(button) + (page.find<QWidget>(button)->isEnabled() ? s(" on") : s(" off")));
     return lines;
 }
 
 QStringList definitionPage(Page &page)
 {
     QStringList lines { s("definitions") };
-    auto *tree = page.find<QTreeWidget>("defintionTree");
-    auto *attributes = page.find<QTableWidget>("defintionTable");
-    auto *entries = page.find<QTableWidget>("enumTable");
+    QTreeWidget *tree = page.definitions();
+    QTableWidget *attributes = page.attributes();
+    QTableWidget *entries = page.entries();
     for (QTreeWidgetItemIterator it(tree); *it; ++it) {
         // The text of the root is what was typed as its name until the file is opened again.
         lines.append((*it)->parent() ? (*it)->text(0) : s("root"));
@@ -180,27 +133,22 @@ QStringList definitionPage(Page &page)
     return lines;
 }
 
-QStringList tableNow(Page &page)
-{
-    return QStringList { s("table ") + line(headerOf(page.table())) } + page.tableLines();
-}
-
 QStringList sheetNow(Page &page)
 {
     QStringList lines { page.sheet()->isEnabled() ? s("sheet") : s("no sheet") };
     if (page.sheet()->isEnabled())
-        lines += sheetLines(page.sheet());
+        lines += linesOf(page.sheet());
     return lines;
 }
 
-QStringList points(Page &page)
+QStringList offeredPoints(Page &page)
 {
     QStringList lines { s("points") };
     lines += rowsOf(page.points());
     for (QTreeWidgetItemIterator it(page.points()); *it; ++it) {
         lines.append(s("point ") + (*it)->text(0));
         Q_EMIT page.points()->itemClicked(*it, 0);
-        lines += tableNow(page) + sheetNow(page);
+        lines += Page::lines(page.table()) + sheetNow(page);
         for (int row = 0; row < page.table()->rowCount(); ++row) {
             Q_EMIT page.table()->itemClicked(page.table()->item(row, 0));
             lines += sheetNow(page);
@@ -250,7 +198,7 @@ QStringList RealizationTesting::everything(Page &page)
     lines += definitionPage(page);
     // The last of them is the one in which a click on a record selects its entries.
     lines += tabs(page);
-    lines += points(page);
+    lines += offeredPoints(page);
     return lines;
 }
 
@@ -259,8 +207,8 @@ QStringList RealizationTesting::shownNow(Page &page)
     QStringList lines = sheetNow(page);
     if (page.formats())
         lines += rowsOf(page.formats());
-    lines += tableNow(page) + definitionSheets(page);
-    if (!page.find<QWidget>("editInfoWidget")->isHidden())
+    lines += Page::lines(page.table()) + definitionSheets(page);
+    if (!page.editInfo()->isHidden())
         lines += attributeSheets(page);
     return lines;
 }
@@ -276,12 +224,12 @@ QStringList RealizationTesting::shownAnew(Page &page)
     }
     auto *records = page.builder()->findChild<RecordTable *>();
     records->showRecords(records->point());
-    lines += tableNow(page);
+    lines += Page::lines(page.table());
 
     auto *definitions = page.widget->defintionPageBuilder();
-    auto *attributes = page.find<QTableWidget>("defintionTable");
-    auto *entries = page.find<QTableWidget>("enumTable");
-    const bool hasSheet = !page.find<QWidget>("editInfoWidget")->isHidden();
+    QTableWidget *attributes = page.attributes();
+    QTableWidget *entries = page.entries();
+    const bool hasSheet = !page.editInfo()->isHidden();
     const bool hasEntry = page.find<QPushButton>("pushButton_delete_enmu")->isEnabled();
     const int row = attributes->currentRow();
     const int entry = entries->currentRow();

@@ -19,13 +19,15 @@ QString s(const char *text)
     return QString::fromUtf8(text);
 }
 
-QByteArray png(const QSize &size, QColor colour = Qt::red)
+QByteArray png(const QSize &size, QColor colour = Qt::red, const char *format = "png", bool progressive = false)
 {
     QImage image(size, QImage::Format_RGB32);
     image.fill(colour);
     QByteArray bytes;
     QBuffer buffer(&bytes);
-    if (!image.save(&buffer, "png"))
+    QImageWriter writer(&buffer, format);
+    writer.setProgressiveScanWrite(progressive);
+    if (!writer.write(image))
         qFatal("no picture");
     return bytes;
 }
@@ -33,14 +35,7 @@ QByteArray png(const QSize &size, QColor colour = Qt::red)
 /// A grey picture of 1000 x 1000 pixels that goes over itself this many times.
 QByteArray jpeg(int scans)
 {
-    QImage image(1000, 1000, QImage::Format_Grayscale8);
-    image.fill(Qt::gray);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    QImageWriter writer(&buffer, "jpeg");
-    writer.setProgressiveScanWrite(scans > 1);
-    if (!writer.write(image))
-        qFatal("no picture");
+    const QByteArray bytes = png({ 1000, 1000 }, Qt::gray, "jpeg", scans > 1);
     // The last scan over and over.
     const QByteArray last = bytes.mid(bytes.lastIndexOf("\xff\xda")).chopped(2);
     return scans > 1 ? bytes.chopped(2) + last.repeated(scans) + bytes.right(2) : bytes;
@@ -80,7 +75,6 @@ private slots:
     void lookup();
     void files_data();
     void files();
-    void pipe();
     void missingAndChanging();
 
 private:
@@ -115,6 +109,7 @@ void TestRealizationIcons::lookup_data()
     QTest::newRow("absolute and there") << s("%1there.png") << true;
     QTest::newRow("absolute and missing") << s("/nowhere/there.png") << false;
     QTest::newRow("a directory") << s("%1icons") << false;
+    QTest::newRow("a pipe") << s("%1pipe") << false;
     QTest::newRow("a resource") << s(":/qt-project.org/styles/commonstyle/images/standardbutton-apply-16.png") << false;
     QTest::newRow("a prefix") << s("prefix:there.png") << false;
     QTest::newRow("a URL of a file") << s("file://%1there.png") << false;
@@ -127,6 +122,7 @@ void TestRealizationIcons::lookup()
     QFETCH(bool, asStored);
     write("there.png", png({ 8, 8 }));
     write("icons/other.png", png({ 8, 8 }));
+    QCOMPARE(::mkfifo(QFile::encodeName(m_base + s("pipe")).constData(), 0600), 0);
     QDir::setSearchPaths(s("prefix"), { m_base });
     value = value.contains(s("%1")) ? value.arg(m_base) : value;
     QCOMPARE(RealizationIcons::path(value, s("/base/")), asStored ? value : s("/base/") + value);
@@ -140,34 +136,37 @@ void TestRealizationIcons::lookup()
 void TestRealizationIcons::files_data()
 {
     QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QSize>("largest"); // empty: not shown
-    const QSize no;
-    QTest::newRow("png") << png({ 20, 10 }) << QSize(20, 10);
-    QTest::newRow("large png is made smaller") << png({ 1000, 500 }) << QSize(256, 128);
-    QTest::newRow("a line stays a line") << png({ 2000, 1 }) << QSize(256, 1);
-    QTest::newRow("drawing") << svg("<rect width=\"24\" height=\"24\"/>") << QSize(64, 64);
+    QTest::addColumn<QSize>("largest");
+    const auto row = [](const char *name, const QByteArray &bytes, const QSize &largest) {
+        QTest::newRow(name) << bytes << largest;
+    };
+    const QSize none;
     const QByteArray picture = png({ 20, 10 });
-    const int most = 4 * 1024 * 1024;
-    QTest::newRow("just small enough") << picture + QByteArray(most - picture.size(), ' ') << QSize(20, 10);
-    QTest::newRow("too large a file") << picture + QByteArray(most - picture.size() + 1, ' ') << no;
-    QTest::newRow("too many pixels") << png({ 7999, 7999 }) << no;
-    QTest::newRow("jpeg") << jpeg(1) << QSize(256, 256);
-    QTest::newRow("jpeg of too many scans") << jpeg(1'000) << no;
-    QTest::newRow("huge sides") << bitmap(0x7fffffff, 0x7fffffff) << no;
-    QTest::newRow("empty") << QByteArray() << no;
-    QTest::newRow("text") << QByteArray("Not a picture, whatever its name.") << no;
-    QTest::newRow("cut off in its head") << png({ 20, 10 }).left(20) << no;
-    QTest::newRow("drawing cut off") << svg("<rect width=\"24\" height=\"24\"/>").chopped(6) << no;
-    QTest::newRow("drawing with a picture") << svg("<g><image xlink:href=\"there.png\"/></g>") << no;
-    QTest::newRow("drawing with a style sheet")
-        << svg(QByteArray(), "<?xml-stylesheet type=\"text/css\" href=\"there.css\"?>") << no;
+    const QByteArray room(4 * 1024 * 1024 - picture.size(), ' ');
+    const QByteArray rect = "<rect width=\"24\" height=\"24\"/>";
+    row("png", picture, { 20, 10 });
+    row("large png is made smaller", png({ 1000, 500 }), { 256, 128 });
+    row("a line stays a line", png({ 2000, 1 }), { 256, 1 });
+    row("drawing", svg(rect), { 64, 64 });
+    row("just small enough", picture + room, { 20, 10 });
+    row("too large a file", picture + room + " ", none);
+    row("too many pixels", png({ 7999, 7999 }), none);
+    row("jpeg", jpeg(1), { 256, 256 });
+    row("jpeg of too many scans", jpeg(1'000), none);
+    row("huge sides", bitmap(0x7fffffff, 0x7fffffff), none);
+    row("empty", "", none);
+    row("text", "Not a picture, whatever its name.", none);
+    row("cut off in its head", picture.left(20), none);
+    row("drawing cut off", svg(rect).chopped(6), none);
+    row("drawing with a picture", svg("<g><image xlink:href=\"there.png\"/></g>"), none);
+    row("drawing with a style sheet", svg("", "<?xml-stylesheet type=\"text/css\" href=\"there.css\"?>"), none);
     QByteArray uses = "<g id=\"g0\"><rect width=\"4\" height=\"4\"/></g>";
     for (int i = 0; i < 40; ++i) {
         const QByteArray use = "<use xlink:href=\"#g" + QByteArray::number(i) + "\"/>";
         uses += "<g id=\"g" + QByteArray::number(i + 1) + "\">" + use + use + "</g>";
     }
-    QTest::newRow("drawing that doubles again and again") << svg(uses) << no;
-    QTest::newRow("deep drawing") << svg(QByteArray("<g>").repeated(500) + QByteArray("</g>").repeated(500)) << no;
+    row("drawing that doubles again and again", svg(uses), none);
+    row("deep drawing", svg(QByteArray("<g>").repeated(500) + QByteArray("</g>").repeated(500)), none);
 }
 
 void TestRealizationIcons::files()
@@ -185,14 +184,6 @@ void TestRealizationIcons::files()
     QCOMPARE(found.isEmpty() ? QSize() : found, largest);
     for (const QSize &size : sizes)
         QCOMPARE(icon.pixmap(size).size(), size);
-}
-
-void TestRealizationIcons::pipe()
-{
-    const QString path = m_base + s("pipe");
-    QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
-    QVERIFY(isPlaceholder(RealizationIcons::fromFile(path)));
-    QVERIFY(isPlaceholder(RealizationIcons::icon(s("pipe"), m_base)));
 }
 
 void TestRealizationIcons::missingAndChanging()

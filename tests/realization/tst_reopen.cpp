@@ -56,64 +56,17 @@ public:
 
     void step()
     {
-        switch (m_random.bounded(21)) {
-        case 20:
-            typeAndLeave();
-            break;
-        case 0:
-            m_page.find<QTabWidget>("tabWidget")->setCurrentIndex(m_random.bounded(2));
-            break;
-        case 1:
-        case 2:
-            current(m_page.points());
-            break;
-        case 3:
-        case 4:
-            if (m_page.formats())
-                current(m_page.formats());
-            break;
-        case 5:
-            if (m_page.tabs()->count() > 0)
-                m_page.tabs()->setCurrentIndex(m_random.bounded(m_page.tabs()->count()));
-            break;
-        case 6:
-        case 7:
-            if (m_page.table()->rowCount() > 0)
-                m_page.table()->setCurrentCell(m_random.bounded(m_page.table()->rowCount()), 0);
-            break;
-        case 8:
-            menuOfFormats();
-            break;
-        case 9:
-            menuOfTable();
-            break;
-        case 10:
-        case 11:
-            dropIntoFormats();
-            break;
-        case 12:
-            dropOntoTable();
-            break;
-        case 13:
-        case 14:
-            editSheet(m_page.sheet());
-            break;
-        case 15:
-            key();
-            break;
-        case 16:
-        case 17:
-            definitions();
-            break;
-        case 18:
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-            break;
-        case 19:
-            if (m_random.bounded(30) == 0)
-                m_page.save();
-            else if (m_random.bounded(10) == 0)
-                Q_EMIT m_page.manager->scanProgressed();
-            break;
+        // The second of each pair is how often, in twenty-ones.
+        const std::pair<void (RandomUser::*)(), int> actions[]
+            = { { &RandomUser::pageOrTab, 2 }, { &RandomUser::anyCurrent, 6 }, { &RandomUser::menuOfFormats, 1 },
+                  { &RandomUser::menuOfTable, 1 }, { &RandomUser::dropIntoFormats, 2 },
+                  { &RandomUser::dropOntoTable, 1 }, { &RandomUser::editRecord, 2 }, { &RandomUser::typeAndLeave, 1 },
+                  { &RandomUser::key, 1 }, { &RandomUser::definitions, 2 }, { &RandomUser::waitOrSave, 2 } };
+        int left = m_random.bounded(21);
+        for (const auto &action : actions) {
+            left -= action.second;
+            if (left < 0)
+                return (this->*action.first)();
         }
     }
 
@@ -138,65 +91,76 @@ private:
             Q_EMIT tree->itemClicked(item, 0);
     }
 
+    void pageOrTab()
+    {
+        if (m_random.bounded(2))
+            m_page.showPage(m_random.bounded(2));
+        else if (m_page.tabs()->count() > 0)
+            m_page.tabs()->setCurrentIndex(m_random.bounded(m_page.tabs()->count()));
+    }
+    void anyCurrent()
+    {
+        const int which = m_random.bounded(3);
+        if (which == 0)
+            current(m_page.points());
+        else if (which == 1 && m_page.formats())
+            current(m_page.formats());
+        else if (m_page.table()->rowCount() > 0)
+            m_page.table()->setCurrentCell(m_random.bounded(m_page.table()->rowCount()), 0);
+    }
+    void editRecord() { editSheet(m_page.sheet()); }
+    void waitOrSave()
+    {
+        if (m_random.bounded(2))
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        else if (m_random.bounded(30) == 0)
+            m_page.save();
+        else if (m_random.bounded(10) == 0)
+            Q_EMIT m_page.manager->scanProgressed();
+    }
+
     void menuOfFormats()
     {
         QTreeWidgetItem *item = m_page.formats() ? anyRow(m_page.formats()) : nullptr;
         if (!item || !m_page.formats()->isVisible())
             return;
-        m_page.formats()->scrollToItem(item);
-        QStringList offered = m_page.menu(m_page.formats(), m_page.formats()->visualItemRect(item).center());
+        QStringList offered = m_page.menu(m_page.formats(), item);
         // The tree grows until there is a lot to do, and then stays about as large.
         const bool large = m_page.formatLines().size() > 40;
         offered = large ? offered.filter(s("Delete")) : offered.filter(QRegularExpression(s("^(Child Type >|Delete)")));
         if (!offered.isEmpty())
-            m_page.menu(m_page.formats(), m_page.formats()->visualItemRect(item).center(),
-                offered.at(m_random.bounded(offered.size())));
+            m_page.menu(m_page.formats(), item, qPrintable(offered.at(m_random.bounded(offered.size()))));
     }
     void menuOfTable()
     {
         const int rows = m_page.table()->rowCount();
         if (rows > 0 && m_page.table()->isVisible() && m_random.bounded(3) == 0)
-            m_page.menuOfRecord(m_random.bounded(rows), s("Delete"));
+            m_page.menuOfRecord(m_random.bounded(rows), "Delete");
     }
 
-    /// What the tree does at the end of a drag.
-    void announce(const DropOutcome &outcome)
-    {
-        RealizationTreeWidget *tree = m_page.formats();
-        for (const DropOutcome::Addition &addition : outcome.additions) {
-            if (addition.format)
-                Q_EMIT tree->setTarget(addition.format);
-            if (addition.row)
-                Q_EMIT tree->dropPoint(addition.row);
-        }
-        if (outcome.modified)
-            Q_EMIT tree->modified(true);
-    }
     void dropIntoFormats()
     {
         RealizationTreeWidget *tree = m_page.formats();
         QTreeWidgetItem *target = tree ? anyRow(tree) : nullptr;
         if (!target || !tree->isVisible() || m_page.formatLines().size() > 60)
             return;
-        tree->scrollToItem(target);
-        const DropSite site = tree->siteAt(tree->visualItemRect(target).center());
+        const DropSite site = m_page.site(target);
         switch (m_random.bounded(3)) {
         case 0:
             if (Node *dragged = Node::fromRow(anyRow(tree)))
-                announce(EntryMove::perform(site, dragged));
+                m_page.drop(EntryMove::perform(site, dragged));
             break;
         case 1: {
             Node *dragged = Node::fromRow(anyRow(m_page.points()));
             OwnSlots::FirstFound found;
             if (PointDrop::takes(dragged))
-                announce(PointDrop::perform(site, dragged, &found));
+                m_page.drop(PointDrop::perform(site, dragged, &found));
             break;
         }
         default:
-            if (m_page.table()->currentRow() >= 0) {
-                const QString id = m_page.table()->item(m_page.table()->currentRow(), 0)->text();
-                if (Node *dragged = m_page.manager->ownRealizations().record(id))
-                    announce(RecordDrop::perform(site, dragged));
+            if (const QTableWidgetItem *cell = m_page.table()->item(m_page.table()->currentRow(), 0)) {
+                if (Node *dragged = m_page.manager->ownRealizations().record(cell->text()))
+                    m_page.drop(RecordDrop::perform(site, dragged));
             }
             break;
         }
@@ -207,10 +171,7 @@ private:
         if (!TableDrop::takes(dragged) || m_page.table()->rowCount() > 30)
             return;
         m_page.points()->setCurrentItem(dragged);
-        const TableDrop::Outcome outcome = TableDrop::perform(dragged);
-        if (outcome.record)
-            Q_EMIT m_page.table()->addTableRealization(outcome.parent, outcome.record, outcome.isSubPoint);
-        Q_EMIT m_page.table()->modified(true);
+        m_page.dropOnTable(dragged);
     }
 
     QVariant anyValue()
@@ -234,13 +195,12 @@ private:
     {
         QWidget *field = nullptr;
         if (m_random.bounded(2)) {
-            auto *basic = m_page.find<GroupPropertyBrowser>("basicInfo");
+            GroupPropertyBrowser *basic = m_page.basicInfo();
             const QList<PropertyItem> records = basic->properties();
             if (!records.isEmpty())
                 field = basic->editorFor(records.at(m_random.bounded(records.size())).name());
         } else {
-            TreePropertyBrowser *sheet
-                = m_random.bounded(3) ? m_page.sheet() : m_page.find<TreePropertyBrowser>("editInfoWidget");
+            TreePropertyBrowser *sheet = m_random.bounded(3) ? m_page.sheet() : m_page.editInfo();
             const QList<PropertyItem> records = sheet->properties();
             const QString name = records.isEmpty() ? QString() : records.at(m_random.bounded(records.size())).name();
             if (!name.isEmpty() && sheet->isEnabled() && sheet->openEditor(name))
@@ -264,9 +224,9 @@ private:
 
     void definitions()
     {
-        auto *tree = m_page.find<QTreeWidget>("defintionTree");
+        QTreeWidget *tree = m_page.definitions();
         tree->setCurrentItem(anyRow(tree));
-        auto *attributes = m_page.find<QTableWidget>("defintionTable");
+        QTableWidget *attributes = m_page.attributes();
         const bool large = tree->topLevelItem(0)->childCount() > 6;
         switch (m_random.bounded(large ? 4 : 6)) {
         case 0:
@@ -274,21 +234,21 @@ private:
             QTest::keyClick(tree, Qt::Key_Delete);
             break;
         case 1:
-            editSheet(m_page.find<GroupPropertyBrowser>("basicInfo"));
+            editSheet(m_page.basicInfo());
             break;
         case 2:
-            m_page.find<QPushButton>("pushButton_add_attr")->click();
+            m_page.press("pushButton_add_attr");
             break;
         case 3:
             if (attributes->rowCount() > 0) {
                 attributes->setCurrentCell(m_random.bounded(attributes->rowCount()), 0);
-                editSheet(m_page.find<TreePropertyBrowser>("editInfoWidget"));
+                editSheet(m_page.editInfo());
                 if (m_random.bounded(3) == 0)
-                    m_page.find<QPushButton>("pushButton_del_attr")->click();
+                    m_page.press("pushButton_del_attr");
             }
             break;
         case 4:
-            m_page.find<QPushButton>("pushButton_add_extpoint")->click();
+            m_page.press("pushButton_add_extpoint");
             break;
         default:
             tree->setFocus();
@@ -350,7 +310,7 @@ void TestReopen::nothingShownIsOld()
         page.manager->startScan(page.path());
         // The definition page fills itself when it is first seen.
         for (const int shown : { 0, 1 })
-            page.find<QTabWidget>("tabWidget")->setCurrentIndex(shown);
+            page.showPage(shown);
         RandomUser user(page, quint32(seed));
         bool isArriving = true;
         for (int step = 1; step <= stepsPerSeed; ++step) {
