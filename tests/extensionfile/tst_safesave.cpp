@@ -2,7 +2,7 @@
 
 #include "extensionfile/writer.h"
 
-#include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -12,16 +12,6 @@
 using namespace ExtensionFile;
 
 namespace {
-
-const uid_t nobody = 65534;
-const QByteArray oldBytes = "<old/>\n";
-const QByteArray newBytes = "<new a=\"1\"/>\n";
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable/>");
-}
 
 struct stat statusOf(const QString &path)
 {
@@ -41,9 +31,7 @@ class TestSafeSave : public QObject
 private slots:
     void documents_data();
     void documents();
-    void paths_data();
     void paths();
-    void ownerStays();
 };
 
 void TestSafeSave::documents_data()
@@ -56,14 +44,13 @@ void TestSafeSave::documents_data()
         QTest::addRow("%s, replaced", name) << bytes << reason << false;
         QTest::addRow("%s, in place", name) << bytes << reason << true;
     };
-    rows("an ordinary one", newBytes, {});
+    rows("an ordinary one", "<new a=\"1\"/>\n", {});
     rows("the instruction alone", Writer::instructionAlone(), {});
     rows("instruction and a blank", Writer::instructionAlone() + ' ', QStringLiteral("2:2: No element found."));
     rows("cut", "<a><b/>", QStringLiteral("1:8: No element found."));
-    rows("deeper than can be read", QByteArray("<a>").repeated(3'000) + QByteArray("</a>").repeated(3'000),
-        QStringLiteral("1:3073: Elements are nested more than 1024 deep."));
 }
 
+/// As root a file can be given back to its owner; without root the owner is the same anyway.
 void TestSafeSave::documents()
 {
     QFETCH(QByteArray, bytes);
@@ -72,72 +59,41 @@ void TestSafeSave::documents()
     QTemporaryDir directory;
     qputenv("XDG_STATE_HOME", QFile::encodeName(directory.filePath(QStringLiteral("state"))));
     const QString path = directory.filePath(QStringLiteral("file"));
+    const QByteArray name = QFile::encodeName(path);
     QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(oldBytes) > 0 && file.flush());
+    QVERIFY(file.open(QIODevice::ReadWrite) && file.write("<old/>\n") > 0 && file.flush());
+    const uid_t nobody = 65534;
+    QVERIFY(::geteuid() != 0 || ::chown(name.constData(), nobody, nobody) == 0);
+    QVERIFY(::chmod(name.constData(), 02664) == 0);
     if (linked)
-        QVERIFY(
-            ::link(QFile::encodeName(path).constData(), QFile::encodeName(path + QLatin1Char('2')).constData()) == 0);
+        QVERIFY(::link(name.constData(), (name + '2').constData()) == 0);
+    const struct stat before = statusOf(path);
     QString error;
     QCOMPARE(saveFile(path, bytes, &error), reason.isEmpty());
     QCOMPARE(error,
         reason.isEmpty() ? QString() : path + QStringLiteral(": The new contents could not be read again: ") + reason);
-    QCOMPARE(contents(path), reason.isEmpty() ? bytes : oldBytes);
-}
-
-void TestSafeSave::paths_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("saved");
-
-    QTest::newRow("new") << QStringLiteral("new") << true;
-    QTest::newRow("none") << QString() << false;
-    QTest::newRow("nul in it") << QStringLiteral("a") + QChar(0) << false;
-    QTest::newRow("missing directory") << QStringLiteral("none/file") << false;
-    QTest::newRow("file as directory") << QStringLiteral("file/file") << false;
+    QFile saved(path);
+    QVERIFY(saved.open(QIODevice::ReadOnly));
+    QCOMPARE(saved.readAll(), reason.isEmpty() ? bytes : QByteArray("<old/>\n"));
+    const struct stat after = statusOf(path);
+    QVERIFY(after.st_uid == before.st_uid && after.st_gid == before.st_gid && after.st_mode == before.st_mode);
+    QCOMPARE(after.st_ino != before.st_ino, reason.isEmpty() && !linked);
 }
 
 void TestSafeSave::paths()
 {
-    QFETCH(QString, name);
-    QFETCH(bool, saved);
     QTemporaryDir directory;
-    const QStringList files { QStringLiteral("file") };
-    QFile file(directory.filePath(files.first()));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    static QStringList messages;
-    messages.clear();
-    const QtMessageHandler before = qInstallMessageHandler(
-        [](QtMsgType, const QMessageLogContext &, const QString &text) { messages.append(text); });
-    const QString path = name.isEmpty() ? QString() : directory.filePath(name);
-    QString error;
+    const QString fresh = directory.filePath(QStringLiteral("new"));
     const mode_t mask = ::umask(027);
-    const bool done = saveFile(path, newBytes, &error);
+    for (const QString &path : { fresh, QString(), directory.filePath(QStringLiteral("a") + QChar(0)),
+             directory.filePath(QStringLiteral("none/file")), fresh + QStringLiteral("/file") }) {
+        QString error;
+        QCOMPARE(saveFile(path, "<a/>", &error), path == fresh);
+        QCOMPARE(error.isEmpty(), path == fresh);
+        QCOMPARE(statusOf(path).st_mode & 0777, mode_t(path == fresh ? 0640 : 0));
+    }
     ::umask(mask);
-    qInstallMessageHandler(before);
-    QCOMPARE(done, saved);
-    QCOMPARE(error.isEmpty(), saved);
-    QCOMPARE(statusOf(path).st_mode & 0777, mode_t(saved ? 0640 : 0));
-    QCOMPARE(messages, saved ? QStringList() : QStringList(error));
-    QCOMPARE(QDir(directory.path()).entryList(QDir::Files | QDir::Hidden), saved ? files + QStringList(name) : files);
-}
-
-/// As root a file can be given back to its owner; without root the owner is the same anyway.
-void TestSafeSave::ownerStays()
-{
-    QTemporaryDir directory;
-    const QString path = directory.filePath(QStringLiteral("file"));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    const QByteArray name = QFile::encodeName(path);
-    QVERIFY(::geteuid() != 0 || ::chown(name.constData(), nobody, nobody) == 0);
-    QVERIFY(::chmod(name.constData(), 02664) == 0);
-    const struct stat before = statusOf(path);
-    QVERIFY(saveFile(path, newBytes, nullptr));
-    const struct stat after = statusOf(path);
-    QCOMPARE(after.st_uid, before.st_uid);
-    QCOMPARE(after.st_gid, before.st_gid);
-    QCOMPARE(after.st_mode, before.st_mode);
-    QVERIFY(after.st_ino != before.st_ino);
+    QVERIFY(!QFile::exists(directory.filePath(QStringLiteral("a"))));
 }
 
 QTEST_GUILESS_MAIN(TestSafeSave)
