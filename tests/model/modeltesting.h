@@ -20,6 +20,11 @@ struct PointTreeWidgetItemTestAccess
 
 namespace ModelTesting {
 
+inline QString s(const char *text)
+{
+    return QString::fromUtf8(text);
+}
+
 /// "kind key=value key=value", one line per node, two spaces per level; the node itself is left out.
 inline void appendTree(const PointObject *node, int depth, QStringList *lines)
 {

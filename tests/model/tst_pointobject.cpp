@@ -7,6 +7,7 @@
 #include <memory>
 
 using ModelTesting::node;
+using ModelTesting::s;
 
 namespace {
 
@@ -19,8 +20,8 @@ struct Chain
 {
     Chain()
     {
-        master.setKind(QStringLiteral("Format"));
-        mirror->setKind(QStringLiteral("Format"));
+        master.setKind(s("Format"));
+        mirror->setKind(s("Format"));
     }
     ~Chain()
     {
@@ -35,10 +36,11 @@ struct Chain
         }
     }
 
-    Node master { QStringLiteral("master") };
+    Node master { s("master") };
     std::unique_ptr<Node> mirror = std::make_unique<Node>(master);
     std::unique_ptr<Node> second = std::make_unique<Node>(*mirror);
     Node *at(int depth) { return depth == 0 ? &master : depth == 1 ? mirror.get() : second.get(); }
+    QList<int> sizes() { return { at(0)->children().size(), at(1)->children().size(), at(2)->children().size() }; }
 };
 
 } // namespace
@@ -49,166 +51,128 @@ class TestPointObject : public QObject
 
 private Q_SLOTS:
     void copyMirrorsItsSource();
-    void propertyMovesLowerCaseKey_data();
     void propertyMovesLowerCaseKey();
-    void addChild_data();
     void addChild();
-    void insertChild_data();
     void insertChild();
     void removeChildTakesTheMastersFirstWithTheSameId();
     void unlinkDestroysTheMaster();
-    void destructionLeavesNothingBehind_data();
-    void destructionLeavesNothingBehind();
     void rowLeavesItsViewWhileWhole();
 };
 
 void TestPointObject::copyMirrorsItsSource()
 {
-    Node source(QStringLiteral("row"));
-    source.setKind(QStringLiteral("ExtPoint"));
-    source.setPointId(QStringLiteral("p"));
-    source.setPluginId(QStringLiteral("plug"));
-    source.setBasePath(QStringLiteral("/base/"));
+    Node source(s("row"));
+    source.setKind(s("ExtPoint"));
+    source.setPointId(s("p"));
+    source.setPluginId(s("plug"));
+    source.setBasePath(s("/base/"));
     source.setHasFormat(true);
     source.setIsDroppedCopy(true);
-    source.setName(QStringLiteral("n"));
-    source.setProperty(id, QStringLiteral("a"));
-    source.addChild(node(QStringLiteral("String")), false);
+    source.setName(s("n"));
+    source.setProperty(id, s("a"));
+    source.addChild(node(s("String")), false);
 
     const Node copy(source);
     QCOMPARE(copy.link(), static_cast<PointObject *>(&source));
     QCOMPARE(source.copies(), QList<PointObject *> { const_cast<Node *>(&copy) });
     QCOMPARE(copy.properties(), source.properties());
-    QCOMPARE(copy.name(), QStringLiteral("n"));
-    QCOMPARE(copy.text(0), QStringLiteral("row"));
-    QCOMPARE(copy.kind() + copy.pointId() + copy.pluginId() + copy.basePath(), QStringLiteral("ExtPointpplug/base/"));
+    QCOMPARE(copy.name(), s("n"));
+    QCOMPARE(copy.text(0), s("row"));
+    QCOMPARE(copy.kind() + copy.pointId() + copy.pluginId() + copy.basePath(), s("ExtPointpplug/base/"));
     QVERIFY(copy.hasFormat() && PointTreeWidgetItemTestAccess::isDroppedCopy(copy));
     QVERIFY(copy.children().isEmpty() && !copy.parent());
     Node::destroySubtree(source.children().first()->item());
 }
 
-void TestPointObject::propertyMovesLowerCaseKey_data()
-{
-    QTest::addColumn<PropertyHash>("before");
-    QTest::addColumn<QString>("asked");
-    QTest::addColumn<QVariant>("answer");
-    QTest::addColumn<QStringList>("keysAfter");
-    const QString text = QStringLiteral("v");
-    QTest::newRow("exact") << PropertyHash { { QStringLiteral("Name"), text } } << QStringLiteral("Name")
-                           << QVariant(text) << QStringList { QStringLiteral("Name") };
-    QTest::newRow("lower moves, in its place")
-        << PropertyHash { { QStringLiteral("name"), text }, { QStringLiteral("z"), text } } << QStringLiteral("Name")
-        << QVariant(text) << QStringList { QStringLiteral("Name"), QStringLiteral("z") };
-    QTest::newRow("upper is not found by lower")
-        << PropertyHash { { QStringLiteral("Name"), text } } << QStringLiteral("name") << QVariant()
-        << QStringList { QStringLiteral("Name") };
-    const PropertyHash both { { QStringLiteral("childType"), QStringLiteral("exact") },
-        { QStringLiteral("childtype"), text } };
-    QTest::newRow("the exact one goes first")
-        << both << QStringLiteral("childType") << QVariant(QStringLiteral("exact")) << both.keys();
-    QTest::newRow("of a definition, the lower one")
-        << both << QStringLiteral("childType") << QVariant(text) << QStringList { QStringLiteral("childType") };
-    QTest::newRow("neither") << PropertyHash {} << QStringLiteral("Name") << QVariant() << QStringList {};
-}
-
+/// Answered for the name or its lower form, of a definition for the lower one first; what is found goes on under the
+/// name that was asked for, where it stood. What is written goes to the name that answers, and to no second one.
 void TestPointObject::propertyMovesLowerCaseKey()
 {
-    QFETCH(const PropertyHash, before);
-    QFETCH(const QString, asked);
-    Node item((QString()));
-    item.setProperties(before);
-    if (QByteArray(QTest::currentDataTag()).startsWith("of a definition"))
-        item.setDefinitionSide();
-    QTEST(item.property(asked), "answer");
-    QTEST(item.properties().keys(), "keysAfter");
-    // What is written goes to the name that answers, and to no second one.
-    item.setProperty(asked, QStringLiteral("new"));
-    QCOMPARE(item.property(asked).toString(), QStringLiteral("new"));
-    QStringList keys = item.properties().keys();
-    keys.removeAll(asked);
-    QVERIFY(!keys.contains(asked.toLower()) || before.contains(asked));
+    const QString lower = s("childtype");
+    const QString exact = s("childType");
+    const auto check = [&](const QStringList &keys, const QString &asked, bool isDefinition, const QString &answering,
+                           const QStringList &keysAfter) {
+        Node item((QString()));
+        PropertyHash before;
+        for (const QString &key : keys)
+            before.insert(key, QString(key + s("'s")));
+        item.setProperties(before);
+        if (isDefinition)
+            item.setDefinitionSide();
+        QCOMPARE(item.property(asked), answering.isEmpty() ? QVariant() : QVariant(answering + s("'s")));
+        QCOMPARE(item.properties().keys(), keysAfter);
+        item.setProperty(asked, s("new"));
+        QCOMPARE(item.property(asked).toString(), s("new"));
+        QCOMPARE(item.properties().keys(), keysAfter.contains(asked) ? keysAfter : keysAfter + QStringList { asked });
+    };
+    check({ exact, s("z") }, exact, false, exact, { exact, s("z") });
+    check({ lower, s("z") }, exact, false, lower, { exact, s("z") });
+    check({ exact }, lower, false, {}, { exact });
+    check({ exact, lower }, exact, false, exact, { exact, lower });
+    check({ exact, lower }, exact, true, lower, { exact });
+    check({}, exact, false, {}, {});
 }
 
-void TestPointObject::addChild_data()
-{
-    QTest::addColumn<int>("target");
-    QTest::addColumn<bool>("mirror");
-    QTest::addColumn<QList<int>>("children"); // of master, mirror, second
-    QTest::newRow("master") << 0 << false << QList<int> { 1, 0, 0 };
-    QTest::newRow("master never copies") << 0 << true << QList<int> { 1, 0, 0 };
-    QTest::newRow("mirror alone") << 1 << false << QList<int> { 0, 1, 0 };
-    QTest::newRow("mirror with its master") << 1 << true << QList<int> { 1, 1, 0 };
-    QTest::newRow("second reaches one node up") << 2 << true << QList<int> { 0, 1, 1 };
-}
-
+/// To a mirror with its master: the master gets a copy, which the child mirrors. It reaches one node up.
 void TestPointObject::addChild()
 {
-    QFETCH(const int, target);
-    QFETCH(const bool, mirror);
-    QFETCH(const QList<int>, children);
-    Chain chain;
-    Node *child = node(QStringLiteral("Menu"), { { id, QStringLiteral("m") } });
-    chain.at(target)->addChild(child, mirror);
-    for (int depth = 0; depth < 3; ++depth)
-        QCOMPARE(chain.at(depth)->children().size(), children.at(depth));
-    QCOMPARE(child->parent(), static_cast<PointObject *>(chain.at(target)));
-    const bool copied = children.at(0) + children.at(1) + children.at(2) == 2;
-    QCOMPARE(child->link() == child, !copied);
-    if (copied) {
-        PointObject *copy = chain.at(target - 1)->children().first();
-        QCOMPARE(child->link(), copy);
-        QCOMPARE(copy->link(), copy);
-        QCOMPARE(copy->properties(), child->properties());
-        child->setProperty(id, QStringLiteral("renamed"));
-        QCOMPARE(copy->property(id).toString(), QStringLiteral("renamed"));
-    }
-    chain.at(target)->addChild(child, false);
-    QCOMPARE(chain.at(target)->children().size(), 1);
+    const auto check = [](int target, bool mirror, const QList<int> &sizes) {
+        Chain chain;
+        Node *child = node(s("Menu"), { { id, s("m") } });
+        chain.at(target)->addChild(child, mirror);
+        QCOMPARE(chain.sizes(), sizes);
+        QCOMPARE(child->parent(), static_cast<PointObject *>(chain.at(target)));
+        if (target > 0 && mirror) {
+            PointObject *copy = chain.at(target - 1)->children().first();
+            QCOMPARE(child->link(), copy);
+            QCOMPARE(copy->link(), copy);
+            child->setProperty(id, s("renamed"));
+            QCOMPARE(copy->property(id).toString(), s("renamed"));
+        } else {
+            QCOMPARE(child->link(), static_cast<PointObject *>(child));
+        }
+        chain.at(target)->addChild(child, false);
+        QCOMPARE(chain.sizes(), sizes);
+    };
+    check(0, false, { 1, 0, 0 });
+    check(0, true, { 1, 0, 0 });
+    check(1, false, { 0, 1, 0 });
+    check(1, true, { 1, 1, 0 });
+    check(2, true, { 0, 1, 1 });
 }
 
-void TestPointObject::insertChild_data()
-{
-    QTest::addColumn<int>("target");
-    QTest::addColumn<QList<int>>("lists"); // which of the three hold the child
-    QTest::addColumn<int>("parent");
-    QTest::newRow("master") << 0 << QList<int> { 1, 0, 0 } << 0;
-    QTest::newRow("mirror: the child itself enters both lists") << 1 << QList<int> { 1, 1, 0 } << 0;
-    QTest::newRow("chain of three") << 2 << QList<int> { 1, 1, 1 } << 0;
-}
-
+/// The child itself enters all lists up to the master's, whose child it is.
 void TestPointObject::insertChild()
 {
-    QFETCH(const int, target);
-    QFETCH(const QList<int>, lists);
-    QFETCH(const int, parent);
-    Chain chain;
-    for (int depth = 0; depth < 3; ++depth)
-        chain.at(depth)->addChild(node(QStringLiteral("Old")), false);
-    Node *child = node(QStringLiteral("Menu"));
-    chain.at(target)->insertChild(0, child);
-    for (int depth = 0; depth < 3; ++depth)
-        QCOMPARE(chain.at(depth)->children().indexOf(child), lists.at(depth) ? 0 : -1);
-    QCOMPARE(child->parent(), static_cast<PointObject *>(chain.at(parent)));
-    QCOMPARE(child->link() == child, target == 0);
-    if (target > 0) {
-        QCOMPARE(child->link()->link(), child->link());
-        QVERIFY(!child->link()->parent());
+    for (int target = 0; target < 3; ++target) {
+        Chain chain;
+        for (int depth = 0; depth < 3; ++depth)
+            chain.at(depth)->addChild(node(s("Old")), false);
+        Node *child = node(s("Menu"));
+        chain.at(target)->insertChild(0, child);
+        for (int depth = 0; depth < 3; ++depth)
+            QCOMPARE(chain.at(depth)->children().indexOf(child), depth <= target ? 0 : -1);
+        QCOMPARE(child->parent(), static_cast<PointObject *>(&chain.master));
+        QCOMPARE(child->link() == child, target == 0);
+        if (target > 0) {
+            QCOMPARE(child->link()->link(), child->link());
+            QVERIFY(!child->link()->parent());
+        }
+        chain.at(target)->insertChild(1, child);
+        QCOMPARE(chain.at(target)->children().count(child), 1);
+        delete child;
+        QCOMPARE(chain.sizes(), (QList<int> { 1, 1, 1 }));
     }
-    chain.at(target)->insertChild(1, child);
-    QCOMPARE(chain.at(target)->children().count(child), 1);
-    delete child;
-    for (int depth = 0; depth < 3; ++depth)
-        QCOMPARE(chain.at(depth)->children().size(), 1);
 }
 
 void TestPointObject::removeChildTakesTheMastersFirstWithTheSameId()
 {
     Chain chain;
-    Node *first = node(QStringLiteral("A"), { { id, QStringLiteral("same") } });
-    Node *second = node(QStringLiteral("B"), { { id, QStringLiteral("same") } });
+    Node *first = node(s("A"), { { id, s("same") } });
+    Node *second = node(s("B"), { { id, s("same") } });
     chain.master.addChild(first, false);
     chain.master.addChild(second, false);
-    std::unique_ptr<Node> shown(node(QStringLiteral("B"), { { id, QStringLiteral("same") } }));
+    std::unique_ptr<Node> shown(node(s("B"), { { id, s("same") } }));
     chain.mirror->addChild(shown.get(), false);
 
     chain.mirror->removeChild(shown.get());
@@ -220,14 +184,14 @@ void TestPointObject::removeChildTakesTheMastersFirstWithTheSameId()
 
 void TestPointObject::unlinkDestroysTheMaster()
 {
-    Node root(QStringLiteral("root"));
-    QPointer<Node> master = node(QStringLiteral("ExtPoint"));
+    Node root(s("root"));
+    QPointer<Node> master = node(s("ExtPoint"));
     root.addChild(master, false);
     root.QTreeWidgetItem::addChild(master);
-    QPointer<Node> below = node(QStringLiteral("SubExtPoint"));
+    QPointer<Node> below = node(s("SubExtPoint"));
     master->addChild(below, false);
     master->QTreeWidgetItem::addChild(below);
-    Node definition(QStringLiteral("definition"));
+    Node definition(s("definition"));
     definition.setLink(master);
 
     definition.unlink();
@@ -239,51 +203,12 @@ void TestPointObject::unlinkDestroysTheMaster()
     QCOMPARE(definition.link(), static_cast<PointObject *>(&definition));
 }
 
-void TestPointObject::destructionLeavesNothingBehind_data()
-{
-    QTest::addColumn<int>("dying");
-    QTest::newRow("master") << 0;
-    QTest::newRow("mirror") << 1;
-    QTest::newRow("last") << 2;
-    QTest::newRow("parent") << 3;
-    QTest::newRow("child") << 4;
-}
-
-void TestPointObject::destructionLeavesNothingBehind()
-{
-    QFETCH(const int, dying);
-    Node *nodes[5] = {};
-    nodes[0] = node(QStringLiteral("master"));
-    nodes[1] = new Node(*nodes[0]);
-    nodes[2] = new Node(*nodes[1]);
-    nodes[3] = node(QStringLiteral("parent"));
-    nodes[4] = node(QStringLiteral("child"));
-    nodes[3]->addChild(nodes[1], false);
-    nodes[1]->addChild(nodes[4], false);
-    PointObject *dead = nodes[dying];
-    delete nodes[dying];
-    for (int i = 0; i < 5; ++i) {
-        if (i == dying)
-            continue;
-        QVERIFY(nodes[i]->link() != dead);
-        QVERIFY(nodes[i]->parent() != dead);
-        QVERIFY(!nodes[i]->children().contains(dead));
-        QVERIFY(!nodes[i]->copies().contains(dead));
-        nodes[i]->setProperty(id, i);
-        nodes[i]->setText(0, QStringLiteral("t"));
-    }
-    for (int i = 0; i < 5; ++i) {
-        if (i != dying)
-            delete nodes[i];
-    }
-}
-
 void TestPointObject::rowLeavesItsViewWhileWhole()
 {
     QTreeWidget tree;
-    auto *first = new Node(QStringLiteral("first"));
-    auto *second = new Node(QStringLiteral("second"));
-    second->setKind(QStringLiteral("ExtPoint"));
+    auto *first = new Node(s("first"));
+    auto *second = new Node(s("second"));
+    second->setKind(s("ExtPoint"));
     tree.addTopLevelItem(first);
     first->QTreeWidgetItem::addChild(second);
     tree.setCurrentItem(second);
@@ -293,7 +218,7 @@ void TestPointObject::rowLeavesItsViewWhileWhole()
             kindOfPrevious = item->kind();
     });
     Node::destroySubtree(second);
-    QCOMPARE(kindOfPrevious, QStringLiteral("ExtPoint"));
+    QCOMPARE(kindOfPrevious, s("ExtPoint"));
     // A neighbour that became current by itself would be taken for one that somebody has gone to.
     QVERIFY(!tree.currentItem());
 }
