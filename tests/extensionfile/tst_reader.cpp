@@ -222,31 +222,25 @@ void TestReader::limits_data()
     const auto row = [](const Limits &limits, const QByteArray &most, const QByteArray &over, const char *told) {
         QTest::newRow(told) << limits << most << over << QString::fromLatin1(told);
     };
+    const auto with = [](auto Limits::*field, int value) {
+        Limits limits;
+        limits.*field = value;
+        return limits;
+    };
     row({}, nested(1'024), nested(1'025), "1:3073: Elements are nested more than 1024 deep.");
     row({}, withAttributes(500), withAttributes(501), "1:1: An element has more than 500 attributes.");
-    Limits few;
-    few.maximumFileSize = 50;
-    row(few, "<a>" + QByteArray(43, ' ') + "</a>", "<a>" + QByteArray(44, ' ') + "</a>",
+    row(with(&Limits::maximumFileSize, 50), "<a>" + QByteArray(43, ' ') + "</a>", "<a>" + QByteArray(44, ' ') + "</a>",
         "The file has more than 50 bytes.");
-    few = Limits();
-    few.maximumElements = 3;
-    row(few, "<a><b/><b/></a>", "<a><b/><b/><b/></a>", "1:12: There are more than 3 elements.");
-    few = Limits();
-    few.maximumAttributes = 3;
-    row(few, "<a b='1'><c d='' e=''/></a>", "<a b='1'><c d='' e=''/><f g=''/></a>",
+    row(with(&Limits::maximumElements, 3), "<a><b/><b/></a>", "<a><b/><b/><b/></a>",
+        "1:12: There are more than 3 elements.");
+    row(with(&Limits::maximumAttributes, 3), "<a b='1'><c d='' e=''/></a>", "<a b='1'><c d='' e=''/><f g=''/></a>",
         "1:24: There are more than 3 attributes.");
-    few = Limits();
-    few.maximumAttributeText = 8;
     // Characters, as the writer counts them.
-    row(few, "<a b='\xc3\xa4\xc3\xa4\xc3\xa4'><c d='123'/></a>", "<a b='123'><c d='1234'/></a>",
-        "1:12: The attributes have more than 8 characters.");
-    few = Limits();
-    few.maximumDeclarationSize = 17;
-    row(few, "<!DOCTYPE a [<!ELEMENT a ANY> ]><a/>", "<!DOCTYPE a [<!ELEMENT a ANY>  ]><a/>",
-        "1:30: The document type has more than 17 bytes of declarations.");
-    few = Limits();
-    few.maximumExpansion = 10'000;
-    row(few, withEntity(1'000, 8), withEntity(1'000, 10),
+    row(with(&Limits::maximumAttributeText, 8), "<a b='\xc3\xa4\xc3\xa4\xc3\xa4'><c d='123'/></a>",
+        "<a b='123'><c d='1234'/></a>", "1:12: The attributes have more than 8 characters.");
+    row(with(&Limits::maximumDeclarationSize, 17), "<!DOCTYPE a [<!ELEMENT a ANY> ]><a/>",
+        "<!DOCTYPE a [<!ELEMENT a ANY>  ]><a/>", "1:30: The document type has more than 17 bytes of declarations.");
+    row(with(&Limits::maximumExpansion, 10'000), withEntity(1'000, 8), withEntity(1'000, 10),
         "1:1030: Limit on input amplification factor (from DTD and entities) breached.");
 }
 

