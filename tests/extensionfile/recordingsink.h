@@ -6,6 +6,7 @@
 #include <QStringList>
 
 /// Prints the elements it is given as indented lines, attributes in the order they came; optionally with their places.
+/// What is aside it prints with the first letter of what it is.
 class RecordingSink final : public ExtensionFile::Sink
 {
 public:
@@ -13,7 +14,7 @@ public:
 
     void aside(ExtensionFile::Aside what, const QString &text) override
     {
-        asides.append(QStringLiteral("%1 %2").arg(int(what)).arg(text));
+        asides.append(QLatin1Char("ctid8"[int(what)]) + (QLatin1Char(' ') + text));
     }
 
     void startElement(

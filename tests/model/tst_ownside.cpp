@@ -53,22 +53,15 @@ QString any(QRandomGenerator &random, const char *words)
     return QString(list.at(random.bounded(list.size()))).remove(QLatin1Char('-'));
 }
 
-QString anyTag(QRandomGenerator &random)
-{
-    return any(random, "ExtPoint SubExtPoint extpoint subExtPoint String x Data");
-}
-
-QString anyText(QRandomGenerator &random)
-{
-    return any(random, "- a A b.c true false 0 a|b");
-}
+const char *const tags = "ExtPoint SubExtPoint extpoint subExtPoint String x Data";
+const char *const texts = "- a A b.c true false 0 a|b";
 
 QByteArray randomAttributes(QRandomGenerator &random)
 {
     QByteArray written;
     for (const char *name : { "id", "key", "name", "hasformat", "childtype", "trans" }) {
         if (random.bounded(3) == 0)
-            written += QByteArray(" ") + name + "='" + anyText(random).toUtf8() + "'";
+            written += QByteArray(" ") + name + "='" + any(random, texts).toUtf8() + "'";
     }
     return written;
 }
@@ -78,7 +71,7 @@ QByteArray randomElements(QRandomGenerator &random, int depth)
 {
     QByteArray written;
     for (int i = random.bounded(depth == 0 ? 5 : 3); i > 0 && depth < 5; --i) {
-        const QByteArray name = anyTag(random).toUtf8();
+        const QByteArray name = any(random, tags).toUtf8();
         written += "<" + name + randomAttributes(random) + ">" + randomElements(random, depth + 1) + "</" + name + ">";
     }
     return written;
@@ -101,7 +94,7 @@ void change(QRandomGenerator &random, Node *root)
     switch (random.bounded(node == root ? 1 : 6)) {
     case 0:
     case 1:
-        node->setProperty(any(random, "id key name hasformat childtype value"), anyText(random));
+        node->setProperty(any(random, "id key name hasformat childtype value"), any(random, texts));
         break;
     case 2:
         if (node->parentItem() != root)
@@ -113,8 +106,8 @@ void change(QRandomGenerator &random, Node *root)
             node->setKind(any(random, "String Int"));
         break;
     default:
-        node->addChild(
-            ModelTesting::node(anyTag(random), { { s("key"), anyText(random) }, { s("id"), anyText(random) } }),
+        node->addChild(ModelTesting::node(
+                           any(random, tags), { { s("key"), any(random, texts) }, { s("id"), any(random, texts) } }),
             random.bounded(2) == 0);
     }
 }
