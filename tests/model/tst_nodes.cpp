@@ -26,18 +26,14 @@ public:
 };
 
 const QString id = QStringLiteral("id");
+
 /// A master, its mirror and the mirror's mirror.
 struct Chain
 {
-    Chain()
-    {
-        master->setKind(s("Format"));
-        mirror->setKind(s("Format"));
-    }
     ~Chain()
     {
-        for (Node *node : { second, mirror, master })
-            Node::destroySubtree(node);
+        for (int depth : { 2, 1, 0 })
+            Node::destroySubtree(at(depth));
     }
 
     Node *const master = new Node(s("master"));
