@@ -115,7 +115,6 @@ private Q_SLOTS:
     void translatableKeys_data();
     void translatableKeys();
     void translatableTableIsNeverCleared();
-    void emptyDocument();
     void malformedFileLeavesEverything();
     void marksAreToldAsTheFilesDiffer();
     void marksOfEveryShortText();
@@ -162,6 +161,7 @@ void TestReadWrite::differences_data()
     data("below a format they go, by exact kind",
         "<format><ExtData index='1' parent='p' key='k' id='a'/><extdata key='k'/><Menu parent='p'/></format>",
         "<format><ExtData id='a'/><extdata key='k'/><Menu parent='p'/></format>");
+    points("a record's keys stay here without a format", "<ExtData parent='p'/>", "<ExtData parent='p'/>");
     points("unknown elements within a side stay", "<Odd x='1'><Deep/></Odd>", "<Odd x='1'><Deep/></Odd>");
     points("text and comments go", "<!-- c --><ExtPoint>text</ExtPoint>", "<ExtPoint/>");
     data("white space in values survives as references", "<X a='one&#10;two&#9;three'/>",
@@ -231,18 +231,6 @@ void TestReadWrite::translatableTableIsNeverCleared()
     QVERIFY2(Product::read(path).contains("tr('third')"), "a later point's \"false\" took the mark back");
     QVERIFY(manager.save());
     QVERIFY2(Product::read(path).contains("tr('first')"), "the second save has forgotten the first");
-}
-
-void TestReadWrite::emptyDocument()
-{
-    const QByteArray alone = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n";
-    for (const char *file : { "<Plugin id='own' name='n'/>", "<Plugin><Other/></Plugin>" }) {
-        const Product product;
-        const QString path = product.add(s("own"), file);
-        SourceDataManager manager;
-        QVERIFY(manager.load(path) && manager.save());
-        QCOMPARE(Product::read(path), alone);
-    }
 }
 
 void TestReadWrite::malformedFileLeavesEverything()
@@ -367,7 +355,8 @@ void TestReadWrite::partsThatGo_data()
     row("a set with a prefix, and nothing else", "<Plugin xmlns:p='u'><p:ExtDataSet/></Plugin>",
         "set <p:ExtDataSet>, all");
     row("a set too deep", "<Plugin><ExtDataSet/><in><ExtPointSet/></in></Plugin>", "<in>, set <ExtPointSet>");
-    row("a root alone", "<Plugin/>", "all");
+    row("a root alone", "<Plugin id='own' name='n'/>", "all");
+    row("others alone", "<Plugin><Other/></Plugin>", "<Other>, all");
     row("UTF-8 that is called something else",
         "<?xml version='1.0' encoding='iso-8859-1'?><Plugin id='\xc3\xa9'><ExtPointSet/></Plugin>", "utf-8");
     row("Latin-1 that is", "<?xml version='1.0' encoding='iso-8859-1'?><Plugin id='\xe9'><ExtPointSet/></Plugin>", "");
@@ -380,7 +369,8 @@ void TestReadWrite::partsThatGo()
     QFETCH(QByteArray, file);
     const Product product;
     SourceDataManager manager;
-    QVERIFY(manager.load(product.add(s("own"), file)));
+    const QString path = product.add(s("own"), file);
+    QVERIFY(manager.load(path));
     const SaveReport report = manager.saveReport();
     QStringList told;
     for (const SaveReport::Remark &remark : report.remarks()) {
@@ -395,6 +385,8 @@ void TestReadWrite::partsThatGo()
         told.append(s("all"));
     QTEST(told.join(s(", ")), "gone");
     QVERIFY(manager.save());
+    const QByteArray alone = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n";
+    QCOMPARE(Product::read(path) == alone, told.contains(s("all")));
     QCOMPARE(manager.saveReport().count(Kind::Dropped) + manager.saveReport().count(Kind::SetDropped), 0);
 }
 
