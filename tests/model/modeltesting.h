@@ -20,38 +20,30 @@ struct PointTreeWidgetItemTestAccess
 
 namespace ModelTesting {
 
-/// "kind key=value key=value", one line per node, two spaces per level; the node itself is left out.
-inline void appendTree(const PointObject *node, int depth, QStringList *lines)
+inline QString s(const char *text)
 {
-    for (PointObject *child : node->children()) {
-        QStringList words { child->item()->kind() };
-        for (const PropertyHash::Entry &entry : child->properties())
-            words.append(entry.key + QLatin1Char('=') + entry.value.toString());
-        lines->append(QString(depth * 2, QLatin1Char(' ')) + words.join(QLatin1Char(' ')));
-        appendTree(child, depth + 1, lines);
-    }
+    return QString::fromUtf8(text);
 }
 
-inline QStringList tree(const PointObject *node)
+/// "kind key=value key=value", one line per node, two spaces per level; the node itself is left out.
+inline QStringList tree(const PointObject *node, int depth = 0)
 {
     QStringList lines;
-    appendTree(node, 0, &lines);
+    for (PointObject *child : node->children()) {
+        QString line = QString(depth * 2, QLatin1Char(' ')) + child->item()->kind();
+        for (const PropertyHash::Entry &entry : child->properties())
+            line += QLatin1Char(' ') + entry.key + QLatin1Char('=') + entry.value.toString();
+        lines << line << tree(child, depth + 1);
+    }
     return lines;
 }
 
 /// The texts of column 0, one line per row, two spaces per level.
-inline void appendRows(const QTreeWidgetItem *row, int depth, QStringList *lines)
-{
-    for (int i = 0; i < row->childCount(); ++i) {
-        lines->append(QString(depth * 2, QLatin1Char(' ')) + row->child(i)->text(0));
-        appendRows(row->child(i), depth + 1, lines);
-    }
-}
-
-inline QStringList rows(const QTreeWidgetItem *row)
+inline QStringList rows(const QTreeWidgetItem *row, int depth = 0)
 {
     QStringList lines;
-    appendRows(row, 0, &lines);
+    for (int i = 0; i < row->childCount(); ++i)
+        lines << QString(depth * 2, QLatin1Char(' ')) + row->child(i)->text(0) << rows(row->child(i), depth + 1);
     return lines;
 }
 
@@ -101,5 +93,3 @@ private:
 };
 
 } // namespace ModelTesting
-
-Q_DECLARE_METATYPE(PropertyHash)
