@@ -1,36 +1,19 @@
 #include "probe/endtoendprobe.h"
 
-#include "probe/itemquestions.h"
 #include "probe/questions.h"
-#include "probe/sheetquestions.h"
-#include "probe/windowquestions.h"
 
 #include <QJsonDocument>
 #include <QLocalSocket>
 
 namespace {
 
-using Question = QJsonObject (*)(const QJsonObject &request);
-
 QJsonObject answerTo(const QJsonObject &request)
 {
-    static const QHash<QString, Question> questions {
-        { QStringLiteral("state"), &Probe::state },
-        { QStringLiteral("dialogs"), &Probe::dialogs },
-        { QStringLiteral("menus"), &Probe::menus },
-        { QStringLiteral("widget"), &Probe::widget },
-        { QStringLiteral("tab"), &Probe::tab },
-        { QStringLiteral("tabs"), &Probe::tabs },
-        { QStringLiteral("tree"), &Probe::tree },
-        { QStringLiteral("rows"), &Probe::rows },
-        { QStringLiteral("table"), &Probe::table },
-        { QStringLiteral("item"), &Probe::item },
-        { QStringLiteral("sheet"), &Probe::sheet },
-        { QStringLiteral("sheetRow"), &Probe::sheetRow },
-    };
     const QString ask = request.value(QLatin1String("ask")).toString();
-    const Question question = questions.value(ask);
-    return question ? question(request) : Probe::error(QStringLiteral("no question \"%1\"").arg(ask));
+    const bool isPlace = ask == QLatin1String("place");
+    return isPlace                      ? Probe::place(request)
+        : ask == QLatin1String("lines") ? Probe::lines(request)
+                                        : Probe::state(request);
 }
 
 } // namespace
