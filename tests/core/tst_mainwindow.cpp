@@ -84,10 +84,8 @@ void tst_MainWindow::savePrompt()
     QCOMPARE(m_window->isVisible(), !(closed && action == s("quitAction")));
     for (const char *name : { "errorMessage", "warningMessage" })
         QCOMPARE(box(name) != nullptr, message == name);
-    QFile file(m_path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
     const bool saved = button == QMessageBox::Save && message != "errorMessage";
-    QCOMPARE(file.readAll() != content, saved);
+    QCOMPARE(contentOf(m_path) != content, saved);
     // A document that calls itself clean stays marked while nothing was written.
     if (message == "errorMessage")
         QVERIFY(!document->isModified() && m_window->isWindowModified()
@@ -142,14 +140,9 @@ void tst_MainWindow::revert()
         document->modify();
     makeFile(s("a.fake"), onDisk);
     trigger("revertAction");
-    QMessageBox *prompt = box("revertPrompt");
-    QCOMPARE(prompt != nullptr, modified);
-    if (prompt) {
-        const auto buttons = prompt->buttons();
-        for (QAbstractButton *button : buttons)
-            if ((prompt->buttonRole(button) == QMessageBox::RejectRole) == cancelled)
-                button->click();
-    }
+    QCOMPARE(box("revertPrompt") != nullptr, modified);
+    if (modified)
+        answer("revertPrompt", !cancelled);
     QTRY_VERIFY(!box("revertPrompt"));
     QCoreApplication::processEvents();
     QCOMPARE(old.isNull(), fresh);

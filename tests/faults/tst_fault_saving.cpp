@@ -436,13 +436,9 @@ void TestFaultSaving::save()
         const QByteArray bytes = row.newSize > 0 ? documentOf(row.newSize) : QByteArray();
         const Log log;
         QString error;
-        bool saved = false;
-        if (row.sizeLimit > 0) {
-            const FileSizeLimit limit(row.sizeLimit);
-            saved = saveFile(path, bytes, &error);
-        } else {
-            saved = saveFile(path, bytes, &error);
-        }
+        if (row.sizeLimit > 0)
+            limitFileSize(row.sizeLimit);
+        const bool saved = saveFile(path, bytes, &error);
         if (saved != row.saved)
             return QStringLiteral("saved is %1: %2").arg(saved).arg(error);
         if (saved && (!log.lines().isEmpty() || contentsOf(path) != bytes))
