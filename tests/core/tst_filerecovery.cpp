@@ -33,7 +33,6 @@ private slots:
     void offerInAnotherPlace_data();
     void offerInAnotherPlace();
     void severalCopies();
-    void restoreOverChanges_data();
     void restoreOverChanges();
     void recoveredFiles_data();
     void recoveredFiles();
@@ -261,28 +260,22 @@ void tst_FileRecovery::severalCopies()
     QVERIFY(contentOf(m_state + QLatin1Char('/') + copies().first()).endsWith("content of newer"));
 }
 
-void tst_FileRecovery::restoreOverChanges_data()
-{
-    QTest::addColumn<bool>("confirmed");
-    QTest::newRow("confirmed") << true;
-    QTest::newRow("cancelled") << false;
-}
-
 void tst_FileRecovery::restoreOverChanges()
 {
-    QFETCH(bool, confirmed);
     writeFile(m_path, "<fake id='1'/>");
     leaveCopy("content of kept", "x");
     QVERIFY(open());
     document()->modify("content of new work");
-    button("restoreButton")->click();
-    QTRY_VERIFY(box("restorePrompt"));
-    answer("restorePrompt", confirmed);
-    QTRY_VERIFY(!box("restorePrompt"));
-    QCoreApplication::processEvents();
-    QCOMPARE(document()->recoveryData(), confirmed ? QByteArray("content of kept") : QByteArray("content of new work"));
-    QVERIFY(m_window->isWindowModified());
-    QCOMPARE(bar("recoveryBar")->isVisible(), !confirmed);
+    for (const bool confirmed : { false, true }) {
+        button("restoreButton")->click();
+        QTRY_VERIFY(box("restorePrompt"));
+        answer("restorePrompt", confirmed);
+        QTRY_VERIFY(!box("restorePrompt"));
+        QCoreApplication::processEvents();
+        QCOMPARE(document()->recoveryData(), QByteArray(confirmed ? "content of kept" : "content of new work"));
+        QVERIFY(m_window->isWindowModified());
+        QCOMPARE(bar("recoveryBar")->isVisible(), !confirmed);
+    }
 }
 
 QDialog *tst_FileRecovery::openDialog()

@@ -39,8 +39,6 @@ private slots:
     void brokenPlugins();
     void screenshot();
     void timings();
-    void noQtPluginFromTheCurrentDirectory_data();
-    void noQtPluginFromTheCurrentDirectory();
 
 private:
     void start(QProcess *process, const QString &program, const QStringList &arguments) const;
@@ -130,6 +128,26 @@ void tst_Workbench::answers_data()
     // A pipe that had a reader when it was opened.
     row("messages that nobody takes", "mkfifo pipe && exec 3<> pipe && exec 2> pipe 3<&- && \"$@\" --save warns.fake",
         0, "");
+    // No plug-in comes from the current directory but where the program was told to look there.
+    const char *const none = "No plug-in edits files of this kind (text/plain).\n";
+    row("plug-in here", "eval $copied && $w $core --save a.fake", 1, none);
+    row("plug-in here, Qt told", "eval $copied && QT_PLUGIN_PATH=. $w $core --save a.fake", 1, none);
+    row("plug-in here, the loader told", "eval $copied && LD_LIBRARY_PATH=$LD_LIBRARY_PATH:. $w $core --save a.fake", 1,
+        none);
+    row("plug-in here, the program told", "eval $copied && $w $core --plugin-path=. --save a.fake", 0, "");
+    // Nor one of Qt's, which would leave a mark; the first row shows that it is one that Qt would load.
+    const auto intrusion = [&row](const char *name, const char *variable, const char *test = "test ! -e mark") {
+        const QString command = s("mkdir -p platforms elsewhere/platforms && cp $intruder platforms && "
+                                  "cp $intruder elsewhere/platforms && export INTRUDER_MARK=$PWD/mark && "
+                                  "%1 QT_QPA_PLATFORM='intruder;offscreen' \"$@\" --save a.fake 2> /dev/null && %2");
+        row(name, qPrintable(command.arg(s(variable), s(test))), 0, "");
+    };
+    intrusion("Qt's plug-in in a given place", "QT_PLUGIN_PATH=$PWD/elsewhere", "test -e mark");
+    intrusion("Qt's plug-in here, unset", "");
+    intrusion("Qt's plug-in here, an empty part", "QT_PLUGIN_PATH=:/usr");
+    intrusion("Qt's plug-in here, a dot beside a given place", "QT_PLUGIN_PATH=/usr:.");
+    intrusion("Qt's plug-in here, named in a roundabout way", "QT_PLUGIN_PATH=$PWD/../${PWD##*/}/");
+    intrusion("Qt's plug-in here, the platforms' own variable", "QT_QPA_PLATFORM_PLUGIN_PATH=platforms");
 }
 
 void tst_Workbench::answers()
@@ -142,6 +160,7 @@ void tst_Workbench::answers()
     makeFile(s("warns.fake"), R"(<fake save="instruction"/>)");
     m_current = m_dir->path();
     m_environment.insert(s("core"), plugins);
+    m_environment.insert(s("intruder"), s(EXTPOINT_BINARY_DIR "/tests/intruders/libIntruder.so"));
     // The copies have lost the way to what they link.
     m_environment.insert(s("copied"),
         s("export LD_LIBRARY_PATH=%1:%1/plugins:$LD_LIBRARY_PATH && mkdir -p plugins lib/extpoint/plugins && cp %2 . "
@@ -226,46 +245,6 @@ void tst_Workbench::timings()
     QVERIFY2(resident > 10 && resident < 4000, qPrintable(QString::number(resident)));
     // A run that is a job leaves no settings behind.
     QVERIFY(!QDir(m_dir->filePath(s("config/ExtPoint"))).exists());
-}
-
-void tst_Workbench::noQtPluginFromTheCurrentDirectory_data()
-{
-    QTest::addColumn<QString>("variable");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<bool>("loaded");
-
-    const auto row = [](const char *name, const char *variable, const char *value, bool loaded) {
-        QTest::newRow(name) << s(variable) << s(value) << loaded;
-    };
-    // That one shows that the library is one that Qt would load.
-    row("a given place", "QT_PLUGIN_PATH", "%elsewhere", true);
-    row("unset", "", "", false);
-    row("an empty part", "QT_PLUGIN_PATH", ":/usr", false);
-    row("a dot, beside a given place", "QT_PLUGIN_PATH", "/usr:.", false);
-    row("by its own name in a roundabout way", "QT_PLUGIN_PATH", "%current/../current/", false);
-    row("the platforms' own variable", "QT_QPA_PLATFORM_PLUGIN_PATH", "platforms", false);
-}
-
-void tst_Workbench::noQtPluginFromTheCurrentDirectory()
-{
-    QFETCH(QString, variable);
-    QFETCH(QString, value);
-    m_current = m_dir->filePath(s("current"));
-    const QString elsewhere = m_dir->filePath(s("elsewhere"));
-    for (const QString &place : { m_current, elsewhere }) {
-        QVERIFY(QDir().mkpath(place + s("/platforms")));
-        QVERIFY(QFile::copy(QStringLiteral(EXTPOINT_BINARY_DIR "/tests/intruders/libIntruder.so"),
-            place + s("/platforms/libintruder.so")));
-    }
-    value.replace(s("%current"), m_current).replace(s("%elsewhere"), elsewhere);
-    if (!variable.isEmpty())
-        m_environment.insert(variable, value);
-    const QString mark = m_dir->filePath(s("mark"));
-    m_environment.insert(s("INTRUDER_MARK"), mark);
-    m_environment.insert(s("QT_QPA_PLATFORM"), s("intruder;offscreen"));
-    const QString file = makeFile(s("a.fake"));
-    QCOMPARE(run(withPlugins({ s("--save"), file })).code, 0);
-    QTEST(QFile::exists(mark), "loaded");
 }
 
 QTEST_GUILESS_MAIN(tst_Workbench)

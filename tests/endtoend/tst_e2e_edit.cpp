@@ -39,7 +39,6 @@ private slots:
     void init();
     void cleanup() { finish(); }
     void changeIsSaved();
-    void closingAsks();
     void revert();
     void notWritten_data();
     void notWritten();
@@ -118,21 +117,6 @@ void tst_E2eEdit::changeIsSaved()
     STEP(click(Place::row(s("defintionTree"), { s("saltmere.chartdesk"), s("Projections") })));
     EVENTUALLY(lines("basicInfo").contains(s("id = saltmere.chart.grid")), true);
     STEP(close());
-}
-
-void tst_E2eEdit::closingAsks()
-{
-    STEP(openSample());
-    STEP(renameFirstPoint());
-    STEP(key(s("ctrl+q")));
-    STEP(click(Place::button(s("savePrompt"), s("Cancel"))));
-    EVENTUALLY(dialogs(), noDialogs);
-    QVERIFY(isModified());
-    QCOMPARE(definition(), m_renamed);
-    STEP(key(s("alt+F4")));
-    STEP(click(Place::button(s("savePrompt"), s("Save"))));
-    STEP(ended());
-    QVERIFY(contentOf(m_file).contains("name=\"Sheets\""));
 }
 
 void tst_E2eEdit::revert()

@@ -1,9 +1,12 @@
-#include "probe/endtoendprobe.h"
-
 #include "probe/questions.h"
 
+#include "extensionsystem/iplugin.h"
+
 #include <QJsonDocument>
+#include <QLocalServer>
 #include <QLocalSocket>
+
+#include <memory>
 
 namespace {
 
@@ -18,7 +21,25 @@ QJsonObject answerTo(const QJsonObject &request)
 
 } // namespace
 
-EndToEndProbe::~EndToEndProbe() = default;
+/// Tells the end-to-end tests, from inside the running workbench, what its windows show and where: a JSON object per
+/// line in, one per line out, over the local socket that EXTPOINT_PROBE_SOCKET names. It only looks; whatever changes
+/// comes from the pointer and the keys. It knows the editor by object names alone, like any other plug-in of the host.
+class EndToEndProbe final : public ExtensionSystem::IPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID EXTENSIONSYSTEM_PLUGIN_IID FILE "endtoendprobe.json")
+
+public:
+    bool initialize(const QStringList &arguments, QString *errorString) override;
+    void extensionsInitialized() override { }
+    void aboutToShutdown() override;
+
+private:
+    void serve();
+    void answer(QLocalSocket *client);
+
+    std::unique_ptr<QLocalServer> m_server;
+};
 
 bool EndToEndProbe::initialize(const QStringList & /*arguments*/, QString *errorString)
 {
@@ -29,8 +50,6 @@ bool EndToEndProbe::initialize(const QStringList & /*arguments*/, QString *error
         *errorString = m_server->errorString();
     return listens;
 }
-
-void EndToEndProbe::extensionsInitialized() { }
 
 void EndToEndProbe::aboutToShutdown()
 {
@@ -54,3 +73,5 @@ void EndToEndProbe::answer(QLocalSocket *client)
         client->flush();
     }
 }
+
+#include "endtoendprobe.moc"
