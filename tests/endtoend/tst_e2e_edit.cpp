@@ -63,8 +63,6 @@ private:
 
 void tst_E2eEdit::initTestCase()
 {
-    // A shell that runs the tests in the background has them, and what they start, ignore it.
-    std::signal(SIGINT, SIG_DFL);
     m_renamed = m_definition;
     m_renamed.replaceInStrings(s("Chart layers"), s("Sheets"));
 }
