@@ -94,6 +94,12 @@ void tst_FileRecovery::copyComesAndGoes()
     }
     QTest::qWait(100);
     QCOMPARE(copies().size(), kept ? 1 : 0);
+    if (end == s("saveAction")) {
+        // What is changed from now on is kept with the file as it was saved.
+        document->modify("content of mine, later still");
+        QTRY_COMPARE(copies().size(), 1);
+        QVERIFY(contentOf(m_state + QLatin1Char('/') + copies().first()).contains(DiskState::of(m_path).hash));
+    }
     if (end == s("end at once"))
         QVERIFY(contentOf(m_state + QLatin1Char('/') + copies().first()).endsWith("content of mine"));
 }

@@ -24,15 +24,17 @@ using Core::RecoveryStore;
 
 namespace {
 
-bool interruptsWriting = false;
+/// So many writes to come are interrupted by a signal.
+int interruptions = 0;
 
 } // namespace
 
 /// Stands before the system's.
 extern "C" Q_DECL_EXPORT ssize_t write(int descriptor, const void *bytes, size_t size)
 {
-    if (!interruptsWriting)
+    if (interruptions == 0)
         return ::syscall(SYS_write, descriptor, bytes, size);
+    --interruptions;
     errno = EINTR;
     return -1;
 }
@@ -209,6 +211,7 @@ void tst_RecoveryStore::replacedAtOnce()
     QVERIFY(open.open(QIODevice::ReadOnly));
     // Left behind by a process of the same number that was killed while it wrote.
     writeFile(file() + s(".unfinished"), "half");
+    interruptions = 3;
     QVERIFY2(store.write(key, "hash", "second", &m_error), qPrintable(m_error));
     QVERIFY(open.readAll().endsWith("first"));
     QVERIFY(contentOf(file()).endsWith("\nsecond"));
@@ -246,9 +249,9 @@ void tst_RecoveryStore::writeFails()
         QVERIFY(QFile::link(elsewhere, m_path));
     else
         QVERIFY(store.write(key, "hash", "earlier", &m_error));
-    interruptsWriting = inThePlace == s("copy");
+    interruptions = inThePlace == s("copy") ? 1'000'000 : 0;
     const bool written = store.write(key, "hash", "data", &m_error);
-    interruptsWriting = false;
+    interruptions = 0;
     QVERIFY(!written);
     QVERIFY2(m_error.startsWith(m_path) && m_error.contains(reason), qPrintable(m_error));
     QVERIFY(QDir(elsewhere).isEmpty());

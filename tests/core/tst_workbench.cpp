@@ -235,8 +235,7 @@ void tst_Workbench::timings()
     const Result result = run(withPlugins({ s("--timings"), path }));
     QCOMPARE(result.code, 0);
     const QJsonObject figures = QJsonDocument::fromJson(result.output.toUtf8()).object();
-    QStringList keys = figures.keys();
-    QCOMPARE(keys, (QStringList { s("longest_stall_ms"), s("open_ms"), s("rss_mb"), s("scan_ms") }));
+    QCOMPARE(figures.keys(), (QStringList { s("longest_stall_ms"), s("open_ms"), s("rss_mb"), s("scan_ms") }));
     QVERIFY(figures.value(s("open_ms")).toDouble() > 0);
     // The work began while the file was opened.
     QVERIFY(figures.value(s("open_ms")).toDouble() + figures.value(s("scan_ms")).toDouble() > 280);

@@ -35,7 +35,6 @@ class tst_E2eEdit : public QObject, private WorkbenchDriver
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void init();
     void cleanup() { finish(); }
     void changeIsSaved();
@@ -55,17 +54,11 @@ private:
 
     const QStringList m_definition = expectedLines("chartdesk-definition.txt");
     const QStringList m_realization = expectedLines("chartdesk-realization.txt");
-    QStringList m_renamed;
+    const QStringList m_renamed = QStringList(m_definition).replaceInStrings(s("Chart layers"), s("Sheets"));
     std::unique_ptr<Product> m_product;
     QString m_file;
     QByteArray m_original;
 };
-
-void tst_E2eEdit::initTestCase()
-{
-    m_renamed = m_definition;
-    m_renamed.replaceInStrings(s("Chart layers"), s("Sheets"));
-}
 
 void tst_E2eEdit::init()
 {
