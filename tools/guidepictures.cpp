@@ -2,7 +2,8 @@
 // each step: guidepictures DIRECTORY. It wants an X server with a window manager (tools/guide-pictures).
 
 #include "inputdevices.h"
-#include "realizationdesk.h"
+#include "product.h"
+#include "workbenchdriver.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -30,23 +31,14 @@ private:
 
     bool click(const Place &place) { return m_workbench.click(place); }
     bool drag(const Place &from, const Place &to) { return m_workbench.drag(from, to); }
-    bool choose(const Place &place, const QStringList &entries)
-    {
-        return m_workbench.chooseFromContextMenu(place, entries);
-    }
-    bool edit(const char *sheet, const char *row, const char *text)
-    {
-        return m_workbench.typeIntoSheet(s(sheet), s(row), s(text), s("Return"));
-    }
+    bool choose(const Place &place, const QStringList &entries) { return m_workbench.choose(place, entries); }
+    bool edit(const char *sheet, const char *row, const char *text) { return m_workbench.edit(sheet, row, s(text)); }
     bool editRecord(const char *row, const char *text) { return edit("propertyRealization", row, text); }
     bool rows(const char *table, int count)
     {
-        return m_workbench.waitFor(s(table) + s(": rows"), [=] { return m_workbench.table(s(table)).size() == count; });
+        return m_workbench.waitFor(s(table) + s(": rows"), [=] { return m_workbench.lines(table).size() == count; });
     }
-    bool unfold(const char *plugin)
-    {
-        return click(RealizationDesk::point({ s(plugin) })) && m_workbench.key(s("asterisk"));
-    }
+    bool unfold(const char *plugin) { return m_workbench.unfold(s(plugin)); }
     bool picture(const char *name);
 
     QString m_directory;
@@ -60,7 +52,7 @@ const Place newPoint = Place::row(s("defintionTree"), { 0, 0 });
 /// A point or sub point of the plug-in that has the window.
 Place shell(const char *name)
 {
-    return RealizationDesk::point({ s("saltmere.shell"), s("Commands"), s(name) });
+    return Place::point({ s("saltmere.shell"), s("Commands"), s(name) });
 }
 
 bool Guide::make()
@@ -84,14 +76,14 @@ bool Guide::picture(const char *name)
 bool Guide::prepare()
 {
     const QString product = m_workbench.program().homeDirectory() + s("/product/plugins");
-    copyDirectory(s(EXTPOINT_SOURCE_DIR "/samples/product/plugins"), product);
+    writeFiles(product, sampleFiles());
     m_file = product + s("/soundings/extension.xml");
     if (!QDir().mkpath(product + s("/soundings/images")))
         return false;
     writeFile(product + s("/soundings/images/buoy.svg"), contentOf(product + s("/chartdesk/images/buoy.svg")));
     writeFile(m_file, "<Plugin id=\"saltmere.soundings\" name=\"Soundings\"/>\n");
     return m_workbench.open(m_file) && m_workbench.chooseFromMenu(s("View"), s("Plug-ins"))
-        && click(Place::tab(s("tabWidget"), s("ExtPointEdit")));
+        && m_workbench.definitionPage();
 }
 
 bool Guide::declarePoint()
@@ -120,45 +112,43 @@ bool Guide::declareSubPoint()
 bool Guide::makeRecords()
 {
     const QVariantList sounders { s("saltmere.soundings"), s("Echo sounders") };
-    return click(Place::tab(s("tabWidget"), s("RealizationExit"))) && unfold("saltmere.soundings")
-        && m_workbench.dragToWhatAppears(RealizationDesk::point(sounders), RealizationDesk::table())
-        && rows("realizTable", 1) && editRecord("id", "soundings.harbour") && editRecord("text", "Harbour")
-        && picture("record");
+    return m_workbench.realizationPage() && unfold("saltmere.soundings")
+        && m_workbench.dragToWhatAppears(Place::point(sounders), Place::table()) && rows("realizTable", 1)
+        && editRecord("id", "soundings.harbour") && editRecord("text", "Harbour") && picture("record");
 }
 
 bool Guide::makeMenus()
 {
     constexpr int RightButton = 3;
-    const Place root = RealizationDesk::entry({ 0 });
+    const Place root = Place::entry({ 0 });
     const auto showFormat = [this] {
         return m_workbench.waitFor(s("the new tab"), [this] {
-            return m_workbench.tabs(s("formatTab")).contains(s("soundings.window"));
+            return m_workbench.lines("formatTab").contains(s("soundings.window"));
         }) && click(Place::tab(s("formatTab"), s("soundings.window")));
     };
-    return unfold("saltmere.shell") && m_workbench.dragToWhatAppears(shell("Action"), RealizationDesk::table())
+    return unfold("saltmere.shell") && m_workbench.dragToWhatAppears(shell("Action"), Place::table())
         && rows("realizTable", 1) && editRecord("id", "soundings.show") && editRecord("text", "Show soundings")
-        && editRecord("icon", "images/buoy.svg")
-        && m_workbench.dragToWhatAppears(shell("Action"), RealizationDesk::table()) && rows("realizTable", 2)
-        && editRecord("id", "soundings.sweep") && editRecord("text", "Sweep")
-        && m_workbench.dragToWhatAppears(shell("Format"), RealizationDesk::table())
-        && editRecord("id", "soundings.window") && showFormat() && m_workbench.click(root, RightButton)
-        && click(Place::menuEntry(s("Child Type"))) && picture("child-type") && click(Place::menuEntry(s("menubar")))
-        && choose(RealizationDesk::entry({ 0, 0 }), { s("Child Type"), s("menu") })
-        && editRecord("id", "soundings.menu") && editRecord("text", "Soundings") && click(shell("Action"))
-        && rows("realizTable", 2) && drag(RealizationDesk::record(0), RealizationDesk::entry({ 0, 0, 0 }))
-        && drag(RealizationDesk::record(1), RealizationDesk::entry({ 0, 0, 0 })) && picture("menu-bar");
+        && editRecord("icon", "images/buoy.svg") && m_workbench.dragToWhatAppears(shell("Action"), Place::table())
+        && rows("realizTable", 2) && editRecord("id", "soundings.sweep") && editRecord("text", "Sweep")
+        && m_workbench.dragToWhatAppears(shell("Format"), Place::table()) && editRecord("id", "soundings.window")
+        && showFormat() && m_workbench.click(root, RightButton) && click(Place::menuEntry(s("Child Type")))
+        && picture("child-type") && click(Place::menuEntry(s("menubar")))
+        && choose(Place::entry({ 0, 0 }), { s("Child Type"), s("menu") }) && editRecord("id", "soundings.menu")
+        && editRecord("text", "Soundings") && click(shell("Action")) && rows("realizTable", 2)
+        && drag(Place::record(0), Place::entry({ 0, 0, 0 })) && drag(Place::record(1), Place::entry({ 0, 0, 0 }))
+        && picture("menu-bar");
 }
 
 bool Guide::contribute()
 {
     const QVariantList extras { 0, s("MenuBar"), s("shell.menu.extras") };
     return click(Place::tab(s("formatTab"), s("What the product opens with")))
-        && drag(RealizationDesk::record(1), RealizationDesk::entry(extras)) && picture("contribution");
+        && drag(Place::record(1), Place::entry(extras)) && picture("contribution");
 }
 
 bool Guide::addMeta()
 {
-    return choose(RealizationDesk::record(1), { s("Meta") }) && click(Place::button(s("MetaDialog"), s("Add")))
+    return choose(Place::record(1), { s("Meta") }) && click(Place::button(s("MetaDialog"), s("Add")))
         && rows("tableWidget", 1) && edit("metaProperty", "key", "since") && edit("metaProperty", "value", "1.4")
         && picture("meta") && click(Place::button(s("MetaDialog"), s("Close")))
         && m_workbench.waitFor(s("the dialog to close"), [this] { return m_workbench.dialogs().isEmpty(); });
@@ -166,8 +156,7 @@ bool Guide::addMeta()
 
 bool Guide::saveAll()
 {
-    const bool saved = m_workbench.key(s("ctrl+s"))
-        && m_workbench.waitFor(s("the save"), [this] { return !m_workbench.isModified(); }) && m_workbench.close();
+    const bool saved = m_workbench.save() && m_workbench.close();
     QTextStream(stdout) << contentOf(m_file);
     return saved;
 }

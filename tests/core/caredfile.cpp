@@ -6,7 +6,6 @@
 
 #include <QAction>
 #include <QDir>
-#include <QFile>
 #include <QLabel>
 #include <QTest>
 
@@ -14,32 +13,6 @@ using Core::EditorManager;
 using Core::MainWindow;
 using Core::RecoveryStore;
 using ExtensionSystem::PluginManager;
-
-QString s(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-}
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("%s cannot be written", qPrintable(path));
-}
-
-void replaceFile(const QString &path, const QByteArray &content)
-{
-    const QString beside = path + QStringLiteral(".new");
-    writeFile(beside, content);
-    if (::rename(QFile::encodeName(beside).constData(), QFile::encodeName(path).constData()) != 0)
-        qFatal("%s cannot be replaced", qPrintable(path));
-}
 
 void CaredFile::setUp()
 {

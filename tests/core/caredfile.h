@@ -3,6 +3,7 @@
 #include "core/fakeeditor.h"
 #include "core/mainwindow.h"
 #include "extensionsystem/pluginmanager.h"
+#include "files.h"
 
 #include <QDir>
 #include <QMessageBox>
@@ -15,14 +16,6 @@
 constexpr int SettleTime = 50; // milliseconds
 /// Long enough that a change would have been noticed.
 constexpr int LongEnough = 6 * SettleTime;
-
-QString s(const char *text);
-/// The whole content, "unreadable" where there is none, and the other way round, which aborts the test program when it
-/// doesn't work.
-QByteArray contentOf(const QString &path);
-void writeFile(const QString &path, const QByteArray &content);
-/// As a careful program saves: nobody sees a half.
-void replaceFile(const QString &path, const QByteArray &content);
 
 /// A window that looks after a file "a.fake" and keeps recovery copies, all in a temporary directory of its own, and
 /// with short waits. What the tests of both have in common.

@@ -166,7 +166,6 @@ void registerFakeMimeTypes()
             <sub-class-of type="application/x-fake"/><glob pattern="*.child"/></mime-type>
           <mime-type type="application/x-fake-grandchild">
             <sub-class-of type="application/x-fake-child"/><glob pattern="*.grandchild"/></mime-type>
-          <mime-type type="application/x-plain"><glob pattern="*.plain"/></mime-type>
         </mime-info>)");
     QBuffer buffer(&document);
     buffer.open(QIODevice::ReadOnly);

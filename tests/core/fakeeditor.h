@@ -85,6 +85,6 @@ public:
     bool deletesWidget = false;
 };
 
-/// Registers application/x-fake ("*.fake"), its derived types application/x-fake-child ("*.child") and
-/// application/x-fake-grandchild ("*.grandchild"), and application/x-plain ("*.plain"), no XML.
+/// Registers application/x-fake ("*.fake") and its derived types application/x-fake-child ("*.child") and
+/// application/x-fake-grandchild ("*.grandchild").
 void registerFakeMimeTypes();

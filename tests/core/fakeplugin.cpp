@@ -1,13 +1,20 @@
-#include "core/fakeplugin.h"
-
 #include "core/fakeeditor.h"
 
-bool FakePlugin::initialize(const QStringList &arguments, QString *errorString)
-{
-    Q_UNUSED(arguments)
-    Q_UNUSED(errorString)
-    addAutoReleasedObject(new FakeFactory);
-    return true;
-}
+#include "extensionsystem/iplugin.h"
 
-void FakePlugin::extensionsInitialized() { }
+/// Brings the FakeFactory into the real program.
+class FakePlugin final : public ExtensionSystem::IPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID EXTENSIONSYSTEM_PLUGIN_IID FILE "fakeplugin.json")
+
+public:
+    bool initialize(const QStringList & /*arguments*/, QString * /*errorString*/) override
+    {
+        addAutoReleasedObject(new FakeFactory);
+        return true;
+    }
+    void extensionsInitialized() override { }
+};
+
+#include "fakeplugin.moc"

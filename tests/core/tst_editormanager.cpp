@@ -1,6 +1,7 @@
 #include "core/editormanager.h"
 #include "core/fakeeditor.h"
 #include "extensionsystem/pluginmanager.h"
+#include "files.h"
 
 #include <QApplication>
 #include <QDir>
@@ -53,9 +54,6 @@ private:
 void tst_EditorManager::init()
 {
     m_dir = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_dir->isValid());
-    // The unprivileged rows must reach the files.
-    QVERIFY(::chmod(QFile::encodeName(m_dir->path()).constData(), 0755) == 0);
     m_plugins = std::make_unique<PluginManager>();
     m_factory = std::make_unique<FakeFactory>();
     PluginManager::addObject(m_factory.get());
@@ -73,16 +71,13 @@ void tst_EditorManager::cleanup()
 
 QString tst_EditorManager::makeFile(const QString &name, const QByteArray &content)
 {
-    const QString path = m_dir->filePath(name);
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("%s cannot be written", qPrintable(path));
-    return path;
+    writeFile(m_dir->filePath(name), content);
+    return m_dir->filePath(name);
 }
 
 FakeDocument *tst_EditorManager::openDocument(const QByteArray &content)
 {
-    const OpenOutcome outcome = m_manager->open(makeFile(QStringLiteral("a.fake"), content));
+    const OpenOutcome outcome = m_manager->open(makeFile(s("a.fake"), content));
     return outcome.editor ? qobject_cast<FakeDocument *>(outcome.editor->document()) : nullptr;
 }
 
@@ -92,9 +87,9 @@ void tst_EditorManager::routing_data()
     QTest::addColumn<QString>("file");
     QTest::addColumn<int>("expected");
 
-    const QString fake = QStringLiteral("application/x-fake");
-    const QString child = QStringLiteral("application/x-fake-child");
-    const QString xml = QStringLiteral("text/xml");
+    const QString fake = s("application/x-fake");
+    const QString child = s("application/x-fake-child");
+    const QString xml = s("text/xml");
     QTest::newRow("exact before parent") << QStringList { xml, fake, child } << "a.child" << 2;
     QTest::newRow("nearest ancestor") << QStringList { xml, fake, child } << "a.grandchild" << 2;
     QTest::newRow("first of equals") << QStringList { fake, fake } << "a.fake" << 0;
@@ -117,7 +112,7 @@ void tst_EditorManager::routing()
     QCOMPARE(m_manager->factoryFor(path), wanted);
     const OpenOutcome outcome = m_manager->open(path);
     QCOMPARE(outcome.editor != nullptr, expected >= 0);
-    QCOMPARE(outcome.error.contains(QLatin1String("application/x-fake")), expected < 0);
+    QCOMPARE(outcome.error.contains(s("application/x-fake")), expected < 0);
 }
 
 void tst_EditorManager::openFailure_data()
@@ -127,7 +122,7 @@ void tst_EditorManager::openFailure_data()
     QTest::addColumn<QString>("reason");
 
     const auto row = [](const char *name, const char *kind, const char *content, const char *reason) {
-        QTest::newRow(name) << QString::fromLatin1(kind) << QByteArray(content) << QString::fromLatin1(reason);
+        QTest::newRow(name) << s(kind) << QByteArray(content) << s(reason);
     };
     row("missing", "none", "", "The file does not exist.");
     row("directory", "directory", "", "This is a directory, not a file.");
@@ -142,13 +137,13 @@ void tst_EditorManager::openFailure()
     QFETCH(QString, kind);
     QFETCH(QByteArray, content);
     QFETCH(QString, reason);
-    const QString path = m_dir->filePath(QStringLiteral("a.fake"));
-    if (kind == QLatin1String("directory"))
+    const QString path = m_dir->filePath(s("a.fake"));
+    if (kind == s("directory"))
         QVERIFY(QDir().mkdir(path));
-    else if (kind == QLatin1String("pipe"))
+    else if (kind == s("pipe"))
         QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
-    else if (kind == QLatin1String("file"))
-        makeFile(QStringLiteral("a.fake"), content);
+    else if (kind == s("file"))
+        makeFile(s("a.fake"), content);
     const QSignalSpy opened(m_manager.get(), &EditorManager::opened);
     const OpenOutcome outcome = m_manager->open(path);
     QVERIFY(!outcome.editor);
@@ -166,8 +161,7 @@ void tst_EditorManager::saveContract_data()
     QTest::addColumn<QString>("warning");
 
     const auto row = [](const char *mode, bool written, const char *error, const char *warning = "") {
-        QTest::newRow(mode) << QString::fromLatin1(mode) << written << QString::fromLatin1(error)
-                            << QString::fromLatin1(warning);
+        QTest::newRow(mode) << s(mode) << written << s(error) << s(warning);
     };
     row("replace", true, "");
     row("inplace", true, "");
@@ -192,9 +186,9 @@ void tst_EditorManager::saveContract()
     QVERIFY(document);
     document->setSaveMode(mode);
     const QString path = document->filePath().toString();
-    if (mode == QLatin1String("directory removed"))
+    if (mode == s("directory removed"))
         QVERIFY(QDir(m_dir->path()).removeRecursively());
-    else if (mode == QLatin1String("file removed"))
+    else if (mode == s("file removed"))
         QVERIFY(QFile::remove(path));
     Core::IEditor *editor = m_manager->editors().front();
     document->modify();

@@ -33,7 +33,6 @@ private slots:
     void offerInAnotherPlace_data();
     void offerInAnotherPlace();
     void severalCopies();
-    void restoreOverChanges_data();
     void restoreOverChanges();
     void recoveredFiles_data();
     void recoveredFiles();
@@ -95,6 +94,12 @@ void tst_FileRecovery::copyComesAndGoes()
     }
     QTest::qWait(100);
     QCOMPARE(copies().size(), kept ? 1 : 0);
+    if (end == s("saveAction")) {
+        // What is changed from now on is kept with the file as it was saved.
+        document->modify("content of mine, later still");
+        QTRY_COMPARE(copies().size(), 1);
+        QVERIFY(contentOf(m_state + QLatin1Char('/') + copies().first()).contains(DiskState::of(m_path).hash));
+    }
     if (end == s("end at once"))
         QVERIFY(contentOf(m_state + QLatin1Char('/') + copies().first()).endsWith("content of mine"));
 }
@@ -261,28 +266,22 @@ void tst_FileRecovery::severalCopies()
     QVERIFY(contentOf(m_state + QLatin1Char('/') + copies().first()).endsWith("content of newer"));
 }
 
-void tst_FileRecovery::restoreOverChanges_data()
-{
-    QTest::addColumn<bool>("confirmed");
-    QTest::newRow("confirmed") << true;
-    QTest::newRow("cancelled") << false;
-}
-
 void tst_FileRecovery::restoreOverChanges()
 {
-    QFETCH(bool, confirmed);
     writeFile(m_path, "<fake id='1'/>");
     leaveCopy("content of kept", "x");
     QVERIFY(open());
     document()->modify("content of new work");
-    button("restoreButton")->click();
-    QTRY_VERIFY(box("restorePrompt"));
-    answer("restorePrompt", confirmed);
-    QTRY_VERIFY(!box("restorePrompt"));
-    QCoreApplication::processEvents();
-    QCOMPARE(document()->recoveryData(), confirmed ? QByteArray("content of kept") : QByteArray("content of new work"));
-    QVERIFY(m_window->isWindowModified());
-    QCOMPARE(bar("recoveryBar")->isVisible(), !confirmed);
+    for (const bool confirmed : { false, true }) {
+        button("restoreButton")->click();
+        QTRY_VERIFY(box("restorePrompt"));
+        answer("restorePrompt", confirmed);
+        // It is asked again only once the prompt has gone for good.
+        QTRY_VERIFY(!m_window->findChild<QMessageBox *>(s("restorePrompt")));
+        QCOMPARE(document()->recoveryData(), QByteArray(confirmed ? "content of kept" : "content of new work"));
+        QVERIFY(m_window->isWindowModified());
+        QCOMPARE(bar("recoveryBar")->isVisible(), !confirmed);
+    }
 }
 
 QDialog *tst_FileRecovery::openDialog()

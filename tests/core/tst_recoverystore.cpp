@@ -1,8 +1,8 @@
 #include "core/processidentity.h"
 #include "core/recoverystore.h"
+#include "files.h"
 
 #include <QDir>
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -24,40 +24,29 @@ using Core::RecoveryStore;
 
 namespace {
 
-bool interruptsWriting = false;
+/// So many writes to come are interrupted by a signal.
+int interruptions = 0;
 
 } // namespace
 
 /// Stands before the system's.
 extern "C" Q_DECL_EXPORT ssize_t write(int descriptor, const void *bytes, size_t size)
 {
-    if (!interruptsWriting)
+    if (interruptions == 0)
         return ::syscall(SYS_write, descriptor, bytes, size);
+    --interruptions;
     errno = EINTR;
     return -1;
 }
 
 namespace {
 
-const Core::RecoveryKey key = RecoveryStore::keyOf(QStringLiteral("/nowhere/extension.xml"));
+const Core::RecoveryKey key = RecoveryStore::keyOf(s("/nowhere/extension.xml"));
 
 unsigned modeOf(const QString &path)
 {
     struct stat data = {};
     return ::lstat(QFile::encodeName(path).constData(), &data) == 0 ? data.st_mode & 07777u : 0;
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-}
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("%s cannot be written", qPrintable(path));
 }
 
 } // namespace
@@ -92,7 +81,7 @@ private:
 void tst_RecoveryStore::init()
 {
     m_dir = std::make_unique<QTemporaryDir>();
-    m_path = m_dir->filePath(QStringLiteral("state/recovery"));
+    m_path = m_dir->filePath(s("state/recovery"));
     m_error.clear();
 }
 
@@ -113,15 +102,15 @@ void tst_RecoveryStore::changeHeader(const QString &name, const QString &value) 
 
 void tst_RecoveryStore::keys()
 {
-    const QString path = m_dir->filePath(QStringLiteral("a.xml"));
+    const QString path = m_dir->filePath(s("a.xml"));
     const QByteArray missing = RecoveryStore::keyOf(path).hash;
     writeFile(path, "x");
-    const QString link = m_dir->filePath(QStringLiteral("link.xml"));
+    const QString link = m_dir->filePath(s("link.xml"));
     QVERIFY(QFile::link(path, link));
     QCOMPARE(RecoveryStore::keyOf(path).hash, missing);
     QCOMPARE(RecoveryStore::keyOf(link).hash, missing);
-    QCOMPARE(RecoveryStore::keyOf(m_dir->filePath(QStringLiteral("./b/../a.xml"))).hash, missing);
-    QVERIFY(RecoveryStore::keyOf(m_dir->filePath(QStringLiteral("b.xml"))).hash != missing);
+    QCOMPARE(RecoveryStore::keyOf(m_dir->filePath(s("./b/../a.xml"))).hash, missing);
+    QVERIFY(RecoveryStore::keyOf(m_dir->filePath(s("b.xml"))).hash != missing);
 }
 
 void tst_RecoveryStore::rights()
@@ -145,19 +134,19 @@ void tst_RecoveryStore::offered_data()
     QTest::addColumn<bool>("damaged");
 
     const auto row = [](const char *name, const char *field, const QString &value, bool offered, bool damaged = false) {
-        QTest::newRow(name) << QString::fromLatin1(field) << value << offered << damaged;
+        QTest::newRow(name) << s(field) << value << offered << damaged;
     };
     const ProcessIdentity self = ProcessIdentity::current();
     QVERIFY(self.start > 0 && !self.boot.isEmpty() && self.isAlive());
     row("of this process", "pid", QString::number(self.pid), false);
-    row("of a process that is gone", "pid", QStringLiteral("ended"), true);
-    row("of a process that nobody has waited for", "pid", QStringLiteral("zombie"), true);
+    row("of a process that is gone", "pid", s("ended"), true);
+    row("of a process that nobody has waited for", "pid", s("zombie"), true);
     row("of an earlier process of the same number", "start", QString::number(self.start - 1), true);
-    row("of another boot", "boot", QStringLiteral("another"), true);
-    row("of another user's process", "pid", QStringLiteral("1"), false);
+    row("of another boot", "boot", s("another"), true);
+    row("of another user's process", "pid", s("1"), false);
     row("of nobody", "pid", QString(), true);
     row("of another file", "file", QString::fromLatin1(key.hash.toUpper()), false, true);
-    row("with another check sum", "sha256", QStringLiteral("00"), false, true);
+    row("with another check sum", "sha256", s("00"), false, true);
     row("without a time", "time", QString(), false, true);
     row("without a header", "", QString(), false, true);
 }
@@ -173,30 +162,29 @@ void tst_RecoveryStore::offered()
 
     QProcess child;
     pid_t zombie = 0;
-    if (value == QLatin1String("zombie")) {
+    if (value == s("zombie")) {
         zombie = ::fork();
         if (zombie == 0)
             ::_exit(0);
         siginfo_t info = {};
         QVERIFY(::waitid(P_PID, id_t(zombie), &info, WEXITED | WNOWAIT) == 0);
         value = QString::number(zombie);
-    } else if (value == QLatin1String("ended")) {
-        child.start(QStringLiteral("true"), QStringList());
+    } else if (value == s("ended")) {
+        child.start(s("true"), QStringList());
         QVERIFY(child.waitForStarted());
         value = QString::number(child.processId());
         QVERIFY(child.waitForFinished());
     }
     // The start belongs to the process; without one the number alone is compared.
-    if (field == QLatin1String("pid") && value != QString::number(ProcessIdentity::current().pid))
-        changeHeader(QStringLiteral("start"), QString());
+    if (field == s("pid") && value != QString::number(ProcessIdentity::current().pid))
+        changeHeader(s("start"), QString());
     if (field.isEmpty())
         writeFile(file(), "no header\ndata");
     else
         changeHeader(field, value);
     if (damaged) {
-        changeHeader(QStringLiteral("boot"), QStringLiteral("another"));
-        QTest::ignoreMessage(
-            QtWarningMsg, QRegularExpression(QRegularExpression::escape(file()) + QStringLiteral(".*damaged")));
+        changeHeader(s("boot"), s("another"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QRegularExpression::escape(file()) + s(".*damaged")));
     }
 
     const std::vector<RecoveryCopy> copies = store.abandoned(key);
@@ -206,7 +194,7 @@ void tst_RecoveryStore::offered()
     const std::vector<RecoveryCopy> listed = store.abandoned();
     QCOMPARE(listed.size(), std::size_t(offered || damaged ? 1 : 0));
     QVERIFY(listed.empty() || (listed.front().damaged == damaged && listed.front().key.hash == key.hash));
-    QVERIFY(store.abandoned(RecoveryStore::keyOf(QStringLiteral("/another"))).empty());
+    QVERIFY(store.abandoned(RecoveryStore::keyOf(s("/another"))).empty());
     if (offered) {
         QCOMPARE(copies.front().originalHash, QByteArray("hash"));
         QCOMPARE(copies.front().data, QByteArray("da\0ta\n", 6));
@@ -222,14 +210,14 @@ void tst_RecoveryStore::replacedAtOnce()
     QFile open(file());
     QVERIFY(open.open(QIODevice::ReadOnly));
     // Left behind by a process of the same number that was killed while it wrote.
-    writeFile(file() + QStringLiteral(".unfinished"), "half");
+    writeFile(file() + s(".unfinished"), "half");
+    interruptions = 3;
     QVERIFY2(store.write(key, "hash", "second", &m_error), qPrintable(m_error));
     QVERIFY(open.readAll().endsWith("first"));
     QVERIFY(contentOf(file()).endsWith("\nsecond"));
 
     // Of a process that nobody will come after, unlike the one that still writes.
-    const QString others
-        = m_path + QLatin1Char('/') + QString::fromLatin1(key.hash) + QStringLiteral("-%1.recovery.unfinished");
+    const QString others = m_path + QLatin1Char('/') + QString::fromLatin1(key.hash) + s("-%1.recovery.unfinished");
     writeFile(others.arg(2'000'000'000), "half");
     writeFile(others.arg(1), "half");
     QVERIFY(store.abandoned(key).empty());
@@ -240,40 +228,37 @@ void tst_RecoveryStore::replacedAtOnce()
 
 void tst_RecoveryStore::writeFails_data()
 {
-    QTest::addColumn<QByteArray>("reason");
+    QTest::addColumn<QString>("inThePlace");
+    QTest::addColumn<QString>("reason");
 
-    QTest::newRow("a file in the place of the directory") << QByteArray("Permission denied");
-    QTest::newRow("a link in the place of the directory") << QByteArray("Permission denied");
-    QTest::newRow("interrupted for ever") << QByteArray("Interrupted");
+    QTest::newRow("a file in the place of the directory") << s("file") << s("Permission denied");
+    QTest::newRow("a link in the place of the directory") << s("link") << s("Permission denied");
+    QTest::newRow("interrupted for ever") << s("copy") << s("Interrupted");
 }
 
 void tst_RecoveryStore::writeFails()
 {
-    QFETCH(QByteArray, reason);
-    const QByteArray what = QTest::currentDataTag();
+    QFETCH(QString, inThePlace);
+    QFETCH(QString, reason);
     const RecoveryStore store(m_path);
-    QVERIFY(QDir().mkpath(QFileInfo(m_path).path()));
-    QVERIFY(::chmod(QFile::encodeName(m_dir->path()).constData(), 0777) == 0);
-    bool written = false;
-    if (what.startsWith("a file")) {
+    const QString elsewhere = m_dir->filePath(s("elsewhere"));
+    QVERIFY(QDir().mkpath(QFileInfo(m_path).path()) && QDir().mkdir(elsewhere));
+    if (inThePlace == s("file"))
         writeFile(m_path, "mine");
-        written = store.write(key, "hash", "data", &m_error);
-        QCOMPARE(contentOf(m_path), QByteArray("mine"));
-    } else if (what.startsWith("a link")) {
-        const QString elsewhere = m_dir->filePath(QStringLiteral("elsewhere"));
-        QVERIFY(QDir().mkdir(elsewhere) && QFile::link(elsewhere, m_path));
-        written = store.write(key, "hash", "data", &m_error);
-        QVERIFY(QDir(elsewhere).isEmpty());
-    } else {
+    else if (inThePlace == s("link"))
+        QVERIFY(QFile::link(elsewhere, m_path));
+    else
         QVERIFY(store.write(key, "hash", "earlier", &m_error));
-        interruptsWriting = true;
-        written = store.write(key, "hash", "data", &m_error);
-        interruptsWriting = false;
-        QVERIFY(contentOf(file()).endsWith("earlier"));
-    }
+    interruptions = inThePlace == s("copy") ? 1'000'000 : 0;
+    const bool written = store.write(key, "hash", "data", &m_error);
+    interruptions = 0;
     QVERIFY(!written);
-    QVERIFY2(m_error.contains(QString::fromLatin1(reason)), qPrintable(m_error));
-    QVERIFY2(m_error.startsWith(m_path), qPrintable(m_error));
+    QVERIFY2(m_error.startsWith(m_path) && m_error.contains(reason), qPrintable(m_error));
+    QVERIFY(QDir(elsewhere).isEmpty());
+    if (inThePlace == s("file"))
+        QCOMPARE(contentOf(m_path), QByteArray("mine"));
+    else if (inThePlace == s("copy"))
+        QVERIFY(contentOf(file()).endsWith("earlier"));
 }
 
 QTEST_GUILESS_MAIN(tst_RecoveryStore)

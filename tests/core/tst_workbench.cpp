@@ -1,5 +1,6 @@
+#include "files.h"
+
 #include <QDir>
-#include <QFile>
 #include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -20,6 +21,9 @@ struct Result
     QString error;
 };
 
+const QString plugins = s("--plugin-path=" EXTPOINT_BINARY_DIR "/lib/extpoint/plugins");
+const QString fakePlugin = s(EXTPOINT_BINARY_DIR "/tests/fakeplugins/libFakePlugin.so");
+
 } // namespace
 
 /// Runs the real program, with a plug-in of the tests for files "*.fake".
@@ -29,27 +33,21 @@ class tst_Workbench : public QObject
 
 private slots:
     void init();
-    void answersWithoutDisplay_data();
-    void answersWithoutDisplay();
-    void misencodedName_data();
-    void misencodedName();
-    void outputNobodyTakes_data();
-    void outputNobodyTakes();
+    void answers_data();
+    void answers();
     void settingsThatAreNoFile();
     void brokenPlugins();
-    void withoutCore();
     void screenshot();
     void timings();
-    void noPluginFromTheCurrentDirectory_data();
-    void noPluginFromTheCurrentDirectory();
-    void noQtPluginFromTheCurrentDirectory_data();
-    void noQtPluginFromTheCurrentDirectory();
 
 private:
-    /// \a wrapper is a command that runs the one after it. In the directory m_current, where that is not empty.
-    Result run(const QStringList &arguments, const QStringList &wrapper = {});
-    QStringList withPlugins(const QStringList &arguments) const;
-    QString makeFile(const QString &name, const QByteArray &content);
+    void start(QProcess *process, const QString &program, const QStringList &arguments) const;
+    Result run(const QStringList &arguments, const QString &program = s(EXTPOINT_BINARY_DIR "/bin/extpoint-workbench"));
+    QStringList withPlugins(const QStringList &arguments) const
+    {
+        return QStringList { plugins, s("--plugin-path=") + QFileInfo(fakePlugin).path() } + arguments;
+    }
+    QString makeFile(const QString &name, const QByteArray &content = "<fake/>");
 
     std::unique_ptr<QTemporaryDir> m_dir;
     QProcessEnvironment m_environment;
@@ -62,195 +60,164 @@ void tst_Workbench::init()
     m_dir = std::make_unique<QTemporaryDir>();
     QVERIFY(::chmod(QFile::encodeName(m_dir->path()).constData(), 0755) == 0);
     m_environment = QProcessEnvironment::systemEnvironment();
-    m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    m_environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_dir->filePath(QStringLiteral("config")));
+    m_environment.insert(s("QT_QPA_PLATFORM"), s("offscreen"));
+    m_environment.insert(s("XDG_CONFIG_HOME"), m_dir->filePath(s("config")));
     // An environment as bare as they come: no display, no locale.
     for (const char *name : { "DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "LC_ALL", "LC_CTYPE", "LANG" })
-        m_environment.remove(QString::fromLatin1(name));
+        m_environment.remove(s(name));
 }
 
-Result tst_Workbench::run(const QStringList &arguments, const QStringList &wrapper)
+void tst_Workbench::start(QProcess *process, const QString &program, const QStringList &arguments) const
 {
-    QStringList all
-        = wrapper + QStringList { QStringLiteral(EXTPOINT_BINARY_DIR "/bin/extpoint-workbench") } + arguments;
-    const QString program = all.takeFirst();
+    process->setProcessEnvironment(m_environment);
+    process->setWorkingDirectory(m_current);
+    process->start(program, arguments);
+}
+
+Result tst_Workbench::run(const QStringList &arguments, const QString &program)
+{
     QProcess process;
-    process.setProcessEnvironment(m_environment);
-    process.setWorkingDirectory(m_current);
-    process.start(program, all);
-    Result result;
+    start(&process, program, arguments);
     if (!process.waitForFinished(60'000) || process.exitStatus() != QProcess::NormalExit)
-        return result;
-    result.code = process.exitCode();
-    result.output = QString::fromUtf8(process.readAllStandardOutput());
-    result.error = QString::fromUtf8(process.readAllStandardError());
-    return result;
-}
-
-QStringList tst_Workbench::withPlugins(const QStringList &arguments) const
-{
-    return QStringList { QStringLiteral("--plugin-path=" EXTPOINT_BINARY_DIR "/lib/extpoint/plugins"),
-        QStringLiteral("--plugin-path=" EXTPOINT_BINARY_DIR "/tests/fakeplugins") }
-    + arguments;
+        return {};
+    return { process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+        QString::fromUtf8(process.readAllStandardError()) };
 }
 
 QString tst_Workbench::makeFile(const QString &name, const QByteArray &content)
 {
-    const QString path = m_dir->filePath(name);
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("%s cannot be written", qPrintable(path));
-    return path;
+    writeFile(m_dir->filePath(name), content);
+    return m_dir->filePath(name);
 }
 
-void tst_Workbench::answersWithoutDisplay_data()
+void tst_Workbench::answers_data()
 {
-    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("command");
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("output");
     QTest::addColumn<QString>("error");
 
-    const auto row = [](const char *line, int code, const char *output, const char *error) {
-        QTest::newRow(line) << QString::fromLatin1(line).split(QLatin1Char(' ')) << code << QString::fromLatin1(output)
-                            << QString::fromLatin1(error);
+    // $w is the program, "$@" the program with its plug-ins, $d a directory whose name is not in any encoding, $copied
+    // puts a plug-in wherever one might be looked for.
+    const auto row = [](const char *name, const char *command, int code, const char *error, const char *output = "") {
+        QTest::newRow(name) << s(command) << code << s(output) << s(error);
     };
-    row("--help", 0, "Usage: extpoint-workbench [OPTION...] [FILE]\n", "");
-    row("--version", 0, "extpoint-workbench 4.0.2\n", "");
-    row("--nope", 2, "", "extpoint-workbench: Unknown option 'nope'.\nUsage: extpoint-workbench [OPTION...] [FILE]\n");
+    const char *const usage = "Usage: extpoint-workbench [OPTION...] [FILE]\n";
+    row("help without a display", "QT_QPA_PLATFORM=xcb $w --help", 0, "", usage);
+    row("version without a display", "QT_QPA_PLATFORM=xcb $w --version", 0, "", "extpoint-workbench 4.0.2\n");
+    row("unknown option", "QT_QPA_PLATFORM=xcb $w --nope", 2,
+        "extpoint-workbench: Unknown option 'nope'.\nUsage: extpoint-workbench [OPTION...] [FILE]\n");
+    row("without the core", "$w --plugin-path . --save a.fake", 1,
+        "extpoint-workbench: The plug-in \"Core\" could not be loaded.\n");
+
+    const char *const file
+        = "The name of the file, or of a directory above it, is not in the encoding of the system.\n";
+    row("misencoded directory, in the C locale", "LC_ALL=C \"$@\" --save \"$PWD/$d/a.fake\"", 1, file);
+    row("misencoded file", "cp a.fake \"$d.fake\" && \"$@\" --save \"$d.fake\"", 1, file);
+    row("misencoded directory of plug-ins", "\"$@\" --plugin-path \"$d\" --save a.fake", 0,
+        ": the name is not in the encoding of the system\n");
+    row("misencoded picture", "\"$@\" --screenshot \"$d.png\" a.fake", 1, " is not in the encoding of the system\n");
+
+    const char *const full = "the standard output can't be written: No space left on device\n";
+    row("help that nobody takes", "$w --help > /dev/full", 1, full);
+    row("version that nobody takes", "$w --version > /dev/full", 1, full);
+    row("figures that nobody takes", "\"$@\" --timings a.fake > /dev/full", 1, full);
+    // Its number is not to be that of another file.
+    row("closed output", "\"$@\" --timings a.fake >&-", 1,
+        "the standard output can't be written: Bad file descriptor\n");
+    // A pipe that had a reader when it was opened.
+    row("messages that nobody takes", "mkfifo pipe && exec 3<> pipe && exec 2> pipe 3<&- && \"$@\" --save warns.fake",
+        0, "");
+    // No plug-in comes from the current directory but where the program was told to look there.
+    const char *const none = "No plug-in edits files of this kind (text/plain).\n";
+    row("plug-in here", "eval $copied && $w $core --save a.fake", 1, none);
+    row("plug-in here, Qt told", "eval $copied && QT_PLUGIN_PATH=. $w $core --save a.fake", 1, none);
+    row("plug-in here, the loader told", "eval $copied && LD_LIBRARY_PATH=$LD_LIBRARY_PATH:. $w $core --save a.fake", 1,
+        none);
+    row("plug-in here, the program told", "eval $copied && $w $core --plugin-path=. --save a.fake", 0, "");
+    // Nor one of Qt's, which would leave a mark; the first row shows that it is one that Qt would load.
+    const auto intrusion = [&row](const char *name, const char *variable, const char *test = "test ! -e mark") {
+        const QString command = s("mkdir -p platforms elsewhere/platforms && cp $intruder platforms && "
+                                  "cp $intruder elsewhere/platforms && export INTRUDER_MARK=$PWD/mark && "
+                                  "%1 QT_QPA_PLATFORM='intruder;offscreen' \"$@\" --save a.fake 2> /dev/null && %2");
+        row(name, qPrintable(command.arg(s(variable), s(test))), 0, "");
+    };
+    intrusion("Qt's plug-in in a given place", "QT_PLUGIN_PATH=$PWD/elsewhere", "test -e mark");
+    intrusion("Qt's plug-in here, unset", "");
+    intrusion("Qt's plug-in here, an empty part", "QT_PLUGIN_PATH=:/usr");
+    intrusion("Qt's plug-in here, a dot beside a given place", "QT_PLUGIN_PATH=/usr:.");
+    intrusion("Qt's plug-in here, named in a roundabout way", "QT_PLUGIN_PATH=$PWD/../${PWD##*/}/");
+    intrusion("Qt's plug-in here, the platforms' own variable", "QT_QPA_PLATFORM_PLUGIN_PATH=platforms");
 }
 
-void tst_Workbench::answersWithoutDisplay()
+void tst_Workbench::answers()
 {
-    QFETCH(QStringList, arguments);
+    QFETCH(QString, command);
     QFETCH(int, code);
     QFETCH(QString, output);
     QFETCH(QString, error);
-    m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-    const Result result = run(arguments);
-    QCOMPARE(result.code, code);
-    QCOMPARE(result.output.left(output.isEmpty() ? -1 : output.size()), output);
-    QCOMPARE(result.error, error);
-}
-
-void tst_Workbench::misencodedName_data()
-{
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("error");
-
-    const QString file
-        = QStringLiteral("The name of the file, or of a directory above it, is not in the encoding of the system.\n");
-    const auto row = [](const char *name, const char *command, int code, const QString &error) {
-        QTest::newRow(name) << QString::fromLatin1(command) << code << error;
-    };
-    row("directory, in the C locale", "LC_ALL=C \"$@\" --save \"$PWD/$d/a.fake\"", 1, file);
-    row("file", "cp a.fake \"$d.fake\" && \"$@\" --save \"$d.fake\"", 1, file);
-    row("directory of plug-ins", "\"$@\" --plugin-path \"$d\" --save a.fake", 0,
-        QStringLiteral(": the name is not in the encoding of the system\n"));
-    row("picture", "\"$@\" --screenshot \"$d.png\" a.fake", 1,
-        QStringLiteral(" is not in the encoding of the system\n"));
-}
-
-void tst_Workbench::misencodedName()
-{
-    QFETCH(QString, command);
-    QFETCH(int, code);
-    QFETCH(QString, error);
-    makeFile(QStringLiteral("a.fake"), "<fake/>");
-    const QString script
-        = QStringLiteral("cd \"$0\" && d=$(printf 'd\\351') && mkdir \"$d\" && cp a.fake \"$d\" && ") + command;
-    const Result result = run(withPlugins({}), { QStringLiteral("sh"), QStringLiteral("-c"), script, m_dir->path() });
-    // What Qt can't name it can't remove either.
-    QCOMPARE(QProcess::execute(QStringLiteral("rm"), { QStringLiteral("-r"), m_dir->path() }), 0);
-    QVERIFY2(result.error.endsWith(error) && result.error.count(QLatin1Char('\n')) == 1, qPrintable(result.error));
-    QCOMPARE(result.code, code);
-}
-
-void tst_Workbench::outputNobodyTakes_data()
-{
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("error");
-
-    const QString full = QStringLiteral("the standard output can't be written: No space left on device\n");
-    for (const char *option : { "--help", "--version", "--timings a.fake" })
-        QTest::newRow(option) << QStringLiteral("\"$@\" %1 > /dev/full").arg(QString::fromLatin1(option)) << 1 << full;
-    // Its number is not to be that of another file.
-    QTest::newRow("closed") << QStringLiteral("\"$@\" --timings a.fake >&-") << 1
-                            << QStringLiteral("the standard output can't be written: Bad file descriptor\n");
-    // A pipe that had a reader when it was opened.
-    QTest::newRow("messages") << QStringLiteral(
-        "mkfifo pipe && exec 3<> pipe && exec 2> pipe 3<&- && \"$@\" --save a.fake")
-                              << 0 << QString();
-}
-
-void tst_Workbench::outputNobodyTakes()
-{
-    QFETCH(QString, command);
-    QFETCH(int, code);
-    QFETCH(QString, error);
-    // Saving it comes with a warning.
-    makeFile(QStringLiteral("a.fake"), R"(<fake save="instruction"/>)");
+    makeFile(s("a.fake"));
+    makeFile(s("warns.fake"), R"(<fake save="instruction"/>)");
     m_current = m_dir->path();
-    const Result result
-        = run(withPlugins({}), { QStringLiteral("sh"), QStringLiteral("-c"), command, QStringLiteral("sh") });
-    QVERIFY2(result.error.endsWith(error), qPrintable(result.error));
+    m_environment.insert(s("core"), plugins);
+    m_environment.insert(s("intruder"), s(EXTPOINT_BINARY_DIR "/tests/intruders/libIntruder.so"));
+    // The copies have lost the way to what they link.
+    m_environment.insert(s("copied"),
+        s("export LD_LIBRARY_PATH=%1:%1/plugins:$LD_LIBRARY_PATH && mkdir -p plugins lib/extpoint/plugins && cp %2 . "
+          "&& "
+          "cp %2 plugins && cp %2 lib/extpoint/plugins")
+            .arg(s(EXTPOINT_BINARY_DIR "/lib/extpoint"), fakePlugin));
+    const QString prepared = s("w=\"$1\" && d=$(printf 'd\\351') && mkdir \"$d\" && cp a.fake \"$d\" && ") + command;
+    const Result result = run(
+        QStringList { s("-c"), prepared, s("sh"), s(EXTPOINT_BINARY_DIR "/bin/extpoint-workbench") } + withPlugins({}),
+        s("/bin/sh"));
+    // What Qt can't name it can't remove either.
+    QCOMPARE(QProcess::execute(s("rm"), { s("-r"), m_dir->path() }), 0);
+    QVERIFY2(result.error.right(error.size()) == error
+            && result.error.count(QLatin1Char('\n')) == error.count(QLatin1Char('\n')),
+        qPrintable(result.error));
+    QCOMPARE(result.output.left(output.isEmpty() ? -1 : output.size()), output);
     QCOMPARE(result.code, code);
 }
 
 void tst_Workbench::settingsThatAreNoFile()
 {
-    const QString path = m_dir->filePath(QStringLiteral("config/ExtPoint/extpoint-workbench.conf"));
+    const QString path = m_dir->filePath(s("config/ExtPoint/extpoint-workbench.conf"));
     QVERIFY(QDir().mkpath(QFileInfo(path).path()));
     QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
     QProcess process;
-    process.setProcessEnvironment(m_environment);
-    process.start(QStringLiteral(EXTPOINT_BINARY_DIR "/bin/extpoint-workbench"),
-        withPlugins({ makeFile(QStringLiteral("a.fake"), "<fake/>") }));
+    start(&process, s(EXTPOINT_BINARY_DIR "/bin/extpoint-workbench"), withPlugins({ makeFile(s("a.fake")) }));
     QString error;
     const auto told = [&] { return error += QString::fromUtf8(process.readAllStandardError()); };
-    QTRY_COMPARE_WITH_TIMEOUT(told(), path + QStringLiteral(": not a regular file, so no settings are kept\n"), 20'000);
+    QTRY_COMPARE_WITH_TIMEOUT(told(), path + s(": not a regular file, so no settings are kept\n"), 20'000);
     process.kill();
     QVERIFY(process.waitForFinished(20'000));
 }
 
 void tst_Workbench::brokenPlugins()
 {
-    const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
-    const QString missing = m_dir->filePath(QStringLiteral("no\nwhere"));
-    QFile intact(QStringLiteral(EXTPOINT_BINARY_DIR "/tests/fakeplugins/libFakePlugin.so"));
-    QVERIFY(intact.open(QIODevice::ReadOnly));
-    QString damaged = makeFile(QStringLiteral("libdam\naged.so"), intact.read(2000));
-    const Result result = run(withPlugins({ QStringLiteral("--plugin-path"), missing, QStringLiteral("--plugin-path"),
-        m_dir->path(), QStringLiteral("--save"), path }));
+    QString missing = m_dir->filePath(s("no\nwhere"));
+    QString damaged = makeFile(s("libdam\naged.so"), contentOf(fakePlugin).left(2000));
+    const Result result = run(withPlugins(
+        { s("--plugin-path"), missing, s("--plugin-path"), m_dir->path(), s("--save"), makeFile(s("a.fake")) }));
     QCOMPARE(result.code, 0);
     const QStringList lines = result.error.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), 2);
     const QLatin1Char inPlace('?');
     damaged.replace(QLatin1Char('\n'), inPlace);
-    QVERIFY2(lines.at(0).startsWith(damaged + QLatin1String(": ")), qPrintable(lines.at(0)));
-    QCOMPARE(lines.at(1),
-        QStringLiteral("extpoint-workbench: %1: no such directory")
-            .arg(QString(missing).replace(QLatin1Char('\n'), inPlace)));
-}
-
-void tst_Workbench::withoutCore()
-{
-    const QString path = makeFile(QStringLiteral("a.fake"), "<fake/>");
-    const Result result = run({ QStringLiteral("--plugin-path"), m_dir->path(), QStringLiteral("--save"), path });
-    QCOMPARE(result.code, 1);
-    QCOMPARE(result.error, QStringLiteral("extpoint-workbench: The plug-in \"Core\" could not be loaded.\n"));
+    missing.replace(QLatin1Char('\n'), inPlace);
+    QVERIFY2(lines.at(0).startsWith(damaged + s(": ")), qPrintable(lines.at(0)));
+    QCOMPARE(lines.at(1), s("extpoint-workbench: %1: no such directory").arg(missing));
 }
 
 void tst_Workbench::screenshot()
 {
-    const QString path = makeFile(QStringLiteral("a.fake"), R"(<fake busy="200"/>)");
+    const QString path = makeFile(s("a.fake"), R"(<fake busy="200"/>)");
     QImage first;
     QImage second;
     for (const char *page : { "definition", "realization" }) {
-        const QString picture = m_dir->filePath(QString::fromLatin1(page));
-        const Result result = run(withPlugins(
-            { QStringLiteral("--page"), QString::fromLatin1(page), QStringLiteral("--screenshot"), picture, path }));
+        const QString picture = m_dir->filePath(s(page));
+        const Result result = run(withPlugins({ s("--page"), s(page), s("--screenshot"), picture, path }));
         QCOMPARE(result.error, QString());
         QCOMPARE(result.code, 0);
         (first.isNull() ? first : second) = QImage(picture, "PNG");
@@ -264,104 +231,19 @@ void tst_Workbench::screenshot()
 
 void tst_Workbench::timings()
 {
-    const QString path = makeFile(QStringLiteral("a.fake"), R"(<fake busy="300"/>)");
-    const Result result = run(withPlugins({ QStringLiteral("--timings"), path }));
+    const QString path = makeFile(s("a.fake"), R"(<fake busy="300"/>)");
+    const Result result = run(withPlugins({ s("--timings"), path }));
     QCOMPARE(result.code, 0);
     const QJsonObject figures = QJsonDocument::fromJson(result.output.toUtf8()).object();
-    QStringList keys = figures.keys();
-    QCOMPARE(keys,
-        (QStringList { QStringLiteral("longest_stall_ms"), QStringLiteral("open_ms"), QStringLiteral("rss_mb"),
-            QStringLiteral("scan_ms") }));
-    QVERIFY(figures.value(QLatin1String("open_ms")).toDouble() > 0);
+    QCOMPARE(figures.keys(), (QStringList { s("longest_stall_ms"), s("open_ms"), s("rss_mb"), s("scan_ms") }));
+    QVERIFY(figures.value(s("open_ms")).toDouble() > 0);
     // The work began while the file was opened.
-    QVERIFY(
-        figures.value(QLatin1String("open_ms")).toDouble() + figures.value(QLatin1String("scan_ms")).toDouble() > 280);
-    QVERIFY(figures.value(QLatin1String("longest_stall_ms")).toDouble() >= 1);
-    const double resident = figures.value(QLatin1String("rss_mb")).toDouble();
+    QVERIFY(figures.value(s("open_ms")).toDouble() + figures.value(s("scan_ms")).toDouble() > 280);
+    QVERIFY(figures.value(s("longest_stall_ms")).toDouble() >= 1);
+    const double resident = figures.value(s("rss_mb")).toDouble();
     QVERIFY2(resident > 10 && resident < 4000, qPrintable(QString::number(resident)));
     // A run that is a job leaves no settings behind.
-    QVERIFY(!QDir(m_dir->filePath(QStringLiteral("config/ExtPoint"))).exists());
-}
-
-void tst_Workbench::noPluginFromTheCurrentDirectory_data()
-{
-    QTest::addColumn<QString>("variable");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<bool>("given");
-
-    const QString none;
-    QTest::newRow("by itself") << none << none << false;
-    QTest::newRow("Qt told to look there") << QStringLiteral("QT_PLUGIN_PATH") << QStringLiteral(".") << false;
-    QTest::newRow("the loader told to look there") << QStringLiteral("LD_LIBRARY_PATH") << QStringLiteral(".") << false;
-    QTest::newRow("the program told to look there") << none << none << true;
-}
-
-void tst_Workbench::noPluginFromTheCurrentDirectory()
-{
-    QFETCH(QString, variable);
-    QFETCH(QString, value);
-    QFETCH(bool, given);
-    m_current = m_dir->filePath(QStringLiteral("current"));
-    QVERIFY(QDir().mkdir(m_current));
-    for (const char *place : { "", "plugins", "lib/extpoint/plugins" }) {
-        const QDir directory(m_current + QLatin1Char('/') + QString::fromLatin1(place));
-        QVERIFY(QDir().mkpath(directory.path()));
-        QVERIFY(QFile::copy(QStringLiteral(EXTPOINT_BINARY_DIR "/tests/fakeplugins/libFakePlugin.so"),
-            directory.filePath(QStringLiteral("libFakePlugin.so"))));
-    }
-    if (!variable.isEmpty())
-        m_environment.insert(variable, value);
-    QStringList arguments { QStringLiteral("--plugin-path=" EXTPOINT_BINARY_DIR "/lib/extpoint/plugins") };
-    if (given)
-        arguments.append(QStringLiteral("--plugin-path=."));
-    // The copy has lost the way to what it links.
-    m_environment.insert(QStringLiteral("LD_LIBRARY_PATH"),
-        QStringLiteral(EXTPOINT_BINARY_DIR "/lib/extpoint:" EXTPOINT_BINARY_DIR "/lib/extpoint/plugins:")
-            + m_environment.value(QStringLiteral("LD_LIBRARY_PATH")));
-    const QString file = makeFile(QStringLiteral("current/a.fake"), "<fake/>");
-    const Result result = run(arguments + QStringList { QStringLiteral("--save"), file });
-    QCOMPARE(result.code, given ? 0 : 1);
-    QCOMPARE(result.error.contains(QLatin1String("No plug-in edits files of this kind")), !given);
-}
-
-void tst_Workbench::noQtPluginFromTheCurrentDirectory_data()
-{
-    QTest::addColumn<QString>("variable");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<bool>("loaded");
-
-    const auto row = [](const char *name, const char *variable, const char *value, bool loaded) {
-        QTest::newRow(name) << QString::fromLatin1(variable) << QString::fromLatin1(value) << loaded;
-    };
-    // That one shows that the library is one that Qt would load.
-    row("a given place", "QT_PLUGIN_PATH", "%elsewhere", true);
-    row("unset", "", "", false);
-    row("an empty part", "QT_PLUGIN_PATH", ":/usr", false);
-    row("a dot, beside a given place", "QT_PLUGIN_PATH", "/usr:.", false);
-    row("by its own name in a roundabout way", "QT_PLUGIN_PATH", "%current/../current/", false);
-    row("the platforms' own variable", "QT_QPA_PLATFORM_PLUGIN_PATH", "platforms", false);
-}
-
-void tst_Workbench::noQtPluginFromTheCurrentDirectory()
-{
-    QFETCH(QString, variable);
-    QFETCH(QString, value);
-    m_current = m_dir->filePath(QStringLiteral("current"));
-    const QString elsewhere = m_dir->filePath(QStringLiteral("elsewhere"));
-    for (const QString &place : { m_current, elsewhere }) {
-        QVERIFY(QDir().mkpath(place + QStringLiteral("/platforms")));
-        QVERIFY(QFile::copy(QStringLiteral(EXTPOINT_BINARY_DIR "/tests/intruders/libIntruder.so"),
-            place + QStringLiteral("/platforms/libintruder.so")));
-    }
-    value.replace(QLatin1String("%current"), m_current).replace(QLatin1String("%elsewhere"), elsewhere);
-    if (!variable.isEmpty())
-        m_environment.insert(variable, value);
-    const QString mark = m_dir->filePath(QStringLiteral("mark"));
-    m_environment.insert(QStringLiteral("INTRUDER_MARK"), mark);
-    m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("intruder;offscreen"));
-    const QString file = makeFile(QStringLiteral("a.fake"), "<fake/>");
-    QCOMPARE(run(withPlugins({ QStringLiteral("--save"), file })).code, 0);
-    QTEST(QFile::exists(mark), "loaded");
+    QVERIFY(!QDir(m_dir->filePath(s("config/ExtPoint"))).exists());
 }
 
 QTEST_GUILESS_MAIN(tst_Workbench)

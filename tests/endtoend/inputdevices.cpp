@@ -1,5 +1,7 @@
 #include "inputdevices.h"
 
+#include "files.h"
+
 #include <QLineF>
 #include <QProcess>
 
@@ -9,8 +11,6 @@ namespace {
 
 constexpr int Patience = 30'000; // milliseconds
 constexpr qreal StepLength = 12;
-// Between the steps of a move, so that they arrive as several events and not as one.
-const QString StepPause = QStringLiteral("0.008");
 
 bool run(const QString &program, const QStringList &arguments)
 {
@@ -20,93 +20,90 @@ bool run(const QString &program, const QStringList &arguments)
     return process.waitForFinished(Patience) && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
 }
 
-bool xdotool(const QStringList &arguments)
+bool xdotool(const QString &line)
 {
-    return run(QStringLiteral("xdotool"), arguments);
+    return run(s("xdotool"), line.split(QLatin1Char(' ')));
 }
 
 /// What it answers, empty when there is no answer.
-QString output(const QStringList &arguments)
+QString answer(const QStringList &arguments)
 {
     QProcess process;
-    process.start(QStringLiteral("xdotool"), arguments);
+    process.start(s("xdotool"), arguments);
     return process.waitForFinished(Patience) ? QString::fromUtf8(process.readAllStandardOutput()).trimmed() : QString();
 }
 
-QStringList moveTo(QPoint point)
+QString moveTo(QPoint point)
 {
-    return { QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()) };
+    return s("mousemove %1 %2 ").arg(point.x()).arg(point.y());
 }
 
 } // namespace
 
 bool InputDevices::plugIn()
 {
-    return keys({ QStringLiteral("Shift_L") });
+    return key(s("Shift_L"));
 }
 
 bool InputDevices::move(QPoint to)
 {
-    return xdotool(moveTo(to));
+    return xdotool(moveTo(to).trimmed());
 }
 
-bool InputDevices::click(QPoint at, int button, int times)
+bool InputDevices::click(QPoint at, int button)
 {
-    return xdotool(moveTo(at)
-        + QStringList { QStringLiteral("click"), QStringLiteral("--repeat"), QString::number(times),
-            QStringLiteral("--delay"), QStringLiteral("40"), QString::number(button) });
+    return xdotool(moveTo(at) + s("click %1").arg(button));
 }
 
 bool InputDevices::press(QPoint at)
 {
-    return xdotool(moveTo(at) + QStringList { QStringLiteral("mousedown"), QStringLiteral("1") });
+    return xdotool(moveTo(at) + s("mousedown 1"));
 }
 
 bool InputDevices::release()
 {
-    return xdotool({ QStringLiteral("mouseup"), QStringLiteral("1") });
+    return xdotool(s("mouseup 1"));
 }
 
 bool InputDevices::moveAlong(const QVector<QPoint> &points)
 {
-    QStringList commands;
+    QString commands;
     for (int i = 1; i < points.size(); ++i) {
         const QLineF way(points.at(i - 1), points.at(i));
         const int steps = qMax(1, int(std::ceil(way.length() / StepLength)));
+        // A pause between the steps, so that they arrive as several events and not as one.
         for (int step = 1; step <= steps; ++step)
-            commands += moveTo(way.pointAt(qreal(step) / steps).toPoint())
-                + QStringList { QStringLiteral("sleep"), StepPause };
+            commands += moveTo(way.pointAt(qreal(step) / steps).toPoint()) + s("sleep 0.008 ");
     }
-    return commands.isEmpty() || xdotool(commands);
+    return xdotool(commands.trimmed());
 }
 
-bool InputDevices::keys(const QStringList &names)
+bool InputDevices::key(const QString &name)
 {
-    return xdotool(QStringList { QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("20") } + names);
+    return xdotool(s("key --delay 20 ") + name);
 }
 
 bool InputDevices::type(const QString &text)
 {
-    return xdotool(
-        { QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("12"), QStringLiteral("--"), text });
+    return run(s("xdotool"), { s("type"), s("--delay"), s("12"), s("--"), text });
 }
 
 qint64 InputDevices::activeWindow()
 {
-    return output({ QStringLiteral("getactivewindow") }).toLongLong();
+    return answer({ s("getactivewindow") }).toLongLong();
 }
 
 QString InputDevices::activeTitle()
 {
-    return output({ QStringLiteral("getactivewindow"), QStringLiteral("getwindowname") });
+    return answer({ s("getactivewindow"), s("getwindowname") });
 }
 
 bool InputDevices::cutOffActiveWindow()
 {
-    return xdotool({ QStringLiteral("getactivewindow"), QStringLiteral("windowkill") });
+    return xdotool(s("getactivewindow windowkill"));
 }
 
 bool InputDevices::takePicture(const QString &path)
 {
-    return run(QStringLiteral("import"), { QStringLiteral("-window"), QStringLiteral("root"), path });
+    return run(s("import"), { s("-window"), s("root"), path });
 }

@@ -2,7 +2,6 @@
 
 #include <QPoint>
 #include <QString>
-#include <QStringList>
 #include <QVector>
 
 /// The pointer and the keyboard of the X server that DISPLAY names. What they do reaches the program the way a person's
@@ -14,13 +13,13 @@ namespace InputDevices {
 [[nodiscard]] bool plugIn();
 [[nodiscard]] bool move(QPoint to);
 /// The buttons as X counts them: 1 left, 2 middle, 3 right, 4 wheel up, 5 wheel down.
-[[nodiscard]] bool click(QPoint at, int button = 1, int times = 1);
+[[nodiscard]] bool click(QPoint at, int button = 1);
 [[nodiscard]] bool press(QPoint at);
 [[nodiscard]] bool release();
 /// Moves along the points in steps that a hand could make.
 [[nodiscard]] bool moveAlong(const QVector<QPoint> &points);
-/// One or more keys after each other, as "Return", "ctrl+s".
-[[nodiscard]] bool keys(const QStringList &names);
+/// As "Return", "ctrl+s".
+[[nodiscard]] bool key(const QString &name);
 [[nodiscard]] bool type(const QString &text);
 /// The number of the window that has the focus, as the window manager sees it; 0 when there is none.
 [[nodiscard]] qint64 activeWindow();

@@ -1,118 +1,114 @@
 #include "product.h"
 
-#include <QCryptographicHash>
 #include <QDir>
 #include <QDirIterator>
-#include <QFile>
 
 #include <sys/stat.h>
 
-Product::Product()
+namespace {
+
+/// By their names below the directory.
+Product::Files filesIn(const QString &directory)
 {
-    if (!m_directory.isValid())
-        qFatal("no temporary directory");
-    setMode(m_directory.path(), 0755);
-    copyDirectory(QStringLiteral(EXTPOINT_SOURCE_DIR "/samples/product/plugins"), plugins());
+    Product::Files files;
+    QDirIterator entries(directory, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        const QString path = entries.next();
+        files.insert(path.mid(directory.size() + 1), contentOf(path));
+    }
+    return files;
 }
+
+} // namespace
+
+Product::Product() : Product(sampleFiles()) { }
 
 Product::Product(const Files &files)
 {
-    if (!m_directory.isValid())
-        qFatal("no temporary directory");
     setMode(m_directory.path(), 0755);
+    writeFiles(plugins(), files);
+}
+
+Product::~Product()
+{
+    QDirIterator entries(m_directory.path(), QDir::Dirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+    while (entries.hasNext())
+        setMode(entries.next(), 0755);
+}
+
+QString Product::fileOf(const QString &plugin) const
+{
+    return plugins() + QLatin1Char('/') + plugin + s("/extension.xml");
+}
+
+Product::Files Product::filesWithout(const QString &plugin) const
+{
+    Files files = filesIn(plugins());
+    const QStringList names = files.keys();
+    for (const QString &name : names)
+        if (name.startsWith(plugin + QLatin1Char('/')))
+            files.remove(name);
+    return files;
+}
+
+void writeFiles(const QString &directory, const Product::Files &files)
+{
     for (auto file = files.begin(); file != files.end(); ++file) {
-        const QString path = plugins() + QLatin1Char('/') + file.key();
+        const QString path = directory + QLatin1Char('/') + file.key();
         if (!QDir().mkpath(QFileInfo(path).absolutePath()))
             qFatal("%s cannot be created", qPrintable(path));
         writeFile(path, file.value());
     }
 }
 
-Product::~Product()
+Product::Files sampleFiles()
 {
-    QDirIterator entries(m_directory.path(), QDir::Dirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
-    setMode(m_directory.path(), 0755);
-    while (entries.hasNext())
-        ::chmod(QFile::encodeName(entries.next()).constData(), 0755);
+    return filesIn(s(EXTPOINT_SOURCE_DIR "/samples/product/plugins"));
 }
 
-QString Product::plugins() const
-{
-    return m_directory.filePath(QStringLiteral("plugins"));
-}
-
-QString Product::fileOf(const QString &plugin) const
-{
-    return plugins() + QLatin1Char('/') + plugin + QLatin1String("/extension.xml");
-}
-
-QString Product::directory(const QString &name) const
-{
-    const QString path = m_directory.filePath(name);
-    if (!QDir().mkpath(path))
-        qFatal("%s cannot be created", qPrintable(path));
-    return path;
-}
-
-void Product::addSiblings(int count, int points) const
+void addSiblings(Product::Files *files, int count, int points)
 {
     for (int i = 0; i < count; ++i) {
-        const QString number = QStringLiteral("%1").arg(i, 4, 10, QLatin1Char('0'));
-        QByteArray content = "<?xml version=\"1.0\"?>\n<Plugin id=\"generated.p" + number.toLatin1()
-            + "\" name=\"Generated\">\n<ExtPointSet>\n";
+        const QByteArray id = "generated.p" + QByteArray::number(10'000 + i);
+        QByteArray declared;
         for (int point = 0; point < points; ++point)
-            content += "<ExtPoint id=\"generated.p" + number.toLatin1() + ".e" + QByteArray::number(point)
+            declared += "<ExtPoint id=\"" + id + ".e" + QByteArray::number(point)
                 + "\" name=\"Point\"><String key=\"text\" name=\"Text\" value=\"\"/>"
                   "<SubExtPoint key=\"entry\" name=\"Entry\"/></ExtPoint>\n";
-        const QString path = fileOf(QLatin1String("generated") + number);
-        if (!QDir().mkpath(QFileInfo(path).absolutePath()))
-            qFatal("%s cannot be created", qPrintable(path));
-        writeFile(path, content + "</ExtPointSet>\n</Plugin>\n");
+        files->insert(s(id) + s("/extension.xml"), pluginFile(id, "<ExtPointSet>" + declared + "</ExtPointSet>"));
     }
 }
 
-QByteArray Product::fingerprintWithout(const QString &plugin) const
+QByteArray pluginFile(const char *id, const QByteArray &sets)
 {
-    QStringList paths;
-    QDirIterator files(plugins(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (files.hasNext())
-        if (!files.next().startsWith(plugins() + QLatin1Char('/') + plugin + QLatin1Char('/')))
-            paths.append(files.filePath());
-    paths.sort();
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    for (const QString &path : qAsConst(paths)) {
-        hash.addData(path.toUtf8() + '\0');
-        hash.addData(contentOf(path));
-    }
-    return hash.result().toHex();
+    return "<Plugin id=\"" + QByteArray(id) + "\" name=\"" + id + "\">" + sets + "</Plugin>\n";
 }
 
-QByteArray contentOf(const QString &path)
+QByteArray shellFile()
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("%s cannot be read", qPrintable(path));
-    return file.readAll();
-}
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(content) != content.size()
-        || !file.flush())
-        qFatal("%s cannot be written", qPrintable(path));
-}
-
-void copyDirectory(const QString &from, const QString &to)
-{
-    QDirIterator entries(from, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        const QString source = entries.next();
-        const QString target = to + source.mid(from.size());
-        if (!QDir().mkpath(QFileInfo(target).absolutePath()))
-            qFatal("%s cannot be created", qPrintable(target));
-        writeFile(target, contentOf(source));
-    }
+    return pluginFile("shell", R"(
+<ExtPointSet>
+    <ExtPoint id="shell.commands" name="Commands" displaylabel="text" displayicon="icon" hasformat="true">
+        <String key="text" name="Text" value="" trans="true"/>
+        <SubExtPoint key="format" name="Window"/>
+        <SubExtPoint key="menubar" name="Menu bar" childType="menu"/>
+        <SubExtPoint key="toolbars" name="Tool bars" childType="toolbar"/>
+        <SubExtPoint key="toolbar" name="Tool bar" childType="action"/>
+        <SubExtPoint key="menu" name="Menu" childType="menu|action">
+            <String key="text" name="Text" value="Menu" trans="true"/>
+        </SubExtPoint>
+        <SubExtPoint key="action" name="Action">
+            <String key="text" name="Text" value="Action" trans="true"/>
+            <File key="icon" name="Icon" value=""/>
+            <Bool key="checkable" name="Checkable" value="false"/>
+        </SubExtPoint>
+        <SubExtPoint key="area" name="Area" childType="action"/>
+    </ExtPoint>
+    <ExtPoint id="shell.panel" name="Panels" displaylabel="title">
+        <String key="title" name="Title" value="Panel"/>
+        <Int key="width" name="Width" value="200"/>
+    </ExtPoint>
+</ExtPointSet>)");
 }
 
 void setMode(const QString &path, unsigned mode)

@@ -18,17 +18,16 @@ Program::Program() : m_environment(QProcessEnvironment::systemEnvironment())
 {
     if (!m_home.isValid())
         qFatal("no temporary directory");
-    m_environment.insert(QStringLiteral("HOME"), m_home.path());
-    const QDir home(m_home.path());
+    m_environment.insert(s("HOME"), m_home.path());
     for (const char *name :
         { "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR" }) {
-        const QString directory = QString::fromLatin1(name).toLower();
-        if (!home.mkdir(directory))
+        const QString directory = m_home.filePath(s(name));
+        if (!QDir().mkdir(directory))
             qFatal("%s cannot be created", qPrintable(directory));
-        setMode(home.filePath(directory), 0700);
-        m_environment.insert(QString::fromLatin1(name), home.filePath(directory));
+        setMode(directory, 0700);
+        m_environment.insert(s(name), directory);
     }
-    m_environment.insert(QStringLiteral("EXTPOINT_PROBE_SOCKET"), socketName());
+    m_environment.insert(s("EXTPOINT_PROBE_SOCKET"), socketName());
 }
 
 Program::~Program()
@@ -39,61 +38,41 @@ Program::~Program()
     }
 }
 
-void Program::setVariable(const QString &name, const QString &value)
-{
-    m_environment.insert(name, value);
-}
-
 void Program::laysDownRoot()
 {
     if (::getuid() != 0)
         return;
-    const QDir home(m_home.path());
-    QStringList own = home.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    own.append(QStringLiteral("."));
-    for (const QString &directory : qAsConst(own))
-        if (::chown(QFile::encodeName(home.filePath(directory)).constData(), Nobody, Nobody) != 0)
-            qFatal("the owner of %s cannot be changed", qPrintable(directory));
-    m_wrapper = QStringList { QStringLiteral("setpriv"), QStringLiteral("--reuid=65534"),
-        QStringLiteral("--regid=65534"), QStringLiteral("--clear-groups") };
+    const QFileInfoList own = QDir(m_home.path()).entryInfoList(QDir::Dirs | QDir::Hidden | QDir::NoDotDot);
+    for (const QFileInfo &directory : own)
+        if (::chown(QFile::encodeName(directory.filePath()).constData(), Nobody, Nobody) != 0)
+            qFatal("the owner of %s cannot be changed", qPrintable(directory.filePath()));
+    m_wrapper = QStringList { s("setpriv"), s("--reuid=65534"), s("--regid=65534"), s("--clear-groups") };
 }
 
 void Program::limitMemory(int mebibytes)
 {
-    m_wrapper
-        = QStringList { QStringLiteral("prlimit"), QStringLiteral("--as=%1").arg(qint64(mebibytes) * 1024 * 1024) };
+    m_wrapper = QStringList { s("prlimit"), s("--as=%1").arg(qint64(mebibytes) * 1024 * 1024) };
 }
 
 void Program::holdBack(const QString &file)
 {
     preloadSlowDisk();
     writeFile(gate(), QByteArray());
-    setVariable(QStringLiteral("EXTPOINT_HELD_FILE"), file);
-    setVariable(QStringLiteral("EXTPOINT_HELD_WHILE"), gate());
-}
-
-void Program::readOn()
-{
-    QFile::remove(gate());
+    setVariable(s("EXTPOINT_HELD_FILE"), file);
+    setVariable(s("EXTPOINT_HELD_WHILE"), gate());
 }
 
 void Program::slowDown(int milliseconds)
 {
     preloadSlowDisk();
-    setVariable(QStringLiteral("EXTPOINT_SLOW_FILES"), QString::number(milliseconds));
-}
-
-QString Program::gate() const
-{
-    return m_home.filePath(QStringLiteral("gate"));
+    setVariable(s("EXTPOINT_SLOW_FILES"), QString::number(milliseconds));
 }
 
 void Program::preloadSlowDisk()
 {
-    setVariable(QStringLiteral("LD_PRELOAD"), QStringLiteral(EXTPOINT_BINARY_DIR "/tests/endtoend/libslowdisk.so"));
+    setVariable(s("LD_PRELOAD"), s(EXTPOINT_BINARY_DIR "/tests/endtoend/libslowdisk.so"));
     // A sanitizer's library wants to be the first one; "open" is none of the functions that it watches.
-    setVariable(QStringLiteral("ASAN_OPTIONS"),
-        m_environment.value(QStringLiteral("ASAN_OPTIONS")) + QStringLiteral(":verify_asan_link_order=0"));
+    setVariable(s("ASAN_OPTIONS"), m_environment.value(s("ASAN_OPTIONS")) + s(":verify_asan_link_order=0"));
 }
 
 bool Program::start(const QStringList &arguments)
@@ -104,9 +83,9 @@ bool Program::start(const QStringList &arguments)
     m_process = std::make_unique<QProcess>();
     m_process->setProcessEnvironment(m_environment);
     QStringList command = m_wrapper
-        + QStringList { QStringLiteral(EXTPOINT_BINARY_DIR "/bin/extpoint-workbench"),
-              QStringLiteral("--plugin-path=" EXTPOINT_BINARY_DIR "/lib/extpoint/plugins"),
-              QStringLiteral("--plugin-path=" EXTPOINT_BINARY_DIR "/tests/endtoend/plugins") }
+        + QStringList { s(EXTPOINT_BINARY_DIR "/bin/extpoint-workbench"),
+              s("--plugin-path=" EXTPOINT_BINARY_DIR "/lib/extpoint/plugins"),
+              s("--plugin-path=" EXTPOINT_BINARY_DIR "/tests/endtoend/plugins") }
         + arguments;
     const QString program = command.takeFirst();
     m_process->start(program, command);
@@ -118,19 +97,14 @@ bool Program::isRunning() const
     return m_process && m_process->state() != QProcess::NotRunning;
 }
 
-qint64 Program::processId() const
-{
-    return m_process->processId();
-}
-
 bool Program::signal(int number)
 {
     return isRunning() && ::kill(pid_t(processId()), number) == 0 && m_process->waitForFinished(Patience);
 }
 
-QString Program::stateDirectory() const
+QStringList Program::recoveryCopies() const
 {
-    return m_environment.value(QStringLiteral("XDG_STATE_HOME"));
+    return QDir(m_home.filePath(s("XDG_STATE_HOME/extpoint-workbench/recovery"))).entryList({ s("*.recovery") });
 }
 
 Program::Result Program::result()
@@ -147,11 +121,6 @@ Program::Result Program::result()
 Program::Result Program::run(const QStringList &arguments)
 {
     return start(arguments) ? result() : Result();
-}
-
-QString Program::socketName() const
-{
-    return m_home.filePath(QStringLiteral("probe"));
 }
 
 QByteArray Program::errorOutput()

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "files.h"
+
 #include <QProcess>
-#include <QStringList>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -27,7 +28,7 @@ public:
     Program(const Program &) = delete;
     Program &operator=(const Program &) = delete;
 
-    void setVariable(const QString &name, const QString &value);
+    void setVariable(const QString &name, const QString &value) { m_environment.insert(name, value); }
     /// Runs the program as the user "nobody" when the tests run as root, for whom no file is read-only.
     void laysDownRoot();
 
@@ -36,13 +37,13 @@ public:
 
     /// Has the next program wait when it opens \a file for reading, until readOn(), or until this object goes.
     void holdBack(const QString &file);
-    void readOn();
+    void readOn() { QFile::remove(gate()); }
     /// Has the next program take \a milliseconds to open any file of a plug-in.
     void slowDown(int milliseconds);
 
     [[nodiscard]] bool start(const QStringList &arguments);
     [[nodiscard]] bool isRunning() const;
-    [[nodiscard]] qint64 processId() const;
+    [[nodiscard]] qint64 processId() const { return m_process->processId(); }
     /// Sends a signal and waits for the end that it leads to.
     [[nodiscard]] bool signal(int number);
     /// Waits for the end.
@@ -51,16 +52,16 @@ public:
     [[nodiscard]] Result run(const QStringList &arguments);
 
     [[nodiscard]] QString homeDirectory() const { return m_home.path(); }
-    [[nodiscard]] QString socketName() const;
-    /// Where the program keeps what is to outlive it, the same from start to start.
-    [[nodiscard]] QString stateDirectory() const;
+    [[nodiscard]] QString socketName() const { return m_home.filePath(s("probe")); }
+    /// The names of the recovery copies that the program has left, or keeps.
+    [[nodiscard]] QStringList recoveryCopies() const;
     /// What was written to the standard error output so far, without the toolkit's remarks that tell nothing about the
     /// program: that a window has gone when the server is asked about it, that the seed of the hashes is a given one.
     [[nodiscard]] QByteArray errorOutput();
 
 private:
     void preloadSlowDisk();
-    [[nodiscard]] QString gate() const;
+    [[nodiscard]] QString gate() const { return m_home.filePath(s("gate")); }
 
     QTemporaryDir m_home;
     QProcessEnvironment m_environment;

@@ -38,30 +38,17 @@ void takeTime(const char *path)
         ::usleep(useconds_t(std::atoi(slow)) * 1'000);
 }
 
-using Open = int (*)(const char *path, int flags, ...);
-
-int openSlowly(const char *name, const char *path, int flags, mode_t mode)
-{
-    takeTime(path);
-    return reinterpret_cast<Open>(::dlsym(RTLD_NEXT, name))(path, flags, mode);
-}
-
 } // namespace
 
 extern "C" int open(const char *path, int flags, ...)
 {
+    using Open = int (*)(const char *path, int flags, ...);
     std::va_list arguments;
     va_start(arguments, flags);
     const mode_t mode = (flags & O_CREAT) ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
-    return openSlowly("open", path, flags, mode);
+    takeTime(path);
+    return reinterpret_cast<Open>(::dlsym(RTLD_NEXT, "open64"))(path, flags, mode);
 }
 
-extern "C" int open64(const char *path, int flags, ...)
-{
-    std::va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = (flags & O_CREAT) ? va_arg(arguments, mode_t) : 0;
-    va_end(arguments);
-    return openSlowly("open64", path, flags, mode);
-}
+extern "C" int open64(const char *path, int flags, ...) __attribute__((alias("open")));

@@ -1,172 +1,255 @@
 #include "inputdevices.h"
-#include "realizationdesk.h"
+#include "product.h"
+#include "workbenchdriver.h"
+
+#include <QDir>
+
+#include <csignal>
 
 namespace {
 
 QStringList expectedLines(const char *name)
 {
-    return linesOf(QString::fromUtf8(contentOf(s(EXTPOINT_SOURCE_DIR "/tests/endtoend/expected/") + s(name))));
+    const QByteArray content = contentOf(s(EXTPOINT_SOURCE_DIR "/tests/endtoend/expected/") + s(name));
+    return QString::fromUtf8(content).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
-/// What the file of the sample holds after a save without any change.
-QByteArray savedUnchanged(const QString &plugin)
+/// What the opened file of the sample holds after a save without any change.
+QByteArray savedUnchanged()
 {
-    Product product;
+    const Product product;
     Program program;
     program.setVariable(s("QT_QPA_PLATFORM"), s("offscreen"));
-    const Program::Result result = program.run({ s("--save"), product.fileOf(plugin) });
-    return result.code == 0 ? contentOf(product.fileOf(plugin)) : QByteArray();
+    const Program::Result result = program.run({ s("--save"), product.fileOf(s("chartdesk")) });
+    return result.code == 0 ? contentOf(product.fileOf(s("chartdesk"))) : QByteArray();
 }
+
+const QStringList noDialogs;
 
 } // namespace
 
-/// Opens, changes, saves, closes and reverts the sample in the real program with the pointer and the keys.
-class tst_E2eEdit : public QObject
+/// A file of the sample in the real program: it is opened, changed, saved, closed and reverted with the pointer and the
+/// keys, can't be written, is changed by others meanwhile, and outlives the program that has it open.
+class tst_E2eEdit : public QObject, private WorkbenchDriver
 {
     Q_OBJECT
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { finish(); }
     void changeIsSaved();
-    void closingAsks_data();
-    void closingAsks();
     void revert();
+    void notWritten_data();
+    void notWritten();
+    void endedFromOutside_data();
+    void endedFromOutside();
+    void changedUnderChanges();
 
 private:
-    [[nodiscard]] QString problem() const { return m_workbench->problem(); }
-    [[nodiscard]] QStringList definition() { return m_workbench->tree(s("defintionTree")); }
-    [[nodiscard]] QStringList realization() { return m_workbench->tree(s("realizationTree")); }
+    [[nodiscard]] QStringList definition() { return lines("defintionTree"); }
     [[nodiscard]] static QString title() { return InputDevices::activeTitle().section(s(" — "), 0, 0); }
-    [[nodiscard]] bool openSample();
-    /// Types into the sheet of a point.
+    [[nodiscard]] bool openSample() { return open(m_file) && definitionPage(); }
     [[nodiscard]] bool change(const char *point, const char *row, const char *text);
     [[nodiscard]] bool renameFirstPoint();
 
     const QStringList m_definition = expectedLines("chartdesk-definition.txt");
     const QStringList m_realization = expectedLines("chartdesk-realization.txt");
-    QStringList m_renamed;
+    const QStringList m_renamed = QStringList(m_definition).replaceInStrings(s("Chart layers"), s("Sheets"));
     std::unique_ptr<Product> m_product;
-    std::unique_ptr<WorkbenchDriver> m_workbench;
     QString m_file;
+    QByteArray m_original;
 };
 
 void tst_E2eEdit::init()
 {
+    begin();
     m_product = std::make_unique<Product>();
-    m_workbench = std::make_unique<WorkbenchDriver>();
     m_file = m_product->fileOf(s("chartdesk"));
-    m_renamed = m_definition;
-    m_renamed.replaceInStrings(s("Chart layers"), s("Sheets"));
-}
-
-void tst_E2eEdit::cleanup()
-{
-    m_workbench->finish();
-}
-
-bool tst_E2eEdit::openSample()
-{
-    return m_workbench->open(m_file) && m_workbench->click(Place::tab(s("tabWidget"), s("ExtPointEdit")));
+    m_original = contentOf(m_file);
 }
 
 bool tst_E2eEdit::change(const char *point, const char *row, const char *text)
 {
-    return m_workbench->click(Place::row(s("defintionTree"), { s("saltmere.chartdesk"), s(point) }))
-        && m_workbench->typeIntoSheet(s("basicInfo"), s(row), s(text), s("Return"));
+    return click(Place::row(s("defintionTree"), { s("saltmere.chartdesk"), s(point) }))
+        && edit("basicInfo", row, s(text));
 }
 
 bool tst_E2eEdit::renameFirstPoint()
 {
     return change("Chart layers", "name", "Sheets")
-        && m_workbench->waitFor(s("the new name in the tree"), [this] { return definition() == m_renamed; });
+        && waitFor(s("the new name"), [this] { return definition() == m_renamed && isModified(); });
 }
 
 void tst_E2eEdit::changeIsSaved()
 {
-    QByteArray expected = savedUnchanged(s("chartdesk"));
+    QByteArray expected = savedUnchanged();
     // What the plug-in has for the point follows its id.
     QCOMPARE(expected.count("id=\"saltmere.chart.projection\""), 2);
     expected.replace("id=\"saltmere.chart.projection\"", "id=\"saltmere.chart.grid\"");
 
-    STEP(*m_workbench, open(m_file));
-    EVENTUALLY(realization(), m_realization);
+    STEP(open(m_file));
+    EVENTUALLY(lines("realizationTree"), m_realization);
     QCOMPARE(definition(), m_definition);
     EVENTUALLY(title(), s("extension.xml"));
-    STEP(*m_workbench, click(Place::tab(s("tabWidget"), s("ExtPointEdit"))));
-    STEP(*this, change("Projections", "id", "saltmere.chart.grid"));
-    EVENTUALLY(m_workbench->isModified(), true);
+    STEP(definitionPage());
+    STEP(change("Projections", "id", "saltmere.chart.grid"));
+    EVENTUALLY(isModified(), true);
     EVENTUALLY(title(), s("extension.xml*"));
-    STEP(*m_workbench, key(s("ctrl+s")));
-    EVENTUALLY(m_workbench->isModified(), false);
-    QCOMPARE(m_workbench->dialogs(), QStringList());
+    STEP(save());
+    QCOMPARE(dialogs(), noDialogs);
     EVENTUALLY(title(), s("extension.xml"));
     QCOMPARE(contentOf(m_file), expected);
-    STEP(*m_workbench, close());
+    STEP(close());
     QCOMPARE(contentOf(m_file), expected);
 
-    STEP(*this, openSample());
+    STEP(openSample());
     QCOMPARE(definition(), m_definition);
-    EVENTUALLY(realization(), m_realization);
-    STEP(*m_workbench, click(Place::row(s("defintionTree"), { s("saltmere.chartdesk"), s("Projections") })));
-    EVENTUALLY(m_workbench->sheet(s("basicInfo")).contains(s("id = saltmere.chart.grid")), true);
-    STEP(*m_workbench, close());
-}
-
-void tst_E2eEdit::closingAsks_data()
-{
-    QTest::addColumn<QString>("closing");
-    QTest::addColumn<bool>("saves");
-
-    QTest::newRow("window, save") << s("alt+F4") << true;
-    QTest::newRow("quit, cancel, discard") << s("ctrl+q") << false;
-}
-
-void tst_E2eEdit::closingAsks()
-{
-    QFETCH(QString, closing);
-    QFETCH(bool, saves);
-    const QByteArray original = contentOf(m_file);
-    STEP(*this, openSample());
-    STEP(*this, renameFirstPoint());
-    STEP(*m_workbench, key(closing));
-    STEP(*m_workbench, click(Place::button(s("savePrompt"), saves ? s("Save") : s("Cancel"))));
-    if (!saves) {
-        EVENTUALLY(m_workbench->dialogs(), QStringList());
-        QVERIFY(m_workbench->isModified());
-        QCOMPARE(definition(), m_renamed);
-        STEP(*m_workbench, key(closing));
-        STEP(*m_workbench, click(Place::button(s("savePrompt"), s("Discard"))));
-    }
-    STEP(*m_workbench, ended());
-    QCOMPARE(contentOf(m_file) != original, saves);
-    QCOMPARE(contentOf(m_file).contains("name=\"Sheets\""), saves);
+    EVENTUALLY(lines("realizationTree"), m_realization);
+    STEP(click(Place::row(s("defintionTree"), { s("saltmere.chartdesk"), s("Projections") })));
+    EVENTUALLY(lines("basicInfo").contains(s("id = saltmere.chart.grid")), true);
+    STEP(close());
 }
 
 void tst_E2eEdit::revert()
 {
-    const QByteArray original = contentOf(m_file);
-    STEP(*this, openSample());
-    STEP(*this, renameFirstPoint());
-    for (const char *answer : { "Cancel", "Revert" }) {
-        QVERIFY(m_workbench->isModified());
-        QCOMPARE(definition(), m_renamed);
-        STEP(*m_workbench, chooseFromMenu(s("File"), s("Revert to Saved")));
-        STEP(*m_workbench, click(Place::button(s("revertPrompt"), s(answer))));
-        EVENTUALLY(m_workbench->dialogs(), QStringList());
-    }
-    EVENTUALLY(m_workbench->isModified(), false);
+    STEP(openSample());
+    STEP(renameFirstPoint());
+    STEP(chooseFromMenu(s("File"), s("Revert to Saved")));
+    STEP(click(Place::button(s("revertPrompt"), s("Revert"))));
+    EVENTUALLY(isModified(), false);
     EVENTUALLY(definition(), m_definition);
-    EVENTUALLY(realization(), m_realization);
-    QCOMPARE(contentOf(m_file), original);
+    EVENTUALLY(lines("realizationTree"), m_realization);
+    QCOMPARE(contentOf(m_file), m_original);
 
     // The fresh editor is as good as the first.
-    STEP(*m_workbench, click(Place::tab(s("tabWidget"), s("ExtPointEdit"))));
-    STEP(*this, renameFirstPoint());
-    STEP(*m_workbench, key(s("ctrl+s")));
-    EVENTUALLY(m_workbench->isModified(), false);
+    STEP(definitionPage());
+    STEP(renameFirstPoint());
+    STEP(save());
     QVERIFY(contentOf(m_file).contains("name=\"Sheets\""));
-    STEP(*m_workbench, close());
+    STEP(close());
+}
+
+void tst_E2eEdit::notWritten_data()
+{
+    QTest::addColumn<bool>("isReadOnly");
+    QTest::addColumn<QString>("reason");
+
+    QTest::newRow("read-only file in a read-only directory") << true << s("Permission denied");
+    QTest::newRow("limit of the file size") << false << s("File too large");
+}
+
+void tst_E2eEdit::notWritten()
+{
+    QFETCH(bool, isReadOnly);
+    QFETCH(QString, reason);
+    const QString directory = QFileInfo(m_file).path();
+    const auto hinder = [&](bool on) {
+        if (isReadOnly) {
+            setMode(directory, on ? 0555 : 0777);
+            setMode(m_file, on ? 0444 : 0666);
+            return true;
+        }
+        // Only the soft limit, which the owner of the process may raise again.
+        return QProcess::execute(s("prlimit"),
+                   { s("--pid"), QString::number(program().processId()),
+                       on ? s("--fsize=2000:") : s("--fsize=unlimited:") })
+            == 0;
+    };
+    if (isReadOnly)
+        program().laysDownRoot();
+    STEP(openSample());
+    STEP(renameFirstPoint());
+    QVERIFY(hinder(true));
+    // Twice: a failed save must not make the next one believe that there is nothing to do; and what can't be saved is
+    // not closed either.
+    for (const char *how : { "ctrl+s", "ctrl+s", "alt+F4" }) {
+        STEP(key(s(how)));
+        if (qstrcmp(how, "alt+F4") == 0)
+            STEP(click(Place::button(s("savePrompt"), s("Save"))));
+        EVENTUALLY(dialogs(), QStringList { s("errorMessage") });
+        const QString text = textOfDialog();
+        QVERIFY2(text.contains(m_file) && text.contains(reason), qPrintable(text));
+        STEP(click(Place::button(s("errorMessage"), s("OK"))));
+        EVENTUALLY(dialogs(), noDialogs);
+        QVERIFY(isModified());
+        QCOMPARE(contentOf(m_file), m_original);
+        QCOMPARE(QDir(directory).entryList(QDir::Files | QDir::Hidden), QStringList { s("extension.xml") });
+    }
+    QVERIFY(hinder(false));
+    STEP(save());
+    const QByteArray saved = contentOf(m_file);
+    QVERIFY(saved.contains("name=\"Sheets\"") && saved.endsWith("</Plugin>\n"));
+    STEP(close());
+}
+
+void tst_E2eEdit::endedFromOutside_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::addColumn<int>("code");
+
+    QTest::newRow("killed, the directory renamed before the next start") << SIGKILL << -1;
+    QTest::newRow("told to end") << SIGTERM << 0;
+    QTest::newRow("its display gone") << 0 << 1;
+}
+
+void tst_E2eEdit::endedFromOutside()
+{
+    QFETCH(int, signal);
+    QFETCH(int, code);
+    STEP(openSample());
+    STEP(renameFirstPoint());
+    if (signal == SIGKILL)
+        EVENTUALLY(program().recoveryCopies().size(), 1);
+    QVERIFY(signal == 0 ? InputDevices::cutOffActiveWindow() : program().signal(signal));
+    const Program::Result result = program().result();
+    QCOMPARE(result.code, code);
+    QVERIFY2(code != 0 || result.error.isEmpty(), result.error.constData());
+    QCOMPARE(contentOf(m_file), m_original);
+    QCOMPARE(program().recoveryCopies().size(), 1);
+    if (signal == SIGKILL) {
+        QVERIFY(QDir(m_product->plugins()).rename(s("chartdesk"), s("desk")));
+        m_file = m_product->fileOf(s("desk"));
+    }
+
+    STEP(openSample());
+    EVENTUALLY(isShown("recoveryBar"), true);
+    QCOMPARE(definition(), m_definition);
+    QVERIFY(!isModified());
+    QCOMPARE(dialogs(), noDialogs);
+    STEP(click(Place::widget(s("restoreButton"))));
+    EVENTUALLY(definition(), m_renamed);
+    EVENTUALLY(isModified(), true);
+    QVERIFY(!isShown("recoveryBar"));
+    QCOMPARE(contentOf(m_file), m_original);
+    EVENTUALLY(isBusy(), false);
+    STEP(save());
+    // The whole model came over: nothing but the name is different from what a save of the original gives.
+    QCOMPARE(contentOf(m_file).replace("\"Sheets\"", "\"Chart layers\""), savedUnchanged());
+    QVERIFY(contentOf(m_file).contains("\"Sheets\""));
+    QCOMPARE(program().recoveryCopies(), QStringList());
+    STEP(close());
+}
+
+void tst_E2eEdit::changedUnderChanges()
+{
+    STEP(openSample());
+    STEP(renameFirstPoint());
+    QByteArray theirs = m_original;
+    replaceFile(m_file, theirs.replace("Chart layers", "Their layers"));
+    EVENTUALLY(isShown("changeBar"), true);
+    QCOMPARE(definition(), m_renamed);
+    // Saving now would destroy what the others wrote.
+    STEP(key(s("ctrl+s")));
+    EVENTUALLY(state().value(s("status")).toString().startsWith(s("Not saved")), true);
+    QCOMPARE(contentOf(m_file), theirs);
+    QCOMPARE(dialogs(), noDialogs);
+
+    STEP(click(Place::widget(s("reloadButton"))));
+    EVENTUALLY(isShown("changeBar"), false);
+    EVENTUALLY(definition().value(1), s("    Their layers"));
+    EVENTUALLY(isModified(), false);
+    STEP(close());
+    QCOMPARE(program().recoveryCopies(), QStringList());
 }
 
 QTEST_GUILESS_MAIN(tst_E2eEdit)

@@ -1,59 +1,154 @@
-#include "realizationdesk.h"
+#include "product.h"
+#include "workbenchdriver.h"
+
+#include <QRegularExpression>
+#include <QThread>
 
 #include <algorithm>
+#include <csignal>
 
 namespace {
 
-const QString definitionTree = s("defintionTree");
+QStringList linesOf(const QString &text)
+{
+    return text.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+/// The text with "#" for the numbers of generated ids of the plug-in "own".
+QString masked(QString text)
+{
+    static const QRegularExpression generated(s("\\b(own\\.[A-Za-z]+\\.?)\\d{1,4}\\b"));
+    return text.replace(generated, s("\\1#"));
+}
+
+/// What is saved of the plug-in "own" when its file holds these elements, each line indented as in the file.
+QStringList savedFile(const char *lines)
+{
+    return linesOf(
+        s("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<Plugin id=\"own\" name=\"own\">") + s(lines) + s("</Plugin>"));
+}
+
+QByteArray colouredIcon(const QString &colour)
+{
+    return s("<svg xmlns='http://www.w3.org/2000/svg'><rect width='16' height='16' fill='%1'/></svg>")
+        .arg(colour)
+        .toUtf8();
+}
 
 /// Plug-ins of others that declare the points and fill a tab.
 Product::Files others()
 {
     return {
-        { s("shell"), shellFile() },
-        { s("desk"), pluginFile("desk", R"xml(<ExtDataSet><ExtData plugin='desk' id='shell.commands' extPlugin='shell'>
+        { s("shell/extension.xml"), shellFile() },
+        { s("desk/extension.xml"),
+            pluginFile("desk", R"xml(<ExtDataSet><ExtData plugin='desk' id='shell.commands' extPlugin='shell'>
 <Layout id='desk.main' title='Main'><area id='desk.left'><action id='desk.print'/></area><area id='desk.right'/></Layout>
 <format target='both.window'><menubar><menu id='desk.extras'><action id='desk.print'/></menu></menubar></format>
 <menu id='desk.extras' text='Extras'/><action id='desk.print' text='Print' icon='green.svg'/></ExtData></ExtDataSet>)xml") },
-        { s("desk/green.svg"), colouredIcon("#208040") },
+        { s("desk/green.svg"), colouredIcon(s("#208040")) },
     };
 }
 
 } // namespace
 
 /// A person's work on the realization page of the real program, and what is saved of it: records that are changed where
-/// they are used, contributions to the layouts of others, points of one's own.
-class tst_E2eRealization : public QObject
+/// they are used, contributions to the layouts of others, points of one's own, also while the other plug-ins are being
+/// read.
+class tst_E2eRealization : public QObject, private WorkbenchDriver
 {
     Q_OBJECT
 
 private slots:
+    void init() { begin(); }
     void cleanup();
     void editsReachEverything();
     void recordsGoIntoFormats();
     void pointIsMadeUsedAndDeleted();
+    void savesWhileReading();
+    void aDeadNeighbour();
 
 private:
+    /// A product of these files and the plug-in "own", which is the one to work on.
+    void make(const QByteArray &own, Product::Files others);
+    [[nodiscard]] bool openPage(bool waitForReading = true)
+    {
+        return open(file(), waitForReading) && realizationPage();
+    }
     [[nodiscard]] bool showCommands();
-    void makesPoint();
-    [[nodiscard]] bool typeInto(const char *sheet, const char *row, const char *text);
-    [[nodiscard]] bool deletePoint(const QVariantList &path);
+    [[nodiscard]] bool showTab(const char *label) { return click(Place::tab(s("formatTab"), s(label))); }
+    [[nodiscard]] bool dragToTable(const QVariantList &point)
+    {
+        return dragToWhatAppears(Place::point(point), Place::table());
+    }
+    [[nodiscard]] bool editRecord(const char *row, const char *text)
+    {
+        return edit("propertyRealization", row, s(text));
+    }
+    [[nodiscard]] bool makePoint();
+    [[nodiscard]] bool rename(const char *name);
+
+    [[nodiscard]] QString file() const { return m_product->fileOf(s("own")); }
+    [[nodiscard]] QStringList saved() const { return linesOf(masked(QString::fromUtf8(contentOf(file())))); }
+    [[nodiscard]] QStringList shown(const char *widget)
+    {
+        return linesOf(masked(lines(widget).join(QLatin1Char('\n'))));
+    }
+    [[nodiscard]] QStringList formats() { return shown("formatTree"); }
+    [[nodiscard]] QStringList records() { return shown("realizTable"); }
+    [[nodiscard]] QStringList sheet() { return shown("propertyRealization"); }
+    /// Everything that the page shows.
+    [[nodiscard]] QStringList picture();
     /// What the realization page shows under the plug-in that is edited.
     [[nodiscard]] QStringList ownPoints();
+    /// The number of plug-ins that the realization page shows.
+    [[nodiscard]] int plugins();
 
-    std::unique_ptr<RealizationDesk> m_desk;
+    std::unique_ptr<Product> m_product;
+    Product::Files m_others;
 };
+
+void tst_E2eRealization::make(const QByteArray &own, Product::Files others)
+{
+    m_others = others;
+    others.insert(s("own/extension.xml"), pluginFile("own", own));
+    m_product = std::make_unique<Product>(others);
+}
 
 void tst_E2eRealization::cleanup()
 {
-    m_desk->finish();
-    m_desk.reset();
+    finish();
+    QVERIFY(m_product->filesWithout(s("own")) == m_others);
 }
 
 bool tst_E2eRealization::showCommands()
 {
-    return m_desk->open() && m_desk->unfold(s("shell"))
-        && m_desk->click(RealizationDesk::point({ s("shell"), s("Commands") }));
+    return openPage() && unfold(s("shell")) && click(Place::point({ s("shell"), s("Commands") }));
+}
+
+bool tst_E2eRealization::rename(const char *name)
+{
+    return definitionPage() && click(Place::row(s("defintionTree"), { 0, 0 })) && edit("basicInfo", "name", s(name))
+        && waitFor(s("the new name"), [&] { return lines("defintionTree").value(1).trimmed() == s(name); });
+}
+
+QStringList tst_E2eRealization::picture()
+{
+    return lines("realizationTree") + lines("formatTab") + formats() + icons("formatTree") + records()
+        + icons("realizTable") + sheet();
+}
+
+QStringList tst_E2eRealization::ownPoints()
+{
+    const QStringList points = lines("realizationTree");
+    const int first = points.indexOf(s("    own")) + 1;
+    const auto isBelow = [](const QString &line) { return line.startsWith(s("        ")); };
+    const auto end = std::find_if_not(points.begin() + first, points.end(), isBelow);
+    return first == 0 ? QStringList() : points.mid(first, int(std::distance(points.begin() + first, end)));
+}
+
+int tst_E2eRealization::plugins()
+{
+    return lines("realizationTree").filter(QRegularExpression(s("^ {4}[^ ]"))).size();
 }
 
 void tst_E2eRealization::editsReachEverything()
@@ -61,8 +156,7 @@ void tst_E2eRealization::editsReachEverything()
     const QByteArray own = R"xml(<ExtDataSet><ExtData plugin='own' id='shell.commands' extPlugin='shell'>
 <format target='own.window' title='Window'><menubar><menu id='own.file'><action id='own.open'/>
 <action id='own.open' text="tr('Mine')"/></menu></menubar></format>
-<format target='own.tools' title='Tools'><menubar><menu id='own.file'><action id='own.open'/></menu></menubar></format>
-<menu id='own.file' text="tr('File')"/><action id='own.open' text="tr('Open')" icon='red.svg'/>
+<menu id='own.file' text="tr('File')"/><action id='own.open' text="tr('Open')" icon='c02020.svg'/>
 </ExtData></ExtDataSet>)xml";
     const auto window = [](const char *id, const char *text) {
         return QStringList { s("format | Window"), s("    menubar | "), s("        own.file | File"),
@@ -70,34 +164,31 @@ void tst_E2eRealization::editsReachEverything()
     };
     const QString red = s("#c02020");
     const QString blue = s("#2040c0");
-    Product::Files files { { s("shell"), shellFile() } };
-    files.insert(s("own/red.svg"), colouredIcon("#c02020"));
-    files.insert(s("own/blue.svg"), colouredIcon("#2040c0"));
-    m_desk = std::make_unique<RealizationDesk>(pluginFile("own", own), files);
-    STEP(*m_desk, open());
-    STEP(*m_desk, unfold(s("shell")));
-    STEP(*m_desk, click(RealizationDesk::point({ s("shell"), s("Commands") })));
-    STEP(*m_desk, showTab(s("Window")));
-    EVENTUALLY(m_desk->records(),
-        (QStringList { s("own.file | File |  | 2 | true"), s("own.open | Open | red.svg | 3 | true") }));
-    QCOMPARE(m_desk->formats(), window("own.open", "Open"));
-    QCOMPARE(m_desk->formatIcons(), (QStringList { QString(), QString(), QString(), red, red }));
-    QCOMPARE(m_desk->recordIcons(), (QStringList { QString(), red }));
+    make(own, { { s("shell/extension.xml"), shellFile() } });
+    for (const QString &colour : { red, blue })
+        writeFile(m_product->plugins() + s("/own/") + colour.mid(1) + s(".svg"), colouredIcon(colour));
+    STEP(showCommands());
+    STEP(showTab("Window"));
+    EVENTUALLY(
+        records(), (QStringList { s("own.file | File |  | 1 | true"), s("own.open | Open | c02020.svg | 2 | true") }));
+    QCOMPARE(formats(), window("own.open", "Open"));
+    QCOMPARE(icons("formatTree"), (QStringList { QString(), QString(), QString(), red, red }));
+    QCOMPARE(icons("realizTable"), (QStringList { QString(), red }));
 
-    STEP(*m_desk, click(RealizationDesk::record(1)));
+    STEP(click(Place::record(1)));
     // What it lacked has its default.
-    EVENTUALLY(m_desk->sheet().value(3), s("checkable = false"));
-    STEP(*m_desk, edit(s("text"), s("Load")));
-    EVENTUALLY(m_desk->records().value(1), s("own.open | Load | red.svg | 3 | true"));
-    EVENTUALLY(m_desk->formats(), window("own.open", "Load"));
-    STEP(*m_desk, edit(s("icon"), s("blue.svg")));
-    EVENTUALLY(m_desk->recordIcons(), (QStringList { QString(), blue }));
-    EVENTUALLY(m_desk->formatIcons(), (QStringList { QString(), QString(), QString(), blue, blue }));
-    STEP(*m_desk, edit(s("id"), s("own.load")));
-    EVENTUALLY(m_desk->records().value(1), s("own.load | Load | blue.svg | 3 | true"));
-    EVENTUALLY(m_desk->formats(), window("own.load", "Load"));
-    STEP(*m_desk, save());
-    QCOMPARE(m_desk->saved(), savedFile(R"xml(
+    EVENTUALLY(sheet().value(3), s("checkable = false"));
+    STEP(editRecord("text", "Load"));
+    EVENTUALLY(records().value(1), s("own.open | Load | c02020.svg | 2 | true"));
+    EVENTUALLY(formats(), window("own.open", "Load"));
+    STEP(editRecord("icon", "2040c0.svg"));
+    EVENTUALLY(icons("realizTable"), (QStringList { QString(), blue }));
+    EVENTUALLY(icons("formatTree"), (QStringList { QString(), QString(), QString(), blue, blue }));
+    STEP(editRecord("id", "own.load"));
+    EVENTUALLY(records().value(1), s("own.load | Load | 2040c0.svg | 2 | true"));
+    EVENTUALLY(formats(), window("own.load", "Load"));
+    STEP(save());
+    QCOMPARE(saved(), savedFile(R"xml(
     <ExtDataSet>
         <ExtData plugin="own" id="shell.commands" extPlugin="shell" text="">
             <format target="own.window" title="Window">
@@ -108,35 +199,23 @@ void tst_E2eRealization::editsReachEverything()
                     </menu>
                 </menubar>
             </format>
-            <format target="own.tools" title="Tools">
-                <menubar>
-                    <menu id="own.file">
-                        <action id="own.load"/>
-                    </menu>
-                </menubar>
-            </format>
             <menu id="own.file" text="tr('File')"/>
-            <action id="own.load" text="tr('Load')" icon="blue.svg" checkable="false"/>
+            <action id="own.load" text="tr('Load')" icon="2040c0.svg" checkable="false"/>
         </ExtData>
     </ExtDataSet>
 )xml"));
     // An icon is shown with the whole path of its file once the record is shown anew.
-    STEP(*m_desk, click(RealizationDesk::record(0)));
-    STEP(*m_desk, click(RealizationDesk::record(1)));
-    EVENTUALLY(m_desk->sheet().value(2), s("icon = ") + m_desk->file().replace(s("extension.xml"), s("blue.svg")));
-    const QStringList picture = m_desk->picture();
-    m_desk->leavePicture(s("story-3"));
-    STEP(*m_desk, close());
+    STEP(click(Place::record(0)));
+    STEP(click(Place::record(1)));
+    EVENTUALLY(sheet().value(2), s("icon = ") + m_product->plugins() + s("/own/2040c0.svg"));
+    const QStringList before = picture();
+    STEP(close());
 
-    STEP(*m_desk, open());
-    STEP(*m_desk, unfold(s("shell")));
-    STEP(*m_desk, click(RealizationDesk::point({ s("shell"), s("Commands") })));
-    STEP(*m_desk, showTab(s("Window")));
-    STEP(*m_desk, click(RealizationDesk::record(1)));
-    EVENTUALLY(m_desk->picture(), picture);
-    STEP(*m_desk, showTab(s("Tools")));
-    EVENTUALLY(m_desk->formats().last(), s("            own.load | Load"));
-    STEP(*m_desk, close());
+    STEP(showCommands());
+    STEP(showTab("Window"));
+    STEP(click(Place::record(1)));
+    EVENTUALLY(picture(), before);
+    STEP(close());
 }
 
 void tst_E2eRealization::recordsGoIntoFormats()
@@ -145,38 +224,38 @@ void tst_E2eRealization::recordsGoIntoFormats()
 <format target='own.window' title='Window'><menubar><menu id='own.file'><action id='own.open'/></menu></menubar></format>
 <menu id='own.file' text="tr('File')"/><action id='own.open' text="tr('Open')"/><action id='own.shut' text="tr('Shut')"/>
 </ExtData></ExtDataSet>)xml";
-    m_desk = std::make_unique<RealizationDesk>(pluginFile("own", own), others());
-    QVERIFY2(showCommands(), qPrintable(m_desk->problem()));
+    make(own, others());
+    STEP(showCommands());
     const QStringList untouched { s("format | Window"), s("    menubar | "), s("        own.file | File"),
         s("            own.open | Open") };
-    EVENTUALLY(m_desk->formats(), untouched);
+    EVENTUALLY(formats(), untouched);
     // A bar takes menus and nothing else, and a sibling's area takes no menu.
-    const Place menu = RealizationDesk::entry({ 0, 0, 0 });
-    STEP(*m_desk, drag(RealizationDesk::record(2), RealizationDesk::entry({ 0, 0 })));
-    STEP(*m_desk, drag(RealizationDesk::record(2), RealizationDesk::entry({ 0, 0, 0, 0 })));
-    STEP(*m_desk, showTab(s("Main")));
+    const Place menu = Place::entry({ 0, 0, 0 });
+    STEP(drag(Place::record(2), Place::entry({ 0, 0 })));
+    STEP(drag(Place::record(2), Place::entry({ 0, 0, 0, 0 })));
+    STEP(showTab("Main"));
     const QStringList foreign { s("desk.main | Main"), s("    desk.left | "), s("        desk.print | Print"),
         s("    desk.right | ") };
-    EVENTUALLY(m_desk->formats(), foreign);
-    STEP(*m_desk, drag(RealizationDesk::record(0), RealizationDesk::entry({ 0, 1 })));
-    EVENTUALLY(m_desk->formats(), foreign);
-    STEP(*m_desk, showTab(s("Window")));
-    EVENTUALLY(m_desk->formats(), untouched);
-    QVERIFY(!m_desk->workbench().isModified());
+    EVENTUALLY(formats(), foreign);
+    STEP(drag(Place::record(0), Place::entry({ 0, 1 })));
+    EVENTUALLY(formats(), foreign);
+    STEP(showTab("Window"));
+    EVENTUALLY(formats(), untouched);
+    QVERIFY(!isModified());
 
-    STEP(*m_desk, drag(RealizationDesk::record(2), menu));
+    STEP(drag(Place::record(2), menu));
     const QStringList window = untouched + QStringList { s("            own.shut | Shut") };
-    EVENTUALLY(m_desk->formats(), window);
-    EVENTUALLY(m_desk->records().value(2), s("own.shut | Shut |  | 1 | true"));
-    STEP(*m_desk, showTab(s("Main")));
-    EVENTUALLY(m_desk->formats(), foreign);
-    STEP(*m_desk, drag(RealizationDesk::record(2), RealizationDesk::entry({ 0, 0 })));
+    EVENTUALLY(formats(), window);
+    EVENTUALLY(records().value(2), s("own.shut | Shut |  | 1 | true"));
+    STEP(showTab("Main"));
+    EVENTUALLY(formats(), foreign);
+    STEP(drag(Place::record(2), Place::entry({ 0, 0 })));
     const QStringList main { s("desk.main | Main"), s("    desk.left | "), s("        desk.print | Print"),
         s("        own.shut | Shut"), s("    desk.right | ") };
-    EVENTUALLY(m_desk->formats(), main);
-    EVENTUALLY(m_desk->records().value(2), s("own.shut | Shut |  | 2 | true"));
-    STEP(*m_desk, save());
-    QCOMPARE(m_desk->saved(), savedFile(R"xml(
+    EVENTUALLY(formats(), main);
+    EVENTUALLY(records().value(2), s("own.shut | Shut |  | 2 | true"));
+    STEP(save());
+    QCOMPARE(saved(), savedFile(R"xml(
     <ExtDataSet>
         <ExtData plugin="own" id="shell.commands" extPlugin="shell" text="">
             <Format target="desk.main">
@@ -196,85 +275,61 @@ void tst_E2eRealization::recordsGoIntoFormats()
         </ExtData>
     </ExtDataSet>
 )xml"));
-    m_desk->leavePicture(s("story-4"));
-    const QStringList icons = m_desk->formatIcons();
-    const QStringList records = m_desk->records();
-    STEP(*m_desk, close());
+    const QStringList icons = this->icons("formatTree");
+    const QStringList records = this->records();
+    STEP(close());
 
-    QVERIFY2(showCommands(), qPrintable(m_desk->problem()));
-    EVENTUALLY(m_desk->records(), records);
-    STEP(*m_desk, showTab(s("Main")));
-    EVENTUALLY(m_desk->formats(), main);
-    QCOMPARE(m_desk->formatIcons(), icons);
-    STEP(*m_desk, showTab(s("Window")));
-    EVENTUALLY(m_desk->formats(), window);
-    STEP(*m_desk, close());
+    STEP(showCommands());
+    EVENTUALLY(this->records(), records);
+    STEP(showTab("Main"));
+    EVENTUALLY(formats(), main);
+    QCOMPARE(this->icons("formatTree"), icons);
+    STEP(showTab("Window"));
+    EVENTUALLY(formats(), window);
+    STEP(close());
 }
 
-bool tst_E2eRealization::typeInto(const char *sheet, const char *row, const char *text)
+bool tst_E2eRealization::makePoint()
 {
-    return m_desk->workbench().typeIntoSheet(s(sheet), s(row), s(text), s("Return"));
-}
-
-QStringList tst_E2eRealization::ownPoints()
-{
-    const QStringList points = m_desk->points();
-    const int first = points.indexOf(s("    own")) + 1;
-    const auto isBelow = [](const QString &line) { return line.startsWith(s("        ")); };
-    const auto end = std::find_if_not(points.begin() + first, points.end(), isBelow);
-    return first == 0 ? QStringList() : points.mid(first, int(std::distance(points.begin() + first, end)));
-}
-
-void tst_E2eRealization::makesPoint()
-{
-    WorkbenchDriver &workbench = m_desk->workbench();
-    STEP(*m_desk, definitionPage());
-    STEP(*m_desk, choose(Place::row(definitionTree, { 0 }), { s("Create Point") }));
-    EVENTUALLY(workbench.tree(definitionTree).size(), 2);
-    QVERIFY2(typeInto("basicInfo", "id", "own.shapes"), qPrintable(m_desk->problem()));
-    QVERIFY2(typeInto("basicInfo", "name", "Shapes"), qPrintable(m_desk->problem()));
-    EVENTUALLY(workbench.tree(definitionTree).last(), s("    Shapes"));
-    STEP(*m_desk, click(Place::widget(s("pushButton_add_attr"))));
-    EVENTUALLY(workbench.table(s("defintionTable")).size(), 1);
-    QVERIFY2(typeInto("editInfoWidget", "key", "label"), qPrintable(m_desk->problem()));
-    QVERIFY2(typeInto("editInfoWidget", "value", "Circle"), qPrintable(m_desk->problem()));
-    EVENTUALLY(workbench.table(s("defintionTable")), QStringList { s("label |  | String | Circle") });
+    return definitionPage() && choose(Place::row(s("defintionTree"), { 0 }), { s("Create Point") })
+        && edit("basicInfo", "id", s("own.shapes")) && edit("basicInfo", "name", s("Shapes"))
+        && click(Place::widget(s("pushButton_add_attr"))) && edit("editInfoWidget", "key", s("label"))
+        && edit("editInfoWidget", "value", s("Circle")) && waitFor(s("the attribute"), [this] {
+               return lines("defintionTable") == QStringList { s("label |  | String | Circle") };
+           });
 }
 
 void tst_E2eRealization::pointIsMadeUsedAndDeleted()
 {
-    m_desk = std::make_unique<RealizationDesk>(pluginFile("own", ""), Product::Files { { s("shell"), shellFile() } });
-    WorkbenchDriver &workbench = m_desk->workbench();
-    STEP(*m_desk, open());
-    makesPoint();
-    if (QTest::currentTestFailed())
-        return;
+    make("", { { s("shell/extension.xml"), shellFile() } });
+    STEP(openPage());
+    STEP(makePoint());
 
-    STEP(*m_desk, realizationPage());
+    STEP(realizationPage());
     EVENTUALLY(ownPoints(), QStringList { s("        Shapes") });
-    STEP(*m_desk, unfold(s("own")));
-    STEP(*m_desk, dragToTable(RealizationDesk::point({ s("own"), s("Shapes") })));
-    EVENTUALLY(m_desk->records(), QStringList { s("own.shapes# |  | ") });
-    EVENTUALLY(m_desk->sheet(), (QStringList { s("id = own.shapes#"), s("label = Circle") }));
-    STEP(*m_desk, edit(s("label"), s("Ring")));
+    STEP(unfold(s("own")));
+    STEP(dragToTable({ s("own"), s("Shapes") }));
+    EVENTUALLY(records(), QStringList { s("own.shapes# |  | ") });
+    EVENTUALLY(sheet(), (QStringList { s("id = own.shapes#"), s("label = Circle") }));
+    STEP(editRecord("label", "Ring"));
 
     // Another name and id, with the record selected; and a sub point.
-    STEP(*m_desk, definitionPage());
-    STEP(*m_desk, click(Place::row(definitionTree, { 0, 0 })));
-    QVERIFY2(typeInto("basicInfo", "name", "Figures"), qPrintable(m_desk->problem()));
-    QVERIFY2(typeInto("basicInfo", "id", "own.figures"), qPrintable(m_desk->problem()));
-    STEP(*m_desk, choose(Place::row(definitionTree, { 0, 0 }), { s("Create Sub Point") }));
-    EVENTUALLY(workbench.tree(definitionTree).size(), 3);
-    QVERIFY2(typeInto("basicInfo", "key", "corner"), qPrintable(m_desk->problem()));
-    STEP(*m_desk, realizationPage());
+    STEP(definitionPage());
+    STEP(click(Place::row(s("defintionTree"), { 0, 0 })));
+    STEP(edit("basicInfo", "name", s("Figures")));
+    STEP(edit("basicInfo", "id", s("own.figures")));
+    STEP(choose(Place::row(s("defintionTree"), { 0, 0 }), { s("Create Sub Point") }));
+    EVENTUALLY(lines("defintionTree").size(), 3);
+    STEP(edit("basicInfo", "key", s("corner")));
+    STEP(realizationPage());
     EVENTUALLY(ownPoints(), (QStringList { s("        Figures"), s("            SubPoint") }));
-    EVENTUALLY(m_desk->records(), QStringList { s("own.shapes# |  | ") });
-    EVENTUALLY(m_desk->sheet(), (QStringList { s("id = own.shapes#"), s("label = Ring") }));
-    STEP(*m_desk, unfold(s("own")));
-    STEP(*m_desk, dragToTable(RealizationDesk::point({ s("own"), s("Figures"), s("SubPoint") })));
-    EVENTUALLY(m_desk->records(), QStringList { s("own.corner# |  | ") });
-    STEP(*m_desk, save());
-    QCOMPARE(m_desk->saved(), savedFile(R"xml(
+    EVENTUALLY(records(), QStringList { s("own.shapes# |  | ") });
+    EVENTUALLY(sheet(), (QStringList { s("id = own.shapes#"), s("label = Ring") }));
+    STEP(unfold(s("own")));
+    STEP(dragToTable({ s("own"), s("Figures"), s("SubPoint") }));
+    EVENTUALLY(records(), QStringList { s("own.corner# |  | ") });
+    STEP(save());
+    QCOMPARE(saved(), savedFile(R"xml(
     <ExtPointSet>
         <ExtPoint id="own.figures" name="Figures">
             <String key="label" name="" value="Circle" regexp="" tips="" trans=""/>
@@ -288,46 +343,124 @@ void tst_E2eRealization::pointIsMadeUsedAndDeleted()
         </ExtData>
     </ExtDataSet>
 )xml"));
-    m_desk->leavePicture(s("story-7"));
 
-    QVERIFY2(deletePoint({ 0, 0, 0 }), qPrintable(m_desk->problem()));
-    EVENTUALLY(workbench.tree(definitionTree).size(), 2);
-    STEP(*m_desk, realizationPage());
-    EVENTUALLY(m_desk->points().filter(s("SubPoint")), QStringList());
-    // Deleting it has gone to nothing else there.
-    EVENTUALLY(m_desk->records(), QStringList());
-    STEP(*m_desk, click(RealizationDesk::point({ s("own"), s("Figures") })));
-    EVENTUALLY(m_desk->records(), (QStringList { s("own.shapes# |  | "), s("own.corner# |  | ") }));
-    STEP(*m_desk, click(RealizationDesk::record(0)));
-    QVERIFY2(deletePoint({ 0, 0 }), qPrintable(m_desk->problem()));
-    EVENTUALLY(workbench.tree(definitionTree), QStringList { s("own") });
-    STEP(*m_desk, realizationPage());
-    EVENTUALLY(m_desk->points().filter(s("Figures")), QStringList());
-    EVENTUALLY(m_desk->records(), QStringList());
-    STEP(*m_desk, save());
+    // With its record selected.
+    STEP(click(Place::record(0)));
+    STEP(definitionPage());
+    STEP(click(Place::row(s("defintionTree"), { 0, 0 })));
+    STEP(key(s("Delete")));
+    EVENTUALLY(lines("defintionTree"), QStringList { s("own") });
+    STEP(realizationPage());
+    EVENTUALLY(lines("realizationTree").filter(s("Figures")), QStringList());
+    EVENTUALLY(records(), QStringList());
+    STEP(save());
     // What realized the point stays for whoever declares it again.
-    QCOMPARE(m_desk->saved(), savedFile(R"xml(
+    QCOMPARE(saved(), savedFile(R"xml(
     <ExtPointSet/>
     <ExtDataSet>
-        <ExtData plugin="own" id="own.figures" extPlugin="own" label="Circle">
+        <ExtData plugin="own" id="own.figures" extPlugin="own">
             <shapes id="own.shapes#" label="Ring"/>
             <corner id="own.corner#"/>
         </ExtData>
     </ExtDataSet>
 )xml"));
-    QCOMPARE(m_desk->points().filter(s("    own")).size(), 1);
-    STEP(*m_desk, close());
+    QCOMPARE(lines("realizationTree").filter(s("    own")).size(), 1);
+    STEP(close());
 
-    STEP(*m_desk, open());
-    EVENTUALLY(m_desk->points().filter(s("    own")).size(), 1);
+    STEP(openPage());
+    EVENTUALLY(lines("realizationTree").filter(s("    own")).size(), 1);
     QCOMPARE(ownPoints(), QStringList());
-    STEP(*m_desk, close());
+    STEP(close());
 }
 
-bool tst_E2eRealization::deletePoint(const QVariantList &path)
+void tst_E2eRealization::savesWhileReading()
 {
-    return m_desk->definitionPage() && m_desk->click(Place::row(definitionTree, path))
-        && m_desk->workbench().key(s("Delete"));
+    const QByteArray own = R"xml(<ExtPointSet><ExtPoint id='own.shapes' name='Shapes'/></ExtPointSet>
+<ExtDataSet><ExtData plugin='own' id='shell.commands' extPlugin='shell'><menu id='own.file' text="tr('File')"/>
+<action id='own.open' text="tr('Open')" icon='open.svg'><Meta value='1.4'/></action></ExtData></ExtDataSet>)xml";
+    // What makes the texts translatable is the last to be read.
+    Product::Files others { { s("z-shell/extension.xml"), shellFile() } };
+    addSiblings(&others, 200, 5);
+    make(own, others);
+    program().holdBack(m_product->fileOf(s("z-shell")));
+    STEP(openPage(false));
+    STEP(rename("Figures"));
+    EVENTUALLY(isModified(), true);
+    QVERIFY(isBusy());
+    // A save takes in what is still to be read, and answers nobody until then.
+    STEP(key(s("ctrl+s")));
+    QThread::msleep(300);
+    program().readOn();
+    EVENTUALLY(isModified(), false);
+    QCOMPARE(saved(), savedFile(R"xml(
+    <ExtPointSet>
+        <ExtPoint id="own.shapes" name="Figures"/>
+    </ExtPointSet>
+    <ExtDataSet>
+        <ExtData plugin="own" id="shell.commands" extPlugin="shell">
+            <menu id="own.file" text="tr('File')"/>
+            <action id="own.open" text="tr('Open')" icon="open.svg">
+                <Meta value="1.4"/>
+            </action>
+        </ExtData>
+    </ExtDataSet>
+)xml"));
+    STEP(realizationPage());
+    // One row for each plug-in, and all of them.
+    EVENTUALLY(plugins(), 200 + 2);
+    STEP(close());
+}
+
+/// A file of another plug-in lies on a network that has gone, and sixty more are slow: that costs nothing but what only
+/// that file could tell, and a question.
+void tst_E2eRealization::aDeadNeighbour()
+{
+    const QByteArray own = R"xml(<ExtPointSet><ExtPoint id='own.shapes' name='Shapes'/></ExtPointSet>
+<ExtDataSet><ExtData plugin='own' id='shell.commands' extPlugin='shell'><menu id='own.file' text="tr('File')"/></ExtData>
+</ExtDataSet>)xml";
+    Product::Files others { { s("a-shell/extension.xml"), shellFile() }, { s("z-broken/extension.xml"), "<Plugin" } };
+    addSiblings(&others, 60, 5);
+    make(own, others);
+    program().slowDown(200);
+    program().holdBack(m_product->fileOf(s("a-shell")));
+
+    STEP(openPage(false));
+    STEP(rename("Kept"));
+    EVENTUALLY(program().recoveryCopies().size(), 1);
+    // The others pass the one that is not read.
+    STEP(realizationPage());
+    EVENTUALLY(plugins(), 60 + 1);
+    QVERIFY(program().signal(SIGKILL));
+
+    STEP(openPage(false));
+    STEP(definitionPage());
+    STEP(click(Place::widget(s("restoreButton"))));
+    EVENTUALLY(lines("defintionTree").value(1).trimmed(), s("Kept"));
+    STEP(realizationPage());
+    EVENTUALLY(plugins(), 60 + 1);
+    for (const bool anyway : { false, true }) {
+        STEP(key(s("ctrl+s")));
+        EVENTUALLY(isShown("saveNowButton"), true);
+        QVERIFY2(textOf("saveBarText").contains(s("a-shell")), qPrintable(textOf("saveBarText")));
+        STEP(click(Place::widget(s("saveNowButton"))));
+        EVENTUALLY(dialogs(), QStringList { s("saveReportPrompt") });
+        QVERIFY2(textOfDialog().contains(s("\"a-shell\", \"z-broken\"")), qPrintable(textOfDialog()));
+        STEP(click(Place::button(s("saveReportPrompt"), anyway ? s("Save Anyway") : s("Cancel"))));
+        EVENTUALLY(isModified(), !anyway);
+        QCOMPARE(contentOf(file()).contains("text=\"File\""), anyway);
+    }
+    EVENTUALLY(program().recoveryCopies().size(), 0);
+    EVENTUALLY(isShown("saveDetailsButton"), true);
+
+    STEP(rename("Again"));
+    QVERIFY(program().signal(SIGTERM));
+    QCOMPARE(program().result().code, 0);
+    QCOMPARE(program().recoveryCopies().size(), 1);
+
+    // Closing waits for nobody either.
+    STEP(openPage(false));
+    STEP(key(s("alt+F4")));
+    QCOMPARE(program().result().code, 0);
 }
 
 QTEST_GUILESS_MAIN(tst_E2eRealization)

@@ -3,89 +3,99 @@
 #include "place.h"
 #include "program.h"
 
-#include <QJsonObject>
 #include <QLocalSocket>
 #include <QRect>
+#include <QTest>
 
 #include <functional>
+
+/// Ends the test with the driver's problem when the step fails. For test classes that are drivers.
+#define STEP(step) QVERIFY2(step, qPrintable(problem()))
+
+/// Compares as soon as it holds, or fails when the patience has ended.
+#define EVENTUALLY(actual, expected)                                                                                   \
+    do {                                                                                                               \
+        (void)waitFor(QString(), [&] { return (actual) == (expected); });                                              \
+        QCOMPARE(actual, expected);                                                                                    \
+    } while (false)
 
 /// Works the running workbench as a person does, with the pointer and the keys of the X server that the test runs in,
 /// and sees through the probe what it shows. A step waits until it can be done and fails when it can't be within
 /// Program::Patience; problem() then says why. What a step leads to is waited for by whoever asks, with EVENTUALLY on
 /// the functions that look.
-class WorkbenchDriver final
+class WorkbenchDriver
 {
 public:
     WorkbenchDriver() = default;
+    WorkbenchDriver(const WorkbenchDriver &) = delete;
+    WorkbenchDriver &operator=(const WorkbenchDriver &) = delete;
 
-    [[nodiscard]] Program &program() { return m_program; }
+    [[nodiscard]] Program &program() { return *m_program; }
 
-    /// Starts the program and waits until its window is there, has the focus and no plug-in is being read any more.
-    [[nodiscard]] bool open(const QString &file, const QStringList &options = {});
-    /// The same, but doesn't wait for the plug-ins that are being read.
-    [[nodiscard]] bool openWhileReading(const QString &file, const QStringList &options = {});
-    /// Starts the program and waits for nothing but its first answer.
-    [[nodiscard]] bool launch(const QStringList &arguments);
-    /// Closes the window with the window manager's key and waits for the end, which must be one without any fault: exit
-    /// code 0 and nothing on the standard error output.
+    /// Starts the program and waits until its window is there, has the focus and, if so wanted, no plug-in is being
+    /// read any more.
+    [[nodiscard]] bool open(const QString &file, bool waitForReading = true);
+    /// Closes the window with the window manager's key and waits for the end.
     [[nodiscard]] bool close();
-    /// Waits for that end.
+    /// Waits for the end, which must be one without any fault: exit code 0 and nothing on the standard error output.
     [[nodiscard]] bool ended();
     [[nodiscard]] QString problem() const { return m_problem; }
 
-    [[nodiscard]] bool click(const Place &place, int button = 1, int times = 1);
+    [[nodiscard]] bool click(const Place &place, int button = 1);
     [[nodiscard]] bool drag(const Place &from, const Place &to);
     /// Like drag(), for a target that comes into view only once the source is pressed.
     [[nodiscard]] bool dragToWhatAppears(const Place &from, const Place &to);
     [[nodiscard]] bool key(const QString &name);
-    [[nodiscard]] bool type(const QString &text);
     /// Opens the menu of the menu bar and takes the entry.
     [[nodiscard]] bool chooseFromMenu(const QString &menu, const QString &entry);
     /// Opens the context menu of the place and takes the entries, one after the other.
-    [[nodiscard]] bool chooseFromContextMenu(const Place &place, const QStringList &entries);
-    /// Puts a text into a row of a sheet by clicking and typing, and ends with \a lastKey.
-    [[nodiscard]] bool typeIntoSheet(
-        const QString &sheet, const QString &row, const QString &text, const QString &lastKey);
+    [[nodiscard]] bool choose(const Place &place, const QStringList &entries);
+    /// Puts a text into a row of a sheet by clicking and typing, and ends with the Return key.
+    [[nodiscard]] bool edit(const char *sheet, const char *row, const QString &text);
+    /// Shows a page of the form.
+    [[nodiscard]] bool definitionPage() { return click(Place::tab(s("tabWidget"), s("ExtPointEdit"))); }
+    [[nodiscard]] bool realizationPage() { return click(Place::tab(s("tabWidget"), s("RealizationExit"))); }
+    /// Has the plug-in on the realization page show everything that it declares.
+    [[nodiscard]] bool unfold(const QString &plugin) { return click(Place::point({ plugin })) && key(s("asterisk")); }
+    /// With the keys, and waits until it is done.
+    [[nodiscard]] bool save();
 
-    /// One answer of the probe, an empty object when there is none.
-    [[nodiscard]] QJsonObject ask(const QJsonObject &request);
-    [[nodiscard]] QJsonObject state();
-    [[nodiscard]] bool isModified();
-    [[nodiscard]] bool isBusy();
-    [[nodiscard]] QStringList tree(const QString &name);
-    /// What the icons of a tree's lines or of a table's rows show in their middle; empty for none.
-    [[nodiscard]] QStringList icons(const char *ask, const QString &view);
-    /// The number of rows under the only row that has no parent.
-    [[nodiscard]] int topRows(const QString &tree);
-    [[nodiscard]] QStringList tabs(const QString &name);
-    /// The rows of a table, the cells divided by " | ".
-    [[nodiscard]] QStringList table(const QString &name);
-    /// "name = value" for each row.
-    [[nodiscard]] QStringList sheet(const QString &name);
+    /// What the probe says of the window, an empty object when there is no answer.
+    [[nodiscard]] QJsonObject state() { return ask("state", {}); }
+    [[nodiscard]] bool isModified() { return state().value(s("modified")).toBool(); }
+    [[nodiscard]] bool isBusy() { return state().value(s("busy")).toBool(true); }
+    [[nodiscard]] bool isShown(const char *widget) { return look(widget).value(s("visible")).toBool(); }
+    [[nodiscard]] QString textOf(const char *widget) { return look(widget).value(s("value")).toString(); }
+    /// What the tabs, the tree, the table or the sheet of this name shows.
+    [[nodiscard]] QStringList lines(const char *widget) { return list(widget, "lines"); }
+    /// What the icons in the rows of the tree or table show in their middle; empty for none.
+    [[nodiscard]] QStringList icons(const char *widget) { return list(widget, "icons"); }
     /// The object names of the visible dialogs, the one in front last.
     [[nodiscard]] QStringList dialogs();
-    /// Everything that the dialog says; empty when it isn't there.
-    [[nodiscard]] QString textOfDialog(const QString &name);
+    /// Everything that the dialog in front says.
+    [[nodiscard]] QString textOfDialog();
     [[nodiscard]] bool waitFor(const QString &what, const std::function<bool()> &condition);
 
-    /// To be called after each test: leaves a picture of a failure, and ends the program, which must have ended by
-    /// itself when there was none.
-    void finish();
     /// Writes a picture of the screen to the build tree.
     void leavePicture(const QString &name);
 
+protected:
+    /// To be called before each test.
+    void begin() { m_program = std::make_unique<Program>(); }
+    /// To be called after each test: leaves a picture of a failure, and ends the program, which must have ended by
+    /// itself when there was none.
+    void finish();
+
 private:
     [[nodiscard]] bool fail(const QString &problem);
-    [[nodiscard]] bool openAnd(const QString &file, const QStringList &options, bool waitForReading);
+    [[nodiscard]] QJsonObject ask(const char *question, QJsonObject about);
+    [[nodiscard]] QJsonObject look(const char *widget) { return ask("place", Place::widget(s(widget)).request); }
+    [[nodiscard]] QStringList list(const char *widget, const char *what);
     [[nodiscard]] bool waitForFocus();
-    [[nodiscard]] bool isDragging();
-    /// Presses and moves a little away; \a away is where the pointer is then.
-    [[nodiscard]] bool beginDrag(QPoint start, QPoint *away);
-    [[nodiscard]] bool endDrag(QPoint away, const Place &to);
+    [[nodiscard]] bool isDragging() { return state().value(s("dragging")).toBool(); }
     [[nodiscard]] bool reach(const Place &place, QRect *rect);
-    void scrollTowards(const QJsonObject &found, const QRect &view);
 
-    Program m_program;
+    std::unique_ptr<Program> m_program = std::make_unique<Program>();
     QLocalSocket m_socket;
     QString m_problem;
 };

@@ -65,19 +65,8 @@ private:
     QtMessageHandler m_before;
 };
 
-/// The largest size of a file of this process, for the time of its life. What goes beyond fails in mid-write.
-class FileSizeLimit final
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes);
-    ~FileSizeLimit();
-    FileSizeLimit(const FileSizeLimit &) = delete;
-    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
-
-private:
-    rlimit m_before = {};
-    void (*m_handler)(int);
-};
+/// The largest size of a file that this process writes. What goes beyond fails in mid-write.
+void limitFileSize(rlim_t bytes);
 
 /// Something done in a process of its own, so that a crash, a hang and laid down rights stay there. To be used by
 /// programs with one thread only.
@@ -86,13 +75,12 @@ class Child final
 public:
     /// Run first, with the rights that the tests have.
     std::function<void()> prepare;
-    /// Run as a user who is not root, for whom permissions count. Returns what is wrong, or nothing.
+    /// Run as a user who is not root, for whom permissions count, within patienceMs(). Returns what is wrong, or
+    /// nothing.
     std::function<QString()> act;
     /// If it is not empty, a disk of `diskKiB` is mounted here for the child alone.
     QString disk;
     int diskKiB = 0;
-    /// The whole of act() has this long; 0 stands for patienceMs().
-    qint64 limitMs = 0;
 
     /// What is wrong, or nothing.
     [[nodiscard]] QString run() const;

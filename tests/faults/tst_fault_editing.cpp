@@ -9,6 +9,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QMap>
 #include <QPointer>
 #include <QProcess>
 #include <QRandomGenerator>
@@ -18,10 +19,9 @@
 #include <QTest>
 #include <QTimer>
 #include <QTreeView>
-#include <QXmlStreamReader>
 
+#include <map>
 #include <memory>
-#include <utility>
 
 using namespace FaultTesting;
 
@@ -32,36 +32,36 @@ namespace {
 constexpr char quitOption[] = "--quit-in-mid-scan";
 constexpr char useOption[] = "--use";
 
-/// A copy of the sample product, with as many siblings more as are asked for.
-class Sample final
+/// Plug-ins with these files, in a directory of its own.
+class Product final
 {
 public:
-    explicit Sample(int more = 0)
+    using Files = QMap<QString, QByteArray>;
+
+    explicit Product(const Files &files)
     {
-        const QDir source(QStringLiteral(EXTPOINT_SOURCE_DIR "/samples/product/plugins"));
-        const QStringList plugins = source.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-        QDir().mkpath(m_directory.path() + QLatin1String("/plugins"));
-        for (const QString &plugin : plugins)
-            add(plugin, contentsOf(source.filePath(plugin + QLatin1String("/extension.xml"))));
-        for (int i = 0; i < more; ++i)
-            add(QStringLiteral("more%1").arg(i), documentOf(2'000));
+        for (auto file = files.begin(); file != files.end(); ++file) {
+            makeDirectory(m_directory.filePath(file.key()));
+            makeFile(path(file.key()), file.value());
+        }
     }
-    [[nodiscard]] QString path(const char *plugin) const
+    [[nodiscard]] QString path(const QString &plugin) const
     {
-        return m_directory.path() + QLatin1String("/plugins/") + QLatin1String(plugin)
-            + QLatin1String("/extension.xml");
+        return m_directory.filePath(plugin) + QLatin1String("/extension.xml");
     }
 
 private:
-    void add(const QString &plugin, const QByteArray &bytes) const
-    {
-        const QString directory = m_directory.path() + QLatin1String("/plugins/") + plugin;
-        makeDirectory(directory);
-        makeFile(directory + QLatin1String("/extension.xml"), bytes);
-    }
-
     QTemporaryDir m_directory;
 };
+
+Product::Files sample()
+{
+    const QDir source(QStringLiteral(EXTPOINT_SOURCE_DIR "/samples/product/plugins"));
+    Product::Files files;
+    for (const QString &plugin : source.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+        files.insert(plugin, contentsOf(source.filePath(plugin + QLatin1String("/extension.xml"))));
+    return files;
+}
 
 /// An editor as a host holds it: it deletes the editor, then the widget.
 class OpenedEditor final
@@ -92,189 +92,143 @@ private:
     bool m_opened = false;
 };
 
-/// Two plug-ins, "own" and "sibling", with these files.
-class Pair final
+/// A document with something of everything: all names, texts and lists in it are these.
+QByteArray document(const QByteArray &name, const QByteArray &text, const QByteArray &list)
 {
-public:
-    Pair(const QByteArray &own, const QByteArray &sibling)
-    {
-        add("own", own);
-        add("sibling", sibling);
-    }
-    [[nodiscard]] QString own() const { return pathOf("own"); }
-
-private:
-    void add(const char *name, const QByteArray &bytes) const
-    {
-        makeDirectory(m_directory.filePath(QLatin1String(name)));
-        makeFile(pathOf(name), bytes);
-    }
-    [[nodiscard]] QString pathOf(const char *name) const
-    {
-        return m_directory.path() + QLatin1Char('/') + QLatin1String(name) + QLatin1String("/extension.xml");
-    }
-
-    QTemporaryDir m_directory;
-};
-
-/// A document with something of everything; @p text gives each of its names and values.
-QByteArray documentWith(const std::function<QByteArray(const char *)> &text)
-{
-    const QByteArray point = text("point");
-    const QByteArray option = text("option");
-    const QByteArray record = "<" + text("kind") + " id=\"" + text("record") + "\" text=\"" + text("text") + "\" e=\""
-        + option + "\" icon=\"" + text("icon") + "\" " + text("attribute") + "=\"1\"/>";
-    return "<Plugin id=\"" + text("plugin") + "\"><ExtPointSet><ExtPoint id=\"" + point + "\" name=\"" + text("name")
-        + "\" hasformat=\"true\" description=\"" + text("description") + "\" displaylabel=\"text\"><String key=\"text\""
-        + " name=\"" + text("name") + "\" value=\"" + text("value") + "\" regexp=\"" + text("pattern")
-        + "\"/><Enum key=\"e\" value=\"" + option + "\"><Data key=\"1\" text=\"" + option
-        + "\"/></Enum><SubExtPoint key=\"" + text("key") + "\" childtype=\"" + text("types")
-        + "\"/></ExtPoint></ExtPointSet><ExtDataSet><ExtData id=\"" + point + "\">" + record
-        + "</ExtData><ExtData id=\"" + point + "\"><format target=\"" + text("target") + "\" title=\"" + text("title")
-        + "\" toolTip=\"" + text("title") + "\"><MenuBar>" + record
-        + "</MenuBar></format></ExtData></ExtDataSet></Plugin>";
+    QByteArray bytes = R"xml(<Plugin id="$t"><ExtPointSet>
+<ExtPoint id="$t" name="$t" hasformat="true" description="$t" displaylabel="text">
+<String key="text" name="$t" value="$t" regexp="$t"/><Enum key="e" value="$t"><Data key="1" text="$t"/></Enum>
+<SubExtPoint key="$t" childtype="$l"/></ExtPoint></ExtPointSet><ExtDataSet>
+<ExtData id="$t"><$n id="$t" text="$t" e="$t" icon="$t" $n="1"/></ExtData>
+<ExtData id="$t"><format target="$t" title="$t" toolTip="$t"><MenuBar><$n id="$t" text="$t"/></MenuBar></format></ExtData>
+</ExtDataSet></Plugin>)xml";
+    return bytes.replace("$n", name).replace("$l", list).replace("$t", text);
 }
 
-QByteArray ordinaryDocument(const char *plugin)
-{
-    return documentWith([plugin](const char *what) { return QByteArray(plugin) + what; });
-}
-
-/// A point with this inside, and a record of it.
+/// A point with these attributes and this inside, and a record of it.
 QByteArray pointWith(const QByteArray &attributes, const QByteArray &content)
 {
-    return "<Plugin id=\"p\"><ExtPointSet><ExtPoint id=\"p.a\" name=\"A\" hasformat=\"true\" displaylabel=\"k7\" "
-        + attributes + ">" + content + "</ExtPoint></ExtPointSet><ExtDataSet><ExtData id=\"p.a\"><a id=\"r\" "
-        + attributes + "/><Format target=\"t\"><a id=\"r\"/></Format></ExtData></ExtDataSet></Plugin>";
+    QByteArray bytes = R"xml(<Plugin id="p"><ExtPointSet>
+<ExtPoint id="p.a" name="A" hasformat="true" displaylabel="k7"$a>$c</ExtPoint></ExtPointSet><ExtDataSet>
+<ExtData id="p.a"><a id="r"$a/><Format target="t"><a id="r"/></Format></ExtData></ExtDataSet></Plugin>)xml";
+    return bytes.replace("$a", attributes).replace("$c", content);
 }
 
-QByteArray numbered(int count, const std::function<QByteArray(const QByteArray &)> &make)
+/// \a pattern with the numbers from 0 on for its "#", one after the other.
+QByteArray numbered(int count, const QByteArray &pattern)
 {
     QByteArray all;
     for (int i = 0; i < count; ++i)
-        all += make(QByteArray::number(i));
+        all += QByteArray(pattern).replace('#', QByteArray::number(i));
     return all;
 }
 
 QByteArray nested(int depth)
 {
-    const QByteArray begin = "<Plugin id=\"p\"><ExtPointSet><ExtPoint id=\"p.a\" name=\"A\" hasformat=\"true\">";
-    const QByteArray middle = "</ExtPoint></ExtPointSet><ExtDataSet><ExtData id=\"p.a\"><format target=\"t\">";
-    const QByteArray end = "</format></ExtData></ExtDataSet></Plugin>";
-    return begin + QByteArray("<SubExtPoint key=\"s\">").repeated(depth - 3)
-        + QByteArray("</SubExtPoint>").repeated(depth - 3) + middle + QByteArray("<menu id=\"m\">").repeated(depth - 4)
-        + QByteArray("</menu>").repeated(depth - 4) + end;
+    const auto times = [](int count, const QByteArray &begin, const QByteArray &end) {
+        return begin.repeated(count) + end.repeated(count);
+    };
+    return "<Plugin id=\"p\"><ExtPointSet><ExtPoint id=\"p.a\" name=\"A\" hasformat=\"true\">"
+        + times(depth - 3, "<SubExtPoint key=\"s\">", "</SubExtPoint>")
+        + "</ExtPoint></ExtPointSet><ExtDataSet><ExtData id=\"p.a\"><format target=\"t\">"
+        + times(depth - 4, "<menu id=\"m\">", "</menu>") + "</format></ExtData></ExtDataSet></Plugin>";
 }
 
-/// Goes to rows of every tree and table on both pages, and makes a point. What took longest, in ms, and where.
-std::pair<qint64, QString> walk(QWidget *widget)
+/// Keeps what takes longer than it may.
+class Watch final
 {
-    std::pair<qint64, QString> longest;
-    FaultTesting::WorkClock clock;
-    clock.start();
-    const auto look = [&](const QString &where) {
+public:
+    Watch() { m_clock.start(); }
+    void look(const QString &what)
+    {
         QCoreApplication::processEvents();
-        if (const qint64 took = clock.restart(); took > longest.first)
-            longest = { took, where };
-    };
+        if (const qint64 took = m_clock.restart(); took > patienceMs())
+            slow += QStringLiteral("%1 took %2 ms; ").arg(what).arg(took);
+    }
+
+    QString slow;
+
+private:
+    FaultTesting::WorkClock m_clock;
+};
+
+/// Goes to rows of every tree and table on both pages, and makes a point.
+void walk(QWidget *widget, Watch *watch)
+{
     auto *pages = widget->findChild<QTabWidget *>(QStringLiteral("tabWidget"));
     for (int page = 0; page < pages->count(); ++page) {
         pages->setCurrentIndex(page);
-        look(pages->tabText(page));
+        watch->look(pages->tabText(page));
         const auto trees = widget->findChildren<QTreeView *>();
         for (QTreeView *tree : trees) {
             tree->expandAll();
             QModelIndex row = tree->model()->index(0, 0);
             for (int i = 0; i < 60 && row.isValid(); ++i, row = tree->indexBelow(row)) {
                 tree->setCurrentIndex(row);
-                look(tree->objectName());
+                watch->look(tree->objectName());
                 const auto tables = widget->findChildren<QTableView *>();
                 for (QTableView *table : tables) {
                     table->setCurrentIndex(table->model()->index(0, 0));
-                    look(table->objectName());
+                    watch->look(table->objectName());
                 }
             }
         }
     }
     widget->findChild<QAbstractButton *>(QStringLiteral("pushButton_add_extpoint"))->click();
-    look(QStringLiteral("a new point"));
-    return longest;
+    watch->look(QStringLiteral("a new point"));
 }
 
 /// Opens a file, walks through it and saves it. Nothing when all went well.
 QString use(Core::IEditorFactory *factory, const QString &path)
 {
-    FaultTesting::WorkClock clock;
-    clock.start();
+    Watch watch;
     const OpenedEditor editor(factory, path);
     if (!editor.isOpened())
         return QStringLiteral("not opened");
-    QStringList slow;
-    const auto look = [&](const QString &what) {
-        const qint64 took = clock.restart();
-        if (took > patienceMs())
-            slow.append(QStringLiteral("%1 took %2 ms").arg(what).arg(took));
-    };
-    look(QStringLiteral("opening"));
-    while (editor.isBusy()) {
-        QCoreApplication::processEvents();
-        look(QStringLiteral("a turn of the scan"));
-    }
-    if (const auto [took, where] = walk(editor.widget()); took > patienceMs())
-        slow.append(QStringLiteral("%1 took %2 ms").arg(where).arg(took));
+    watch.look(QStringLiteral("opening"));
+    while (editor.isBusy())
+        watch.look(QStringLiteral("a turn of the scan"));
+    walk(editor.widget(), &watch);
     const QByteArray before = contentsOf(path);
-    clock.restart();
     if (!editor.document()->save(nullptr, path, false) || contentsOf(path) == before)
         return QStringLiteral("not saved");
-    look(QStringLiteral("saving"));
-    return slow.join(QLatin1String("; "));
+    watch.look(QStringLiteral("saving"));
+    return watch.slow;
 }
 
-bool loadPlugins(ExtensionSystem::PluginManager *plugins)
+Core::IEditorFactory *factory()
+{
+    return ExtensionSystem::PluginManager::getObjects<Core::IEditorFactory>().value(0);
+}
+
+void loadPlugins(ExtensionSystem::PluginManager *plugins)
 {
     plugins->setPluginPaths({ QStringLiteral(EXTPOINT_BINARY_DIR "/lib/extpoint/plugins") });
     plugins->loadPlugins({});
-    return ExtensionSystem::PluginManager::getObjects<Core::IEditorFactory>().size() == 1;
 }
 
 /// What a child of this test does: it opens a file and quits as a host does, so many ms later.
-int quitInMidScan(QApplication &application, const QString &path, int delay)
+QString quitInMidScan(QApplication &application, const QString &path, int delay)
 {
-    ExtensionSystem::PluginManager plugins;
-    if (!loadPlugins(&plugins))
-        return 2;
-    auto editor = std::make_unique<OpenedEditor>(
-        ExtensionSystem::PluginManager::getObjects<Core::IEditorFactory>().value(0), path);
-    if (!editor->isOpened() || !editor->isBusy())
-        return 3;
+    const OpenedEditor editor(factory(), path);
+    if (!editor.isOpened() || !editor.isBusy())
+        return QStringLiteral("no scan");
     QTimer::singleShot(delay, &application, &QApplication::quit);
     application.exec();
-    // Said only when the moment was the right one.
-    if (editor->isBusy())
-        std::puts("in mid-scan");
-    editor.reset();
-    plugins.shutdown();
-    return 0;
+    return editor.isBusy() ? QStringLiteral("in mid-scan") : QStringLiteral("too late");
 }
 
-int useInChild(const QString &path)
+/// Runs this program with the arguments after the words of \a wrapper. What it prints, when it ends as it should.
+QString outputOfChild(QStringList wrapper, const QStringList &arguments)
 {
-    ExtensionSystem::PluginManager plugins;
-    if (!loadPlugins(&plugins))
-        return 2;
-    const QString problem = use(ExtensionSystem::PluginManager::getObjects<Core::IEditorFactory>().value(0), path);
-    std::puts(qPrintable(problem));
-    plugins.shutdown();
-    return problem.isEmpty() ? 0 : 1;
-}
-
-QString notWellFormed(const QString &path)
-{
-    QXmlStreamReader xml(contentsOf(path));
-    while (!xml.atEnd())
-        xml.readNext();
-    return xml.hasError() ? QStringLiteral("%1:%2: %3").arg(path).arg(xml.lineNumber()).arg(xml.errorString())
-                          : QString();
+    QProcess child;
+    child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    wrapper.append(QCoreApplication::applicationFilePath());
+    const QString program = wrapper.takeFirst();
+    child.start(program, wrapper + arguments);
+    const bool ended = child.waitForFinished(300'000) && child.exitStatus() == QProcess::NormalExit;
+    return ended && child.exitCode() == 0 ? QString::fromUtf8(child.readAllStandardOutput()).trimmed()
+                                          : QStringLiteral("it ended otherwise");
 }
 
 } // namespace
@@ -284,77 +238,63 @@ class TestFaultEditing : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
     void twoInOneProcess_data();
     void twoInOneProcess();
     void quitsInMidScan();
     void muchOfSomething_data();
     void muchOfSomething();
     void littleStack();
-
-private:
-    ExtensionSystem::PluginManager m_plugins;
-    Core::IEditorFactory *m_factory = nullptr;
 };
-
-void TestFaultEditing::initTestCase()
-{
-    QVERIFY(loadPlugins(&m_plugins));
-    m_factory = ExtensionSystem::PluginManager::getObjects<Core::IEditorFactory>().value(0);
-}
-
-void TestFaultEditing::cleanupTestCase()
-{
-    m_plugins.shutdown();
-}
 
 void TestFaultEditing::twoInOneProcess_data()
 {
-    QTest::addColumn<bool>("closeFirst");
-    QTest::newRow("first closes first") << true;
-    QTest::newRow("second closes first") << false;
+    QTest::addColumn<QString>("closed");
+    QTest::addColumn<QString>("left");
+    QTest::newRow("first closes first") << QStringLiteral("chartdesk") << QStringLiteral("shell");
+    QTest::newRow("second closes first") << QStringLiteral("shell") << QStringLiteral("chartdesk");
 }
 
 void TestFaultEditing::twoInOneProcess()
 {
-    QFETCH(const bool, closeFirst);
-    const Sample sample;
-    auto first = std::make_unique<OpenedEditor>(m_factory, sample.path("chartdesk"));
-    auto second = std::make_unique<OpenedEditor>(m_factory, sample.path("shell"));
-    QVERIFY(first->isOpened() && second->isOpened());
-    QTRY_VERIFY(!first->isBusy() && !second->isBusy());
-    for (const auto &editor : { first.get(), second.get() })
-        walk(editor->widget());
-    (closeFirst ? first : second).reset();
+    QFETCH(QString, closed);
+    QFETCH(QString, left);
+    const Product product(sample());
+    std::map<QString, std::unique_ptr<OpenedEditor>> editors;
+    for (const char *name : { "chartdesk", "shell" })
+        editors[QString::fromLatin1(name)]
+            = std::make_unique<OpenedEditor>(factory(), product.path(QString::fromLatin1(name)));
+    Watch watch;
+    for (const auto &[name, editor] : editors) {
+        QVERIFY(editor->isOpened());
+        QTRY_VERIFY(!editor->isBusy());
+        walk(editor->widget(), &watch);
+    }
+    editors.erase(closed);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 
-    const OpenedEditor &left = closeFirst ? *second : *first;
-    walk(left.widget());
-    QVERIFY(left.document()->isModified());
-    const QString path = sample.path(closeFirst ? "shell" : "chartdesk");
+    walk(editors[left]->widget(), &watch);
+    QVERIFY(editors[left]->document()->isModified());
+    const QString path = product.path(left);
     const QByteArray before = contentsOf(path);
-    QVERIFY(left.document()->save(nullptr, path, false));
+    QVERIFY(editors[left]->document()->save(nullptr, path, false));
     QVERIFY(contentsOf(path) != before);
-    QCOMPARE(notWellFormed(path), QString());
-    const OpenedEditor again(m_factory, path);
-    QVERIFY(again.isOpened());
+    QVERIFY(OpenedEditor(factory(), path).isOpened());
 }
 
 void TestFaultEditing::quitsInMidScan()
 {
-    const Sample sample(2'000);
+    Product::Files files = sample();
+    for (int i = 0; i < 2'000; ++i)
+        files.insert(QStringLiteral("more%1").arg(i), documentOf(2'000));
+    const Product product(files);
     QRandomGenerator random(11);
     int inMidScan = 0;
     for (int round = 0; round < 12; ++round) {
-        QProcess child;
-        child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        child.start(QCoreApplication::applicationFilePath(),
-            { QLatin1String(quitOption), sample.path("chartdesk"), QString::number(random.bounded(60)) });
-        QVERIFY(child.waitForFinished(30'000));
-        QCOMPARE(child.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(child.exitCode(), 0);
-        inMidScan += child.readAllStandardOutput().contains("in mid-scan");
+        const QString said = outputOfChild({},
+            { QLatin1String(quitOption), product.path(QStringLiteral("chartdesk")),
+                QString::number(random.bounded(60)) });
+        QVERIFY2(said == QLatin1String("in mid-scan") || said == QLatin1String("too late"), qPrintable(said));
+        inMidScan += said == QLatin1String("in mid-scan");
     }
     QVERIFY2(inMidScan > 2, qPrintable(QString::number(inMidScan)));
 }
@@ -363,42 +303,26 @@ void TestFaultEditing::muchOfSomething_data()
 {
     QTest::addColumn<QByteArray>("own");
     QTest::addColumn<QByteArray>("sibling");
-    const auto row = [](const char *name, const QByteArray &bytes) {
-        QTest::addRow("%s in the opened file", name) << bytes << ordinaryDocument("s");
-        QTest::addRow("%s in a sibling", name) << ordinaryDocument("o") << bytes;
+    const QByteArray ordinary = document("kind", "ordinary", "menu|action");
+    const auto row = [&](const char *name, const QByteArray &bytes) {
+        QTest::addRow("%s in the opened file", name) << bytes << ordinary;
+        QTest::addRow("%s in a sibling", name) << ordinary << bytes;
     };
-    row("texts of a megabyte", documentWith([](const char *what) {
-        // The parser takes no longer ones.
-        if (qstrcmp(what, "attribute") == 0 || qstrcmp(what, "kind") == 0)
-            return what + QByteArray(4'000, 'x');
-        return what + (qstrcmp(what, "types") == 0 ? QByteArray("t|").repeated(500'000) : QByteArray(1'000'000, 'x'));
-    }));
-    row("20,000 declarations", pointWith({}, numbered(20'000, [](const QByteArray &i) {
-        return "<String key=\"k" + i + "\" name=\"n" + i + "\" value=\"" + i + "\"/>";
-    })));
-    row("400 attributes of 10,000 characters",
-        pointWith(
-            numbered(400, [](const QByteArray &i) { return " b" + i + "=\"" + QByteArray(10'000, 'x') + '"'; }), {}));
+    // The parser takes no longer names.
+    row("texts of a megabyte",
+        document(QByteArray(4'000, 'x'), QByteArray(1'000'000, 'x'), QByteArray("t|").repeated(500'000)));
+    row("20,000 declarations", pointWith({}, numbered(20'000, "<String key='k#' name='n#' value='#'/>")));
+    row("400 attributes of 10,000 characters", pointWith(numbered(400, " b#='" + QByteArray(10'000, 'x') + '\''), {}));
 }
 
 void TestFaultEditing::muchOfSomething()
 {
     QFETCH(const QByteArray, own);
     QFETCH(const QByteArray, sibling);
-    {
-        const Pair pair(own, sibling);
-        QCOMPARE(use(m_factory, pair.own()), QString());
-    }
-    // Nothing of it is lost by showing it.
-    const Pair pair(own, sibling);
-    const OpenedEditor editor(m_factory, pair.own());
-    QVERIFY(editor.isOpened());
-    QTRY_VERIFY_WITH_TIMEOUT(!editor.isBusy(), 60'000);
-    walk(editor.widget());
-    QVERIFY(editor.document()->save(nullptr, pair.own(), false));
-    const QByteArray saved = contentsOf(pair.own());
-    QVERIFY(saved != own);
-    // The record has got its defaults.
+    const Product product({ { QStringLiteral("own"), own }, { QStringLiteral("sibling"), sibling } });
+    QCOMPARE(use(factory(), product.path(QStringLiteral("own"))), QString());
+    // Nothing of it is lost by showing it. The record has got its defaults.
+    const QByteArray saved = contentsOf(product.path(QStringLiteral("own")));
     QVERIFY(saved.count(QByteArray(100, 'x')) >= own.count(QByteArray(100, 'x')));
     QCOMPARE(saved.count("key="), own.count("key="));
 }
@@ -406,28 +330,33 @@ void TestFaultEditing::muchOfSomething()
 /// In a process of its own, whose stack is as small as any is.
 void TestFaultEditing::littleStack()
 {
-    const Pair pair(nested(ExtensionFile::Limits().maximumDepth), nested(ExtensionFile::Limits().maximumDepth));
-    QProcess child;
-    child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    child.start(QStringLiteral("/bin/sh"),
-        { QStringLiteral("-c"), QStringLiteral("ulimit -s 512 && exec \"$0\" \"$@\""),
-            QCoreApplication::applicationFilePath(), QLatin1String(useOption), pair.own() });
-    QVERIFY(child.waitForFinished(300'000));
-    QCOMPARE(child.readAllStandardOutput().trimmed(), QByteArray());
-    QCOMPARE(child.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(child.exitCode(), 0);
+    const QByteArray bytes = nested(ExtensionFile::Limits().maximumDepth);
+    const Product product({ { QStringLiteral("own"), bytes }, { QStringLiteral("sibling"), bytes } });
+    QCOMPARE(outputOfChild({ QStringLiteral("/bin/sh"), QStringLiteral("-c"),
+                               QStringLiteral("ulimit -s 512 && exec \"$0\" \"$@\"") },
+                 { QLatin1String(useOption), product.path(QStringLiteral("own")) }),
+        QString());
 }
 
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() == 4 && arguments.at(1) == QLatin1String(quitOption))
-        return quitInMidScan(application, arguments.at(2), arguments.at(3).toInt());
-    if (arguments.size() == 3 && arguments.at(1) == QLatin1String(useOption))
-        return useInChild(arguments.at(2));
-    TestFaultEditing test;
-    return QTest::qExec(&test, argc, argv);
+    const QString mode = arguments.value(1);
+    int result = 0;
+    ExtensionSystem::PluginManager plugins;
+    loadPlugins(&plugins);
+    if (mode == QLatin1String(quitOption) || mode == QLatin1String(useOption)) {
+        const QString said = mode == QLatin1String(useOption)
+            ? use(factory(), arguments.at(2))
+            : quitInMidScan(application, arguments.at(2), arguments.at(3).toInt());
+        std::puts(qPrintable(said));
+    } else {
+        TestFaultEditing test;
+        result = QTest::qExec(&test, argc, argv);
+    }
+    plugins.shutdown();
+    return result;
 }
 
 #include "tst_fault_editing.moc"

@@ -45,10 +45,10 @@ Q_DECLARE_METATYPE(Check)
 
 namespace {
 
-/// One row. What is not said is ordinary: an old file of 5 KB, a new one of 13 KB, all rights, room enough.
+/// One row. What is not said is ordinary: a new file of 13 KB, room enough.
 struct Row
 {
-    Setup setup = [](const Place &place) { makeFile(place.file(), documentOf(5'000, 'o')); };
+    Setup setup;
     int newSize = small;
     int diskKiB = 0;
     rlim_t sizeLimit = 0;
@@ -102,6 +102,28 @@ void fileAndHardLink(const Place &place, int size)
     makeHardLink(place.file(), place.in("other"));
 }
 
+Setup holding(int size, mode_t mode = 0644)
+{
+    return [=](const Place &place) { makeFile(place.file(), documentOf(size, 'o'), mode); };
+}
+
+Setup linked(int size)
+{
+    return [=](const Place &place) { fileAndHardLink(place, size); };
+}
+
+/// The file, if there is to be one, in a directory of that mode.
+Setup within(mode_t directory, int size = 5'000, mode_t mode = 0644)
+{
+    return [=](const Place &place) {
+        if (size > 0)
+            makeFile(place.file(), documentOf(size, 'o'), mode);
+        setMode(place.root, directory);
+    };
+}
+
+void nothing(const Place &) { }
+
 /// Of the extended attribute `name`; empty if there is none.
 QByteArray attribute(const QString &path, const char *name)
 {
@@ -142,12 +164,6 @@ Check hasList(const QByteArray &list, mode_t mode)
     };
 }
 
-void inReadOnlyDirectory(const Place &place)
-{
-    makeFile(place.file(), documentOf(5'000, 'o'));
-    setMode(place.root, 0555);
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(Row)
@@ -161,6 +177,9 @@ private Q_SLOTS:
     void save();
 
 private:
+    /// A row that is refused when there is a reason.
+    static void add(
+        const char *name, const Setup &setup, const Check &check = {}, const char *reason = nullptr, Row row = {});
     static void addFull();
     static void addLinks();
     static void addOthers();
@@ -178,68 +197,60 @@ void TestFaultSaving::save_data()
     addMeanwhile();
 }
 
+void TestFaultSaving::add(const char *name, const Setup &setup, const Check &check, const char *reason, Row row)
+{
+    row.setup = setup;
+    row.check = check;
+    row.saved = !reason;
+    row.reason = reason ? reason : "";
+    QTest::addRow("%s%s", name, row.newSize == large ? ", large" : "") << row;
+}
+
 void TestFaultSaving::addFull()
 {
     const char *const full = "No space left";
     for (const int size : { small, large }) {
-        const auto sized
-            = [size](const char *what) -> QTestData & { return QTest::addRow("%s, %d KB", what, size / 1024); };
-        // A file of this size lies there; beside it there is less room than the new one needs.
-        const int disk = size / 1024 + 8;
         Row row;
         row.newSize = size;
-        row.diskKiB = disk;
-        row.saved = false;
-        row.reason = full;
-        row.setup = [size](const Place &place) { makeFile(place.file(), documentOf(size, 'o')); };
-        sized("disk full") << row;
-        row.setup = [](const Place &place) { makeFile(place.in("other"), documentOf(7'000, 'o')); };
-        row.diskKiB = 16;
-        sized("disk full, new file") << row;
-        row.diskKiB = disk;
-        row.setup = [size](const Place &place) {
+        // A file of this size lies there; beside it there is less room than the new one needs.
+        row.diskKiB = size / 1024 + 8;
+        add("disk full", holding(size), {}, full, row);
+        const auto linkAndFiller = [size](const Place &place) {
             fileAndHardLink(place, size / 2);
             makeFile(place.in("filler"), documentOf(size / 2 + 3'000));
         };
-        row.check = hardLinksAgree;
-        sized("disk full, written in place") << row;
+        add("disk full, written in place", linkAndFiller, hardLinksAgree, full, row);
+        row.diskKiB = 16;
+        const auto onlyOther = [](const Place &place) { makeFile(place.in("other"), documentOf(7'000, 'o')); };
+        add("disk full, new file", onlyOther, {}, full, row);
 
         Row limited;
         limited.newSize = size;
         limited.sizeLimit = rlim_t(size / 2);
-        limited.saved = false;
-        limited.reason = "File too large";
-        sized("file-size limit in mid-save") << limited;
-        limited.setup = [](const Place &place) { fileAndHardLink(place, 5'000); };
-        limited.check = hardLinksAgree;
-        sized("file-size limit, written in place") << limited;
+        add("file-size limit in mid-save", holding(5'000), {}, "File too large", limited);
+        add("file-size limit, written in place", linked(5'000), hardLinksAgree, "File too large", limited);
     }
     // What has to be overwritten has no room of its own: the writing stops in the middle of the old bytes.
     Row sparse;
     sparse.newSize = large;
     sparse.diskKiB = 40;
-    sparse.saved = false;
-    sparse.reason = full;
-    sparse.setup = [](const Place &place) {
-        makeFile(place.file(), documentOf(5'000, 'o'));
-        makeHardLink(place.file(), place.in("other"));
+    const auto lengthened = [](const Place &place) {
+        fileAndHardLink(place, 5'000);
         if (::truncate(QFile::encodeName(place.file()).constData(), large) != 0)
             qFatal("not lengthened");
     };
-    sparse.check = hardLinksAgree;
-    QTest::newRow("disk full in mid-write, old bytes put back") << sparse;
+    add("disk full in mid-write, old bytes put back", lengthened, hardLinksAgree, full, sparse);
 }
 
 void TestFaultSaving::addLinks()
 {
-    Row row;
-    row.setup = [](const Place &place) {
+    const auto link = [](const char *aim) { return [aim](const Place &place) { makeLink(aim, place.file()); }; };
+    const auto toFile = [](const Place &place) {
         makeFile(place.in("real.xml"), documentOf(5'000, 'o'));
         makeLink("real.xml", place.file());
     };
-    row.check = leadsTo("real.xml");
-    QTest::newRow("symbolic link") << row;
-    row.setup = [](const Place &place) {
+    add("symbolic link", toFile, leadsTo("real.xml"));
+    const auto toLink = [](const Place &place) {
         makeDirectory(place.in("away"));
         giveAway(place.in("away"));
         makeFile(place.in("away/real.xml"), documentOf(5'000, 'o'));
@@ -247,34 +258,21 @@ void TestFaultSaving::addLinks()
         makeLink("away/real.xml", place.in("first"));
         makeLink("first", place.file());
     };
-    row.check = leadsTo("away/real.xml");
-    QTest::newRow("symbolic link to a symbolic link") << row;
-    row.setup = [](const Place &place) { makeLink("missing.xml", place.file()); };
-    row.check = leadsTo("missing.xml");
-    QTest::newRow("dangling link") << row;
-    row.setup = [](const Place &place) { makeLink("none/missing.xml", place.file()); };
-    row.check = isStill(S_IFLNK);
-    row.saved = false;
-    row.reason = "No such file";
-    QTest::newRow("dangling link into a missing directory") << row;
-    row.setup = [](const Place &place) {
+    add("symbolic link to a symbolic link", toLink, leadsTo("away/real.xml"));
+    add("dangling link", link("missing.xml"), leadsTo("missing.xml"));
+    add("dangling link into a missing directory", link("none/missing.xml"), isStill(S_IFLNK), "No such file");
+    const auto loop = [](const Place &place) {
         makeLink("other", place.file());
         makeLink("extension.xml", place.in("other"));
     };
-    row.reason = "symbolic links";
-    QTest::newRow("link loop") << row;
-
-    Row hard;
-    hard.setup = [](const Place &place) { fileAndHardLink(place, 5'000); };
-    hard.check = hardLinksAgree;
-    QTest::newRow("hard link, longer") << hard;
-    hard.setup = [](const Place &place) { fileAndHardLink(place, large); };
-    QTest::newRow("hard link, shorter") << hard;
+    add("link loop", loop, isStill(S_IFLNK), "symbolic links");
+    add("hard link, longer", linked(5'000), hardLinksAgree);
+    add("hard link, shorter", linked(large), hardLinksAgree);
 
     // A file system of its own can't be replaced, however the directory is.
-    Row mounted;
-    mounted.diskKiB = 256;
-    mounted.setup = [](const Place &place) {
+    Row row;
+    row.diskKiB = 256;
+    const auto mounted = [](const Place &place) {
         makeFile(place.in("real"), documentOf(5'000, 'o'));
         makeFile(place.file(), QByteArray());
         if (::mount(QFile::encodeName(place.in("real")).constData(), QFile::encodeName(place.file()).constData(),
@@ -282,172 +280,125 @@ void TestFaultSaving::addLinks()
             != 0)
             qFatal("not mounted");
     };
-    mounted.check = [](const Place &place) {
+    const auto isReal = [](const Place &place) {
         return contentsOf(place.in("real")) == documentOf(small) ? QString() : QStringLiteral("not what is mounted");
     };
-    QTest::newRow("mount point") << mounted;
+    add("mount point", mounted, isReal, nullptr, row);
 }
 
 void TestFaultSaving::addOthers()
 {
-    Row row;
-    row.saved = false;
-    row.reason = "Not a regular file";
-    row.setup = [](const Place &place) { makePipe(place.file()); };
-    row.check = isStill(S_IFIFO);
-    QTest::newRow("pipe") << row;
-    row.setup = [](const Place &place) { makeSocket(place.file()); };
-    row.check = isStill(S_IFSOCK);
-    QTest::newRow("socket") << row;
-    row.setup = [](const Place &place) { makeDirectory(place.file()); };
-    row.check = isStill(S_IFDIR);
-    QTest::newRow("directory") << row;
-    row.setup = [](const Place &place) { makeLink("/dev/null", place.file()); };
-    row.check = [](const Place &) {
+    const char *const irregular = "Not a regular file";
+    add(
+        "pipe", [](const Place &place) { makePipe(place.file()); }, isStill(S_IFIFO), irregular);
+    add(
+        "socket", [](const Place &place) { makeSocket(place.file()); }, isStill(S_IFSOCK), irregular);
+    add(
+        "directory", [](const Place &place) { makeDirectory(place.file()); }, isStill(S_IFDIR), irregular);
+    const auto isDevice = [](const Place &) {
         return S_ISCHR(statusOf(QStringLiteral("/dev/null")).st_mode) ? QString()
                                                                       : QStringLiteral("the device is gone");
     };
-    QTest::newRow("device") << row;
+    add(
+        "device", [](const Place &place) { makeLink("/dev/null", place.file()); }, isDevice, irregular);
 
-    Row name;
-    name.setup = [](const Place &) {};
-    name.name = QString(246, QLatin1Char('n')) + QLatin1String(".xml");
-    QTest::newRow("name of 250 bytes, new") << name;
-    const QString longName = name.name;
-    name.setup = [longName](const Place &place) {
+    Row named;
+    named.name = QString(246, QLatin1Char('n')) + QLatin1String(".xml");
+    add("name of 250 bytes, new", nothing, {}, nullptr, named);
+    const QString longName = named.name;
+    const auto long250 = [longName](const Place &place) {
         makeFile(place.root + QLatin1Char('/') + longName, documentOf(5'000, 'o'));
     };
-    QTest::newRow("name of 250 bytes") << name;
-    name.name = QString(256, QLatin1Char('n'));
-    name.setup = [](const Place &) {};
-    name.saved = false;
-    name.reason = "too long";
-    QTest::newRow("name of 256 bytes") << name;
+    add("name of 250 bytes", long250, {}, nullptr, named);
+    named.name = QString(256, QLatin1Char('n'));
+    add("name of 256 bytes", nothing, {}, "too long", named);
 
+    add("over an empty file", [](const Place &place) { makeFile(place.file(), QByteArray()); });
     Row empty;
-    empty.setup = [](const Place &place) { makeFile(place.file(), QByteArray()); };
-    QTest::newRow("over an empty file") << empty;
     empty.newSize = 0;
-    empty.setup = [](const Place &place) { makeFile(place.file(), documentOf(5'000, 'o')); };
-    empty.saved = false;
-    empty.reason = "could not be read again";
-    QTest::newRow("nothing to save") << empty;
+    add("nothing to save", holding(5'000), {}, "could not be read again", empty);
+    add("nothing to save, written in place", linked(5'000), hardLinksAgree, "could not be read again", empty);
 }
 
 void TestFaultSaving::addRights()
 {
-    for (const mode_t mode : { mode_t(0600), mode_t(0640), mode_t(0664), mode_t(0755) }) {
-        Row row;
-        row.setup = [mode](const Place &place) { makeFile(place.file(), documentOf(5'000, 'o'), mode); };
-        row.check = hasMode(mode);
-        QTest::addRow("mode %o", mode) << row;
-    }
-    Row listed;
-    listed.setup = [](const Place &place) {
+    for (const mode_t mode : { mode_t(0600), mode_t(0640), mode_t(0664), mode_t(0755) })
+        add(qPrintable(QStringLiteral("mode %1").arg(number(mode))), holding(5'000, mode), hasMode(mode));
+    const auto listed = [](const Place &place) {
         makeFile(place.file(), documentOf(5'000, 'o'));
         setAttribute(place.file(), listName, accessList());
     };
-    listed.check = hasList(accessList(), 0660);
-    QTest::newRow("access list") << listed;
-    listed.setup = [](const Place &place) {
+    add("access list", listed, hasList(accessList(), 0660));
+    const auto listedAround = [](const Place &place) {
         makeFile(place.file(), documentOf(5'000, 'o'), 0640);
         setAttribute(place.root, "system.posix_acl_default", accessList());
     };
-    listed.check = hasList(QByteArray(), 0640);
-    QTest::newRow("access list for new files in the directory") << listed;
-    Row attributed;
-    attributed.setup = [](const Place &place) {
+    add("access list for new files in the directory", listedAround, hasList(QByteArray(), 0640));
+    const auto attributed = [](const Place &place) {
         makeFile(place.file(), documentOf(5'000, 'o'));
         setAttribute(place.file(), "user.note", "kept");
     };
-    attributed.check = [](const Place &place) {
+    const auto hasAttribute = [](const Place &place) {
         return attribute(place.file(), "user.note") == "kept" ? QString() : QStringLiteral("the attribute is gone");
     };
-    QTest::newRow("extended attribute") << attributed;
+    add("extended attribute", attributed, hasAttribute);
 
-    Row foreign;
-    foreign.setup = [](const Place &place) {
-        makeFile(place.file(), documentOf(5'000, 'o'), 0666);
-        makeFile(place.in("foreign"), QByteArray());
+    const auto foreign = [](mode_t mode) {
+        return [mode](const Place &place) {
+            makeFile(place.file(), documentOf(5'000, 'o'), mode);
+            makeFile(place.in("foreign"), QByteArray());
+        };
     };
-    foreign.check = [](const Place &place) {
-        if (statusOf(place.file()).st_uid != statusOf(place.in("foreign")).st_uid)
-            return QStringLiteral("the owner is another one");
-        return hasMode(0666)(place);
+    const auto isForeign = [](const Place &place) {
+        return statusOf(place.file()).st_uid == statusOf(place.in("foreign")).st_uid
+            ? hasMode(0666)(place)
+            : QStringLiteral("the owner is another one");
     };
-    QTest::newRow("foreign owner, writable") << foreign;
-    foreign.setup = [](const Place &place) {
-        makeFile(place.file(), documentOf(5'000, 'o'), 0640);
-        makeFile(place.in("foreign"), QByteArray());
-        if (::geteuid() != 0)
-            setMode(place.file(), 0440);
-    };
-    foreign.check = {};
-    foreign.saved = false;
-    foreign.reason = "Permission denied";
-    QTest::newRow("foreign owner, mode 0640, not ours to write") << foreign;
+    add("foreign owner, writable", foreign(0666), isForeign);
+    // Without root there is no foreign owner, and the mode has to do.
+    add("foreign owner, not ours to write", foreign(::geteuid() == 0 ? 0640 : 0440), {}, "Permission denied");
 
-    Row row;
-    row.setup = inReadOnlyDirectory;
-    QTest::newRow("read-only directory, writable file") << row;
-    row.setup = [](const Place &place) {
-        makeFile(place.file(), documentOf(large, 'o'));
-        setMode(place.root, 0555);
-    };
-    QTest::newRow("read-only directory, writable file, shorter") << row;
-    row.setup = [](const Place &place) {
-        inReadOnlyDirectory(place);
+    add("read-only directory, writable file", within(0555));
+    add("read-only directory, writable file, shorter", within(0555, large));
+    const auto noState = [](const Place &place) {
+        within(0555)(place);
         makeFile(place.root + QLatin1String("-state"), QByteArray());
     };
-    row.saved = false;
-    row.reason = "No backup could be made";
-    QTest::newRow("read-only directory, no state directory") << row;
-    row.setup = [](const Place &place) {
-        makeFile(place.file(), documentOf(5'000, 'o'), 0444);
-        setMode(place.root, 0555);
-    };
-    row.reason = "Permission denied";
-    QTest::newRow("read-only directory, read-only file") << row;
-    row.setup = [](const Place &place) { makeFile(place.file(), documentOf(5'000, 'o'), 0444); };
-    QTest::newRow("read-only file") << row;
-    row.setup = [](const Place &place) { setMode(place.root, 0555); };
-    QTest::newRow("read-only directory, no file") << row;
-    row.setup = [](const Place &place) {
-        makeFile(place.file(), documentOf(5'000, 'o'));
-        setMode(place.root, 0);
-    };
-    QTest::newRow("directory not to be entered") << row;
+    add("read-only directory, no state directory", noState, {}, "No backup could be made");
+    add("read-only directory, read-only file", within(0555, 5'000, 0444), {}, "Permission denied");
+    add("read-only file", holding(5'000, 0444), {}, "Permission denied");
+    add("read-only directory, no file", within(0555, 0), {}, "Permission denied");
+    add("directory not to be entered", within(0), {}, "Permission denied");
 }
 
 void TestFaultSaving::addMeanwhile()
 {
-    Row row;
-    row.meanwhile = [](const Place &place) { makeFile(place.file(), documentOf(9'000, 'c')); };
-    QTest::newRow("changed on disk before the save") << row;
-    row.meanwhile = [](const Place &place) { QFile::remove(place.file()); };
-    QTest::newRow("deleted before the save") << row;
-    row.meanwhile = [](const Place &place) {
+    const auto meanwhile
+        = [](const char *name, const Setup &deed, const Check &check = {}, const char *reason = nullptr) {
+              Row row;
+              row.meanwhile = deed;
+              add(name, holding(5'000), check, reason, row);
+          };
+    meanwhile("changed before the save", [](const Place &place) { makeFile(place.file(), documentOf(9'000, 'c')); });
+    meanwhile("deleted before the save", [](const Place &place) { QFile::remove(place.file()); });
+    const auto replaced = [](const Place &place) {
         makeFile(place.in("next"), documentOf(9'000, 'c'), 0600);
         ::rename(QFile::encodeName(place.in("next")).constData(), QFile::encodeName(place.file()).constData());
     };
-    row.check = hasMode(0600);
-    QTest::newRow("replaced by rename before the save") << row;
-    row.check = {};
-    row.meanwhile = [](const Place &place) {
+    meanwhile("replaced by rename before the save", replaced, hasMode(0600));
+    const auto directory = [](const Place &place) {
         QFile::remove(place.file());
         makeDirectory(place.file());
     };
-    row.saved = false;
-    row.reason = "Not a regular file";
-    QTest::newRow("replaced by a directory before the save") << row;
-    row.setup = [](const Place &place) {
+    meanwhile("replaced by a directory before the save", directory, {}, "Not a regular file");
+    Row row;
+    row.name = QStringLiteral("plugin/extension.xml");
+    row.meanwhile = [](const Place &place) { QDir(place.in("plugin")).removeRecursively(); };
+    const auto inside = [](const Place &place) {
         makeDirectory(place.in("plugin"));
         giveAway(place.in("plugin"));
     };
-    row.name = QStringLiteral("plugin/extension.xml");
-    row.meanwhile = [](const Place &place) { QDir(place.in("plugin")).removeRecursively(); };
-    row.reason = "No such file";
-    QTest::newRow("parent directory removed before the save") << row;
+    add("parent directory removed before the save", inside, {}, "No such file", row);
 }
 
 void TestFaultSaving::save()
@@ -485,13 +436,9 @@ void TestFaultSaving::save()
         const QByteArray bytes = row.newSize > 0 ? documentOf(row.newSize) : QByteArray();
         const Log log;
         QString error;
-        bool saved = false;
-        if (row.sizeLimit > 0) {
-            const FileSizeLimit limit(row.sizeLimit);
-            saved = saveFile(path, bytes, &error);
-        } else {
-            saved = saveFile(path, bytes, &error);
-        }
+        if (row.sizeLimit > 0)
+            limitFileSize(row.sizeLimit);
+        const bool saved = saveFile(path, bytes, &error);
         if (saved != row.saved)
             return QStringLiteral("saved is %1: %2").arg(saved).arg(error);
         if (saved && (!log.lines().isEmpty() || contentsOf(path) != bytes))

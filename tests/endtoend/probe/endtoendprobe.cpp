@@ -1,41 +1,45 @@
-#include "probe/endtoendprobe.h"
-
-#include "probe/itemquestions.h"
 #include "probe/questions.h"
-#include "probe/sheetquestions.h"
-#include "probe/windowquestions.h"
+
+#include "extensionsystem/iplugin.h"
 
 #include <QJsonDocument>
+#include <QLocalServer>
 #include <QLocalSocket>
+
+#include <memory>
 
 namespace {
 
-using Question = QJsonObject (*)(const QJsonObject &request);
-
 QJsonObject answerTo(const QJsonObject &request)
 {
-    static const QHash<QString, Question> questions {
-        { QStringLiteral("state"), &Probe::state },
-        { QStringLiteral("dialogs"), &Probe::dialogs },
-        { QStringLiteral("menus"), &Probe::menus },
-        { QStringLiteral("widget"), &Probe::widget },
-        { QStringLiteral("tab"), &Probe::tab },
-        { QStringLiteral("tabs"), &Probe::tabs },
-        { QStringLiteral("tree"), &Probe::tree },
-        { QStringLiteral("rows"), &Probe::rows },
-        { QStringLiteral("table"), &Probe::table },
-        { QStringLiteral("item"), &Probe::item },
-        { QStringLiteral("sheet"), &Probe::sheet },
-        { QStringLiteral("sheetRow"), &Probe::sheetRow },
-    };
     const QString ask = request.value(QLatin1String("ask")).toString();
-    const Question question = questions.value(ask);
-    return question ? question(request) : Probe::error(QStringLiteral("no question \"%1\"").arg(ask));
+    const bool isPlace = ask == QLatin1String("place");
+    return isPlace                      ? Probe::place(request)
+        : ask == QLatin1String("lines") ? Probe::lines(request)
+                                        : Probe::state(request);
 }
 
 } // namespace
 
-EndToEndProbe::~EndToEndProbe() = default;
+/// Tells the end-to-end tests, from inside the running workbench, what its windows show and where: a JSON object per
+/// line in, one per line out, over the local socket that EXTPOINT_PROBE_SOCKET names. It only looks; whatever changes
+/// comes from the pointer and the keys. It knows the editor by object names alone, like any other plug-in of the host.
+class EndToEndProbe final : public ExtensionSystem::IPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID EXTENSIONSYSTEM_PLUGIN_IID FILE "endtoendprobe.json")
+
+public:
+    bool initialize(const QStringList &arguments, QString *errorString) override;
+    void extensionsInitialized() override { }
+    void aboutToShutdown() override;
+
+private:
+    void serve();
+    void answer(QLocalSocket *client);
+
+    std::unique_ptr<QLocalServer> m_server;
+};
 
 bool EndToEndProbe::initialize(const QStringList & /*arguments*/, QString *errorString)
 {
@@ -46,8 +50,6 @@ bool EndToEndProbe::initialize(const QStringList & /*arguments*/, QString *error
         *errorString = m_server->errorString();
     return listens;
 }
-
-void EndToEndProbe::extensionsInitialized() { }
 
 void EndToEndProbe::aboutToShutdown()
 {
@@ -71,3 +73,5 @@ void EndToEndProbe::answer(QLocalSocket *client)
         client->flush();
     }
 }
+
+#include "endtoendprobe.moc"
