@@ -11,15 +11,15 @@ class Context
 {
 public:
     Context() = default;
-    explicit Context(Id id) { add(id); }
+    explicit Context(const Id &id) { add(id); }
 
     /// An invalid id and one already there are ignored.
-    void add(Id id)
+    void add(const Id &id)
     {
         if (id.isValid() && !contains(id))
             m_ids.append(id);
     }
-    [[nodiscard]] bool contains(Id id) const { return m_ids.contains(id); }
+    [[nodiscard]] bool contains(const Id &id) const { return m_ids.contains(id); }
 
 private:
     QList<Id> m_ids;

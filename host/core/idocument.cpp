@@ -2,6 +2,8 @@
 
 #include <QFileInfo>
 
+#include <utility>
+
 namespace Core {
 
 IDocument::IDocument(QObject *parent) : QObject(parent) { }
@@ -69,7 +71,7 @@ QString IDocument::displayName() const
 
 void IDocument::setId(Id id)
 {
-    m_id = id;
+    m_id = std::move(id);
 }
 
 Id IDocument::id() const

@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QStringList>
 
+#include <utility>
+
 namespace Core {
 
 class IEditor;
@@ -21,7 +23,7 @@ public:
     ~IEditorFactory() override;
 
     [[nodiscard]] Id id() const { return m_id; }
-    void setId(Id id) { m_id = id; }
+    void setId(Id id) { m_id = std::move(id); }
 
     [[nodiscard]] QStringList mimeTypes() const { return m_mimeTypes; }
     void setMimeTypes(const QStringList &mimeTypes) { m_mimeTypes = mimeTypes; }

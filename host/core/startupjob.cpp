@@ -35,7 +35,8 @@ constexpr qint64 LongestWaitForWindow = 5'000'000'000; // nanoseconds
 
 double milliseconds(qint64 nanoseconds)
 {
-    return double(nanoseconds / 1000) / 1000.0;
+    const qint64 microseconds = nanoseconds / 1000;
+    return double(microseconds) / 1000.0;
 }
 
 /// The resident memory of this process in bytes, 0 when the system doesn't tell.

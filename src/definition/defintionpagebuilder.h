@@ -49,7 +49,7 @@ public:
 
 Q_SIGNALS:
     void modified(bool flag);
-    void addDefine(QString plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint);
+    void addDefine(const QString &plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint);
     /// @p item is about to be destroyed; nothing may refer to it when this returns.
     void delDefine(PointTreeWidgetItem *item);
 

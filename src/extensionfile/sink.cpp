@@ -26,12 +26,12 @@ Location Locator::attribute(int index) const
     if (*tag != '<')
         return where;
     // The parser has been through the tag, so it is well-formed.
-    const char *const blanks = " \t\r\n";
-    const char *name = std::strpbrk(tag, blanks);
-    for (name += std::strspn(name, blanks); index > 0; --index) {
+    const char *const whitespace = " \t\r\n";
+    const char *name = std::strpbrk(tag, whitespace);
+    for (name += std::strspn(name, whitespace); index > 0; --index) {
         const char *const quote = std::strpbrk(name, "\"'");
         name = std::strchr(quote + 1, *quote) + 1;
-        name += std::strspn(name, blanks);
+        name += std::strspn(name, whitespace);
     }
     where.moveOver(tag, name);
     return where;

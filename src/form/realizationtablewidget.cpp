@@ -44,10 +44,10 @@ void RealizationTableWidget::mouseMoveEvent(QMouseEvent *event)
 {
     if (event->buttons().testFlag(Qt::LeftButton)
         && (event->pos() - m_dragStartPosition).manhattanLength() > QApplication::startDragDistance())
-        startDrag();
+        beginDrag();
 }
 
-void RealizationTableWidget::startDrag()
+void RealizationTableWidget::beginDrag()
 {
     const QTableWidgetItem *cell = currentItem();
     if (!cell)

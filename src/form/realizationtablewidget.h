@@ -38,7 +38,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void startDrag();
+    void beginDrag();
     void setMarked(bool marked);
 
     QPoint m_dragStartPosition;

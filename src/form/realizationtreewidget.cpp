@@ -78,10 +78,10 @@ void RealizationTreeWidget::mouseMoveEvent(QMouseEvent *event)
 {
     if (event->buttons().testFlag(Qt::LeftButton)
         && (event->pos() - m_dragStartPosition).manhattanLength() > QApplication::startDragDistance())
-        startDrag();
+        beginDrag();
 }
 
-void RealizationTreeWidget::startDrag()
+void RealizationTreeWidget::beginDrag()
 {
     QTreeWidgetItem *item = currentItem();
     if (!item)

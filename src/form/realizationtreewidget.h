@@ -69,7 +69,7 @@ private:
     [[nodiscard]] static Source sourceOf(const QDropEvent *event);
     /// What dropping @p dragged at @p pos does; the mark and the drop both ask this.
     [[nodiscard]] DropPlan planAt(PointTreeWidgetItem *dragged, Source source, const QPoint &pos) const;
-    void startDrag();
+    void beginDrag();
     void hover(PointTreeWidgetItem *dragged, Source source, const QPoint &pos);
     void stopHovering();
     void moveEntry(const DropSite &site, PointTreeWidgetItem *dragged);

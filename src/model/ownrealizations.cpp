@@ -86,11 +86,6 @@ OwnRealizations::Nodes OwnRealizations::tabRoots() const
     return roots;
 }
 
-PointTreeWidgetItem *OwnRealizations::formatOfTarget(const QString &target) const
-{
-    return m_indexes ? (*m_indexes)[NodeIndexes::Targets].first(target) : nullptr;
-}
-
 OwnRealizations::Nodes OwnRealizations::withId(const QString &id) const
 {
     return m_indexes && !id.isEmpty() ? (*m_indexes)[NodeIndexes::Realizations].nodes(id) : Nodes();

@@ -30,8 +30,6 @@ public:
     /// The formats of the target map, the first of each target, by target, after the layouts in document order.
     [[nodiscard]] Nodes tabRoots() const;
 
-    [[nodiscard]] PointTreeWidgetItem *formatOfTarget(const QString &target) const;
-
     /// The opened file's nodes with this id, in document order.
     [[nodiscard]] Nodes withId(const QString &id) const;
 

@@ -30,8 +30,8 @@ PointTreeWidgetItem::PointTreeWidgetItem(const QString &text, QObject *parentObj
 { }
 
 PointTreeWidgetItem::PointTreeWidgetItem(const PointTreeWidgetItem &source)
-    : QObject(), PointObject(source), QTreeWidgetItem(source), m_texts(source.m_texts), m_pointId(source.m_pointId),
-      m_pluginId(source.m_pluginId), m_kind(source.m_kind), m_basePath(source.m_basePath),
+    : QObject(nullptr), PointObject(source), QTreeWidgetItem(source), m_texts(source.m_texts),
+      m_pointId(source.m_pointId), m_pluginId(source.m_pluginId), m_kind(source.m_kind), m_basePath(source.m_basePath),
       m_hasFormat(source.m_hasFormat), m_isNew(source.m_isNew), m_isDroppedCopy(source.m_isDroppedCopy)
 { }
 

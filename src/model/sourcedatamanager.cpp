@@ -204,7 +204,7 @@ void SourceDataManager::addRealization(PointTreeWidgetItem *node)
     m_realizationIndexing.enter(node);
 }
 
-void SourceDataManager::onDefinData(QString key, PointTreeWidgetItem *item)
+void SourceDataManager::onDefinData(const QString &key, PointTreeWidgetItem *item)
 {
     if (item && !key.isEmpty())
         m_indexes.add(NodeIndexes::Points, key, item);

@@ -113,7 +113,7 @@ public:
     [[nodiscard]] QMap<QString, QStringList> attributeFields() const { return m_attributeFields; }
 
 public Q_SLOTS:
-    void onDefinData(QString key, PointTreeWidgetItem *item);
+    void onDefinData(const QString &key, PointTreeWidgetItem *item);
     void layoutRelization(PointTreeWidgetItem *layout);
     void addTopChild(PointTreeWidgetItem *parent, PointTreeWidgetItem *child);
     void addObjChild(PointTreeWidgetItem *parent, PointTreeWidgetItem *child);

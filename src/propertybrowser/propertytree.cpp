@@ -94,7 +94,7 @@ void PropertyTree::showProperties(const QList<PropertyItem> &items)
     const int scrolled = verticalScrollBar()->value();
     const QWidget *focus = QApplication::focusWidget();
     const bool hadFocus = focus != nullptr && (focus == this || isAncestorOf(focus));
-    closeEditor(hadFocus);
+    endEditing(hadFocus);
     for (PropertyEditor *editor : qAsConst(m_standing)) {
         editor->retire();
     }
@@ -154,7 +154,7 @@ bool PropertyTree::openEditor(int row)
         if (!m_open->commit()) {
             m_open->restore();
         }
-        closeEditor(true);
+        endEditing(true);
         if (row >= m_items.size() || m_items.at(row).name() != name) {
             row = rowOf(name);
         }
@@ -187,7 +187,7 @@ bool PropertyTree::commitEditor()
             return false;
         }
         const QWidget *focus = QApplication::focusWidget();
-        closeEditor(focus != nullptr && m_open != nullptr && m_open->isAncestorOf(focus));
+        endEditing(focus != nullptr && m_open != nullptr && m_open->isAncestorOf(focus));
     }
     return true;
 }
@@ -285,7 +285,7 @@ bool PropertyTree::focusNextPrevChild(bool next)
         if (!m_open->commit()) {
             m_open->restore();
         }
-        closeEditor(true);
+        endEditing(true);
     } else if (!hasFocus()) {
         // From a standing editor: what comes next is counted from the tree, or it would be another row's editor.
         setFocus(Qt::OtherFocusReason);
@@ -333,7 +333,7 @@ PropertyEditor *PropertyTree::createEditor(int row)
     return editor;
 }
 
-void PropertyTree::closeEditor(bool takeFocus)
+void PropertyTree::endEditing(bool takeFocus)
 {
     PropertyEditor *editor = m_open;
     if (editor == nullptr) {
@@ -390,7 +390,7 @@ void PropertyTree::onEnded(int row, PropertyEditor::End how)
 {
     const bool takeFocus = how != PropertyEditor::End::FocusLeft;
     if (m_open != nullptr && row == m_openRow) {
-        closeEditor(takeFocus);
+        endEditing(takeFocus);
     } else if (how == PropertyEditor::End::Cancelled) {
         setFocus(Qt::OtherFocusReason);
     }

@@ -40,7 +40,7 @@ protected:
 
 private:
     PropertyEditor *createEditor(int row);
-    void closeEditor(bool takeFocus);
+    void endEditing(bool takeFocus);
     void showRow(int row);
     void openWithPopup(int row);
     void onCommitted(int row, const QVariant &value);

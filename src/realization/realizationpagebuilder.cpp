@@ -204,7 +204,7 @@ void RealizationPageBuilder::addFormatRoot(PointTreeWidgetItem *item)
     }
 }
 
-void RealizationPageBuilder::addDefine(QString plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint)
+void RealizationPageBuilder::addDefine(const QString &plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint)
 {
     if (m_realizationRoot && point)
         DefinitionChanges::add(m_realizationRoot, plugin, point, subPoint);

@@ -63,7 +63,7 @@ public Q_SLOTS:
     void tableItemDel();
     void setTarget(PointTreeWidgetItem *item);
     /// The definition page created @p point in the plug-in with the id @p plugin, or @p subPoint under @p point.
-    void addDefine(QString plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint);
+    void addDefine(const QString &plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint);
     /// The definition page is about to destroy @p item.
     void delDefine(PointTreeWidgetItem *item);
     /// One of the actions of "Child Type"; the text of the sender is the kind.

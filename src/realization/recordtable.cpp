@@ -226,16 +226,6 @@ PointTreeWidgetItem *RecordTable::record(int row) const
     return row >= 0 && row < m_records.size() ? m_records.at(row).data() : nullptr;
 }
 
-QList<PointTreeWidgetItem *> RecordTable::records() const
-{
-    QList<PointTreeWidgetItem *> alive;
-    for (const QPointer<PointTreeWidgetItem> &record : m_records) {
-        if (record)
-            alive.append(record);
-    }
-    return alive;
-}
-
 PointTreeWidgetItem *RecordTable::point() const
 {
     return m_point;

@@ -45,8 +45,6 @@ public:
     [[nodiscard]] int row(const PointTreeWidgetItem *record) const;
     /// Null for no row and for a record that is gone.
     [[nodiscard]] PointTreeWidgetItem *record(int row) const;
-    /// By row, without those that are gone.
-    [[nodiscard]] QList<PointTreeWidgetItem *> records() const;
     /// The point shown; null for none.
     [[nodiscard]] PointTreeWidgetItem *point() const;
 
