@@ -4,23 +4,6 @@
 
 using namespace DropTesting;
 
-namespace {
-
-const QByteArray kitFormat = R"(
-<ExtDataSet><ExtData id="kit.menus">
-  <Format id="theirs" target="bench"><menu id="t1"><Item id="t2"/></menu><MenuBar/></Format>
-</ExtData></ExtDataSet>)";
-
-/// An opened file with records, and with the formats in @p formats before them.
-QByteArray records(const QByteArray &formats)
-{
-    return "<ExtDataSet><ExtData id=\"kit.menus\">" + formats
-        + "<menu id=\"r1\" title=\"First\"/><Item id=\"r2\" text=\"Second\" title=\"no\"/><other id=\"r3\"/>"
-          "</ExtData></ExtDataSet>";
-}
-
-} // namespace
-
 /// Where a drop into a format tree goes, and what points and records do there, without a mouse.
 class TestFormatDrops : public QObject
 {
@@ -28,259 +11,184 @@ class TestFormatDrops : public QObject
 
 private Q_SLOTS:
     void init() { Controller::instance()->setSourceDataManager(nullptr); }
-    void point_data();
-    void point();
-    void record_data();
-    void record();
-    void editsReachEverySavedReference();
+    void drop_data();
+    void drop();
     void deadSourcesAreForgotten();
 };
 
-void TestFormatDrops::point_data()
+void TestFormatDrops::drop_data()
 {
+    QTest::addColumn<QString>("tree");
     QTest::addColumn<QByteArray>("own");
-    QTest::addColumn<QByteArray>("kit");
-    QTest::addColumn<bool>("direct");
     QTest::addColumn<QString>("dragged");
     QTest::addColumn<QString>("onto");
     QTest::addColumn<QString>("plan");
     QTest::addColumn<QString>("announced");
-    QTest::addColumn<QStringList>("saved");
-    QTest::addColumn<QStringList>("rows");
-    const QByteArray small = "<ExtDataSet><ExtData id=\"kit.menus\"><Format target=\"bench\"><menu id=\"m\"/>"
-                             "<MenuBar/></Format></ExtData></ExtDataSet>";
-    const QByteArray theirs = small.mid(0).replace("\"m\"", "\"t\"");
-    const QStringList head { s("ExtDataSet"), s("  ExtData id=kit.menus"), s("    Format target=bench") };
-    const QStringList smallSaved = head + QStringList { s("      menu id=m"), s("      MenuBar") };
-    const QStringList smallRows { s("m"), s("MenuBar") };
-    const QStringList theirRows { s("t"), s("MenuBar") };
+    QTest::addColumn<QString>("saved");
+    QTest::addColumn<QString>("rows");
+    const char *tree = "direct";
+    QByteArray own = "<ExtData id='kit.menus'><Format target='bench'><menu id='m'/><MenuBar/></Format></ExtData>";
+    const auto row = [&](const char *name, const char *dragged, const char *onto, const char *plan,
+                         const char *announced, const char *saved, const char *rows) {
+        QTest::newRow(name) << s(tree) << own << s(dragged) << s(onto) << s(plan) << s(announced) << s(saved)
+                            << s(rows);
+    };
+    const auto refused = [&](const char *name, const char *dragged, const char *onto, const char *saved,
+                             const char *rows) { row(name, dragged, onto, "nothing", "", saved, rows); };
 
-    QTest::newRow("sub point, the text of its declarations first")
-        << small << QByteArray() << true << s("Item") << s("m") << s("into through m") << s("drop")
-        << head + QStringList { s("      menu id=m"), s("        Item id=own.Item#"), s("      MenuBar") }
-        << QStringList { s("m"), s("  own.Item# | New item"), s("MenuBar") };
-    QTest::newRow("sub point, then the title")
-        << small << QByteArray() << true << s("menu") << s("MenuBar") << s("into through MenuBar") << s("drop")
-        << smallSaved + QStringList { s("        menu id=own.menu#") }
-        << QStringList { s("m"), s("MenuBar"), s("  own.menu# | New menu") };
-    QTest::newRow("point by its key") << small << QByteArray() << true << s("kit.tools") << s("m")
-                                      << s("into through m") << s("drop")
-                                      << head
-            + QStringList { s("      menu id=m"), s("        item id=own.item#"), s("      MenuBar") }
-                                      << QStringList { s("m"), s("  own.item# | Tool"), s("MenuBar") };
-    QTest::newRow("tool bars are shown by their kind")
-        << small << QByteArray() << true << s("ToolBars") << s("root") << s("into through Format") << s("drop")
-        << smallSaved + QStringList { s("      ToolBars id=own.ToolBars#") }
-        << QStringList { s("m"), s("MenuBar"), s("ToolBars") };
-    QTest::newRow("a second menu bar") << small << QByteArray() << true << s("MenuBar") << s("root") << s("nothing")
-                                       << QString() << smallSaved << smallRows;
-    QTest::newRow("tool bars under a menu") << small << QByteArray() << true << s("ToolBars") << s("m") << s("nothing")
-                                            << QString() << smallSaved << smallRows;
-    QTest::newRow("a kind that is not taken") << small << QByteArray() << true << s("Item") << s("root") << s("nothing")
-                                              << QString() << smallSaved << smallRows;
-    QTest::newRow("a kind that stands there already")
-        << QByteArray(small).replace("<MenuBar/>", "<gap/>") << QByteArray() << true << s("gap") << s("root")
-        << s("nothing") << QString() << head + QStringList { s("      menu id=m"), s("      gap") }
-        << QStringList { s("m"), s("gap") };
+    // Points.
+    row("sub point, the text of its declarations first", "Item", "m", "into through m", "drop",
+        "ExtData:kit.menus(Format target=bench(menu:m(Item:own.Item#), MenuBar))",
+        "m(own.Item# | New item), MenuBar, t1(t2)");
+    row("sub point, then the title", "menu", "MenuBar", "into through MenuBar", "drop",
+        "ExtData:kit.menus(Format target=bench(menu:m, MenuBar(menu:own.menu#)))",
+        "m, MenuBar(own.menu# | New menu), t1(t2)");
+    row("point by its key", "kit.tools", "m", "into through m", "drop",
+        "ExtData:kit.menus(Format target=bench(menu:m(item:own.item#), MenuBar))",
+        "m(own.item# | Tool), MenuBar, t1(t2)");
+    row("tool bars are shown by their kind", "ToolBars", "root", "into through Format", "drop",
+        "ExtData:kit.menus(Format target=bench(menu:m, MenuBar, ToolBars:own.ToolBars#))",
+        "m, MenuBar, t1(t2), ToolBars");
+    const char *unchanged = "ExtData:kit.menus(Format target=bench(menu:m, MenuBar))";
+    refused("a second menu bar", "MenuBar", "root", unchanged, "m, MenuBar, t1(t2)");
+    refused("tool bars under a menu", "ToolBars", "m", unchanged, "m, MenuBar, t1(t2)");
+    refused("a kind that is not taken", "Item", "root", unchanged, "m, MenuBar, t1(t2)");
+    row("a sibling's row in a direct tree", "Item", "t1", "into, recorded through t1", "target drop modified",
+        "ExtData:kit.menus(Format target=bench(menu:m, MenuBar, Item:own.Item# parent=t1), Item:own.Item#)",
+        "m, MenuBar, t1(t2, own.Item# | New item)");
+    own = "<ExtData id='kit.menus'><Format target='bench'><gap/></Format></ExtData>";
+    refused("a kind that stands there already", "gap", "root", "ExtData:kit.menus(Format target=bench(gap))",
+        "gap, t1(t2), MenuBar");
+    own = "<ExtData id='own.p'><Format target='bench'/></ExtData>";
+    row("a kind that only the sibling behind the row takes", "gap", "root", "into, recorded through theirs",
+        "target drop modified",
+        "ExtData:own.p(Format target=bench), ExtData plugin=own:kit.menus extPlugin=kit("
+        "Format(gap:own.gap# parent=theirs), gap:own.gap#)",
+        "t1(t2), MenuBar, own.gap#");
 
-    QTest::newRow("onto a sibling's, everything is made")
-        << QByteArray() << theirs << false << s("Item") << s("t") << s("into, recorded through t")
-        << s("target drop modified")
-        << QStringList { s("ExtDataSet"), s("  ExtData plugin=own id=kit.menus extPlugin=kit"), s("    Format"),
-               s("      Item id=own.Item# parent=t"), s("    Item id=own.Item#") }
-        << QStringList { s("t"), s("  own.Item# | New item"), s("MenuBar") };
-    QTest::newRow("the point's own data, its format first")
-        << QByteArray(
-               "<ExtDataSet><ExtData id=\"a\"/><ExtData id=\"kit.tools\"><item id=\"x\"/></ExtData></ExtDataSet>")
-        << theirs << false << s("kit.tools") << s("t") << s("into, recorded through t") << s("target drop modified")
-        << QStringList { s("ExtDataSet"), s("  ExtData id=a"), s("  ExtData id=kit.tools"), s("    Format"),
-               s("      item id=own.item# parent=t"), s("    item id=x"), s("    item id=own.item#") }
-        << QStringList { s("t"), s("  own.item# | Tool"), s("MenuBar") };
-    QTest::newRow("the format of this tab is used, others are passed over")
-        << QByteArray("<ExtDataSet><ExtData id=\"kit.menus\"><Format target=\"a\"/><Format id=\"b\"/>"
-                      "<format id=\"bench\"/><Format/></ExtData></ExtDataSet>")
-        << theirs << false << s("menu") << s("MenuBar") << s("into, recorded through MenuBar")
-        << s("target drop modified")
-        << QStringList { s("ExtDataSet"), s("  ExtData id=kit.menus"), s("    Format target=a"), s("    Format id=b"),
-               s("    format id=bench"), s("      menu id=own.menu# parent=MenuBar"), s("    Format"),
-               s("    menu id=own.menu#") }
-        << QStringList { s("t"), s("MenuBar"), s("  own.menu# | New menu") };
-    QTest::newRow("a sibling's row in a direct tree")
-        << small << QByteArray(theirs).replace("<MenuBar/>", "") << true << s("Item") << s("t")
-        << s("into, recorded through t") << s("target drop modified")
-        << smallSaved + QStringList { s("      Item id=own.Item# parent=t"), s("    Item id=own.Item#") }
-        << QStringList { s("m"), s("MenuBar"), s("t"), s("  own.Item# | New item") };
-    QTest::newRow("a kind that only the sibling behind the row takes")
-        << QByteArray("<ExtDataSet><ExtData id=\"own.p\"><Format target=\"bench\"/></ExtData></ExtDataSet>")
-        << QByteArray(theirs).replace("<Format ", "<Format id=\"root of theirs\" ") << true << s("gap") << s("root")
-        << s("into, recorded through root of theirs") << s("target drop modified")
-        << QStringList { s("ExtDataSet"), s("  ExtData id=own.p"), s("    Format target=bench"),
-               s("  ExtData plugin=own id=kit.menus extPlugin=kit"), s("    Format"),
-               s("      gap id=own.gap# parent=root of theirs"), s("    gap id=own.gap#") }
-        << QStringList { s("t"), s("MenuBar"), s("own.gap#") };
-    QTest::newRow("recorded, not taken") << QByteArray() << theirs << false << s("Item") << s("MenuBar") << s("nothing")
-                                         << QString() << QStringList() << theirRows;
+    tree = "recorded";
+    own.clear();
+    row("everything is made", "Item", "t1", "into, recorded through t1", "target drop modified",
+        "ExtData plugin=own:kit.menus extPlugin=kit(Format(Item:own.Item# parent=t1), Item:own.Item#)",
+        "t1(t2, own.Item# | New item), MenuBar");
+    refused("recorded, not taken", "Item", "MenuBar", "", "t1(t2), MenuBar");
+    own = "<ExtData id='a'/><ExtData id='kit.tools'><item id='x'/></ExtData>";
+    row("the point's own data, its format first", "kit.tools", "t1", "into, recorded through t1",
+        "target drop modified",
+        "ExtData:a, ExtData:kit.tools(Format(item:own.item# parent=t1), item:x, item:own.item#)",
+        "t1(t2, own.item# | Tool), MenuBar");
+    own = "<ExtData id='kit.menus'><Format target='a'/><Format id='b'/><format id='bench'/><Format/></ExtData>";
+    row("the format of this tab is used, others are passed over", "menu", "MenuBar", "into, recorded through MenuBar",
+        "target drop modified",
+        "ExtData:kit.menus(Format target=a, Format:b, format:bench(menu:own.menu# parent=MenuBar), Format,"
+        " menu:own.menu#)",
+        "t1(t2), MenuBar(own.menu# | New menu)");
+
+    const QByteArray records
+        = "<menu id='r1' title='First'/><Item id='r2' text='Second' title='no'/><other id='r3'/></ExtData>";
+    const auto record = [&](const char *name, const QByteArray &formats, const char *dragged, const char *onto,
+                            const char *plan, const char *announced, const char *saved, const char *rows) {
+        own = "<ExtData id='kit.menus'>" + formats + records;
+        const QByteArray whole
+            = QByteArray("ExtData:kit.menus(") + saved + "menu:r1 title=First, Item:r2 text=Second title=no, other:r3)";
+        row(name, dragged, onto, plan, announced, whole.constData(), rows);
+    };
+    tree = "direct";
+    const QByteArray menu = "<Format target='bench'><menu id='m'/></Format>";
+    record("a record directly", menu, "r2", "m", "into through m", "drop modified",
+        "Format target=bench(menu:m(Item:r2)), ", "m(r2 | Second), t1(t2), MenuBar");
+    record("a record directly, labelled by its title", menu, "r1", "root", "into through Format", "drop modified",
+        "Format target=bench(menu:m, menu:r1), ", "m, t1(t2), MenuBar, r1 | First");
+    record("a record, not taken", menu, "r2", "root", "nothing", "", "Format target=bench(menu:m), ",
+        "m, t1(t2), MenuBar");
+    record("a record onto a sibling's row in a direct tree", menu, "r2", "t1", "into, recorded through t1",
+        "target drop modified", "Format target=bench(menu:m, Item:r2 parent=t1), ", "m, t1(t2, r2 | Second), MenuBar");
+    tree = "recorded";
+    record("a record of a kind that nobody knows", "", "r3", "t1", "nothing", "", "", "t1(t2), MenuBar");
+    record("a record, the format is made first", "", "r2", "t1", "into, recorded through t1", "target drop modified",
+        "Format(Item:r2 parent=t1), ", "t1(t2, r2 | Second), MenuBar");
+    record("a record under what has no id", "", "r1", "MenuBar", "into, recorded through MenuBar",
+        "target drop modified", "Format(menu:r1 parent=MenuBar), ", "t1(t2), MenuBar(r1 | First)");
+    const QByteArray three = "<Format target='a'/><Format target='bench'/><format/>";
+    record("a record, in the format of this tab alone", three, "r2", "t1", "into, recorded through t1",
+        "target drop modified", "Format target=a, Format target=bench(Item:r2 parent=t1), format, ",
+        "t1(t2, r2 | Second), MenuBar");
+    record("a record, formats of other tabs do not serve", "<Format target='a'/><Format id='b'/>", "r2", "t1",
+        "into, recorded through t1", "target drop modified", "Format(Item:r2 parent=t1), Format target=a, Format:b, ",
+        "t1(t2, r2 | Second), MenuBar");
+    tree = "of no tab";
+    record("a record in a tree of no tab, in every format", three, "r2", "t1", "into, recorded through t1",
+        "target drop target drop target drop modified",
+        "Format target=a(Item:r2 parent=t1), Format target=bench(Item:r2 parent=t1), format(Item:r2 parent=t1), ",
+        "t1(t2, r2 | Second), MenuBar");
+    record("a record in a tree of no tab, without a format", "", "r2", "t1", "into, recorded through t1",
+        "target drop modified", "Format(Item:r2 parent=t1), ", "t1(t2, r2 | Second), MenuBar");
 }
 
-void TestFormatDrops::point()
+void TestFormatDrops::drop()
 {
+    QFETCH(QString, tree);
     QFETCH(QByteArray, own);
-    QFETCH(QByteArray, kit);
-    QFETCH(bool, direct);
     QFETCH(QString, dragged);
     QFETCH(QString, onto);
-    Model model(own, kit);
+    Model model(own.isEmpty() ? own : "<ExtDataSet>" + own + "</ExtDataSet>",
+        "<ExtDataSet><ExtData id='kit.menus'><Format id='theirs' target='bench'><menu id='t1'><Item id='t2'/></menu>"
+        "<MenuBar/></Format></ExtData></ExtDataSet>");
     const OwnRealizations realizations = Controller::instance()->ownRealizations();
-    const Shown::Nodes ours
-        = own.contains("<menu id=\"m\"") || own.contains("own.p") ? realizations.formats(s("bench")) : Shown::Nodes();
-    const Shown shown(ours + realizations.siblingFormats(s("bench")));
-    const DropSite site = shown.site(onto, direct, s("bench"));
+    const bool direct = tree == s("direct");
+    const Shown shown(
+        (direct ? realizations.formats(s("bench")) : Shown::Nodes()) + realizations.siblingFormats(s("bench")));
+    const DropSite site = shown.site(onto, direct, tree == s("of no tab") ? QString() : s("bench"));
     PointTreeWidgetItem *point = model.point(dragged);
-    QVERIFY(point && site.row && PointDrop::takes(point));
+    PointTreeWidgetItem *record = model.record(dragged);
+    QVERIFY(site.row && PointDrop::takes(point) != bool(record));
 
-    QTEST(words(PointDrop::plan(site, point)), "plan");
+    QTEST(words(record ? RecordDrop::plan(site, record) : PointDrop::plan(site, point)), "plan");
     OwnSlots::FirstFound found;
-    const DropOutcome outcome = PointDrop::perform(site, point, &found);
+    const DropOutcome outcome = record ? RecordDrop::perform(site, record) : PointDrop::perform(site, point, &found);
     QTEST(words(outcome), "announced");
-    QTEST(model.saved(), "saved");
+    QFETCH(QString, saved);
+    QCOMPARE(model.saved(), saved.isEmpty() ? saved : s("ExtDataSet(%1)").arg(saved));
     QTEST(shown.rows(), "rows");
     QCOMPARE(model.complaints(), QStringList());
+    QVERIFY(!RecordDrop::plan(site, nullptr));
+    // Nobody to record it with.
+    PointTreeWidgetItem stray((QString()));
+    stray.setKind(s("menu"));
+    QVERIFY(direct || !RecordDrop::plan(site, &stray));
     if (outcome.additions.isEmpty())
         return;
-    PointTreeWidgetItem *entry = outcome.additions.first().row;
-    QVERIFY(realizations.isOwn(entry));
+
+    const DropOutcome::Addition addition = outcome.additions.first();
+    QVERIFY(realizations.isOwn(addition.row));
+    QCOMPARE(PointTreeWidgetItemTestAccess::isDroppedCopy(*addition.row), bool(record));
     // The point of the place that it is kept in, as the file will say when it is opened again.
-    QCOMPARE(entry->pointId(), entry->link()->parent()->item()->pointId());
-    if (outcome.additions.first().format) {
-        QCOMPARE(entry->link()->parent(), outcome.additions.first().format.data());
-        PointTreeWidgetItem *twin = realizations.record(entry->property(s("id")).toString());
+    QCOMPARE(addition.row->pointId(), addition.row->link()->parent()->item()->pointId());
+    if (point && addition.format) {
+        QCOMPARE(addition.row->link()->parent(), addition.format.data());
+        PointTreeWidgetItem *twin = realizations.record(addition.row->property(s("id")).toString());
         QVERIFY(twin);
         QCOMPARE(twin->pointId(), point->pointId());
         QVERIFY(PointTreeWidgetItemTestAccess::isNew(*twin));
     }
-}
-
-void TestFormatDrops::record_data()
-{
-    QTest::addColumn<QByteArray>("formats");
-    QTest::addColumn<bool>("direct");
-    QTest::addColumn<QString>("tab");
-    QTest::addColumn<QString>("dragged");
-    QTest::addColumn<QString>("onto");
-    QTest::addColumn<QString>("announced");
-    QTest::addColumn<QStringList>("data");
-    QTest::addColumn<QStringList>("rows");
-    const QStringList rest { s("menu id=r1 title=First"), s("Item id=r2 text=Second title=no"), s("other id=r3") };
-    const QByteArray own = "<Format target=\"bench\"><menu id=\"m\"/></Format>";
-    const QByteArray three = "<Format target=\"a\"/><Format target=\"bench\"/><format/>";
-    const QStringList theirs { s("t1"), s("  t2"), s("MenuBar") };
-    const QStringList withSecond { s("t1"), s("  t2"), s("  r2 | Second"), s("MenuBar") };
-
-    QTest::newRow("directly") << own << true << s("bench") << s("r2") << s("m") << s("drop modified")
-                              << QStringList { s("Format target=bench"), s("  menu id=m"), s("    Item id=r2") } + rest
-                              << QStringList { s("m"), s("  r2 | Second") } + theirs;
-    QTest::newRow("directly, labelled by its title")
-        << own << true << s("bench") << s("r1") << s("root") << s("drop modified")
-        << QStringList { s("Format target=bench"), s("  menu id=m"), s("  menu id=r1") } + rest
-        << QStringList { s("m"), s("t1"), s("  t2"), s("MenuBar"), s("r1 | First") };
-    QTest::newRow("not taken") << own << true << s("bench") << s("r2") << s("root") << QString()
-                               << QStringList { s("Format target=bench"), s("  menu id=m") } + rest
-                               << QStringList { s("m") } + theirs;
-    QTest::newRow("of a kind that nobody knows")
-        << QByteArray() << false << s("bench") << s("r3") << s("t1") << QString() << rest << theirs;
-    QTest::newRow("recorded, the format is made first")
-        << QByteArray() << false << s("bench") << s("r2") << s("t1") << s("target drop modified")
-        << QStringList { s("Format"), s("  Item id=r2 parent=t1") } + rest << withSecond;
-    QTest::newRow("recorded, named by the kind")
-        << QByteArray() << false << s("bench") << s("r1") << s("MenuBar") << s("target drop modified")
-        << QStringList { s("Format"), s("  menu id=r1 parent=MenuBar") } + rest
-        << QStringList { s("t1"), s("  t2"), s("MenuBar"), s("  r1 | First") };
-    QTest::newRow("recorded, in the format of this tab alone")
-        << three << false << s("bench") << s("r2") << s("t1") << s("target drop modified")
-        << QStringList { s("Format target=a"), s("Format target=bench"), s("  Item id=r2 parent=t1"), s("format") }
-            + rest
-        << withSecond;
-    QTest::newRow("recorded, formats of other tabs do not serve")
-        << QByteArray("<Format target=\"a\"/><Format id=\"b\"/>") << false << s("bench") << s("r2") << s("t1")
-        << s("target drop modified")
-        << QStringList { s("Format"), s("  Item id=r2 parent=t1"), s("Format target=a"), s("Format id=b") } + rest
-        << withSecond;
-    QTest::newRow("recorded in a tree of no tab, in every format")
-        << three << false << QString() << s("r2") << s("t1") << s("target drop target drop target drop modified")
-        << QStringList { s("Format target=a"), s("  Item id=r2 parent=t1"), s("Format target=bench"),
-               s("  Item id=r2 parent=t1"), s("format"), s("  Item id=r2 parent=t1") }
-            + rest
-        << withSecond;
-    QTest::newRow("recorded in a tree of no tab, without a format")
-        << QByteArray() << false << QString() << s("r2") << s("t1") << s("target drop modified")
-        << QStringList { s("Format"), s("  Item id=r2 parent=t1") } + rest << withSecond;
-    QTest::newRow("a sibling's row in a direct tree")
-        << own << true << s("bench") << s("r2") << s("t1") << s("target drop modified")
-        << QStringList { s("Format target=bench"), s("  menu id=m"), s("  Item id=r2 parent=t1") } + rest
-        << QStringList { s("m") } + withSecond;
-}
-
-void TestFormatDrops::record()
-{
-    QFETCH(QByteArray, formats);
-    QFETCH(bool, direct);
-    QFETCH(QString, tab);
-    QFETCH(QString, dragged);
-    QFETCH(QString, onto);
-    QFETCH(QString, announced);
-    Model model(records(formats), kitFormat);
-    const OwnRealizations realizations = Controller::instance()->ownRealizations();
-    const Shown shown(
-        (direct ? realizations.formats(s("bench")) : Shown::Nodes()) + realizations.siblingFormats(s("bench")));
-    const DropSite site = shown.site(onto, direct, tab);
-
-    QCOMPARE(bool(RecordDrop::plan(site, model.record(dragged))), !announced.isEmpty());
-    const DropOutcome outcome = RecordDrop::perform(site, model.record(dragged));
-    QCOMPARE(words(outcome), announced);
-    QTEST(ModelTesting::tree(realizations.holders(s("kit.menus")).first()), "data");
-    QTEST(shown.rows(), "rows");
-    QCOMPARE(model.complaints(), QStringList());
-    for (const DropOutcome::Addition &addition : outcome.additions) {
-        QVERIFY(PointTreeWidgetItemTestAccess::isDroppedCopy(*addition.row));
-        QVERIFY(realizations.isOwn(addition.row));
-    }
-    QVERIFY(!RecordDrop::plan(site, nullptr));
-
-    // Nobody to record it with.
-    PointTreeWidgetItem stray((QString()));
-    stray.setKind(s("menu"));
-    if (!direct)
-        QVERIFY(!RecordDrop::plan(site, &stray));
-}
-
-void TestFormatDrops::editsReachEverySavedReference()
-{
-    Model model(records("<Format/><Format/>"), kitFormat);
-    const OwnRealizations realizations = Controller::instance()->ownRealizations();
-    const Shown shown(realizations.siblingFormats(s("bench")));
-    const DropOutcome outcome = RecordDrop::perform(shown.site(s("t1"), false), model.record(s("r2")));
-    outcome.additions.first().row->setProperty(s("text"), s("edited"));
-    QCOMPARE(ModelTesting::tree(realizations.holders(s("kit.menus")).first()).mid(0, 4),
-        (QStringList { s("Format"), s("  Item id=r2 parent=t1 text=edited"), s("Format"),
-            s("  Item id=r2 parent=t1 text=edited") }));
-    QCOMPARE(realizations.references(s("r2")).size(), 2);
-    QCOMPARE(model.complaints(), QStringList());
+    // What is edited there reaches every saved copy.
+    addition.row->setProperty(s("text"), s("edited"));
+    QCOMPARE(model.saved().count(s("text=edited")), outcome.additions.size());
 }
 
 void TestFormatDrops::deadSourcesAreForgotten()
 {
     auto *row = new PointTreeWidgetItem(s("row"));
     auto *first = new PointTreeWidgetItem(s("first"));
-    auto *second = new PointTreeWidgetItem(s("second"));
-    const MergedSources sources({ { row, first }, { row, second } });
-    QCOMPARE(sources.of(row), (MergedSources::Nodes { first, second }));
+    PointTreeWidgetItem second(s("second"));
+    const MergedSources sources({ { row, first }, { row, &second } });
+    QCOMPARE(sources.of(row), (MergedSources::Nodes { first, &second }));
     delete first;
-    QCOMPARE(sources.of(row), (MergedSources::Nodes { second }));
+    QCOMPARE(sources.of(row), (MergedSources::Nodes { &second }));
     delete row;
     // Another row may come to stand in the same memory.
     QCOMPARE(sources.of(row), MergedSources::Nodes());
     QCOMPARE(sources.of(nullptr), MergedSources::Nodes());
-    delete second;
 }
 
 QTEST_MAIN(TestFormatDrops)
