@@ -5,7 +5,6 @@
 #include "realization/realizationpagebuilder.h"
 #include "surface/extpointwidget.h"
 
-#include <QTabWidget>
 #include <QTest>
 #include <QTreeWidget>
 
@@ -42,38 +41,9 @@ class TestExtPointWidget : public QObject
 
 private Q_SLOTS:
     void init() { Controller::instance()->setSourceDataManager(nullptr); }
-    void containment();
     void buildersOutliveTheWidget();
     void widgetMayDieAfterTheModel();
 };
-
-/// Hosts and their styles find the widgets by name, kind and container.
-void TestExtPointWidget::containment()
-{
-    const ExtPointWidget widget;
-    const QString all = s(
-        "tabWidget:QTabWidget:ExtPointWidget splitter_3:QSplitter:tab layoutWidget:QWidget:splitter_3 "
-        "defintionTree:QTreeWidget:layoutWidget pushButton_add_extpoint:QPushButton:layoutWidget "
-        "splitter_2:QSplitter:splitter_3 groupBox_2:QGroupBox:splitter_2 scrollArea:QScrollArea:groupBox_2 "
-        "basicInfo:GroupPropertyBrowser:scrollAreaWidgetContents groupBox_3:QGroupBox:splitter_2 "
-        "defintionTable:QTableWidget:groupBox_3 pushButton_add_attr:QPushButton:groupBox_3 "
-        "pushButton_del_attr:QPushButton:groupBox_3 splitter:QSplitter:splitter_3 "
-        "editInfoWidget:TreePropertyBrowser:splitter enumGroup:QGroupBox:splitter enumTable:QTableWidget:enumGroup "
-        "pushButton_add_enum:QPushButton:enumGroup pushButton_delete_enmu:QPushButton:enumGroup "
-        "splitter_5:QSplitter:tab_2 realizationTree:RealizationTreeWidget:splitter_5 splitter_4:QSplitter:splitter_5 "
-        "formatTab:QTabWidget:splitter_4 pushButton_add_format_tree:QPushButton:splitter_4 "
-        "realizTable:RealizationTableWidget:splitter_4 propertyGroupBox:QGroupBox:splitter_5 "
-        "propertyRealization:TreePropertyBrowser:propertyGroupBox");
-    const QStringList entries = all.split(QLatin1Char(' '));
-    for (const QString &entry : entries) {
-        const auto *found = widget.findChild<QWidget *>(entry.section(QLatin1Char(':'), 0, 0));
-        QVERIFY2(found, qPrintable(entry));
-        QCOMPARE(
-            s("%1:%2:%3")
-                .arg(found->objectName(), s(found->metaObject()->className()), found->parentWidget()->objectName()),
-            entry);
-    }
-}
 
 void TestExtPointWidget::buildersOutliveTheWidget()
 {
