@@ -22,6 +22,7 @@
 #include <QTest>
 #include <QTreeView>
 
+#include <algorithm>
 #include <memory>
 
 // Drives the plug-in as a host does: loaded from its directory, through the host's interfaces and object names alone.
@@ -100,11 +101,12 @@ public:
             index = view->model()->index(number, 0, index);
         return index;
     }
-    /// The first row of this text.
-    [[nodiscard]] static QModelIndex rowOf(const QAbstractItemView *view, const char *text)
+    /// Makes the first row of this text current.
+    static void choose(QAbstractItemView *view, const QString &text)
     {
-        const Qt::MatchFlags flags = Qt::MatchExactly | Qt::MatchRecursive;
-        return view->model()->match(view->model()->index(0, 0), Qt::DisplayRole, s(text), 1, flags).value(0);
+        const QAbstractItemModel *model = view->model();
+        view->setCurrentIndex(
+            model->match(model->index(0, 0), Qt::DisplayRole, text, 1, Qt::MatchExactly | Qt::MatchRecursive).value(0));
     }
 
 private:
@@ -125,7 +127,6 @@ private Q_SLOTS:
     void openSaveAndReopen();
     void openOtherwise_data();
     void openOtherwise();
-    void modifiedState();
     void uncommittedTextCounts_data();
     void uncommittedTextCounts();
     void viewIsCarriedOver();
@@ -242,8 +243,13 @@ void TestExtPointEditor::openOtherwise()
     QCOMPARE(editor.busy(), opened);
     QTRY_VERIFY(!editor.busy());
     // Whatever a host does then, what could not be read stays.
+    const QSignalSpy changed(editor.document(), &Core::IDocument::changed);
+    // The flag says nothing.
+    QVERIFY(QMetaObject::invokeMethod(editor.widget(), "modified", Q_ARG(bool, false)));
+    QVERIFY(editor.document()->isModified());
     QVERIFY(editor.document()->save(nullptr, QString(), false));
     QVERIFY(!editor.document()->isModified());
+    QCOMPARE(changed.count(), 2);
     if (!opened) {
         QCOMPARE(read(path), original);
         return;
@@ -253,41 +259,26 @@ void TestExtPointEditor::openOtherwise()
     QVERIFY(read(path).contains("name=\"Kept\""));
 }
 
-void TestExtPointEditor::modifiedState()
-{
-    const Sample sample;
-    const OpenedEditor editor(m_factory);
-    QCOMPARE(editor.open(sample.path("units")), Core::IDocument::OpenResult::Success);
-    const QSignalSpy changed(editor.document(), &Core::IDocument::changed);
-    int expected = 0;
-    for (const bool flag : { false, true }) {
-        QVERIFY(QMetaObject::invokeMethod(editor.widget(), "modified", Q_ARG(bool, flag)));
-        QVERIFY(editor.document()->isModified());
-        QCOMPARE(changed.count(), ++expected);
-        QVERIFY(editor.document()->save(nullptr, QString(), false));
-        QVERIFY(!editor.document()->isModified());
-        QCOMPARE(changed.count(), ++expected);
-    }
-}
-
 void TestExtPointEditor::uncommittedTextCounts_data()
 {
-    QTest::addColumn<QString>("sheet");
+    QTest::addColumn<QStringList>("places");
     QTest::addColumn<QString>("asked");
     QTest::addColumn<QByteArray>("written");
     for (const char *asked : { "save", "saveNow", "saveReport", "isModified" }) {
-        const auto row = [asked](const char *sheet, const char *written) {
-            QTest::addRow("%s, %s", sheet, asked) << s(sheet) << s(asked) << QByteArray(written);
+        // The views and their rows that lead to the sheet, and the row that is typed into.
+        const auto row = [asked](const char *places, const char *written) {
+            const QStringList all = s(places).split(QLatin1Char(' '));
+            QTest::addRow("%s, %s", qPrintable(all.at(4)), asked) << all << s(asked) << QByteArray(written);
         };
-        row("basicInfo", " name=\"Typed\">");
-        row("editInfoWidget", "<String key=\"Typed\" ");
-        row("propertyRealization", "<p id=\"r\" text=\"Typed\"/>");
+        row("defintionTree P defintionTable text basicInfo name", " name=\"Typed\">");
+        row("defintionTree P defintionTable text editInfoWidget key", "<String key=\"Typed\" ");
+        row("realizationTree P realizTable r propertyRealization text", "<p id=\"r\" text=\"Typed\"/>");
     }
 }
 
 void TestExtPointEditor::uncommittedTextCounts()
 {
-    QFETCH(const QString, sheet);
+    QFETCH(const QStringList, places);
     QFETCH(const QString, asked);
     QFETCH(const QByteArray, written);
     const Sample sample;
@@ -297,37 +288,32 @@ void TestExtPointEditor::uncommittedTextCounts()
         "</ExtPointSet><ExtDataSet><ExtData id=\"u.p\"><p id=\"r\" text=\"t\"/></ExtData></ExtDataSet></Plugin>");
     const OpenedEditor editor(m_factory);
     QCOMPARE(editor.open(path), Core::IDocument::OpenResult::Success);
-    const bool isRecord = sheet == s("propertyRealization");
-    editor.tabs("tabWidget")->setCurrentIndex(isRecord ? 1 : 0);
+    editor.tabs("tabWidget")->setCurrentIndex(places.first() == s("realizationTree") ? 1 : 0);
     editor.widget()->show();
     QTRY_VERIFY(!editor.busy());
-    const auto choose
-        = [](QAbstractItemView *view, const char *text) { view->setCurrentIndex(OpenedEditor::rowOf(view, text)); };
-    choose(editor.view(isRecord ? "realizationTree" : "defintionTree"), "P");
-    choose(editor.view(isRecord ? "realizTable" : "defintionTable"), isRecord ? "r" : "text");
-    auto *widget = editor.widget()->findChild<QWidget *>(sheet);
-    if (auto *tree = widget->findChild<QAbstractItemView *>()) {
-        choose(tree, isRecord ? "text" : "key");
+    for (const int view : { 0, 2 })
+        editor.choose(editor.view(qPrintable(places.at(view))), places.at(view + 1));
+    const auto *sheet = editor.widget()->findChild<QWidget *>(places.at(4));
+    if (auto *tree = sheet->findChild<QAbstractItemView *>()) {
+        editor.choose(tree, places.at(5));
         QTest::keyClick(tree, Qt::Key_F2);
     }
-    QLineEdit *line = nullptr;
-    for (auto *each : widget->findChildren<QLineEdit *>())
-        line = each->accessibleName() == s(sheet == s("basicInfo") ? "name" : isRecord ? "text" : "key") ? each : line;
-    QVERIFY(line);
-    line->selectAll();
-    QTest::keyClicks(line, s("Typed"));
+    const auto lines = sheet->findChildren<QLineEdit *>();
+    const auto line = std::find_if(
+        lines.cbegin(), lines.cend(), [&](const QLineEdit *each) { return each->accessibleName() == places.at(5); });
+    QVERIFY(line != lines.cend());
+    (*line)->selectAll();
+    QTest::keyClicks(*line, s("Typed"));
 
     auto *reporting = dynamic_cast<Core::ReportingDocument *>(editor.document());
-    if (asked == s("saveNow"))
-        QVERIFY(reporting->saveNow(nullptr));
-    else if (asked == s("save"))
-        QVERIFY(editor.document()->save(nullptr, QString(), false));
-    else if (asked == s("isModified"))
-        QVERIFY(editor.document()->isModified());
-    else
-        (void)reporting->saveReport();
-    const bool isSaved = asked.startsWith(s("save")) && asked != s("saveReport");
-    const QByteArray bytes = isSaved ? read(path) : editor.recoverable()->recoveryData();
+    QByteArray bytes;
+    if (asked == s("save") || asked == s("saveNow")) {
+        QVERIFY(asked == s("save") ? editor.document()->save(nullptr, QString(), false) : reporting->saveNow(nullptr));
+        bytes = read(path);
+    } else {
+        asked == s("isModified") ? void(editor.document()->isModified()) : void(reporting->saveReport());
+        bytes = editor.recoverable()->recoveryData();
+    }
     QVERIFY2(bytes.contains(written), bytes.constData());
 }
 
