@@ -3,27 +3,26 @@
 #include "core/ieditor.h"
 #include "core/ieditorfactory.h"
 #include "core/recoverabledocument.h"
+#include "core/reportingdocument.h"
 #include "core/viewkeeper.h"
 #include "extensionsystem/iplugin.h"
 #include "extensionsystem/pluginmanager.h"
 #include "utils/mimedatabase.h"
 
-#include <QAbstractItemModel>
 #include <QAbstractItemView>
-#include <QDir>
 #include <QImage>
 #include <QLineEdit>
 #include <QPointer>
-#include <QRegularExpression>
+#include <QProcess>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QThreadPool>
 #include <QTreeView>
 
+#include <algorithm>
 #include <memory>
 
 // Drives the plug-in as a host does: loaded from its directory, through the host's interfaces and object names alone.
@@ -35,33 +34,30 @@ QString s(const char *text)
     return QString::fromUtf8(text);
 }
 
-const QString pluginDirectory = s(EXTPOINT_BINARY_DIR "/lib/extpoint/plugins");
-
 QByteArray read(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
 }
 
-/// A copy of the sample product.
-class Sample final
+/// Null @p bytes take the file away.
+void write(const QString &path, const QByteArray &bytes)
 {
-public:
-    Sample()
+    QFile file(path);
+    if (bytes.isNull() ? !file.remove() : !file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("%s cannot be written", qPrintable(path));
+}
+
+/// A copy of the sample product.
+struct Sample
+{
+    Sample() { QProcess::execute(s("cp"), { s("-r"), s(EXTPOINT_SOURCE_DIR "/samples/product/plugins"), dir.path() }); }
+    [[nodiscard]] QString path(const char *plugin) const
     {
-        const QDir source(s(EXTPOINT_SOURCE_DIR "/samples/product/plugins"));
-        for (const QString &plugin : source.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-            QDir(m_directory.path()).mkpath(s("plugins/") + plugin);
-            QFile::copy(source.filePath(plugin + s("/extension.xml")), path(plugin));
-        }
-    }
-    [[nodiscard]] QString path(const QString &plugin) const
-    {
-        return m_directory.path() + s("/plugins/") + plugin + s("/extension.xml");
+        return dir.path() + s("/plugins/") + s(plugin) + s("/extension.xml");
     }
 
-private:
-    QTemporaryDir m_directory;
+    QTemporaryDir dir;
 };
 
 /// An editor as a host holds it: it deletes the editor, then the widget.
@@ -82,6 +78,10 @@ public:
     Core::IEditor *operator->() const { return m_editor.get(); }
     [[nodiscard]] Core::IDocument *document() const { return m_editor->document(); }
     [[nodiscard]] QWidget *widget() const { return m_widget; }
+    [[nodiscard]] Core::RecoverableDocument *recoverable() const
+    {
+        return dynamic_cast<Core::RecoverableDocument *>(document());
+    }
     [[nodiscard]] bool busy() const { return document()->property("busy").toBool(); }
     [[nodiscard]] Core::IDocument::OpenResult open(const QString &path, QString *error = nullptr) const
     {
@@ -90,6 +90,23 @@ public:
     [[nodiscard]] QAbstractItemView *view(const char *name) const
     {
         return m_widget->findChild<QAbstractItemView *>(s(name));
+    }
+    [[nodiscard]] QTabWidget *tabs(const char *name) const { return m_widget->findChild<QTabWidget *>(s(name)); }
+    [[nodiscard]] Core::ViewKeeper *keeper() const { return dynamic_cast<Core::ViewKeeper *>(m_editor.get()); }
+    /// By the numbers of the rows, from the top down.
+    [[nodiscard]] static QModelIndex row(const QAbstractItemView *view, std::initializer_list<int> path)
+    {
+        QModelIndex index;
+        for (const int number : path)
+            index = view->model()->index(number, 0, index);
+        return index;
+    }
+    /// Makes the first row of this text current.
+    static void choose(QAbstractItemView *view, const QString &text)
+    {
+        const QAbstractItemModel *model = view->model();
+        view->setCurrentIndex(
+            model->match(model->index(0, 0), Qt::DisplayRole, text, 1, Qt::MatchExactly | Qt::MatchRecursive).value(0));
     }
 
 private:
@@ -108,13 +125,10 @@ private Q_SLOTS:
     void cleanupTestCase();
     void registration();
     void openSaveAndReopen();
-    void openFails_data();
-    void openFails();
-    void modifiedState();
+    void openOtherwise_data();
+    void openOtherwise();
+    void uncommittedTextCounts_data();
     void uncommittedTextCounts();
-    void recoveryData();
-    void openRecovered_data();
-    void openRecovered();
     void viewIsCarriedOver();
 
 private:
@@ -124,7 +138,7 @@ private:
 
 void TestExtPointEditor::initTestCase()
 {
-    m_plugins.setPluginPaths({ pluginDirectory });
+    m_plugins.setPluginPaths({ s(EXTPOINT_BINARY_DIR "/lib/extpoint/plugins") });
     m_plugins.loadPlugins({});
     for (const ExtensionSystem::PluginInfo &plugin : m_plugins.plugins())
         QVERIFY2(plugin.errorString.isEmpty(), qPrintable(plugin.errorString));
@@ -149,14 +163,14 @@ void TestExtPointEditor::registration()
     QVERIFY(QByteArray(m_factory->parent()->metaObject()->className()).endsWith("::ExtPointEditorPlugin"));
 
     const Sample sample;
-    const Utils::MimeType type = Utils::MimeDatabase().mimeTypeForFile(sample.path(s("chartdesk")));
+    const Utils::MimeType type = Utils::MimeDatabase().mimeTypeForFile(sample.path("chartdesk"));
     QCOMPARE(type.name(), s("application/vnd.qt.xml.extpoint"));
     QCOMPARE(type.comment(), s("Qt Resource file"));
     QCOMPARE(type.globPatterns(), QStringList { s("extension.xml") });
     QVERIFY(type.inherits(s("text/xml")));
     QVERIFY(Utils::MimeDatabase().mimeTypeForFile(s("my.extension.xml")).name() != type.name());
 
-    const QImage marked = Core::FileIconProvider::icon(QFileInfo(sample.path(s("chartdesk")))).pixmap(32).toImage();
+    const QImage marked = Core::FileIconProvider::icon(QFileInfo(sample.path("chartdesk"))).pixmap(32).toImage();
     const QImage plain = Core::FileIconProvider::icon(QFileInfo(s("other.xml"))).pixmap(32).toImage();
     QVERIFY2(marked != plain, "no overlay");
 }
@@ -164,249 +178,205 @@ void TestExtPointEditor::registration()
 void TestExtPointEditor::openSaveAndReopen()
 {
     const Sample sample;
-    const QString path = sample.path(s("chartdesk"));
+    const QString path = sample.path("chartdesk");
     QByteArray saved[2];
     for (QByteArray &bytes : saved) {
         const OpenedEditor editor(m_factory);
         const QSignalSpy loaded(editor.document(), SIGNAL(loaded(bool)));
-        QString error = s("untouched");
-        QCOMPARE(editor.open(path, &error), Core::IDocument::OpenResult::Success);
-        QCOMPARE(error, s("untouched"));
+        QCOMPARE(editor.open(path), Core::IDocument::OpenResult::Success);
         QCOMPARE(editor.document()->filePath().toString(), path);
-        QVERIFY(!editor.document()->isModified());
-        QVERIFY(editor.busy());
+        QVERIFY(!editor.document()->isModified() && editor.busy());
         QTRY_VERIFY(!editor.busy());
-        QCOMPARE(
-            editor.view("realizationTree")->model()->rowCount(editor.view("realizationTree")->model()->index(0, 0)),
-            12);
-        QCOMPARE(editor.widget()->findChild<QTabWidget *>(s("formatTab"))->count() >= 4, true);
+        const QAbstractItemModel *points = editor.view("realizationTree")->model();
+        QCOMPARE(points->rowCount(points->index(0, 0)), 12);
+        QVERIFY(editor.tabs("formatTab")->count() >= 4);
+        const QByteArray unsaved = editor.recoverable()->recoveryData();
+        QVERIFY(editor.document()->contents().isEmpty());
         // Under another name it is the opened file that is written.
-        const QString elsewhere = path + s(".copy");
-        QVERIFY(editor.document()->save(nullptr, elsewhere, false));
-        QVERIFY(!QFile::exists(elsewhere));
+        QVERIFY(editor.document()->save(nullptr, path + s(".copy"), false));
+        QVERIFY(!QFile::exists(path + s(".copy")));
         QCOMPARE(loaded.count(), 0);
         bytes = read(path);
+        QCOMPARE(unsaved, bytes);
     }
     QVERIFY(saved[0].startsWith("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<Plugin id=\"saltmere.chartdesk\""));
     QCOMPARE(saved[1], saved[0]);
     QVERIFY(saved[0].contains("tr('"));
 }
 
-void TestExtPointEditor::openFails_data()
+void TestExtPointEditor::openOtherwise_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("missing") << QByteArray();
-    QTest::newRow("malformed") << QByteArray("<P id=\"x\"><ExtPointSet></P>");
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("recovered");
+    QTest::addColumn<bool>("opened");
+    const QByteArray file = "<Plugin id=\"x\"/>";
+    const QByteArray data = "<Plugin id=\"x\"><ExtPointSet><ExtPoint id=\"x.p\" name=\"Kept\"/></ExtPointSet></Plugin>";
+    QTest::newRow("a missing file") << QByteArray() << QByteArray() << false;
+    QTest::newRow("a malformed file") << QByteArray("<P id=\"x\"><ExtPointSet></P>") << QByteArray() << false;
+    QTest::newRow("recovered over the file") << file << data << true;
+    QTest::newRow("recovered without the file") << QByteArray() << data << true;
+    QTest::newRow("recovered, no document") << file << data.left(30) << false;
+    QTest::newRow("recovered, nothing") << file << QByteArray("") << false;
 }
 
-void TestExtPointEditor::openFails()
+void TestExtPointEditor::openOtherwise()
 {
-    QFETCH(const QByteArray, content);
+    QFETCH(const QByteArray, file);
+    QFETCH(const QByteArray, recovered);
+    QFETCH(const bool, opened);
     const Sample sample;
-    const QString path = sample.path(s("branding"));
-    if (!content.isNull()) {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
+    const QString path = sample.path("units");
+    write(path, file);
+    const QByteArray original = read(path);
     const OpenedEditor editor(m_factory);
     QString error;
-    QCOMPARE(editor.open(path, &error), Core::IDocument::OpenResult::ReadError);
+    if (recovered.isNull()) {
+        QCOMPARE(editor.open(path, &error), Core::IDocument::OpenResult::ReadError);
+        QCOMPARE(editor.document()->filePath().toString(), path);
+    } else {
+        QCOMPARE(editor.recoverable()->recoveryData(), QByteArray());
+        QCOMPARE(editor.recoverable()->openRecovered(&error, path, recovered), opened);
+    }
     QCOMPARE(error, QString());
-    QVERIFY(!editor.busy());
+    QCOMPARE(read(path), original);
+    QCOMPARE(editor.document()->isModified(), opened);
+    QCOMPARE(editor.busy(), opened);
+    QTRY_VERIFY(!editor.busy());
     // Whatever a host does then, what could not be read stays.
+    const QSignalSpy changed(editor.document(), &Core::IDocument::changed);
+    // The flag says nothing.
+    QVERIFY(QMetaObject::invokeMethod(editor.widget(), "modified", Q_ARG(bool, false)));
+    QVERIFY(editor.document()->isModified());
     QVERIFY(editor.document()->save(nullptr, QString(), false));
-    QCOMPARE(QFile::exists(path), !content.isNull());
-    if (!content.isNull())
-        QCOMPARE(read(path), content);
+    QVERIFY(!editor.document()->isModified());
+    QCOMPARE(changed.count(), 2);
+    if (!opened) {
+        QCOMPARE(read(path), original);
+        return;
+    }
+    QCOMPARE(editor.document()->filePath().toString(), path);
+    QCOMPARE(editor.row(editor.view("defintionTree"), { 0, 0 }).data().toString(), s("Kept"));
+    QVERIFY(read(path).contains("name=\"Kept\""));
 }
 
-void TestExtPointEditor::modifiedState()
+void TestExtPointEditor::uncommittedTextCounts_data()
 {
-    const Sample sample;
-    const OpenedEditor editor(m_factory);
-    QCOMPARE(editor.open(sample.path(s("units"))), Core::IDocument::OpenResult::Success);
-    QSignalSpy changed(editor.document(), &Core::IDocument::changed);
-    for (const bool flag : { false, true }) {
-        QVERIFY(QMetaObject::invokeMethod(editor.widget(), "modified", Q_ARG(bool, flag)));
-        QVERIFY(editor.document()->isModified());
-        QCOMPARE(changed.count(), 1);
-        QVERIFY(editor.document()->save(nullptr, QString(), false));
-        QVERIFY(!editor.document()->isModified());
-        QCOMPARE(changed.count(), 2);
-        changed.clear();
+    QTest::addColumn<QStringList>("places");
+    QTest::addColumn<QString>("asked");
+    QTest::addColumn<QByteArray>("written");
+    for (const char *asked : { "save", "saveNow", "saveReport", "isModified" }) {
+        // The views and their rows that lead to the sheet, and the row that is typed into.
+        const auto row = [asked](const char *places, const char *written) {
+            const QStringList all = s(places).split(QLatin1Char(' '));
+            QTest::addRow("%s, %s", qPrintable(all.at(4)), asked) << all << s(asked) << QByteArray(written);
+        };
+        row("defintionTree P defintionTable text basicInfo name", " name=\"Typed\">");
+        row("defintionTree P defintionTable text editInfoWidget key", "<String key=\"Typed\" ");
+        row("realizationTree P realizTable r propertyRealization text", "<p id=\"r\" text=\"Typed\"/>");
     }
 }
 
 void TestExtPointEditor::uncommittedTextCounts()
 {
+    QFETCH(const QStringList, places);
+    QFETCH(const QString, asked);
+    QFETCH(const QByteArray, written);
     const Sample sample;
+    const QString path = sample.path("units");
+    write(path,
+        "<Plugin id=\"u\"><ExtPointSet><ExtPoint id=\"u.p\" name=\"P\"><String key=\"text\" value=\"v\"/></ExtPoint>"
+        "</ExtPointSet><ExtDataSet><ExtData id=\"u.p\"><p id=\"r\" text=\"t\"/></ExtData></ExtDataSet></Plugin>");
     const OpenedEditor editor(m_factory);
-    QCOMPARE(editor.open(sample.path(s("units"))), Core::IDocument::OpenResult::Success);
-    editor.widget()->findChild<QTabWidget *>(s("tabWidget"))->setCurrentIndex(0);
-    editor.widget()->show();
-    auto *tree = editor.view("defintionTree");
-    const QModelIndex point = tree->model()->index(0, 0, tree->model()->index(0, 0));
-    tree->setCurrentIndex(point);
-    QLineEdit *name = nullptr;
-    for (auto *line : editor.widget()->findChild<QWidget *>(s("basicInfo"))->findChildren<QLineEdit *>()) {
-        if (line->accessibleName() == s("name"))
-            name = line;
-    }
-    QVERIFY(name);
-    name->selectAll();
-    QTest::keyClicks(name, s("Typed only"));
-    QVERIFY(editor.document()->isModified());
-    QVERIFY(editor.document()->save(nullptr, QString(), false));
-    QVERIFY(read(sample.path(s("units"))).contains("name=\"Typed only\""));
-    QCOMPARE(point.data().toString(), s("Typed only"));
-}
-
-void TestExtPointEditor::recoveryData()
-{
-    const Sample sample;
-    const QString path = sample.path(s("chartdesk"));
-    const QByteArray original = read(path);
-    const OpenedEditor editor(m_factory);
-    const auto *recoverable = dynamic_cast<Core::RecoverableDocument *>(editor.document());
-    QVERIFY(recoverable);
-    QCOMPARE(recoverable->recoveryData(), QByteArray());
     QCOMPARE(editor.open(path), Core::IDocument::OpenResult::Success);
-    // What is translatable is not known yet; the marks are kept as they were read.
-    QVERIFY(editor.busy());
-    const auto markedValues = [](const QByteArray &file) {
-        return QString::fromUtf8(file).count(QRegularExpression(s("=\"[^\"]*tr\\('")));
-    };
-    QVERIFY(markedValues(recoverable->recoveryData()) >= markedValues(original));
+    editor.tabs("tabWidget")->setCurrentIndex(places.first() == s("realizationTree") ? 1 : 0);
+    editor.widget()->show();
     QTRY_VERIFY(!editor.busy());
-    QVERIFY(QMetaObject::invokeMethod(editor.widget(), "modified", Q_ARG(bool, true)));
-    const QByteArray data = recoverable->recoveryData();
-    QCOMPARE(read(path), original);
-    QVERIFY(editor.document()->isModified() && editor.document()->contents().isEmpty());
-    QVERIFY(editor.document()->save(nullptr, QString(), false));
-    QCOMPARE(data, read(path));
-    QVERIFY(data.contains("tr('"));
-}
+    for (const int view : { 0, 2 })
+        editor.choose(editor.view(qPrintable(places.at(view))), places.at(view + 1));
+    const auto *sheet = editor.widget()->findChild<QWidget *>(places.at(4));
+    if (auto *tree = sheet->findChild<QAbstractItemView *>()) {
+        editor.choose(tree, places.at(5));
+        QTest::keyClick(tree, Qt::Key_F2);
+    }
+    const auto lines = sheet->findChildren<QLineEdit *>();
+    const auto line = std::find_if(
+        lines.cbegin(), lines.cend(), [&](const QLineEdit *each) { return each->accessibleName() == places.at(5); });
+    QVERIFY(line != lines.cend());
+    (*line)->selectAll();
+    QTest::keyClicks(*line, s("Typed"));
 
-void TestExtPointEditor::openRecovered_data()
-{
-    QTest::addColumn<QByteArray>("data");
-    QTest::addColumn<bool>("fileExists");
-    QTest::addColumn<bool>("opened");
-    const QByteArray data = "<Plugin id=\"x\"><ExtPointSet><ExtPoint id=\"x.p\" name=\"Kept\"/></ExtPointSet></Plugin>";
-    QTest::newRow("over the file") << data << true << true;
-    QTest::newRow("without the file") << data << false << true;
-    QTest::newRow("no document") << QByteArray("<Plugin id=\"x\"><ExtPointSet>") << true << false;
-    QTest::newRow("nothing") << QByteArray() << true << false;
-}
-
-void TestExtPointEditor::openRecovered()
-{
-    QFETCH(const QByteArray, data);
-    QFETCH(const bool, fileExists);
-    QFETCH(const bool, opened);
-    const Sample sample;
-    const QString path = sample.path(s("units"));
-    if (!fileExists)
-        QVERIFY(QFile::remove(path));
-    const QByteArray original = read(path);
-    const OpenedEditor editor(m_factory);
-    auto *recoverable = dynamic_cast<Core::RecoverableDocument *>(editor.document());
-    if (!opened)
-        QTest::ignoreMessage(
-            QtWarningMsg, QRegularExpression(QLatin1Char('^') + QRegularExpression::escape(path) + s(":.+")));
-    QString error;
-    QCOMPARE(recoverable->openRecovered(&error, path, data), opened);
-    QCOMPARE(error, QString());
-    QCOMPARE(read(path), original);
-    QCOMPARE(editor.document()->isModified(), opened);
-    if (!opened)
-        return;
-    QCOMPARE(editor.document()->filePath().toString(), path);
-    const QAbstractItemModel *points = editor.view("defintionTree")->model();
-    QCOMPARE(points->index(0, 0, points->index(0, 0)).data().toString(), s("Kept"));
-    QTRY_VERIFY(!editor.busy());
-    QVERIFY(editor.document()->save(nullptr, QString(), false));
-    QVERIFY(read(path).contains("name=\"Kept\""));
-    QVERIFY(!editor.document()->isModified());
+    auto *reporting = dynamic_cast<Core::ReportingDocument *>(editor.document());
+    QByteArray bytes;
+    if (asked == s("save") || asked == s("saveNow")) {
+        QVERIFY(asked == s("save") ? editor.document()->save(nullptr, QString(), false) : reporting->saveNow(nullptr));
+        bytes = read(path);
+    } else {
+        asked == s("isModified") ? void(editor.document()->isModified()) : void(reporting->saveReport());
+        bytes = editor.recoverable()->recoveryData();
+    }
+    QVERIFY2(bytes.contains(written), bytes.constData());
 }
 
 void TestExtPointEditor::viewIsCarriedOver()
 {
     const Sample sample;
-    const QString path = sample.path(s("chartdesk"));
-    const auto pathTo = [](const QModelIndex &index) {
-        QStringList texts;
-        for (QModelIndex step = index; step.isValid(); step = step.parent())
-            texts.prepend(step.data().toString());
-        return texts;
-    };
-    const auto rowUnder = [](const QTreeView *tree, int first, int second) {
-        return tree->model()->index(second, 0, tree->model()->index(first, 0, tree->model()->index(0, 0)));
-    };
-    QVariantMap view;
-    QStringList currentPoint;
-    QStringList currentAvailable;
-    QList<int> sizes;
-    int scroll = 0;
-    QString tab;
-    {
-        const OpenedEditor editor(m_factory);
+    const QString path = sample.path("chartdesk");
+    const auto show = [&path](const OpenedEditor &editor) {
         editor.widget()->resize(900, 420);
         editor.widget()->show();
-        QCOMPARE(editor.open(path), Core::IDocument::OpenResult::Success);
+        return QTest::qWaitForWindowActive(editor.widget())
+            && editor.open(path) == Core::IDocument::OpenResult::Success;
+    };
+    const QString splitter = s("splitter_3");
+    QVariantMap view;
+    QString tab;
+    QList<int> sizes;
+    int scroll = 0;
+    {
+        const OpenedEditor editor(m_factory);
+        QVERIFY(show(editor));
         QTRY_VERIFY(!editor.busy());
-        auto *formats = editor.widget()->findChild<QTabWidget *>(s("formatTab"));
-        formats->setCurrentIndex(2);
-        tab = formats->currentWidget()->objectName();
+        editor.tabs("formatTab")->setCurrentIndex(2);
+        tab = editor.tabs("formatTab")->currentWidget()->objectName();
         auto *available = qobject_cast<QTreeView *>(editor.view("realizationTree"));
         available->expandAll();
-        available->collapse(available->model()->index(0, 0, available->model()->index(0, 0)));
-        available->setCurrentIndex(rowUnder(available, 5, 0));
-        currentAvailable = pathTo(available->currentIndex());
+        available->collapse(editor.row(available, { 0, 0 }));
+        available->setCurrentIndex(editor.row(available, { 0, 5, 0 }));
         available->verticalScrollBar()->setValue(available->verticalScrollBar()->maximum() / 2);
         scroll = available->verticalScrollBar()->value();
-        QVERIFY(scroll > 0);
-        editor.widget()->findChild<QTabWidget *>(s("tabWidget"))->setCurrentIndex(0);
+        editor.tabs("tabWidget")->setCurrentIndex(0);
         auto *points = qobject_cast<QTreeView *>(editor.view("defintionTree"));
-        points->setCurrentIndex(points->model()->index(1, 0, points->model()->index(0, 0)));
-        currentPoint = pathTo(points->currentIndex());
+        points->setCurrentIndex(editor.row(points, { 0, 1 }));
         points->collapse(points->currentIndex());
-        editor.view("defintionTable")->setCurrentIndex(editor.view("defintionTable")->model()->index(1, 0));
-        auto *splitter = editor.widget()->findChild<QSplitter *>(s("splitter_3"));
-        splitter->setSizes({ 300, 500 });
-        sizes = splitter->sizes();
-        view = dynamic_cast<Core::ViewKeeper *>(editor.operator->())->viewState();
+        editor.view("defintionTable")->setCurrentIndex(editor.row(editor.view("defintionTable"), { 1 }));
+        editor.widget()->findChild<QSplitter *>(splitter)->setSizes({ 300, 500 });
+        sizes = editor.widget()->findChild<QSplitter *>(splitter)->sizes();
+        points->setFocus();
+        view = editor.keeper()->viewState();
     }
     // There is one more row before the current one.
-    QByteArray changed = read(path);
-    changed.replace("<ExtPointSet>", "<ExtPointSet><ExtPoint id=\"new\" name=\"New\"/>");
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(changed) == changed.size());
-    file.close();
+    write(path, read(path).replace("<ExtPointSet>", "<ExtPointSet><ExtPoint id=\"new\" name=\"New\"/>"));
 
     const OpenedEditor editor(m_factory);
-    editor.widget()->resize(900, 420);
-    editor.widget()->show();
-    QCOMPARE(editor.open(path), Core::IDocument::OpenResult::Success);
-    dynamic_cast<Core::ViewKeeper *>(editor.operator->())->setViewState(view);
+    QVERIFY(show(editor));
+    editor.keeper()->setViewState(view);
     // The own page needs no scan.
-    QCOMPARE(editor.widget()->findChild<QTabWidget *>(s("tabWidget"))->currentIndex(), 0);
-    auto *points = qobject_cast<QTreeView *>(editor.view("defintionTree"));
-    QCOMPARE(pathTo(points->currentIndex()), currentPoint);
-    QCOMPARE(points->currentIndex().row(), 2);
+    QCOMPARE(editor.tabs("tabWidget")->currentIndex(), 0);
+    const auto *points = qobject_cast<QTreeView *>(editor.view("defintionTree"));
+    QCOMPARE(points->currentIndex(), editor.row(points, { 0, 2 }));
     QVERIFY(points->selectionModel()->isSelected(points->currentIndex()));
-    QVERIFY(!points->isExpanded(points->currentIndex()));
-    QVERIFY(points->isExpanded(points->model()->index(0, 0)));
+    QVERIFY(!points->isExpanded(points->currentIndex()) && points->isExpanded(editor.row(points, { 0 })));
     QCOMPARE(editor.view("defintionTable")->currentIndex().row(), 1);
-    QCOMPARE(editor.widget()->findChild<QSplitter *>(s("splitter_3"))->sizes(), sizes);
+    QCOMPARE(editor.widget()->findChild<QSplitter *>(splitter)->sizes(), sizes);
+    QVERIFY(points->hasFocus());
     QTRY_VERIFY(!editor.busy());
-    QCOMPARE(editor.widget()->findChild<QTabWidget *>(s("formatTab"))->currentWidget()->objectName(), tab);
-    auto *available = qobject_cast<QTreeView *>(editor.view("realizationTree"));
-    QCOMPARE(pathTo(available->currentIndex()), currentAvailable);
-    QVERIFY(available->isExpanded(available->currentIndex().parent()));
-    QVERIFY(!available->isExpanded(available->model()->index(0, 0, available->model()->index(0, 0))));
-    editor.widget()->findChild<QTabWidget *>(s("tabWidget"))->setCurrentIndex(1);
+    QCOMPARE(editor.tabs("formatTab")->currentWidget()->objectName(), tab);
+    const auto *available = qobject_cast<QTreeView *>(editor.view("realizationTree"));
+    QCOMPARE(available->currentIndex(), editor.row(available, { 0, 5, 0 }));
+    QVERIFY(available->isExpanded(editor.row(available, { 0, 5 })));
+    QVERIFY(!available->isExpanded(editor.row(available, { 0, 0 })));
+    editor.tabs("tabWidget")->setCurrentIndex(1);
+    QVERIFY(scroll > 0);
     QTRY_COMPARE(available->verticalScrollBar()->value(), scroll);
     QVERIFY(!editor.document()->isModified());
 }

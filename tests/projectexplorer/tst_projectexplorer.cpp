@@ -1,7 +1,5 @@
-#include "projectexplorer/plugindirectorymodel.h"
 #include "projectexplorer/productdock.h"
 
-#include <QAbstractItemModel>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
@@ -16,8 +14,16 @@
 #include <sys/stat.h>
 #include <thread>
 
-using ProjectExplorer::PluginDirectoryModel;
 using ProjectExplorer::ProductDock;
+
+namespace {
+
+QString s(const char *text)
+{
+    return QString::fromUtf8(text);
+}
+
+} // namespace
 
 class tst_ProjectExplorer : public QObject
 {
@@ -30,16 +36,22 @@ private slots:
     void rows();
     void filter();
     void activation();
-    void follows_data();
     void follows();
     void otherProduct();
     void listedAgainBeforeTakenIn();
 
 private:
-    void makePlugin(const QString &name, bool withFile = true);
-    void openAndWait(const QString &name);
-    /// A line per row: the name, "!" for a row that can be opened, "*" for the bold one.
-    QStringList picture() const;
+    QString path(const QString &name) const { return m_dir->filePath(name + s("/extension.xml")); }
+    /// Names behind one another; "-" before one whose directory has no file.
+    void make(const char *names);
+    void openAndWait(const char *name);
+    /// The rows: the name, "!" for a row that can be opened, "*" for the bold one.
+    QString picture() const;
+    template <typename Widget>
+    Widget *find(const char *name) const
+    {
+        return m_dock->findChild<Widget *>(s(name));
+    }
 
     std::unique_ptr<QTemporaryDir> m_dir;
     std::unique_ptr<ProductDock> m_dock;
@@ -51,7 +63,7 @@ void tst_ProjectExplorer::init()
     qRegisterMetaType<QVector<ProjectExplorer::PluginDirectory>>();
     m_dir = std::make_unique<QTemporaryDir>();
     m_dock = std::make_unique<ProductDock>();
-    m_view = m_dock->findChild<QListView *>(QStringLiteral("productView"));
+    m_view = find<QListView>("productView");
     m_dock->show();
 }
 
@@ -61,156 +73,120 @@ void tst_ProjectExplorer::cleanup()
     m_dir.reset();
 }
 
-void tst_ProjectExplorer::makePlugin(const QString &name, bool withFile)
+void tst_ProjectExplorer::make(const char *names)
 {
-    QFile file(m_dir->filePath(name + QLatin1String("/extension.xml")));
-    if (!QDir(m_dir->path()).mkpath(name) || (withFile && !file.open(QIODevice::WriteOnly)))
-        qFatal("%s cannot be made", qPrintable(name));
+    for (QString name : s(names).split(QLatin1Char(' '))) {
+        const bool withFile = !name.startsWith(QLatin1Char('-'));
+        name.remove(QLatin1Char('-'));
+        QFile file(path(name));
+        if (!QDir(m_dir->path()).mkpath(name) || (withFile && !file.open(QIODevice::WriteOnly)))
+            qFatal("%s cannot be made", qPrintable(name));
+    }
 }
 
-void tst_ProjectExplorer::openAndWait(const QString &name)
+void tst_ProjectExplorer::openAndWait(const char *name)
 {
     QSignalSpy refreshed(m_dock.get(), &ProductDock::refreshed);
-    m_dock->setOpenedFile(m_dir->filePath(name + QLatin1String("/extension.xml")));
+    m_dock->setOpenedFile(path(s(name)));
     QVERIFY(refreshed.wait());
 }
 
-QStringList tst_ProjectExplorer::picture() const
+QString tst_ProjectExplorer::picture() const
 {
-    QStringList lines;
-    const QAbstractItemModel *model = m_view->model();
-    for (int row = 0; row < model->rowCount(); ++row) {
-        const QModelIndex index = model->index(row, 0);
-        QString line = index.data().toString();
-        if (index.flags() & Qt::ItemIsEnabled)
-            line += QLatin1Char('!');
-        if (index.data(Qt::FontRole).value<QFont>().bold())
-            line += QLatin1Char('*');
-        lines.append(line);
+    QStringList rows;
+    for (int row = 0; row < m_view->model()->rowCount(); ++row) {
+        const QModelIndex index = m_view->model()->index(row, 0);
+        rows.append(index.data().toString() + s(index.flags() & Qt::ItemIsEnabled ? "!" : "")
+            + s(index.data(Qt::FontRole).value<QFont>().bold() ? "*" : ""));
     }
-    return lines;
+    return rows.join(QLatin1Char(' '));
 }
 
 void tst_ProjectExplorer::rows()
 {
-    makePlugin(QStringLiteral("Units"));
-    makePlugin(QStringLiteral("Alarms"));
-    makePlugin(QStringLiteral("docs"), false);
-    makePlugin(QStringLiteral(".git"));
-    makePlugin(QStringLiteral("pipe"), false);
-    makePlugin(QStringLiteral("nested/inner"));
-    QVERIFY(::mkfifo(QFile::encodeName(m_dir->filePath(QStringLiteral("pipe/extension.xml"))).constData(), 0600) == 0);
-    QVERIFY(QDir(m_dir->path()).mkpath(QStringLiteral("odd/extension.xml")));
-    QFile file(m_dir->filePath(QStringLiteral("readme")));
+    make("Units Alarms -docs .git -pipe nested/inner -odd/extension.xml");
+    QVERIFY(::mkfifo(QFile::encodeName(path(s("pipe"))).constData(), 0600) == 0);
+    QFile file(m_dir->filePath(s("readme")));
     QVERIFY(file.open(QIODevice::WriteOnly));
-    openAndWait(QStringLiteral("Units"));
-    QCOMPARE(picture().join(QLatin1Char(' ')), QStringLiteral("Alarms! docs nested odd pipe Units!*"));
-    QCOMPARE(m_view->currentIndex().data().toString(), QStringLiteral("Units"));
-    QCOMPARE(m_dock->findChild<QLabel *>(QStringLiteral("productCount"))->text(),
-        QStringLiteral("2 plug-ins, 4 other directories"));
-    const QString alarms = m_dir->filePath(QStringLiteral("Alarms/extension.xml"));
+    openAndWait("Units");
+    QCOMPARE(picture(), s("Alarms! docs nested odd pipe Units!*"));
+    QCOMPARE(m_view->currentIndex().data().toString(), s("Units"));
+    QCOMPARE(find<QLabel>("productCount")->text(), s("2 plug-ins, 4 other directories"));
     const QModelIndex index = m_view->model()->index(0, 0);
     const qint64 ordinary = index.data(Qt::DecorationRole).value<QIcon>().cacheKey();
-    m_dock->setProblems({ { alarms, QStringLiteral("why") } });
-    QCOMPARE(index.data(Qt::ToolTipRole).toString(), QStringLiteral("why"));
+    m_dock->setProblems({ { path(s("Alarms")), s("why") } });
+    QCOMPARE(index.data(Qt::ToolTipRole).toString(), s("why"));
     QVERIFY(index.data(Qt::DecorationRole).value<QIcon>().cacheKey() != ordinary);
     m_dock->setOpenedFile(QString());
-    QCOMPARE(picture(), QStringList());
+    QCOMPARE(picture(), QString());
 }
 
 void tst_ProjectExplorer::filter()
 {
-    for (const char *name : { "alarms", "charts", "sea.charts", "units" })
-        makePlugin(QString::fromLatin1(name));
-    openAndWait(QStringLiteral("units"));
-    auto *line = m_dock->findChild<QLineEdit *>(QStringLiteral("productFilter"));
-    auto *count = m_dock->findChild<QLabel *>(QStringLiteral("productCount"));
-    QCOMPARE(count->text(), QStringLiteral("4 plug-ins"));
-    QTest::keyClicks(line, QStringLiteral("CHART"));
-    QCOMPARE(picture(), (QStringList { QStringLiteral("charts!"), QStringLiteral("sea.charts!") }));
-    QCOMPARE(count->text(), QStringLiteral("2 of 4 directories"));
+    make("alarms charts sea.charts units");
+    openAndWait("units");
+    const auto *count = find<QLabel>("productCount");
+    QCOMPARE(count->text(), s("4 plug-ins"));
+    QTest::keyClicks(find<QLineEdit>("productFilter"), s("CHART"));
+    QCOMPARE(picture(), s("charts! sea.charts!"));
+    QCOMPARE(count->text(), s("2 of 4 directories"));
     // The text is no pattern.
-    line->setText(QStringLiteral("a.c"));
-    QCOMPARE(picture(), QStringList { QStringLiteral("sea.charts!") });
+    find<QLineEdit>("productFilter")->setText(s("a.c"));
+    QCOMPARE(picture(), s("sea.charts!"));
 }
 
 void tst_ProjectExplorer::activation()
 {
-    for (const char *name : { "alarms", "units" })
-        makePlugin(QString::fromLatin1(name));
-    makePlugin(QStringLiteral("docs"), false);
-    openAndWait(QStringLiteral("units"));
+    make("alarms units -docs");
+    openAndWait("units");
     QVERIFY(QTest::qWaitForWindowExposed(m_dock.get()));
     const QSignalSpy activated(m_dock.get(), &ProductDock::fileActivated);
-    const auto doubleClick = [this](int row) {
+    // "docs", which has no file, and "alarms".
+    for (const int row : { 1, 0 }) {
         const QPoint position = m_view->visualRect(m_view->model()->index(row, 0)).center();
         QTest::mouseClick(m_view->viewport(), Qt::LeftButton, {}, position);
         QTest::mouseDClick(m_view->viewport(), Qt::LeftButton, {}, position);
-    };
-    doubleClick(1);
-    QCOMPARE(activated.count(), 0);
-    doubleClick(0);
-    QCOMPARE(activated.count(), 1);
-    QCOMPARE(activated.at(0).at(0).toString(), m_dir->filePath(QStringLiteral("alarms/extension.xml")));
-
-    auto *line = m_dock->findChild<QLineEdit *>(QStringLiteral("productFilter"));
-    line->setText(QStringLiteral("unit"));
+    }
+    auto *line = find<QLineEdit>("productFilter");
+    line->setText(s("unit"));
     QTest::keyClick(line, Qt::Key_Down);
     QTest::keyClick(m_view, Qt::Key_Return);
-    QCOMPARE(activated.count(), 2);
-    QCOMPARE(activated.at(1).at(0).toString(), m_dir->filePath(QStringLiteral("units/extension.xml")));
-}
-
-void tst_ProjectExplorer::follows_data()
-{
-    QTest::addColumn<QString>("change");
-    QTest::addColumn<QString>("expected");
-
-    QTest::newRow("a directory comes") << "add"
-                                       << "alarms! new units!*";
-    QTest::newRow("a file comes, the user comes back") << "file"
-                                                       << "alarms! units!*";
+    QCOMPARE(
+        QList<QList<QVariant>>(activated), (QList<QList<QVariant>> { { path(s("alarms")) }, { path(s("units")) } }));
 }
 
 void tst_ProjectExplorer::follows()
 {
-    QFETCH(QString, change);
-    QFETCH(QString, expected);
-    const bool fileComes = change == QLatin1String("file");
-    makePlugin(QStringLiteral("alarms"), !fileComes);
-    makePlugin(QStringLiteral("units"));
-    openAndWait(QStringLiteral("units"));
-    QDir dir(m_dir->path());
-    if (change == QLatin1String("add"))
-        QVERIFY(dir.mkdir(QStringLiteral("new")));
-    else {
-        makePlugin(QStringLiteral("alarms"));
-        emit qGuiApp->applicationStateChanged(Qt::ApplicationActive);
-    }
-    QTRY_COMPARE(picture().join(QLatin1Char(' ')), expected);
-    QCOMPARE(m_view->currentIndex().data().toString(), QStringLiteral("units"));
+    make("-alarms units");
+    openAndWait("units");
+    make("-new");
+    QTRY_COMPARE(picture(), s("alarms new units!*"));
+    // What comes inside of a directory is seen when the user comes back.
+    make("alarms");
+    emit qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+    QTRY_COMPARE(picture(), s("alarms! new units!*"));
+    QCOMPARE(m_view->currentIndex().data().toString(), s("units"));
 }
 
 void tst_ProjectExplorer::otherProduct()
 {
-    makePlugin(QStringLiteral("first/one"));
-    makePlugin(QStringLiteral("second/two"));
-    m_dock->setOpenedFile(m_dir->filePath(QStringLiteral("first/one/extension.xml")));
-    openAndWait(QStringLiteral("second/two"));
-    QCOMPARE(picture(), QStringList { QStringLiteral("two!*") });
+    make("first/one second/two");
+    m_dock->setOpenedFile(path(s("first/one")));
+    openAndWait("second/two");
+    QCOMPARE(picture(), s("two!*"));
     // The first product is not watched any more, nor does its listing arrive late.
     QSignalSpy refreshed(m_dock.get(), &ProductDock::refreshed);
-    makePlugin(QStringLiteral("first/three"));
+    make("first/three");
     QVERIFY(!refreshed.wait(600));
-    makePlugin(QStringLiteral("second/four"));
+    make("second/four");
     QTRY_COMPARE(refreshed.count(), 1);
-    QCOMPARE(picture(), (QStringList { QStringLiteral("four!"), QStringLiteral("two!*") }));
+    QCOMPARE(picture(), s("four! two!*"));
 }
 
 void tst_ProjectExplorer::listedAgainBeforeTakenIn()
 {
     for (int i = 0; i < 300; ++i)
-        makePlugin(QStringLiteral("plugin%1").arg(i));
+        make(qPrintable(s("plugin%1").arg(i)));
     ProjectExplorer::DirectoryLister lister;
     std::atomic<int> finished { 0 };
     connect(

@@ -10,8 +10,9 @@
 #include <QRegularExpression>
 #include <QTest>
 #include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 
-#include <memory>
+#include <algorithm>
 
 namespace DropTesting {
 
@@ -20,15 +21,34 @@ inline QString s(const char *text)
     return QString::fromUtf8(text);
 }
 
-/// Two points of a sibling: "kit.menus" with menus, items, gaps and the two bars, "kit.tools" with a "key" of its own.
-inline QByteArray kitPoints()
+/// Generated numbers are left out.
+inline QString masked(QString text)
 {
-    return R"(
+    static const QRegularExpression number(s("(own\\.[A-Za-z]+)[0-9]{1,4}\\b"));
+    return text.replace(number, s("\\1#"));
+}
+
+/// "kind:id key=value(children), ..." of what stands under the node.
+inline QString picture(const PointObject *node)
+{
+    QStringList entries;
+    for (PointObject *child : node->children()) {
+        QString entry = child->item()->kind();
+        for (const PropertyHash::Entry &property : child->properties())
+            entry += (property.key == s("id") ? s(":") : s(" %1=").arg(property.key)) + property.value.toString();
+        const QString below = picture(child);
+        entries.append(below.isEmpty() ? entry : s("%1(%2)").arg(entry, below));
+    }
+    return masked(entries.join(s(", ")));
+}
+
+/// Two points of a sibling: "kit.menus" with menus, items, gaps and the two bars, "kit.tools" with a "key" of its own.
+const QByteArray kitPoints = R"(
 <ExtPointSet>
   <ExtPoint id="kit.menus" name="Menus" hasformat="true">
     <String key="icon" value="menus.svg"/>
     <SubExtPoint key="format" childType="Menu||gap"/>
-    <SubExtPoint key="menu" name="A menu" childType="menu|Item"><String key="title" value="New menu"/></SubExtPoint>
+    <SubExtPoint key="menu" name="A &lt;menu&gt;" childType="menu|Item"><String key="title" value="New menu"/></SubExtPoint>
     <SubExtPoint key="Item"><String key="text" value="New item"/><String key="title" value="no"/></SubExtPoint>
     <SubExtPoint key="gap"><String key="id" value="never"/><Int key="size" value="8"/></SubExtPoint>
     <SubExtPoint key="MenuBar" childType="menu"/>
@@ -38,44 +58,30 @@ inline QByteArray kitPoints()
   <ExtPoint id="kit.plain"><String key="text"/></ExtPoint>
   <ExtPoint id="kit.declared"><String key="Key" value="thing"/></ExtPoint>
 </ExtPointSet>)";
-}
 
-/// An opened file "own" beside the siblings "kit" and "lib", scanned, as the model has it.
+/// An opened file "own" beside the sibling "kit", scanned, as the model has it.
 class Model final
 {
 public:
     /// What stands in the data sets, or instead of them.
-    explicit Model(const QByteArray &own, const QByteArray &kit = {}, const QByteArray &lib = {})
+    explicit Model(const QByteArray &own, const QByteArray &kit = {})
     {
         Controller::instance()->setSourceDataManager(&manager);
-        m_path = m_product.add(s("own"), "<Plugin id=\"own\">" + own + "</Plugin>");
-        m_product.add(s("kit"), "<Plugin id=\"kit\">" + kitPoints() + kit + "</Plugin>");
-        m_product.add(s("lib"), "<Plugin id=\"lib\">" + lib + "</Plugin>");
-        if (!manager.load(m_path))
+        const QString path = m_product.add(s("own"), "<Plugin id=\"own\">" + own + "</Plugin>");
+        m_product.add(s("kit"), "<Plugin id=\"kit\">" + kitPoints + kit + "</Plugin>");
+        if (!manager.load(path))
             qFatal("not loaded");
-        manager.startScan(m_path);
+        manager.startScan(path);
         manager.completeScan();
-        m_siblings = ModelTesting::tree(manager.allDataRoot());
+        m_siblings = picture(manager.allDataRoot());
     }
     Model(const Model &) = delete;
     Model &operator=(const Model &) = delete;
 
-    [[nodiscard]] QString path() const { return m_path; }
-
-    /// A point by its "id", a sub point of "kit.menus" by its "key".
+    /// A point by its "id", a sub point by its "key".
     [[nodiscard]] PointTreeWidgetItem *point(const QString &name) const
     {
-        QVector<PointObject *> open { manager.availablePointsRoot() };
-        while (!open.isEmpty()) {
-            PointObject *node = open.takeFirst();
-            const PropertyHash &properties = node->properties();
-            if (properties.value(s("id")).toString() == name
-                || (node->item()->isKind(QLatin1String("SubExtPoint")) && properties.value(s("key")) == name))
-                return node->item();
-            for (PointObject *child : node->children())
-                open.append(child);
-        }
-        return nullptr;
+        return manager.definitions().first(name.toLower());
     }
 
     [[nodiscard]] PointTreeWidgetItem *record(const QString &id) const
@@ -83,42 +89,35 @@ public:
         return Controller::instance()->ownRealizations().record(id);
     }
 
-    /// What is saved, generated numbers masked.
-    [[nodiscard]] QStringList saved() const { return masked(ModelTesting::tree(manager.realizationRoot())); }
+    /// What is saved.
+    [[nodiscard]] QString saved() const { return picture(manager.realizationRoot()); }
 
     /// What the model has wrong now: a saved node that is registered not once, or a sibling that was touched.
     [[nodiscard]] QStringList complaints() const
     {
         QStringList complaints;
-        QVector<PointObject *> open { manager.realizationRoot() };
+        QList<PointObject *> open { manager.realizationRoot() };
         const QVector<PointTreeWidgetItem *> registered = manager.ownRealizations().all();
         while (!open.isEmpty()) {
-            PointObject *node = open.takeLast();
-            const bool counts = node != manager.realizationRoot() && !node->item()->isKind(QLatin1String("ExtDataSet"));
-            if (counts && registered.count(node->item()) != 1)
-                complaints.append(s("registered not once: ") + node->item()->kind());
-            if (counts && node->item()->treeWidget())
-                complaints.append(s("shown itself: ") + node->item()->kind());
-            for (PointObject *child : node->children())
-                open.append(child);
+            PointTreeWidgetItem *node = open.takeLast()->item();
+            open += node->children();
+            if (node == manager.realizationRoot() || node->isKind(QLatin1String("ExtDataSet")))
+                continue;
+            if (registered.count(node) != 1)
+                complaints.append(s("registered not once: ") + node->kind());
+            if (node->treeWidget())
+                complaints.append(s("shown itself: ") + node->kind());
         }
-        if (ModelTesting::tree(manager.allDataRoot()) != m_siblings)
+        if (picture(manager.allDataRoot()) != m_siblings)
             complaints.append(s("a sibling was touched"));
         return complaints;
-    }
-
-    [[nodiscard]] static QStringList masked(QStringList lines)
-    {
-        static const QRegularExpression number(s("(own\\.[A-Za-z]+)[0-9]{1,4}\\b"));
-        return lines.replaceInStrings(number, s("\\1#"));
     }
 
     SourceDataManager manager;
 
 private:
     ModelTesting::Product m_product;
-    QString m_path;
-    QStringList m_siblings;
+    QString m_siblings;
 };
 
 /// The rows of a tab as the page shows them: mirrors of the first root's nodes; what further roots have stands among
@@ -139,6 +138,16 @@ public:
                 merged.insert(m_root, root);
             fill(m_root, root);
         }
+        // What was recorded stands where it says, once that is there.
+        const auto copies = m_recorded;
+        for (PointTreeWidgetItem *copy : copies) {
+            PointTreeWidgetItem *above = row(copy->properties().value(s("parent")).toString());
+            if (!above)
+                continue;
+            copy->parentItem()->detachChild(copy);
+            copy->takeRow();
+            add(above, copy);
+        }
         tree.expandAll();
     }
     ~Shown()
@@ -152,35 +161,22 @@ public:
     /// By "id", else by kind; "root" is the root.
     [[nodiscard]] PointTreeWidgetItem *row(const QString &name) const
     {
-        QVector<QTreeWidgetItem *> open { m_root };
-        while (!open.isEmpty()) {
-            PointTreeWidgetItem *row = PointTreeWidgetItem::fromRow(open.takeFirst());
+        for (QTreeWidgetItemIterator it(m_root); *it; ++it) {
+            PointTreeWidgetItem *row = PointTreeWidgetItem::fromRow(*it);
             const QString id = row->properties().value(s("id")).toString();
-            if (name == s("root") || id == name || (id.isEmpty() && row->kind() == name))
+            if (row == m_root ? name == s("root") : id == name || (id.isEmpty() && row->kind() == name))
                 return row;
-            for (int i = 0; i < row->childCount(); ++i)
-                open.append(row->child(i));
         }
         return nullptr;
     }
 
     [[nodiscard]] DropSite site(const QString &row, bool direct, const QString &tab = QString()) const
     {
-        DropSite site;
-        site.row = this->row(row);
-        site.direct = direct;
-        site.tabName = tab;
-        site.merged = MergedSources(merged);
-        return site;
+        return { this->row(row), direct, tab, MergedSources(merged) };
     }
 
-    /// Both columns of every row below the root, and a word where the model of the rows differs from the rows.
-    [[nodiscard]] QStringList rows() const
-    {
-        QStringList lines;
-        print(m_root, 0, &lines);
-        return Model::masked(lines);
-    }
+    /// The rows below the root with both columns, and a word where the model of the rows differs from the rows.
+    [[nodiscard]] QString rows() const { return masked(print(m_root)); }
 
     QTreeWidget tree;
     QMultiHash<const PointTreeWidgetItem *, PointTreeWidgetItem *> merged;
@@ -191,55 +187,51 @@ private:
         for (PointObject *object : source->children()) {
             PointTreeWidgetItem *child = object->item();
             const QString id = child->properties().value(s("id")).toString();
-            PointTreeWidgetItem *known = id.isEmpty() ? ofKind(row, child->kind()) : nullptr;
-            if (known && known->link()->parent() == source)
-                known = nullptr;
-            if (known) {
-                merged.insert(known, child);
-                fill(known, child);
+            const auto shown = row->children();
+            const auto isTheSame = [&](PointObject *other) {
+                return id.isEmpty() && other->item()->kind() == child->kind() && other->link()->parent() != source;
+            };
+            const auto known = std::find_if(shown.cbegin(), shown.cend(), isTheSame);
+            if (known != shown.cend()) {
+                merged.insert((*known)->item(), child);
+                fill((*known)->item(), child);
                 continue;
             }
             auto *copy = new PointTreeWidgetItem(*child);
             copy->QTreeWidgetItem::setText(0, id.isEmpty() ? child->kind() : id);
-            // What was recorded stands where it says.
-            const QString parent = child->properties().value(s("parent")).toString();
-            PointTreeWidgetItem *above = parent.isEmpty() ? row : this->row(parent);
-            if (!above)
-                above = row;
-            above->addChild(copy, false);
-            above->QTreeWidgetItem::addChild(copy);
+            if (child->properties().contains(s("parent")))
+                m_recorded.append(copy);
+            add(row, copy);
             fill(copy, child);
         }
     }
 
-    [[nodiscard]] static PointTreeWidgetItem *ofKind(const PointTreeWidgetItem *row, const QString &kind)
+    static void add(PointTreeWidgetItem *row, PointTreeWidgetItem *copy)
     {
-        for (PointObject *child : row->children()) {
-            if (child->item()->kind() == kind)
-                return child->item();
-        }
-        return nullptr;
+        row->addChild(copy, false);
+        row->QTreeWidgetItem::addChild(copy);
     }
 
-    static void print(const PointTreeWidgetItem *row, int depth, QStringList *lines)
+    static QString print(const PointTreeWidgetItem *row)
     {
+        QStringList entries;
         if (row->children().size() != row->childCount())
-            lines->append(s("the model has %1 children").arg(row->children().size()));
+            entries.append(s("the model has %1 children").arg(row->children().size()));
         for (int i = 0; i < row->childCount(); ++i) {
             PointTreeWidgetItem *child = PointTreeWidgetItem::fromRow(row->child(i));
+            QString entry = child->text(0) + (child->text(1).isEmpty() ? QString() : s(" | ") + child->text(1));
             if (row->children().value(i) != child || child->parentItem() != row)
-                lines->append(s("the model has another child here"));
-            QString line = QString(depth * 2, QLatin1Char(' ')) + child->text(0);
-            if (!child->text(1).isEmpty())
-                line += s(" | ") + child->text(1);
+                entry += s(" is another in the model");
             if (child->properties() != child->master()->properties())
-                line += s(" differs from what is saved");
-            lines->append(line);
-            print(child, depth + 1, lines);
+                entry += s(" differs from what is saved");
+            const QString below = print(child);
+            entries.append(below.isEmpty() ? entry : s("%1(%2)").arg(entry, below));
         }
+        return entries.join(s(", "));
     }
 
     PointTreeWidgetItem *m_root = nullptr;
+    Nodes m_recorded;
 };
 
 /// The words of a plan: where, how and through what.
@@ -247,26 +239,18 @@ inline QString words(const DropPlan &plan)
 {
     if (!plan)
         return s("nothing");
-    QString text = plan.place == DropPlan::Place::Into ? s("into") : s("before");
-    if (plan.recorded)
-        text += s(", recorded");
     const QString id = plan.through->properties().value(s("id")).toString();
-    return text + s(" through ") + (id.isEmpty() ? plan.through->kind() : id);
+    return s(plan.place == DropPlan::Place::Into ? "into" : "before") + s(plan.recorded ? ", recorded" : "")
+        + s(" through ") + (id.isEmpty() ? plan.through->kind() : id);
 }
 
 /// What would be announced, one word each.
 inline QString words(const DropOutcome &outcome)
 {
-    QStringList words;
-    for (const DropOutcome::Addition &addition : outcome.additions) {
-        if (addition.format)
-            words.append(s("target"));
-        if (addition.row)
-            words.append(s("drop"));
-    }
-    if (outcome.modified)
-        words.append(s("modified"));
-    return words.join(QLatin1Char(' '));
+    QString words;
+    for (const DropOutcome::Addition &addition : outcome.additions)
+        words += s(addition.format ? "target " : "") + s(addition.row ? "drop " : "");
+    return (words + s(outcome.modified ? "modified" : "")).trimmed();
 }
 
 } // namespace DropTesting

@@ -7,40 +7,28 @@
 
 namespace {
 
-enum Behaviour { Plain, InitializeFails };
-
-constexpr Behaviour behaviour = TESTPLUGIN_BEHAVIOUR;
-
-QString ownName()
-{
-    return QStringLiteral(TESTPLUGIN_NAME);
-}
-
-void appendCall(const QString &call)
-{
-    QStringList calls = qApp->property("calls").toStringList();
-    calls.append(call);
-    qApp->setProperty("calls", calls);
-}
-
 void record(const QString &call)
 {
-    appendCall(ownName() + QLatin1Char('.') + call);
+    const QString line = QStringLiteral(TESTPLUGIN_NAME ".") + call;
+    qApp->setProperty("calls", qApp->property("calls").toStringList() + QStringList { line });
 }
 
 /// An object for the pool that tells when its plug-in's manager deletes it.
 class Registered final : public QObject
 {
 public:
-    explicit Registered(const QString &name, QObject *parent = nullptr) : QObject(parent)
+    explicit Registered(const char *name, QObject *parent = nullptr) : QObject(parent), m_name(QLatin1String(name))
     {
-        setObjectName(ownName() + QLatin1Char('.') + name);
+        setObjectName(QStringLiteral(TESTPLUGIN_NAME ".") + m_name);
     }
     ~Registered() override
     {
         if (!parent())
-            appendCall(objectName() + QStringLiteral(".deleted"));
+            record(m_name + QStringLiteral(".deleted"));
     }
+
+private:
+    QString m_name;
 };
 
 // Tells that code of this shared object has run.
@@ -65,13 +53,17 @@ bool TestPlugin::initialize(const QStringList &arguments, QString *errorString)
 {
     record(QStringLiteral("initialize(%1)").arg(arguments.join(QLatin1Char(','))));
 #if defined(TESTPLUGIN_REGISTERS)
-    addAutoReleasedObject(new Registered(QStringLiteral("first")));
-    addAutoReleasedObject(new Registered(QStringLiteral("second")));
-    addObject(new Registered(QStringLiteral("kept"), qApp));
+    addAutoReleasedObject(new Registered("first"));
+    addAutoReleasedObject(new Registered("second"));
+    addObject(new Registered("kept", qApp));
 #endif
-    if (behaviour == InitializeFails)
-        *errorString = QStringLiteral("no paper");
-    return behaviour != InitializeFails;
+#if defined(TESTPLUGIN_FAILS)
+    *errorString = QStringLiteral("no paper");
+    return false;
+#else
+    Q_UNUSED(errorString)
+    return true;
+#endif
 }
 
 void TestPlugin::extensionsInitialized()

@@ -14,7 +14,7 @@ class TestPlugin final : public QObject
 #else
 
 /// Writes every call into the list property "calls" of the application object. With TESTPLUGIN_REGISTERS it puts three
-/// objects into the pool, two of them auto-released; what else it does is chosen by TESTPLUGIN_BEHAVIOUR.
+/// objects into the pool, two of them auto-released; with TESTPLUGIN_FAILS it can't be initialized.
 class TestPlugin final : public ExtensionSystem::IPlugin
 {
     Q_OBJECT
