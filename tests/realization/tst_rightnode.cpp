@@ -200,6 +200,9 @@ void TestRightNode::saved_data()
         data("<Layout id='lay'><menu id='m'/></Layout><action id='a'/>"),
         "show Commands; tab lay; contribute a=theirs; entry lay; edit title=Mine",
         { "<Layout id=\"lay\" title=\"Mine\">", "parent=\"theirs\"" });
+    row("what another file's entry of that id takes, and the own one does not",
+        data("<format target='shared'><action id='file'/></format><action id='a'/>"),
+        "show Commands; tab shared; contribute a=more; contribute a=file", { "parent=\"file\"" });
     row("a property that takes an id", points("<ExtPoint name='P'/>"), "define P; property id; type-point id=o.p",
         { "id=\"o.p\"" });
     row("deleting a point stores nothing elsewhere",
@@ -214,7 +217,8 @@ void TestRightNode::saved()
     QFETCH(const QByteArray, steps);
     QFETCH(const QStringList, expected);
     const Sibling theirs { "zzz",
-        data("<Layout id='lay'><menu id='theirs'/></Layout><format target='shared'><menu id='file'/></format>") };
+        data("<Layout id='lay'><menu id='theirs'/></Layout><format target='shared'><menu id='file'/><menu "
+             "id='more'/></format>") };
     Page page(sets, { host, theirs });
     perform(page, steps);
     page.widget->commitEditors();

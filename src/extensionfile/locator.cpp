@@ -1,4 +1,4 @@
-#include "extensionfile/sink.h"
+#include "extensionfile/locator.h"
 
 #include "extensionfile/decoder.h"
 
