@@ -22,7 +22,10 @@ add_compile_definitions(QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH 
 add_link_options(-Wl,--no-undefined)
 
 if(EXTPOINT_SANITIZE)
-  add_compile_options(-fsanitize=${EXTPOINT_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  # A third of the time to compile goes into what the address sanitizer or the processor notices anyway: null pointers,
+  # the sizes of objects; and into alignment, which this processor does not need.
+  add_compile_options(-fsanitize=${EXTPOINT_SANITIZE} -fno-sanitize=null,object-size,alignment -fno-omit-frame-pointer
+                      -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${EXTPOINT_SANITIZE})
 endif()
 

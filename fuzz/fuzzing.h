@@ -11,7 +11,7 @@
 /// What the fuzz targets share.
 namespace Fuzzing {
 
-/// Ends the process, which is what the fuzzer looks for, unless `holds`.
+/// Ends the process, which is what the fuzzer looks for, unless @p holds.
 void demand(bool holds, const char *what, const QString &detail = QString());
 
 /// Silences the project's log and counts its warnings instead. Call it first; again to count from nothing.

@@ -64,7 +64,7 @@ void BusyMonitor::look()
     if (busy == m_wasBusy)
         return;
     m_wasBusy = busy;
-    emit busyChanged(busy);
+    Q_EMIT busyChanged(busy);
 }
 
 } // namespace Core

@@ -26,7 +26,7 @@ public:
     /// The state at this moment.
     [[nodiscard]] bool isBusy() const;
 
-signals:
+Q_SIGNALS:
     void busyChanged(bool busy);
 
 protected:

@@ -15,7 +15,7 @@ struct CommandLine
         Start, ///< Run the workbench.
         Help,
         Version,
-        Refuse ///< `error` says why.
+        Refuse ///< @p error says why.
     };
     enum class Page { Unchanged, Definition, Realization };
 
@@ -34,14 +34,14 @@ struct CommandLine
     /// True when the program quits by itself once it has done what it was asked for.
     [[nodiscard]] bool isJob() const { return save || timings || !screenshot.isEmpty(); }
 
-    /// \a arguments without the program's name.
+    /// @p arguments without the program's name.
     [[nodiscard]] static CommandLine parse(const QStringList &arguments);
     /// Needs no application object.
     [[nodiscard]] static QString usage();
     [[nodiscard]] static QString help();
 };
 
-/// Writes all of \a text to the standard output. Empty, or why that failed, as a sentence without its end.
+/// Writes all of @p text to the standard output. Empty, or why that failed, as a sentence without its end.
 [[nodiscard]] QString printAnswer(const QByteArray &text);
 
 } // namespace Core

@@ -189,7 +189,7 @@ void EditorManager::adopt(std::unique_ptr<IEditor> editor)
     connect(document, &IDocument::filePathChanged, this, [this, adopted] { emit documentChanged(adopted); });
     m_busyMonitor.addDocument(document);
     m_entries.push_back({ std::move(editor), false, false });
-    emit opened(adopted);
+    Q_EMIT opened(adopted);
 }
 
 SaveOutcome EditorManager::save(IEditor *editor)
@@ -215,7 +215,7 @@ SaveOutcome EditorManager::save(IEditor *editor)
         if (outcome.error.isEmpty())
             outcome.error = whyNotWritten(path);
     }
-    emit documentChanged(editor);
+    Q_EMIT documentChanged(editor);
     return outcome;
 }
 
@@ -223,7 +223,7 @@ void EditorManager::close(IEditor *editor)
 {
     if (find(editor) == m_entries.cend())
         return;
-    emit aboutToClose(editor);
+    Q_EMIT aboutToClose(editor);
     if (find(editor) == m_entries.cend())
         return;
     const auto entry = m_entries.begin() + (find(editor) - m_entries.cbegin());
@@ -261,7 +261,7 @@ void EditorManager::setAhead(IEditor *editor, bool ahead)
     if (entry == m_entries.cend() || entry->ahead == ahead)
         return;
     m_entries[std::size_t(entry - m_entries.cbegin())].ahead = ahead;
-    emit documentChanged(editor);
+    Q_EMIT documentChanged(editor);
 }
 
 std::vector<EditorManager::Entry>::const_iterator EditorManager::find(const IEditor *editor) const

@@ -53,13 +53,13 @@ public:
     /// nearest type it derives from. Null when there is none.
     [[nodiscard]] IEditorFactory *factoryFor(const QString &path) const;
 
-    /// Opens the file in a new editor, however many have it open already. \a path is made absolute.
+    /// Opens the file in a new editor, however many have it open already. @p path is made absolute.
     [[nodiscard]] OpenOutcome open(const QString &path);
-    /// As open(), with \a data, which a document of the file gave as a recovery copy, in place of what the file holds.
+    /// As open(), with @p data, which a document of the file gave as a recovery copy, in place of what the file holds.
     [[nodiscard]] OpenOutcome openRecovered(const QString &path, const QByteArray &data);
-    /// Saves the document of \a editor to its path.
+    /// Saves the document of @p editor to its path.
     [[nodiscard]] SaveOutcome save(IEditor *editor);
-    /// Deletes \a editor, and its widget if that survives it. Asks nothing.
+    /// Deletes @p editor, and its widget if that survives it. Asks nothing.
     void close(IEditor *editor);
     void closeAll();
 
@@ -74,7 +74,7 @@ public:
 
     [[nodiscard]] const BusyMonitor &busyMonitor() const { return m_busyMonitor; }
 
-signals:
+Q_SIGNALS:
     void opened(Core::IEditor *editor);
     /// The editor is still whole; its widget must be taken out of the window now.
     void aboutToClose(Core::IEditor *editor);

@@ -45,7 +45,7 @@ FileCare::FileCare(EditorManager &editors, QBoxLayout &place, QObject *parent)
         restore, &QAbstractButton::clicked, this,
         [this] {
             if (!m_copies.empty())
-                emit restoreWanted(m_offeredPath, RecoveryCopy(m_copies.front()));
+                Q_EMIT restoreWanted(m_offeredPath, RecoveryCopy(m_copies.front()));
         },
         Qt::QueuedConnection);
     connect(discard, &QAbstractButton::clicked, this, &FileCare::discardCopy);
@@ -170,7 +170,7 @@ void FileCare::onDiskChanged()
                  .arg(name()),
             true);
     else
-        emit reloadWanted();
+        Q_EMIT reloadWanted();
 }
 
 void FileCare::tellUnreadable(const QString &reason)
@@ -281,7 +281,7 @@ void FileCare::adopt(const QString &path, const RecoveryCopy &copy)
     if (m_store->write(RecoveryStore::keyOf(path), copy.originalHash, copy.data, &error))
         m_store->remove(copy);
     else
-        emit copyFailed(error);
+        Q_EMIT copyFailed(error);
 }
 
 } // namespace Core

@@ -28,7 +28,7 @@ class CORE_EXPORT FileCare final : public QObject
     Q_OBJECT
 
 public:
-    /// Adds its bars to \a place, whose widget must outlive it, as must \a editors.
+    /// Adds its bars to @p place, whose widget must outlive it, as must @p editors.
     FileCare(EditorManager &editors, QBoxLayout &place, QObject *parent = nullptr);
     ~FileCare() override;
 
@@ -37,7 +37,7 @@ public:
     /// See RecoveryKeeper and FileWatch, in milliseconds; for editors that are attached from now on.
     void setIntervals(int recovery, int settle);
 
-    /// \a opened is the state of the file before the editor read it.
+    /// @p opened is the state of the file before the editor read it.
     void attach(IEditor *editor, const DiskState &opened);
     /// To be called while the editor is whole. What is unsaved is kept unless dropCopy() was called before.
     void detach();
@@ -60,12 +60,12 @@ public:
     void offerCopies(const QString &path);
     /// Offers no more what has been decided on elsewhere.
     void offerAgain();
-    /// The copy is this process's own from now on, as one of the file \a path.
+    /// The copy is this process's own from now on, as one of the file @p path.
     void adopt(const QString &path, const RecoveryCopy &copy);
     /// For a file that can't be read again.
     void tellUnreadable(const QString &reason);
 
-signals:
+Q_SIGNALS:
     /// A fresh editor is wanted in place of the present one; what is not saved may be lost. Failures are for
     /// tellUnreadable().
     void reloadWanted();

@@ -13,7 +13,7 @@ namespace Core {
 /// GUI thread only.
 namespace FileIconProvider {
 
-/// \a iconPath is an image (a resource, usually) that is stretched over the whole file icon. The suffix matches a file
+/// @p iconPath is an image (a resource, usually) that is stretched over the whole file icon. The suffix matches a file
 /// whose name equals it or ends with "." and it; a later registration of the same suffix replaces the earlier one.
 /// An image that can't be read leaves the icon as it is.
 CORE_EXPORT void registerIconOverlayForSuffix(const QString &iconPath, const QString &suffix);
@@ -21,7 +21,7 @@ CORE_EXPORT void registerIconOverlayForSuffix(const QString &iconPath, const QSt
 /// Never null. Looks at the file's name, and at the file system only for files without a registered suffix.
 [[nodiscard]] CORE_EXPORT QIcon icon(const QFileInfo &file);
 
-/// \a base with \a overlay painted over each of the common icon sizes.
+/// @p base with @p overlay painted over each of the common icon sizes.
 [[nodiscard]] CORE_EXPORT QIcon overlaid(const QIcon &base, const QIcon &overlay);
 
 } // namespace FileIconProvider

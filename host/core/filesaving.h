@@ -33,20 +33,20 @@ class CORE_EXPORT FileSaving final : public QObject
 public:
     static constexpr int StatusMessageTime = 4000; // milliseconds
 
-    /// Adds its bar to \a place, whose widget must outlive it, as must the other three.
+    /// Adds its bar to @p place, whose widget must outlive it, as must the other three.
     FileSaving(EditorManager &editors, FileCare &care, QMainWindow &window, QBoxLayout &place);
     ~FileSaving() override;
 
     /// The editor to save; null gives up a save that is under way.
     void setEditor(IEditor *editor);
 
-    /// Calls \a then once the file has been written and there is nothing about it that the user should look at first.
-    /// A save that is under way goes on, with \a then, if it is one, in place of what it was to be followed by.
+    /// Calls @p then once the file has been written and there is nothing about it that the user should look at first.
+    /// A save that is under way goes on, with @p then, if it is one, in place of what it was to be followed by.
     void save(const std::function<void()> &then = {});
     /// A save that is under way is followed by nothing any more.
     void forgetWhatFollows() { m_then = {}; }
 
-    /// A warning or an error, by \a objectName, about the file \a path.
+    /// A warning or an error, by @p objectName, about the file @p path.
     void showMessage(const QString &objectName, const QString &text, const QString &path, const QString &reason);
 
 private:

@@ -11,7 +11,7 @@ constexpr int LongestSettling = 4; // settle times
 constexpr int MostLinks = 40;      // as the system follows them
 constexpr int MostDirectories = 64;
 
-/// The directories in which the names on the way to \a path are looked up, the nearest last: those of the path and of
+/// The directories in which the names on the way to @p path are looked up, the nearest last: those of the path and of
 /// every link on it. Whoever exchanges one of these names exchanges the file.
 QStringList directoriesOnTheWay(const QString &path)
 {
@@ -92,7 +92,7 @@ void FileWatch::look()
     if (now == m_seen)
         return;
     m_seen = now;
-    emit changed(now);
+    Q_EMIT changed(now);
 }
 
 } // namespace Core

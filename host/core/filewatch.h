@@ -18,7 +18,7 @@ class CORE_EXPORT FileWatch final : public QObject
     Q_OBJECT
 
 public:
-    /// \a known is the state that its user has taken in. One that differs from the disk is noticed, too.
+    /// @p known is the state that its user has taken in. One that differs from the disk is noticed, too.
     FileWatch(const QString &path, const DiskState &known, QObject *parent = nullptr);
 
     /// How long no further change must come before the file is looked at, in milliseconds. After four times as long it
@@ -35,7 +35,7 @@ public:
     /// The same a moment later, when nothing has come meanwhile.
     void lookSoon();
 
-signals:
+Q_SIGNALS:
     /// The disk is in another state than it was seen in last; it may be back in the known one.
     void changed(const Core::DiskState &now);
 

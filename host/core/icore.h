@@ -41,7 +41,7 @@ public:
     /// Opens the file as the menu "File" does: in this window if it is empty, else in a second one of its own process.
     static void openFile(const QString &path);
 
-signals:
+Q_SIGNALS:
     void currentEditorChanged(Core::IEditor *editor);
 
 private:

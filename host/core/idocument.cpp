@@ -32,7 +32,7 @@ void IDocument::setFilePath(const Utils::FileName &filePath)
         return;
     const Utils::FileName oldPath = m_filePath;
     m_filePath = filePath;
-    emit filePathChanged(oldPath, m_filePath);
+    Q_EMIT filePathChanged(oldPath, m_filePath);
 }
 
 bool IDocument::isFileReadOnly() const

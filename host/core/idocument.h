@@ -11,8 +11,8 @@ namespace Core {
 /// An opened file, as the host sees it. Owned by its editor; lives on the GUI thread.
 ///
 /// A document that works in the background (reading further files, say) tells the host with the dynamic property
-/// "busy" (bool): `setProperty("busy", true)` when it starts, `false` once everything has been taken in. The host shows
-/// an indicator meanwhile, and commands that need the finished state wait for it.
+/// "busy" (bool): `setProperty("busy", true)` when it starts, false once everything has been taken in. The host
+/// shows an indicator meanwhile, and commands that need the finished state wait for it.
 class CORE_EXPORT IDocument : public QObject
 {
     Q_OBJECT
@@ -33,8 +33,8 @@ public:
     explicit IDocument(QObject *parent = nullptr);
     ~IDocument() override;
 
-    /// Loads \a realFileName under the name \a fileName; they differ only when a recovered copy is read.
-    /// A document may fail without setting \a errorString (never null): the host then looks for the reason itself.
+    /// Loads @p realFileName under the name @p fileName; they differ only when a recovered copy is read.
+    /// A document may fail without setting @p errorString (never null): the host then looks for the reason itself.
     virtual OpenResult open(QString *errorString, const QString &fileName, const QString &realFileName) = 0;
     /// Writes the content. The host trusts no document that reports success: it looks at the file before and after.
     virtual bool save(QString *errorString, const QString &fileName = QString(), bool autoSave = false) = 0;
@@ -66,7 +66,7 @@ public:
     void setMimeType(const QString &mimeType);
     [[nodiscard]] QString mimeType() const;
 
-signals:
+Q_SIGNALS:
     /// The content, the modified state or the permissions changed.
     void changed();
     void filePathChanged(const Utils::FileName &oldPath, const Utils::FileName &newPath);

@@ -20,10 +20,10 @@ public:
     ~LogCollector();
     Q_DISABLE_COPY_MOVE(LogCollector)
 
-    /// The lines that name \a path, the oldest first; if there is none, those logged by the thread of this collector.
+    /// The lines that name @p path, the oldest first; if there is none, those logged by the thread of this collector.
     [[nodiscard]] QStringList linesAbout(const QString &path) const;
 
-    /// \a shown was told to the user: these lines are not passed on.
+    /// @p shown was told to the user: these lines are not passed on.
     void discard(const QStringList &shown);
 
     struct Private;

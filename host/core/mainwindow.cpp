@@ -327,7 +327,7 @@ void MainWindow::attach(IEditor *editor, const DiskState &opened)
     m_saving->setEditor(editor);
     m_recentFiles.add(pathOf(editor));
     updateState();
-    emit currentEditorChanged(m_editor);
+    Q_EMIT currentEditorChanged(m_editor);
 }
 
 void MainWindow::detach(IEditor *editor)
@@ -347,7 +347,7 @@ void MainWindow::detach(IEditor *editor)
     m_stack->removeWidget(holder);
     delete holder;
     updateState();
-    emit currentEditorChanged(nullptr);
+    Q_EMIT currentEditorChanged(nullptr);
 }
 
 // Saving and closing -------------------------------------------------------------------------------------------------

@@ -67,7 +67,7 @@ public:
     /// The place on the screen of the run before, or a sensible one.
     void restorePlace();
 
-signals:
+Q_SIGNALS:
     void currentEditorChanged(Core::IEditor *editor);
 
 protected:
@@ -103,10 +103,10 @@ private:
     void showAbout();
     void showAboutPlugins();
 
-    /// Calls \a proceed at once when nothing is unsaved, else once the user has saved successfully or discarded.
+    /// Calls @p proceed at once when nothing is unsaved, else once the user has saved successfully or discarded.
     void confirmThen(const std::function<void()> &proceed);
     void showMessage(const QString &objectName, const QString &text, const QString &path, const QString &reason);
-    /// \a opened is the state of the file before the editor read it.
+    /// @p opened is the state of the file before the editor read it.
     void attach(IEditor *editor, const DiskState &opened);
     void detach(IEditor *editor);
     void updateState();

@@ -34,7 +34,7 @@ QuitSignals::QuitSignals(QObject *parent) : QObject(parent)
     connect(notifier, &QSocketNotifier::activated, this, [this] {
         char bytes[64];
         while (::read(m_pipe[0], bytes, sizeof bytes) > 0) { }
-        emit asked();
+        Q_EMIT asked();
     });
     for (const int number : { SIGTERM, SIGINT, SIGHUP }) {
         Replaced replaced = { number, {} };

@@ -19,7 +19,7 @@ public:
     explicit QuitSignals(QObject *parent = nullptr);
     ~QuitSignals() override;
 
-signals:
+Q_SIGNALS:
     void asked();
 
 private:

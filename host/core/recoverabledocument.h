@@ -21,9 +21,9 @@ public:
     /// later.
     [[nodiscard]] virtual QByteArray recoveryData() const = 0;
 
-    /// Takes the place of IDocument::open(): the document of the file \a fileName, which need not exist, with the
-    /// content that recoveryData() gave. It is modified afterwards, and saving it writes \a fileName. False, with the
-    /// reason in \a errorString (never null) or in the log, when the bytes are no document.
+    /// Takes the place of IDocument::open(): the document of the file @p fileName, which need not exist, with the
+    /// content that recoveryData() gave. It is modified afterwards, and saving it writes @p fileName. False, with the
+    /// reason in @p errorString (never null) or in the log, when the bytes are no document.
     [[nodiscard]] virtual bool openRecovered(QString *errorString, const QString &fileName, const QByteArray &data) = 0;
 };
 

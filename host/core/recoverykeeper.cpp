@@ -96,7 +96,7 @@ bool RecoveryKeeper::write()
                         m_timer.start(m_interval);
                 }
                 if (first)
-                    emit failed(error);
+                    Q_EMIT failed(error);
             },
             Qt::QueuedConnection);
     });

@@ -15,7 +15,7 @@ class RecoverableDocument;
 
 /// Keeps the recovery copy of one modified document: writes it a few seconds after a change, and drops it once the
 /// changes are saved or given up. The disk is written on a thread of its own, since it may be slow. Owned by FileCare;
-/// \a document must outlive it. GUI thread.
+/// @p document must outlive it. GUI thread.
 class CORE_EXPORT RecoveryKeeper final : public QObject
 {
     Q_OBJECT
@@ -41,7 +41,7 @@ public:
     /// As flush(), on the calling thread alone, for a process that is being torn down.
     void flushHere();
 
-signals:
+Q_SIGNALS:
     /// A copy could not be written; told once for one document.
     void failed(const QString &reason);
 

@@ -48,7 +48,7 @@ public:
     /// To be asked for once, while the file is there: it follows links, and looks at the beginning of the content.
     [[nodiscard]] static RecoveryKey keyOf(const QString &path);
 
-    /// Brings this process's copy to disk, in place of an earlier one. False on failure, with the reason in \a error,
+    /// Brings this process's copy to disk, in place of an earlier one. False on failure, with the reason in @p error,
     /// and the earlier one is still there.
     [[nodiscard]] bool write(
         const RecoveryKey &key, const QByteArray &originalHash, const QByteArray &data, QString *error) const;

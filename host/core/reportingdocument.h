@@ -41,7 +41,7 @@ public:
     [[nodiscard]] virtual SaveReport saveReport() = 0;
 
     /// As IDocument::save() to the path of the document, but waits for nothing and says how it went: true when the file
-    /// holds the document now. Otherwise the old file is as it was, and the reason is in \a errorString (never null) or
+    /// holds the document now. Otherwise the old file is as it was, and the reason is in @p errorString (never null) or
     /// in the log.
     [[nodiscard]] virtual bool saveNow(QString *errorString) = 0;
 };

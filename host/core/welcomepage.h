@@ -30,7 +30,7 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
 
-signals:
+Q_SIGNALS:
     void openRequested();
     void recoveredFilesRequested();
     void fileRequested(const QString &path);

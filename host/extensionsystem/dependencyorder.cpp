@@ -86,7 +86,7 @@ private:
         settle(index);
     }
 
-    /// Called when everything below \a index is settled, so a dependency's failure is known here.
+    /// Called when everything below @p index is settled, so a dependency's failure is known here.
     void settle(int index)
     {
         PluginInfo &info = m_plugins[index];

@@ -22,12 +22,12 @@ struct DependencyOrder
     QVector<QVector<ResolvedDependency>> dependencies;
 };
 
-/// Finds what each plug-in of state Read in \a plugins depends on. Those that can be loaded become Resolved; the others
+/// Finds what each plug-in of state Read in @p plugins depends on. Those that can be loaded become Resolved; the others
 /// stay Read and are told why: a dependency that is missing, of an unfit version, part of a cycle (given with its whole
 /// path), or itself not loadable.
 DependencyOrder resolveDependencies(QVector<PluginInfo> &plugins);
 
-/// The reason given to a plug-in that needs \a dependency when that one failed.
+/// The reason given to a plug-in that needs @p dependency when that one failed.
 QString failedDependencyText(const PluginMetaData &dependency);
 
 } // namespace ExtensionSystem

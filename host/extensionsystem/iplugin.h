@@ -23,7 +23,7 @@ public:
     IPlugin();
     ~IPlugin() override;
 
-    /// Sets up what others may use. Returns false, with a reason in \a errorString (never null), when the plug-in can't
+    /// Sets up what others may use. Returns false, with a reason in @p errorString (never null), when the plug-in can't
     /// work: it is then deleted, and nothing that depends on it is initialized.
     virtual bool initialize(const QStringList &arguments, QString *errorString) = 0;
 
@@ -42,14 +42,14 @@ public:
     virtual QObject *remoteCommand(
         const QStringList &options, const QString &workingDirectory, const QStringList &arguments);
 
-    /// Puts \a obj into the object pool, and takes it out and deletes it at shutdown, the last added first. The plug-in
-    /// owns \a obj from here on; deleting it earlier is fine.
+    /// Puts @p obj into the object pool, and takes it out and deletes it at shutdown, the last added first. The plug-in
+    /// owns @p obj from here on; deleting it earlier is fine.
     void addAutoReleasedObject(QObject *obj);
 
-    /// Puts \a obj into the object pool; it stays the caller's.
+    /// Puts @p obj into the object pool; it stays the caller's.
     void addObject(QObject *obj);
 
-    /// Takes \a obj out of the object pool; an auto-released one is the caller's again.
+    /// Takes @p obj out of the object pool; an auto-released one is the caller's again.
     void removeObject(QObject *obj);
 
 private:

@@ -8,7 +8,7 @@ namespace ExtensionSystem {
 /// empty entries are dropped, since the loader would take them for the current directory.
 QStringList pluginDirectories(const QStringList &paths);
 
-/// Reads the metadata of every plug-in file in \a directories; loads no code. Damaged files and further plug-ins of a
+/// Reads the metadata of every plug-in file in @p directories; loads no code. Damaged files and further plug-ins of a
 /// name that was found already are listed with the reason.
 QVector<PluginInfo> readPluginDirectories(const QStringList &directories);
 

@@ -47,13 +47,13 @@ public:
     /// The manager of this process; null when there is none.
     static PluginManager *instance();
 
-    /// Reads the metadata of every "*.so" in \a paths, directory by directory and by file name within each; loads no
+    /// Reads the metadata of every "*.so" in @p paths, directory by directory and by file name within each; loads no
     /// code. Nothing but these directories is ever searched; empty entries and repeated directories are passed over.
     /// What can't be used is listed with the reason. Of two plug-ins with one name the first is taken. Replaces what
     /// was read before; does nothing once plug-ins are loaded.
     void setPluginPaths(const QStringList &paths);
 
-    /// Loads and starts every plug-in found, handing \a arguments to each initialize(). A plug-in that fails is listed
+    /// Loads and starts every plug-in found, handing @p arguments to each initialize(). A plug-in that fails is listed
     /// with its reason, and so is each that needs it; the others are started. To be called once; delayedInitialize()
     /// follows from the event loop.
     void loadPlugins(const QStringList &arguments = {});
@@ -64,10 +64,10 @@ public:
     /// All files listed, in the order they were found.
     QVector<PluginInfo> plugins() const;
 
-    /// Adds \a obj to the pool, which does not own it. Null, an object that is in the pool and any call without a
+    /// Adds @p obj to the pool, which does not own it. Null, an object that is in the pool and any call without a
     /// manager do nothing.
     static void addObject(QObject *obj);
-    /// Takes \a obj out of the pool; does nothing when it isn't there. A destroyed object leaves by itself.
+    /// Takes @p obj out of the pool; does nothing when it isn't there. A destroyed object leaves by itself.
     static void removeObject(QObject *obj);
     /// The pool, in the order of adding.
     static QVector<QObject *> allObjects();

@@ -21,7 +21,7 @@ struct EXTENSIONSYSTEM_EXPORT PluginVersion
     int patchNumber = 0;
     int buildNumber = 0;
 
-    /// Nothing when \a text is not exactly a version.
+    /// Nothing when @p text is not exactly a version.
     static std::optional<PluginVersion> fromString(const QString &text);
     QString toString() const;
 
@@ -74,10 +74,10 @@ struct EXTENSIONSYSTEM_EXPORT PluginMetaData
     QString description;
     QVector<PluginDependency> dependencies;
 
-    /// Reads what QPluginLoader::metaData() returned: \a loaderMetaData with "IID" and "MetaData".
+    /// Reads what QPluginLoader::metaData() returned: @p loaderMetaData with "IID" and "MetaData".
     static Result fromJson(const QJsonObject &loaderMetaData);
 
-    /// True when this plug-in can serve one that needs \a neededName at \a neededVersion: the same name in any letter
+    /// True when this plug-in can serve one that needs @p neededName at @p neededVersion: the same name in any letter
     /// case, and a version from compatVersion to version, both included.
     bool provides(const QString &neededName, const PluginVersion &neededVersion) const;
 };

@@ -94,7 +94,7 @@ void DirectoryLister::list(const QString &path)
     }
     m_shared->wanted->directories = listPluginDirectories(path, m_shared->wanted->cancelled);
     m_shared->wanted->done = true;
-    emit finished(QPrivateSignal());
+    Q_EMIT finished(QPrivateSignal());
 }
 
 void DirectoryLister::cancel()
@@ -120,7 +120,7 @@ void DirectoryLister::run(const std::shared_ptr<Shared> &shared)
         job->directories = std::move(directories);
         job->done = true;
         if (shared->lister && job == shared->wanted)
-            emit shared->lister->finished(QPrivateSignal());
+            Q_EMIT shared->lister->finished(QPrivateSignal());
     }
     shared->ended = true;
     shared->end.notify_one();
@@ -136,7 +136,7 @@ void DirectoryLister::takeIn()
         job = std::move(m_shared->wanted);
         m_shared->wanted.reset();
     }
-    emit listed(job->path, job->directories);
+    Q_EMIT listed(job->path, job->directories);
 }
 
 } // namespace ProjectExplorer

@@ -25,8 +25,8 @@ struct PluginDirectory
     }
 };
 
-/// The directories in \a path, sorted by name without regard to letter case; hidden ones are left out. Ends early, with
-/// what was found so far, once \a cancelled is true. Any thread.
+/// The directories in @p path, sorted by name without regard to letter case; hidden ones are left out. Ends early, with
+/// what was found so far, once @p cancelled is true. Any thread.
 [[nodiscard]] PROJECTEXPLORER_EXPORT QVector<PluginDirectory> listPluginDirectories(
     const QString &path, const std::atomic<bool> &cancelled);
 
@@ -42,11 +42,11 @@ public:
     /// left to itself.
     ~DirectoryLister() override;
 
-    /// Lists \a path anew; a listing that is not done yet is given up and never reported.
+    /// Lists @p path anew; a listing that is not done yet is given up and never reported.
     void list(const QString &path);
     void cancel();
 
-signals:
+Q_SIGNALS:
     void listed(const QString &path, const QVector<ProjectExplorer::PluginDirectory> &directories);
     /// Emitted by the thread: a result waits to be taken in.
     void finished(QPrivateSignal);

@@ -42,7 +42,7 @@ void PluginDirectoryModel::setOpened(const QString &name)
         return;
     m_opened = name;
     if (!m_directories.isEmpty())
-        emit dataChanged(index(0), index(m_directories.size() - 1), { Qt::FontRole, OpenedRole });
+        Q_EMIT dataChanged(index(0), index(m_directories.size() - 1), { Qt::FontRole, OpenedRole });
 }
 
 void PluginDirectoryModel::setProblems(const QHash<QString, QString> &reasons)
@@ -51,7 +51,7 @@ void PluginDirectoryModel::setProblems(const QHash<QString, QString> &reasons)
         return;
     m_problems = reasons;
     if (!m_directories.isEmpty())
-        emit dataChanged(index(0), index(m_directories.size() - 1), { Qt::DecorationRole, Qt::ToolTipRole });
+        Q_EMIT dataChanged(index(0), index(m_directories.size() - 1), { Qt::DecorationRole, Qt::ToolTipRole });
 }
 
 int PluginDirectoryModel::rowCount(const QModelIndex &parent) const

@@ -68,7 +68,7 @@ ProductDock::ProductDock(QWidget *parent)
     connect(m_view, &QListView::activated, this, [this](const QModelIndex &index) {
         const QString path = index.data(PluginDirectoryModel::PathRole).toString();
         if (!path.isEmpty())
-            emit fileActivated(path);
+            Q_EMIT fileActivated(path);
     });
     updateCount();
 }
@@ -127,7 +127,7 @@ void ProductDock::takeIn(const QString &productPath, const QVector<PluginDirecto
         }
     }
     updateCount();
-    emit refreshed();
+    Q_EMIT refreshed();
 }
 
 void ProductDock::updateCount()

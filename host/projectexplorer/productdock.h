@@ -25,14 +25,14 @@ class PROJECTEXPLORER_EXPORT ProductDock final : public QDockWidget
 public:
     explicit ProductDock(QWidget *parent = nullptr);
 
-    /// Shows the product of the opened file \a path; empty when none is open.
+    /// Shows the product of the opened file @p path; empty when none is open.
     void setOpenedFile(const QString &path);
     /// Why files of the product can't be read, by path.
     void setProblems(const QHash<QString, QString> &reasons);
     /// Looks again. Cheap; the rows change when the listing is done.
     void refresh();
 
-signals:
+Q_SIGNALS:
     /// The user wants to open this "extension.xml".
     void fileActivated(const QString &path);
     /// The rows are those of the directory as it is on disk.

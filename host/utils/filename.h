@@ -14,7 +14,7 @@ class UTILS_EXPORT FileName final
 public:
     FileName() = default;
 
-    /// Cleans \a path. A null or empty string gives an empty name.
+    /// Cleans @p path. A null or empty string gives an empty name.
     static FileName fromString(const QString &path);
 
     QString toString() const { return m_path; }

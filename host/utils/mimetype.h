@@ -24,7 +24,7 @@ public:
     /// The patterns as written, in order of declaration.
     QStringList globPatterns() const { return m_globPatterns; }
 
-    /// True when this type is called \a mimeTypeName, or that is among its parents, theirs and so on. GUI thread.
+    /// True when this type is called @p mimeTypeName, or that is among its parents, theirs and so on. GUI thread.
     bool inherits(const QString &mimeTypeName) const;
 
 private:

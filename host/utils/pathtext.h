@@ -6,7 +6,7 @@
 
 namespace Utils {
 
-/// \a text fit for one line of a log or a stream: control characters and line separators, of which the name of a file
+/// @p text fit for one line of a log or a stream: control characters and line separators, of which the name of a file
 /// may hold any, are replaced by "?". Any thread.
 [[nodiscard]] UTILS_EXPORT QString oneLine(const QString &text);
 

@@ -3,7 +3,7 @@
 namespace Workbench {
 
 /// What the process logs to the standard error stream: warnings, with nothing around their text; or
-/// \a everything, with time and category. A message is one line, whatever the names of files in it hold.
+/// @p everything, with time and category. A message is one line, whatever the names of files in it hold.
 void setUpLogging(bool everything);
 
 } // namespace Workbench

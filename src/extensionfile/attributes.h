@@ -15,11 +15,11 @@ struct Attribute
 /// The attributes of one element in the order of the file.
 using Attributes = QVector<Attribute>;
 
-/// `value` without translation marks: if it contains both "tr('" and "')", every occurrence of either is removed
-/// (letter case matters); else `value` as it is.
+/// @p value without translation marks: if it contains both "tr('" and "')", every occurrence of either is removed
+/// (letter case matters); else @p value as it is.
 [[nodiscard]] QString withoutTranslationMarks(const QString &value);
 
-/// "tr('" + `value` + "')". Whether an empty value is to be marked is the caller's decision.
+/// "tr('" + @p value + "')". Whether an empty value is to be marked is the caller's decision.
 [[nodiscard]] QString withTranslationMarks(const QString &value);
 
 /// A regular expression ("." is any character) with a match somewhere in exactly those values that do not come back

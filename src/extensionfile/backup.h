@@ -16,10 +16,10 @@ namespace ExtensionFile {
 class Backup final
 {
 public:
-    /// `path`: an existing file, in the encoding of file names.
+    /// @p path: an existing file, in the encoding of file names.
     explicit Backup(const QByteArray &path) : m_path(path) { }
 
-    /// Brings `bytes` to disk under a name of their own, readable by the user alone. A backup that an interrupted save
+    /// Brings @p bytes to disk under a name of their own, readable by the user alone. A backup that an interrupted save
     /// has left behind is not touched. False on failure, with the reason; nothing is left behind then.
     [[nodiscard]] bool make(const QByteArray &bytes, QString *reason);
     void remove();
@@ -27,7 +27,7 @@ public:
     /// Where the bytes are; empty when there is no backup.
     [[nodiscard]] const QString &fileName() const { return m_fileName; }
 
-    /// What interrupted saves of the file `path` have left behind, in the order in which it was made. What a save that
+    /// What interrupted saves of the file @p path have left behind, in the order in which it was made. What a save that
     /// is going on in another process keeps is not among it.
     [[nodiscard]] static QStringList keptOf(const QString &path);
     /// Names each of them in a line of the log: whoever opens the file may be looking at half of it.

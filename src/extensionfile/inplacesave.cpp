@@ -17,7 +17,7 @@ bool cut(int descriptor, qint64 size)
     return untilUninterrupted([&] { return ::ftruncate(descriptor, size); }) == 0;
 }
 
-/// `overwritten` tells how many of the old bytes are lost, on failure too.
+/// @p overwritten tells how many of the old bytes are lost, on failure too.
 bool replaceContents(
     int descriptor, const QByteArray &old, const QByteArray &bytes, qint64 *overwritten, QString *reason)
 {

@@ -39,7 +39,7 @@ auto untilUninterrupted(Call call)
 /// Which file it is, whatever path leads to it: links of any sort lead to the same one.
 struct FileIdentity
 {
-    /// Of the file that `path` leads to; none for one that can't be reached.
+    /// Of the file that @p path leads to; none for one that can't be reached.
     [[nodiscard]] static FileIdentity of(const QString &path);
     /// Whether both are one file; no file is none.
     [[nodiscard]] bool isSameAs(const FileIdentity &other) const
@@ -51,23 +51,23 @@ struct FileIdentity
     quint64 inode = 0;
 };
 
-/// Reads the regular file `path`, following links, but at most `maximumSize` + 1 bytes: one more byte than allowed
+/// Reads the regular file @p path, following links, but at most @p maximumSize + 1 bytes: one more byte than allowed
 /// tells the caller that it is too large, however fast it grows. Pipes, devices, sockets and directories are refused
-/// without being opened. False on failure, with kind and reason in `error`.
+/// without being opened. False on failure, with kind and reason in @p error.
 [[nodiscard]] bool readRegularFile(const QString &path, qint64 maximumSize, QByteArray *bytes, ReadError *error);
 
-/// Reads from `descriptor` (at its present position) to the end, at most `maximumSize` + 1 bytes, whatever
+/// Reads from @p descriptor (at its present position) to the end, at most @p maximumSize + 1 bytes, whatever
 /// its size is said to be. False on failure, with errno set.
 [[nodiscard]] bool readDescriptor(int descriptor, qint64 maximumSize, QByteArray *bytes);
 
-/// Writes the part of `bytes` from `begin` to before `end` to its place in the file, wherever `descriptor` stands.
-/// `reached` tells where it ended, on failure too; errno is set then.
+/// Writes the part of @p bytes from @p begin to before @p end to its place in the file, wherever @p descriptor stands.
+/// @p reached tells where it ended, on failure too; errno is set then.
 [[nodiscard]] bool writePart(int descriptor, const QByteArray &bytes, qint64 begin, qint64 end, qint64 *reached);
 
-/// Whether the file holds `bytes` and nothing else. It takes no memory.
+/// Whether the file holds @p bytes and nothing else. It takes no memory.
 [[nodiscard]] bool contains(int descriptor, const QByteArray &bytes);
 
-/// Brings `descriptor` to disk, and shows the failure of a delayed write that only closing shows. A file system that
+/// Brings @p descriptor to disk, and shows the failure of a delayed write that only closing shows. A file system that
 /// can't synchronise is no failure. False on failure, with errno set.
 [[nodiscard]] bool syncToDisk(int descriptor);
 

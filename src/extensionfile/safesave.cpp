@@ -53,7 +53,7 @@ struct SaveTarget
     struct stat status = {};              ///< of the file
 };
 
-/// Follows the links from `path`; where they end there may be nothing yet.
+/// Follows the links from @p path; where they end there may be nothing yet.
 bool followLinks(const QString &path, SaveTarget *target, QString *reason)
 {
     const int maximumLinks = 40; // as many as the kernel follows

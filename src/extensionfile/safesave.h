@@ -5,7 +5,7 @@
 
 namespace ExtensionFile {
 
-/// Puts `bytes` in the place of the file `path`, which is created if it is missing (its directory is not). The bytes
+/// Puts @p bytes in the place of the file @p path, which is created if it is missing (its directory is not). The bytes
 /// are read once more first, so that nothing is written that would not open again; only the instruction alone is let
 /// through. The exchange is atomic where it can be, and on disk when this returns. A link stays a link, and what it
 /// leads to is written; mode, owner, group, extended attributes of the user and access list stay. Where a new file
@@ -13,7 +13,7 @@ namespace ExtensionFile {
 /// backup meanwhile (see inplacesave.h).
 ///
 /// False on failure (read-only, not a regular file, no space, ...) with "path: reason" in one line of the log and
-/// in `error` (may be null): the old bytes are still there. Blocks for as long as the disk takes; any thread.
+/// in @p error (may be null): the old bytes are still there. Blocks for as long as the disk takes; any thread.
 [[nodiscard]] bool saveFile(const QString &path, const QByteArray &bytes, QString *error);
 
 } // namespace ExtensionFile

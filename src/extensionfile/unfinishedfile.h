@@ -16,7 +16,8 @@ namespace ExtensionFile {
 class UnfinishedFile final
 {
 public:
-    /// Makes it in `directory`, with `mode` less the file-creation mask. isOpen() is false on failure, with errno set.
+    /// Makes it in @p directory, with @p mode less the file-creation mask. isOpen() is false on failure, with errno
+    /// set.
     UnfinishedFile(const QByteArray &directory, mode_t mode);
     /// Removes it, unless it has been given its name.
     ~UnfinishedFile();
@@ -24,15 +25,15 @@ public:
     [[nodiscard]] bool isOpen() const { return m_file.isOpen(); }
     [[nodiscard]] int descriptor() const { return m_file.get(); }
 
-    /// Brings all of `bytes` to disk and reads them back. False on failure, with the reason.
+    /// Brings all of @p bytes to disk and reads them back. False on failure, with the reason.
     [[nodiscard]] bool fill(const QByteArray &bytes, QString *reason);
 
-    /// Gives it the name `path`; what had it is gone at once. False on failure, with errno set.
+    /// Gives it the name @p path; what had it is gone at once. False on failure, with errno set.
     [[nodiscard]] bool replace(const QByteArray &path);
-    /// Gives it the name `path`, which must be free. False on failure, with errno set.
+    /// Gives it the name @p path, which must be free. False on failure, with errno set.
     [[nodiscard]] bool take(const QByteArray &path);
 
-    /// 0 if no living process holds the file `path` as an unfinished one; EWOULDBLOCK if one does; else what hinders
+    /// 0 if no living process holds the file @p path as an unfinished one; EWOULDBLOCK if one does; else what hinders
     /// from telling.
     [[nodiscard]] static int probe(const QByteArray &path);
 

@@ -11,7 +11,7 @@ namespace {
 const int indentation = 4;
 const int maximumLogLines = 20;
 
-/// What is written for the byte at `at` in an attribute's value; null when it stands as it is.
+/// What is written for the byte at @p at in an attribute's value; null when it stands as it is.
 const char *referenceFor(const QByteArray &text, int at)
 {
     switch (text.at(at)) {

@@ -23,7 +23,7 @@ namespace ExtensionFile {
 class Writer final
 {
 public:
-    /// `path` is only named in the log. `limits` must not be wider than those of the reading to come.
+    /// @p path is only named in the log. @p limits must not be wider than those of the reading to come.
     explicit Writer(const QString &path = QString(), const Limits &limits = Limits());
 
     /// Makes room for a document of about this many bytes, so that it need not be moved while it grows.

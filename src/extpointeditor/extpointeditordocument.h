@@ -55,7 +55,7 @@ public:
     /// Sets no error text, as open().
     [[nodiscard]] bool saveNow(QString *errorString) override;
 
-    /// Calls \a action once the siblings have been read: at once when they have. Not after \a context has gone.
+    /// Calls @p action once the siblings have been read: at once when they have. Not after @p context has gone.
     void whenScanned(QObject *context, const std::function<void()> &action) const;
     void setWidget(ExtPointWidget *widget) { m_widget = widget; }
     [[nodiscard]] QString plainText() const { return {}; }

@@ -5,7 +5,7 @@
 
 namespace PointEditor::Internal::SaveReportTexts {
 
-/// What the host shows of \a report.
+/// What the host shows of @p report.
 [[nodiscard]] Core::SaveReport of(const ::SaveReport &report);
 
 } // namespace PointEditor::Internal::SaveReportTexts

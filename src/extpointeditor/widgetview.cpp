@@ -49,7 +49,7 @@ QHash<QString, Widget *> named(const QWidget &form)
     return found;
 }
 
-/// Calls \a act with each named widget that \a values has something for, and keeps what it returns.
+/// Calls @p act with each named widget that @p values has something for, and keeps what it returns.
 template <typename Widget, typename Act>
 QVariantMap forNamed(const QWidget &form, const QVariant &values, Act act)
 {
@@ -118,7 +118,7 @@ QList<QTreeWidgetItem *> expandedRows(QTreeWidget &tree)
     return rows;
 }
 
-/// Calls \a act with the row of each path; returns the paths that lead to none.
+/// Calls @p act with the row of each path; returns the paths that lead to none.
 template <typename Act>
 QVariantList forRows(const QTreeWidget &tree, const QVariant &paths, Act act)
 {

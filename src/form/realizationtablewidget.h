@@ -10,7 +10,7 @@ class PointTreeWidgetItem;
 /// The table of the records of one point, on the realization page: a point or sub point dropped here gets a record, and
 /// its rows are dragged into the format trees. Owned by the form. GUI thread.
 ///
-/// The widget changes the model only (drops/tabledrop.h); the row is made by whoever hears `addTableRealization`.
+/// The widget changes the model only (drops/tabledrop.h); the row is made by whoever hears @p addTableRealization.
 class RealizationTableWidget : public QTableWidget
 {
     Q_OBJECT

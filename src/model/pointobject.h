@@ -11,11 +11,11 @@ class PointTreeWidgetItem;
 
 /// The data side of a node: its attributes, its place in the model tree and the chain of nodes that it mirrors.
 ///
-/// A node whose `link` is another node is a mirror; following `link` ends at the master, the first node that links to
+/// A node whose @p link is another node is a mirror; following @p link ends at the master, the first node that links to
 /// itself. The model tree and the tree of rows are separate and are not kept in step automatically.
 ///
-/// Lists never own what they name. Whatever names a node (the lists that hold it, its children's `parent`, its
-/// source's `copies`, the nodes that link to it) forgets it when it is destroyed; nodes that linked to it become their
+/// Lists never own what they name. Whatever names a node (the lists that hold it, its children's @p parent, its
+/// source's @p copies, the nodes that link to it) forgets it when it is destroyed; nodes that linked to it become their
 /// own masters. Built on any one thread, used on the GUI thread.
 class PointObject
 {

@@ -16,7 +16,7 @@ class NodeWatcher;
 /// Who destroys a node: the SourceDataManager destroys its five trees when it goes, and whatever was handed to its
 /// retire(); until then a node is destroyed by the operation that deletes it, always through destroySubtree(). Trees
 /// only borrow rows: ExtPointWidget takes them out before its trees die. A row destroys the rows under it, so a bare
-/// `delete` is right only for a node without children.
+/// delete is right only for a node without children.
 ///
 /// A node that is destroyed leaves nothing behind that points to it (see PointObject), leaves its view while it is
 /// still whole, and leaves every index of its manager. Pages remember nodes in QPointers.
@@ -45,7 +45,7 @@ public:
     /// The row's text as it is; of a very long one QTreeWidgetItem::text(), which is what views show, is the beginning.
     [[nodiscard]] QString text(int column) const { return data(column, Qt::EditRole).toString(); }
 
-    /// Point id, plug-in id, kind, base path, `hasFormat` and `isNew` of @p other; deliberately not `isDroppedCopy`,
+    /// Point id, plug-in id, kind, base path, @p hasFormat and @p isNew of @p other; deliberately not @p isDroppedCopy,
     /// nor properties, children or link.
     void assignFields(const PointTreeWidgetItem &other);
 

@@ -16,10 +16,10 @@ public:
     enum class Kind {
         MarksLost,        ///< a value was read with the marks of translatable text and is written without
         MarksGained,      ///< the other way round
-        ReadOtherwise,    ///< a value does not come back as it is; `detail` is what comes back
-        CannotBeWritten,  ///< what XML can't hold; `detail` says what
+        ReadOtherwise,    ///< a value does not come back as it is; @p detail is what comes back
+        CannotBeWritten,  ///< what XML can't hold; @p detail says what
         AttributeDropped, ///< the format has no place for it
-        Dropped,          ///< a comment, text, instruction or element; `detail` says which
+        Dropped,          ///< a comment, text, instruction or element; @p detail says which
         SetDropped,       ///< the same, for what looks like one of the two sets
         NothingLeft,      ///< the document without its root
         LooksLikeUtf8     ///< the file was read in the encoding that it declares, which is hardly the one it is in

@@ -233,8 +233,6 @@ void ScanSequence::conclude(Progress progress)
     if (!alive || progress != Progress::Done || m_finished)
         return;
     m_finished = true;
-    m_nextTurn.stop();
-    m_tending.stop();
     giveThreadBack();
     Q_EMIT finished();
 }

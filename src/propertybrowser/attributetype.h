@@ -4,6 +4,6 @@
 
 class QString;
 
-/// The `PropertyType` number of an attribute type name, compared exactly and case-sensitively; any name that is not
+/// The @p PropertyType number of an attribute type name, compared exactly and case-sensitively; any name that is not
 /// known, the empty one included, gives the one-line string.
 [[nodiscard]] PROPERTYBROWSER_EXPORT int attributeTypeToPropertyType(const QString &name);

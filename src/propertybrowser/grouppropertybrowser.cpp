@@ -117,7 +117,7 @@ bool GroupPropertyBrowser::commitEditor()
         if (editor != nullptr) {
             editor->commit();
         } else {
-            emit propertyChanged(row.first, row.second);
+            Q_EMIT propertyChanged(row.first, row.second);
         }
     }
     return accepted;

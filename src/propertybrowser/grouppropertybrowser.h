@@ -18,8 +18,8 @@ public:
     explicit GroupPropertyBrowser(QWidget *parent = nullptr);
     ~GroupPropertyBrowser() override;
 
-    /// Discards what the sheet showed, an uncommitted edit included, and shows `items` in this order. Emits nothing,
-    /// and may be called from a slot of `propertyChanged`. A row of the same name as the one that had the focus gets
+    /// Discards what the sheet showed, an uncommitted edit included, and shows @p items in this order. Emits nothing,
+    /// and may be called from a slot of @p propertyChanged. A row of the same name as the one that had the focus gets
     /// it.
     void showProperties(const QList<PropertyItem> &items);
     void clear() { showProperties({}); }
@@ -31,7 +31,7 @@ public:
     /// The editor of the first row of this name, null when there is none. Valid until the sheet is shown anew.
     [[nodiscard]] QWidget *editorFor(const QString &name) const;
 
-signals:
+Q_SIGNALS:
     /// The user has committed another value than the row had.
     void propertyChanged(const QString &name, const QVariant &value);
 

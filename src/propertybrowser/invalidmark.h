@@ -15,9 +15,9 @@ class InvalidMark final : public QWidget
 public:
     explicit InvalidMark(QWidget *target);
 
-    /// The red that stands out from `background`, or `text` where no red does.
+    /// The red that stands out from @p background, or @p text where no red does.
     [[nodiscard]] static QColor color(const QColor &background, const QColor &text);
-    /// The wavy line alone, along the bottom of `rect`.
+    /// The wavy line alone, along the bottom of @p rect.
     static void paintWave(QPainter *painter, const QRectF &rect, const QColor &color);
 
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -2,7 +2,7 @@
 
 #include <QStyledItemDelegate>
 
-/// Paints the closed rows of a `PropertyTree`: as high as an editor, so that nothing moves when one opens, with the
+/// Paints the closed rows of a @p PropertyTree: as high as an editor, so that nothing moves when one opens, with the
 /// wavy line under a value that would be refused and a tool tip where a value is cut short.
 class PropertyDelegate final : public QStyledItemDelegate
 {

@@ -15,8 +15,8 @@ class QWidget;
 /// a person, replaces them; an empty function brings the toolkit's own dialog back. GUI thread only.
 namespace PropertyDialogs {
 
-/// Gives the chosen path, or an empty string when the user gave up. `start` is a directory or a file in it, absolute or
-/// empty; `filter` is in the form that QFileDialog takes and may be empty.
+/// Gives the chosen path, or an empty string when the user gave up. @p start is a directory or a file in it, absolute
+/// or empty; @p filter is in the form that QFileDialog takes and may be empty.
 using FileDialog
     = std::function<QString(QWidget *parent, const QString &title, const QString &start, const QString &filter)>;
 /// Gives an invalid colour when the user gave up.

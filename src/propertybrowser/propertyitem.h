@@ -9,7 +9,7 @@
 #include <QVariant>
 
 /// The kinds of rows of a property sheet. The numbers are stored and compared as plain integers; 1 is not used, and a
-/// number that is not listed is shown read-only. `Null` stands for no type and is edited as one-line text.
+/// number that is not listed is shown read-only. @p Null stands for no type and is edited as one-line text.
 enum class PropertyType {
     Null = 0,
     Bool = 2,

@@ -383,7 +383,7 @@ void PropertyTree::onCommitted(int row, const QVariant &value)
 {
     m_items[row].setVal(value);
     showRow(row);
-    emit propertyChanged(QString(m_items.at(row).name()), value);
+    Q_EMIT propertyChanged(QString(m_items.at(row).name()), value);
 }
 
 void PropertyTree::onEnded(int row, PropertyEditor::End how)

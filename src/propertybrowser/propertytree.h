@@ -6,8 +6,8 @@
 #include <QHash>
 #include <QTreeWidget>
 
-/// The tree inside a `TreePropertyBrowser`. It opens at most one editor in place, and lets the small ones (check boxes)
-/// stand. Rows are spoken of by number, since a commit may replace them all.
+/// The tree inside a @p TreePropertyBrowser. It opens at most one editor in place, and lets the small ones (check
+/// boxes) stand. Rows are spoken of by number, since a commit may replace them all.
 class PropertyTree final : public QTreeWidget
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
-signals:
+Q_SIGNALS:
     void propertyChanged(const QString &name, const QVariant &value);
 
 protected:

@@ -15,9 +15,9 @@ class PROPERTYBROWSER_EXPORT TreePropertyBrowser final : public QWidget
 public:
     explicit TreePropertyBrowser(QWidget *parent = nullptr);
 
-    /// Discards what the sheet showed, an uncommitted edit included, and shows `items` in this order. Emits nothing,
-    /// and may be called from a slot of `propertyChanged`. The scroll position stays, and so does the current row where
-    /// there is one of its name again.
+    /// Discards what the sheet showed, an uncommitted edit included, and shows @p items in this order. Emits nothing,
+    /// and may be called from a slot of @p propertyChanged. The scroll position stays, and so does the current row
+    /// where there is one of its name again.
     void showProperties(const QList<PropertyItem> &items);
     void clear() { showProperties({}); }
     /// The shown records with the values committed since.
@@ -32,7 +32,7 @@ public:
     /// The open editor of the first row of this name, null when it is not open. Valid until it is closed.
     [[nodiscard]] QWidget *editorFor(const QString &name) const;
 
-signals:
+Q_SIGNALS:
     /// The user has committed another value than the row had.
     void propertyChanged(const QString &name, const QVariant &value);
 

@@ -34,7 +34,7 @@ protected:
     QString textOf(const char *barName) const;
     /// What is still being written does not count.
     QStringList copies() const { return QDir(m_state).entryList({ s("*.recovery") }, QDir::Files); }
-    /// Leaves a copy as a process does that has ended; a higher \a number is a newer one.
+    /// Leaves a copy as a process does that has ended; a higher @p number is a newer one.
     void leaveCopy(const QByteArray &data, const QByteArray &original, int number = 1);
     void trigger(const char *action);
     QMessageBox *box(const char *name) const;

@@ -71,7 +71,7 @@ bool FakeDocument::save(QString *errorString, const QString &fileName, bool auto
     Q_UNUSED(fileName)
     Q_UNUSED(autoSave)
     m_modified = false;
-    emit changed();
+    Q_EMIT changed();
     ++m_saves;
     if (m_saveMode == QLatin1String("nothing"))
         return true;
@@ -114,7 +114,7 @@ void FakeDocument::modify(const QByteArray &content)
     if (!content.isNull())
         m_content = content;
     m_modified = true;
-    emit changed();
+    Q_EMIT changed();
 }
 
 FakeEditor::FakeEditor(bool deletesWidget)

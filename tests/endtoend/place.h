@@ -12,7 +12,7 @@ struct Place
     QJsonObject request;
 
     [[nodiscard]] static Place widget(const QString &name) { return { { { s("widget"), name } } }; }
-    /// A row of a tree or a table; \a path holds the texts of the first column from the root on, or numbers of rows.
+    /// A row of a tree or a table; @p path holds the texts of the first column from the root on, or numbers of rows.
     [[nodiscard]] static Place row(const QString &view, const QVariantList &path, int column = 0)
     {
         return { { { s("widget"), view }, { s("path"), QJsonArray::fromVariantList(path) }, { s("column"), column } } };

@@ -25,7 +25,7 @@ public:
     [[nodiscard]] QString plugins() const { return m_directory.filePath(s("plugins")); }
     [[nodiscard]] QString fileOf(const QString &plugin) const;
 
-    /// What is in all files but those of \a plugin, by their paths.
+    /// What is in all files but those of @p plugin, by their paths.
     [[nodiscard]] Files filesWithout(const QString &plugin) const;
 
 private:
@@ -35,9 +35,9 @@ private:
 /// Writes the files below the directory, which need not exist.
 void writeFiles(const QString &directory, const Product::Files &files);
 [[nodiscard]] Product::Files sampleFiles();
-/// Adds \a count plug-ins with \a points points each, none of which the sample has.
+/// Adds @p count plug-ins with @p points points each, none of which the sample has.
 void addSiblings(Product::Files *files, int count, int points);
-/// A file of the plug-in \a id with these sets.
+/// A file of the plug-in @p id with these sets.
 [[nodiscard]] QByteArray pluginFile(const char *id, const QByteArray &sets);
 /// The plug-in "shell", which declares what others fill in: "Commands" with menus and tool bars, "Panels".
 [[nodiscard]] QByteArray shellFile();

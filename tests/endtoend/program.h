@@ -32,13 +32,13 @@ public:
     /// Runs the program as the user "nobody" when the tests run as root, for whom no file is read-only.
     void laysDownRoot();
 
-    /// Gives the program no more than \a mebibytes of memory, all that it maps included.
+    /// Gives the program no more than @p mebibytes of memory, all that it maps included.
     void limitMemory(int mebibytes);
 
-    /// Has the next program wait when it opens \a file for reading, until readOn(), or until this object goes.
+    /// Has the next program wait when it opens @p file for reading, until readOn(), or until this object goes.
     void holdBack(const QString &file);
     void readOn() { QFile::remove(gate()); }
-    /// Has the next program take \a milliseconds to open any file of a plug-in.
+    /// Has the next program take @p milliseconds to open any file of a plug-in.
     void slowDown(int milliseconds);
 
     [[nodiscard]] bool start(const QStringList &arguments);

@@ -59,7 +59,7 @@ Element randomTree(QRandomGenerator &random, int depth, int maximumAttributes)
     return element;
 }
 
-/// The tree as RecordingSink prints it, or the reason why `bytes` can't be read.
+/// The tree as RecordingSink prints it, or the reason why @p bytes can't be read.
 QString reread(const QByteArray &bytes)
 {
     RecordingSink sink;

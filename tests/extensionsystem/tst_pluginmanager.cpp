@@ -57,7 +57,7 @@ QStringList lines(const char *text)
     return s(text).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
-/// One line for each file: its name, the state, and the reason when there is one. Where a line of \a expected ends in
+/// One line for each file: its name, the state, and the reason when there is one. Where a line of @p expected ends in
 /// "..." (what follows there is the system's wording), the actual line is cut likewise.
 QStringList pictureOf(const PluginManager &manager, const QStringList &expected = {})
 {

@@ -38,17 +38,17 @@ void makeLink(const QByteArray &aim, const QString &path);
 void makeHardLink(const QString &existing, const QString &path);
 void makePipe(const QString &path);
 void makeSocket(const QString &path);
-/// A file of `size` bytes that takes no room.
+/// A file of @p size bytes that takes no room.
 void makeSparse(const QString &path, qint64 size);
 void makeDirectory(const QString &path, mode_t mode = 0755);
 void setMode(const QString &path, mode_t mode);
 /// To the user of Child; nothing happens when the tests are not run by root.
 void giveAway(const QString &path);
 [[nodiscard]] struct stat statusOf(const QString &path);
-/// All names in `directory`, sorted.
+/// All names in @p directory, sorted.
 [[nodiscard]] QStringList namesIn(const QString &directory);
 
-/// A well-formed extension file of exactly `size` bytes (at least 100) whose values consist of `letter`.
+/// A well-formed extension file of exactly @p size bytes (at least 100) whose values consist of @p letter.
 [[nodiscard]] QByteArray documentOf(int size, char letter = 'x');
 
 /// Keeps the warnings of the "extpoint." categories for as long as it lives. Any thread may log.
@@ -78,7 +78,7 @@ public:
     /// Run as a user who is not root, for whom permissions count, within patienceMs(). Returns what is wrong, or
     /// nothing.
     std::function<QString()> act;
-    /// If it is not empty, a disk of `diskKiB` is mounted here for the child alone.
+    /// If it is not empty, a disk of @p diskKiB is mounted here for the child alone.
     QString disk;
     int diskKiB = 0;
 

@@ -114,7 +114,7 @@ QByteArray pointWith(const QByteArray &attributes, const QByteArray &content)
     return bytes.replace("$a", attributes).replace("$c", content);
 }
 
-/// \a pattern with the numbers from 0 on for its "#", one after the other.
+/// @p pattern with the numbers from 0 on for its "#", one after the other.
 QByteArray numbered(int count, const QByteArray &pattern)
 {
     QByteArray all;
@@ -218,7 +218,7 @@ QString quitInMidScan(QApplication &application, const QString &path, int delay)
     return editor.isBusy() ? QStringLiteral("in mid-scan") : QStringLiteral("too late");
 }
 
-/// Runs this program with the arguments after the words of \a wrapper. What it prints, when it ends as it should.
+/// Runs this program with the arguments after the words of @p wrapper. What it prints, when it ends as it should.
 QString outputOfChild(QStringList wrapper, const QStringList &arguments)
 {
     QProcess child;

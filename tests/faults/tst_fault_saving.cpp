@@ -124,7 +124,7 @@ Setup within(mode_t directory, int size = 5'000, mode_t mode = 0644)
 
 void nothing(const Place &) { }
 
-/// Of the extended attribute `name`; empty if there is none.
+/// Of the extended attribute @p name; empty if there is none.
 QByteArray attribute(const QString &path, const char *name)
 {
     char value[256];

@@ -163,7 +163,7 @@ void tst_ProjectExplorer::follows()
     QTRY_COMPARE(picture(), s("alarms new units!*"));
     // What comes inside of a directory is seen when the user comes back.
     make("alarms");
-    emit qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationActive);
     QTRY_COMPARE(picture(), s("alarms! new units!*"));
     QCOMPARE(m_view->currentIndex().data().toString(), s("units"));
 }

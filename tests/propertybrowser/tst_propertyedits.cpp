@@ -63,7 +63,7 @@ void walk(QWidget *list, Qt::Key key, int times)
     QTest::keyPress(list, Qt::Key_Return);
 }
 
-/// Opens the drop-down with the mouse and picks the entry at `index` with the keys.
+/// Opens the drop-down with the mouse and picks the entry at @p index with the keys.
 Edit choosing(int index)
 {
     return [index](SheetDriver &driver) {

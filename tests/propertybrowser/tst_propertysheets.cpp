@@ -1,7 +1,9 @@
 #include "sheetdriver.h"
 
 #include <QClipboard>
+#include <QHelpEvent>
 #include <QScrollBar>
+#include <QToolTip>
 
 class TestPropertySheets : public QObject
 {
@@ -19,6 +21,7 @@ private slots:
     void fileDialogIsAskedAsTheRecordSays_data();
     void fileDialogIsAskedAsTheRecordSays();
     void accessibleNames();
+    void toolTips();
 };
 
 void TestPropertySheets::refuses_data()
@@ -220,6 +223,29 @@ void TestPropertySheets::fileDialogIsAskedAsTheRecordSays()
     PropertyDialogs::setFileDialog({});
     QVERIFY(QDir::setCurrent(home));
     QCOMPARE(got, asked);
+}
+
+void TestPropertySheets::toolTips()
+{
+    QFETCH_GLOBAL(const SheetDriver::Kind, kind);
+    SheetDriver driver(kind);
+    if (!driver.isTree())
+        return;
+    driver.show({ text("fits", s("short")), text("cut", QString(200, QLatin1Char('x'))),
+        text("wrong", s("soon"), PropertyType::Date) });
+    const auto tipOf = [&driver](const char *name) {
+        QWidget *viewport = driver.treeWidget()->viewport();
+        const QRect value = driver.treeWidget()->visualRect(
+            driver.treeWidget()->model()->index(driver.treeWidget()->indexOfTopLevelItem(driver.row(name)), 1));
+        QHelpEvent event(QEvent::ToolTip, value.center(), viewport->mapToGlobal(value.center()));
+        QApplication::sendEvent(viewport, &event);
+        const QString text = QToolTip::isVisible() ? QToolTip::text() : QString();
+        QToolTip::hideText();
+        return text;
+    };
+    QCOMPARE(tipOf("fits"), QString());
+    QCOMPARE(tipOf("cut"), QString(200, QLatin1Char('x')));
+    QVERIFY2(tipOf("wrong").contains(s("yyyy-MM-dd")), qPrintable(tipOf("wrong")));
 }
 
 void TestPropertySheets::accessibleNames()

@@ -205,6 +205,7 @@ void TestRealizationPage::menuOffers()
     page.clickPoint();
     QTEST(page.menuOf(entry).join(QLatin1Char(';')), "offered");
     QVERIFY(page.menu(page.formats(), QPoint(5, page.formats()->viewport()->height() - 2)).isEmpty());
+    QCOMPARE(page.menu(page.table(), QPoint(5, page.table()->viewport()->height() - 2)), list({ "-Delete", "Meta" }));
 }
 
 void TestRealizationPage::createsAndDeletesEntries()

@@ -10,6 +10,7 @@
 #include <QDragMoveEvent>
 #include <QDropEvent>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPointer>
@@ -20,6 +21,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 using namespace DropTesting;
 
@@ -389,24 +391,31 @@ void TestDragging::scrollingAtTheEdge()
 {
     Bench bench;
     bench.resize(1100, 160);
+    bench.points->header()->setStretchLastSection(false);
+    bench.points->header()->resizeSection(0, 3000);
     TreeItemMimeData data;
-    const QScrollBar *bar = bench.points->verticalScrollBar();
-    QTRY_VERIFY(bar->maximum() > 3);
-    const int height = bench.points->viewport()->height();
-    QVERIFY(whileDragging(bench.format, bench.place(s("i2")), [&] {
-        const auto hold = [&](int y) {
-            QDragMoveEvent move(QPoint(50, y), Qt::CopyAction, &data, Qt::LeftButton, {});
-            bench.points->dragMoveEvent(&move);
-        };
-        hold(height - 2);
-        QTRY_COMPARE(bar->value(), bar->maximum());
-        hold(2);
-        QTRY_VERIFY(bar->value() < bar->maximum() - 1);
-        hold(height / 2);
-        const int rest = bar->value();
-        QTest::qWait(150);
-        QCOMPARE(bar->value(), rest);
-    }));
+    const QSize size = bench.points->viewport()->size();
+    const QPoint middle(size.width() / 2, size.height() / 2);
+    const std::pair<QScrollBar *, QPoint> ways[] = { { bench.points->verticalScrollBar(), { 0, middle.y() - 2 } },
+        { bench.points->horizontalScrollBar(), { middle.x() - 2, 0 } } };
+    for (const auto &[bar, toEdge] : ways) {
+        QTRY_VERIFY(bar->maximum() > 3);
+        QVERIFY(whileDragging(bench.format, bench.place(s("i2")), [&, bar = bar, toEdge = toEdge] {
+            const auto hold = [&](const QPoint &place) {
+                QDragMoveEvent move(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+                bench.points->dragMoveEvent(&move);
+            };
+            bar->setValue(bar->maximum() - 2);
+            hold(middle + toEdge);
+            QTRY_COMPARE(bar->value(), bar->maximum());
+            hold(middle - toEdge);
+            QTRY_VERIFY(bar->value() < bar->maximum() - 1);
+            hold(middle);
+            const int rest = bar->value();
+            QTest::qWait(150);
+            QCOMPARE(bar->value(), rest);
+        }));
+    }
 }
 
 void TestDragging::sourceDiesInMidDrag()

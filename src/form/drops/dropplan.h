@@ -16,7 +16,7 @@ struct DropPlan
     };
 
     Place place = Place::Nothing;
-    /// The change is made in the opened file beside the row, with `through` as the "parent", and not in the row's own
+    /// The change is made in the opened file beside the row, with @p through as the "parent", and not in the row's own
     /// node.
     bool recorded = false;
     PointTreeWidgetItem *through = nullptr; ///< the node that takes the kind: the row, or one that it also stands for

@@ -143,6 +143,6 @@ void FlagsBox::take(const QVector<bool> &chosen)
 {
     if (chosen != m_chosen) {
         setChosen(chosen);
-        emit choiceMade();
+        Q_EMIT choiceMade();
     }
 }

@@ -21,7 +21,7 @@ public:
     void showPopup() override;
     void hidePopup() override;
 
-signals:
+Q_SIGNALS:
     /// The list was closed with another choice than it was opened with.
     void choiceMade();
 

@@ -17,7 +17,7 @@ namespace IsoTime {
 [[nodiscard]] QTime time(const QString &text);
 /// With "T" or a blank between the parts, and with "Z", an offset or, for local time, nothing at the end. The name of a
 /// zone may follow after a blank: the time is its local time then, and the offset tells apart two that are alike.
-/// `known` is what a zone of that name is taken to be.
+/// @p known is what a zone of that name is taken to be.
 [[nodiscard]] QDateTime dateTime(const QString &text, const QTimeZone &known = QTimeZone());
 
 [[nodiscard]] QString text(QDate date);
@@ -28,13 +28,13 @@ namespace IsoTime {
 /// The same zone, and the same offset where the zone has it at that time.
 [[nodiscard]] QDateTime moved(const QDateTime &dateTime, QDate date, QTime time);
 
-/// The part of the form at `cursor` is moved on by `steps`, the other parts following as in a calendar.
+/// The part of the form at @p cursor is moved on by @p steps, the other parts following as in a calendar.
 [[nodiscard]] QDate stepped(QDate date, int cursor, int steps);
 /// Goes round at midnight.
 [[nodiscard]] QTime stepped(QTime time, int cursor, int steps);
 [[nodiscard]] QDateTime stepped(const QDateTime &dateTime, int cursor, int steps);
 
-/// Gives the editor a button that drops down a calendar at `start`; `chosen` makes the row's text of a chosen day.
+/// Gives the editor a button that drops down a calendar at @p start; @p chosen makes the row's text of a chosen day.
 void addCalendar(TextEntryEditor *editor, const std::function<QDate(const TextEntryEditor *)> &start,
     const std::function<QString(const TextEntryEditor *, QDate)> &chosen);
 

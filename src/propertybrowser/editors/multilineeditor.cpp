@@ -27,7 +27,7 @@ bool matches(const PropertyItem &item, const QString &text)
 constexpr QChar FrameBegin(0xfdd0);
 constexpr QChar FrameEnd(0xfdd1);
 
-/// How long the line break at `at` is, which the widget turns into one line feed; 0 where there is none.
+/// How long the line break at @p at is, which the widget turns into one line feed; 0 where there is none.
 int breakLength(const QString &text, int at)
 {
     const QChar c = text.at(at);
@@ -69,7 +69,7 @@ QString joined(const QString &head, QString tail)
     return head + tail;
 }
 
-/// `edited`, which came about from `unified(old)`, with the line breaks that `old` has around what has changed.
+/// @p edited, which came about from `unified(old)`, with the line breaks that @p old has around what has changed.
 QString withBreaksOf(const QString &old, const QString &edited)
 {
     const QString before = unified(old);

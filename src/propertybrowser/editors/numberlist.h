@@ -7,11 +7,11 @@
 /// semicolons and "x" separate, whichever are used.
 namespace NumberList {
 
-/// Empty when the text is anything but `count` numbers in the range of an int.
+/// Empty when the text is anything but @p count numbers in the range of an int.
 [[nodiscard]] QVector<int> parse(const QString &text, int count);
-/// `pattern` with its numbers replaced in order; what stands between them stays. It must have as many numbers.
+/// @p pattern with its numbers replaced in order; what stands between them stays. It must have as many numbers.
 [[nodiscard]] QString withNumbers(const QString &pattern, const QVector<int> &numbers);
-/// Moves the number at `cursor` on; false, and nothing changed, when the text is no list or the number can't move.
+/// Moves the number at @p cursor on; false, and nothing changed, when the text is no list or the number can't move.
 [[nodiscard]] bool step(QString *text, int count, int cursor, int steps);
 
 } // namespace NumberList

@@ -4,8 +4,8 @@
 #include "propertybrowser/editors/textcodec.h"
 #include "propertybrowser/propertyitem.h"
 
-/// The codec of values that are typed as a list of whole numbers. `Kind` tells how: `Count`, the text `zero()`, the
-/// numbers `of()` a value, the `value()` of numbers, and the `hint()`.
+/// The codec of values that are typed as a list of whole numbers. @p Kind tells how: Count, the text zero(), the
+/// numbers of() a value, the value() of numbers, and the hint().
 template <typename Kind>
 TextCodec numberListCodec()
 {

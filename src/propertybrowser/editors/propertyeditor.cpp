@@ -29,7 +29,7 @@ bool PropertyEditor::commit()
     const QVariant committedValue = value();
     m_item.setVal(committedValue);
     restore();
-    emit committed(m_item.name(), committedValue);
+    Q_EMIT committed(m_item.name(), committedValue);
     return true;
 }
 
@@ -70,7 +70,7 @@ void PropertyEditor::commitChoice()
     const QPointer<PropertyEditor> self(this);
     commit();
     if (self) {
-        emit ended(End::Committed);
+        Q_EMIT ended(End::Committed);
     }
 }
 
@@ -129,7 +129,7 @@ bool PropertyEditor::handleKey(QKeyEvent *event)
         if (!commit()) {
             QToolTip::showText(m_inner->mapToGlobal(QPoint(0, m_inner->height())), m_problem.toHtmlEscaped(), m_inner);
         } else if (self) {
-            emit ended(End::Committed);
+            Q_EMIT ended(End::Committed);
         }
         return true;
     }
@@ -137,7 +137,7 @@ bool PropertyEditor::handleKey(QKeyEvent *event)
         // Where there is nothing to give up, the window may close on it.
         event->setAccepted(m_inPlace || isModified());
         restore();
-        emit ended(End::Cancelled);
+        Q_EMIT ended(End::Cancelled);
         return true;
     }
     const bool opens = (key == Qt::Key_F4 && plain) || (key == Qt::Key_Down && event->modifiers() == Qt::AltModifier);
@@ -171,6 +171,6 @@ void PropertyEditor::focusLeft(Qt::FocusReason reason)
         restore();
     }
     if (self) {
-        emit ended(End::FocusLeft);
+        Q_EMIT ended(End::FocusLeft);
     }
 }

@@ -49,15 +49,15 @@ public:
     /// The height at which the whole editor is seen.
     [[nodiscard]] int fullHeight() const { return QWidget::sizeHint().height(); }
 
-signals:
+Q_SIGNALS:
     void committed(const QString &name, const QVariant &value);
     void ended(PropertyEditor::End how);
 
 protected:
-    /// Makes `inner` the widget that has the row's focus, keys and accessible name.
+    /// Makes @p inner the widget that has the row's focus, keys and accessible name.
     void setInner(QWidget *inner);
     [[nodiscard]] QWidget *inner() const { return m_inner; }
-    /// Marks `inner` as refused, with the reason as tool tip and accessible description; an empty reason ends it.
+    /// Marks @p inner as refused, with the reason as tool tip and accessible description; an empty reason ends it.
     void mark(const QString &problem);
     /// That of the button beside a line, alike in all rows.
     [[nodiscard]] int buttonWidth() const { return fontMetrics().height() + 8; }

@@ -13,7 +13,7 @@ class SteppingEdit final : public QAbstractSpinBox
     Q_OBJECT
 
 public:
-    /// `codec` must have `step` and live as long as the widget.
+    /// @p codec must have @p step and live as long as the widget.
     SteppingEdit(const PropertyItem &item, const TextCodec &codec, QWidget *parent);
 
     [[nodiscard]] QLineEdit *line() const { return lineEdit(); }

@@ -10,13 +10,13 @@ class PropertyItem;
 struct TextCodec
 {
     /// The value that a text stands for, invalid when it is none or is out of the item's bounds. Never given an empty
-    /// text, except where `emptyIsText`.
+    /// text, except where @p emptyIsText.
     QVariant (*parse)(const PropertyItem &item, const QString &text);
     /// The text shown for a value of the kind's own type. Values are the same when their texts are.
     QString (*format)(const QVariant &value);
-    /// The text that is handed out for a record that came with a text. Null: the same as `format`.
+    /// The text that is handed out for a record that came with a text. Null: the same as @p format.
     QString (*store)(const PropertyItem &item, const QVariant &value) = nullptr;
-    /// The value of a text that the record came with. Null: the same as `parse`.
+    /// The value of a text that the record came with. Null: the same as @p parse.
     QVariant (*load)(const PropertyItem &item, const QString &text) = nullptr;
     /// What is expected, told to the user whose text is refused.
     QString (*hint)(const PropertyItem &item) = nullptr;
@@ -24,7 +24,7 @@ struct TextCodec
     bool (*step)(const PropertyItem &item, QString *text, int cursor, int steps) = nullptr;
     /// A record that came without a value gets a value of the kind's own type, not a text.
     bool isNumber = false;
-    /// An empty text is a value like any other and `parse` decides; otherwise it means "no value".
+    /// An empty text is a value like any other and @p parse decides; otherwise it means "no value".
     bool emptyIsText = false;
 
     [[nodiscard]] bool handsOutText(const PropertyItem &item) const;

@@ -15,10 +15,10 @@ class TextEntryEditor final : public PropertyEditor
     Q_OBJECT
 
 public:
-    /// `codec` must live as long as the editor.
+    /// @p codec must live as long as the editor.
     TextEntryEditor(const PropertyItem &item, const TextCodec &codec, QWidget *parent);
 
-    /// Adds a button that runs `choose`, as F4 and Alt+Down do. `name` is its tool tip and accessible name.
+    /// Adds a button that runs @p choose, as F4 and Alt+Down do. @p name is its tool tip and accessible name.
     QToolButton *addButton(const QString &text, const QString &name, std::function<void(TextEntryEditor *)> choose);
     [[nodiscard]] QLineEdit *line() const { return m_line; }
     /// The value of the typed text in the kind's own type, invalid when it is empty or refused.

@@ -206,7 +206,7 @@ QJsonObject tabPlace(const QTabWidget *tabs, const QString &text)
     return error(QStringLiteral("no such tab"));
 }
 
-/// \a path holds texts of the first column, or numbers of rows.
+/// @p path holds texts of the first column, or numbers of rows.
 QJsonObject cellPlace(const QAbstractItemView *view, const QJsonArray &path, int column)
 {
     const QAbstractItemModel &model = *view->model();
