@@ -33,7 +33,7 @@ public Q_SLOTS:
     void on_pushButton_add_clicked();
     void on_pushButton_delete_clicked();
     void on_tableWidget_itemClicked(QTableWidgetItem *cell);
-    void propertyChanged(const QString &name, const QVariant &value);
+    void propertyChanged(const QString &name, const QVariant &typed);
     void on_pushButton_close_clicked();
     // NOLINTEND(readability-identifier-naming)
 

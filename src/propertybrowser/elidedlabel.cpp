@@ -39,6 +39,6 @@ void ElidedLabel::paintEvent(QPaintEvent * /*event*/)
     QPainter painter(this);
     const QString shown = fontMetrics().elidedText(m_fullText, Qt::ElideRight, width());
     style()->drawItemText(&painter, rect(),
-        QStyle::visualAlignment(layoutDirection(), { Qt::AlignLeft | Qt::AlignVCenter }), palette(), isEnabled(), shown,
-        foregroundRole());
+        int(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter)), palette(), isEnabled(),
+        shown, foregroundRole());
 }
