@@ -227,10 +227,7 @@ void TestPropertySheets::fileDialogIsAskedAsTheRecordSays()
 
 void TestPropertySheets::toolTips()
 {
-    QFETCH_GLOBAL(const SheetDriver::Kind, kind);
-    SheetDriver driver(kind);
-    if (!driver.isTree())
-        return;
+    SheetDriver driver(SheetDriver::Tree);
     driver.show({ text("fits", s("short")), text("cut", QString(200, QLatin1Char('x'))),
         text("wrong", s("soon"), PropertyType::Date) });
     const auto tipOf = [&driver](const char *name) {
