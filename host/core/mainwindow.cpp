@@ -130,7 +130,8 @@ MainWindow::~MainWindow()
 
 void MainWindow::createMenus()
 {
-    QMenu *file = menuBar()->addMenu(tr("&File"));
+    m_fileMenu = menuBar()->addMenu(tr("&File"));
+    QMenu *file = m_fileMenu;
     addAction(file, QStringLiteral("document-open"), tr("&Open…"), QKeySequence::Open, &MainWindow::chooseFile);
     m_recentMenu = file->addMenu(tr("Open &Recent"));
     m_recentMenu->setObjectName(QStringLiteral("recentMenu"));
@@ -154,14 +155,32 @@ void MainWindow::createMenus()
     quitAction->setObjectName(QStringLiteral("quitAction"));
     quitAction->setMenuRole(QAction::QuitRole);
 
-    m_viewMenu = menuBar()->addMenu(tr("&View"));
-    m_viewMenu->setObjectName(QStringLiteral("viewMenu"));
-    m_viewMenu->menuAction()->setVisible(false);
+    m_editMenu = createGrowingMenu(tr("&Edit"), QStringLiteral("editMenu"));
+    m_viewMenu = createGrowingMenu(tr("&View"), QStringLiteral("viewMenu"));
 
-    QMenu *help = menuBar()->addMenu(tr("&Help"));
+    m_helpMenu = menuBar()->addMenu(tr("&Help"));
+    QMenu *help = m_helpMenu;
     addAction(help, QString(), tr("About &Plug-ins…"), QKeySequence(), &MainWindow::showAboutPlugins)
         ->setObjectName(QStringLiteral("aboutPluginsAction"));
     addAction(help, QStringLiteral("help-about"), tr("&About"), QKeySequence(), &MainWindow::showAbout);
+}
+
+QMenu *MainWindow::createGrowingMenu(const QString &title, const QString &objectName)
+{
+    QMenu *menu = menuBar()->addMenu(title);
+    menu->setObjectName(objectName);
+    menu->menuAction()->setVisible(false);
+    menu->installEventFilter(this);
+    return menu;
+}
+
+bool MainWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::ActionAdded) {
+        if (auto *menu = qobject_cast<QMenu *>(watched))
+            menu->menuAction()->setVisible(true);
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 QAction *MainWindow::addAction(
@@ -191,7 +210,6 @@ void MainWindow::addDock(Qt::DockWidgetArea area, QDockWidget *dock)
 {
     addDockWidget(area, dock);
     m_viewMenu->addAction(dock->toggleViewAction());
-    m_viewMenu->menuAction()->setVisible(true);
     // A dock that came after restorePlace() gets its old place by itself this way.
     restoreDockWidget(dock);
 }

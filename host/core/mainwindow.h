@@ -13,6 +13,7 @@
 
 class QAction;
 class QDockWidget;
+class QMenu;
 class QMessageBox;
 class QSettings;
 class QStackedWidget;
@@ -56,6 +57,12 @@ public:
 
     [[nodiscard]] IEditor *currentEditor() const { return m_editor; }
 
+    /// For what has a class of its own and wants an entry. "Edit" and "View" are shown once they have one.
+    [[nodiscard]] QMenu *fileMenu() const { return m_fileMenu; }
+    [[nodiscard]] QMenu *editMenu() const { return m_editMenu; }
+    [[nodiscard]] QMenu *viewMenu() const { return m_viewMenu; }
+    [[nodiscard]] QMenu *helpMenu() const { return m_helpMenu; }
+
     void addDock(Qt::DockWidgetArea area, QDockWidget *dock);
     /// Shows in the status bar that some plug-ins could not be loaded.
     void setPluginProblems(int count);
@@ -74,9 +81,12 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void createMenus();
+    /// A menu of the menu bar that is seen once it has an entry.
+    [[nodiscard]] QMenu *createGrowingMenu(const QString &title, const QString &objectName);
     void createStatusBar();
     QAction *addAction(QMenu *menu, const QString &iconName, const QString &text, const QKeySequence &shortcut,
         void (MainWindow::*slot)());
@@ -125,8 +135,11 @@ private:
     FileSaving *m_saving = nullptr;
     WelcomePage *m_welcome = nullptr;
     BusyIndicator *m_busy = nullptr;
-    QMenu *m_recentMenu = nullptr;
+    QMenu *m_fileMenu = nullptr;
+    QMenu *m_editMenu = nullptr;
     QMenu *m_viewMenu = nullptr;
+    QMenu *m_helpMenu = nullptr;
+    QMenu *m_recentMenu = nullptr;
     QAction *m_recoveredAction = nullptr;
     QAction *m_saveAction = nullptr;
     QAction *m_revertAction = nullptr;
