@@ -7,6 +7,7 @@
 #include "core/filesaving.h"
 #include "core/idocument.h"
 #include "core/ieditor.h"
+#include "core/undohistory.h"
 #include "core/welcomepage.h"
 
 #include <QApplication>
@@ -108,6 +109,7 @@ MainWindow::MainWindow(EditorManager &editors, QSettings &settings, QWidget *par
     setCentralWidget(centre);
     createMenus();
     createStatusBar();
+    new UndoHistory(m_editors, *this);
 
     connect(m_welcome, &WelcomePage::openRequested, this, &MainWindow::chooseFile);
     connect(m_welcome, &WelcomePage::recoveredFilesRequested, this, &MainWindow::showRecoveredFiles);

@@ -26,6 +26,19 @@ PointTreeWidgetItem *childAt(const PointTreeWidgetItem *node, int row)
     return inside ? node->children().at(row)->item() : nullptr;
 }
 
+/// Makes the row of @p node, which childAt() would find there, the current one; false, and none is current, when there
+/// is no such row.
+bool makeCurrent(QTableWidget *table, const PointTreeWidgetItem *owner, PointTreeWidgetItem *node)
+{
+    const int row = owner && node ? owner->children().indexOf(node) : -1;
+    const bool hasRow = row >= 0 && row < table->rowCount();
+    if (table->currentRow() != (hasRow ? row : -1)) {
+        const QSignalBlocker quiet(table);
+        table->setCurrentCell(hasRow ? row : -1, hasRow ? qMax(0, table->currentColumn()) : -1);
+    }
+    return hasRow;
+}
+
 } // namespace
 
 void DefintionPageBuilder::onDefineTableItemClicked(QTableWidgetItem *cell)
@@ -59,6 +72,30 @@ void DefintionPageBuilder::showAttribute(PointTreeWidgetItem *attribute)
     }
     m_ui->enumGroup->setVisible(isEnum);
     Controller::instance()->flushChanges();
+}
+
+void DefintionPageBuilder::followCurrentRows()
+{
+    if (!makeCurrent(m_ui->defintionTable, m_currentPoint, m_currentAttribute)) {
+        m_currentAttribute = nullptr;
+        m_editTarget = m_currentPoint;
+        m_editMode = EditAttribute;
+    }
+    // What is shown has the fields of its kind, also when a change took them back.
+    if (m_currentAttribute)
+        AttributeSheet::bringIntoLine(m_currentAttribute, fieldsOf(m_currentAttribute->kind()));
+    if (!m_currentAttribute || m_currentAttribute->kind() != QLatin1String("Enum")) {
+        m_ui->enumGroup->hide();
+        return;
+    }
+    {
+        const QSignalBlocker quiet(m_ui->enumTable);
+        TableCells::setRows(m_ui->enumTable, EnumTable::rowsOf(m_currentAttribute));
+    }
+    if (m_editMode == EditEntry && !makeCurrent(m_ui->enumTable, m_currentAttribute, m_editTarget)) {
+        m_editTarget = m_currentAttribute;
+        m_editMode = EditAttribute;
+    }
 }
 
 QList<PropertyItem> DefintionPageBuilder::editInfo() const
@@ -160,47 +197,37 @@ void DefintionPageBuilder::onDelButtonClicked()
 void DefintionPageBuilder::deleteAttribute()
 {
     QTableWidget *table = m_ui->defintionTable;
-    if (table->currentRow() < 0 || !m_currentAttribute)
+    const int row = table->currentRow();
+    if (row < 0 || !m_currentAttribute)
         return;
-    PointTreeWidgetItem *attribute = m_currentAttribute;
-    {
-        // The table moves its current row while the row still stands; the rows and the children fit again only after
-        // it.
-        const QSignalBlocker quiet(table);
-        if (attribute->isKind(QLatin1String("SubExtPoint")))
-            Q_EMIT delDefine(attribute);
-        PointCreation::destroyWithCounterpart(attribute);
-        table->removeRow(table->currentRow());
-    }
+    if (m_currentAttribute->isKind(QLatin1String("SubExtPoint")))
+        Q_EMIT delDefine(m_currentAttribute);
+    PointCreation::destroyWithCounterpart(m_currentAttribute);
     Controller::instance()->flushChanges();
-    if (table->currentRow() < 0) {
+    if (table->rowCount() == 0) {
         // The last one takes the change with it: the document is not marked, as by the next edit it will be.
         m_ui->editInfoWidget->hide();
         m_ui->enumGroup->hide();
         updateButtons();
         return;
     }
-    onDefineTableItemClicked(table->item(table->currentRow(), 1));
+    table->setCurrentCell(qMin(row, table->rowCount() - 1), 1);
     Q_EMIT modified(true);
 }
 
 void DefintionPageBuilder::deleteEntry()
 {
     QTableWidget *table = m_ui->enumTable;
-    if (table->currentRow() < 0 || !m_editTarget || !m_currentAttribute || m_editMode != EditEntry)
+    const int row = table->currentRow();
+    if (row < 0 || !m_editTarget || !m_currentAttribute || m_editMode != EditEntry)
         return;
-    {
-        const QSignalBlocker quiet(table);
-        PointCreation::destroyWithCounterpart(m_editTarget);
-        table->removeRow(table->currentRow());
-    }
+    PointCreation::destroyWithCounterpart(m_editTarget);
     Controller::instance()->flushChanges();
-    if (table->currentRow() < 0) {
+    if (table->rowCount() == 0) {
         m_ui->editInfoWidget->hide();
-        m_editMode = EditAttribute;
         updateButtons();
         return;
     }
-    onEnumTableItemClicked(table->item(table->currentRow(), 1));
+    table->setCurrentCell(qMin(row, table->rowCount() - 1), 1);
     Q_EMIT modified(true);
 }

@@ -332,18 +332,13 @@ void DefintionPageBuilder::follow(const ModelChange &change)
         TableCells::setRows(m_ui->defintionTable,
             currentTakesAttributes() ? AttributeTable::rowsOf(m_currentPoint) : QList<QStringList>());
     }
+    followCurrentRows();
     if (!m_editTarget || m_editTarget == m_currentPoint) {
         m_ui->editInfoWidget->hide();
     } else if (m_ui->editInfoWidget->isVisibleTo(m_ui->splitter)) {
         const QList<PropertyItem> edited = editInfo();
         if (m_ui->editInfoWidget->properties() != edited)
             m_ui->editInfoWidget->showProperties(edited);
-    }
-    if (m_currentAttribute && m_currentAttribute->kind() == QLatin1String("Enum")) {
-        const QSignalBlocker quiet(m_ui->enumTable);
-        TableCells::setRows(m_ui->enumTable, EnumTable::rowsOf(m_currentAttribute));
-    } else {
-        m_ui->enumGroup->hide();
     }
     updateButtons();
 }

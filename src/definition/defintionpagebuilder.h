@@ -88,6 +88,9 @@ private:
     [[nodiscard]] QList<PropertyItem> basicInfo();
     [[nodiscard]] QList<PropertyItem> editInfo() const;
     void showAttribute(PointTreeWidgetItem *attribute);
+    /// The current rows of the tables are those of the nodes whose sheet is shown, wherever these stand by now. What
+    /// has no row any more has no sheet either.
+    void followCurrentRows();
     void createPointIn(PointTreeWidgetItem *plugin);
     void createSubPointOf(PointTreeWidgetItem *point);
     void destroyPoint(PointTreeWidgetItem *point);

@@ -1,17 +1,35 @@
 #include "extpointeditordocument.h"
 
+#include "changetexts.h"
 #include "extpointeditorconstants.h"
 #include "model/controller.h"
+#include "model/ownchange.h"
 #include "model/sourcedatamanager.h"
 #include "savereporttexts.h"
 
 #include <utils/filename.h>
+
+#include <utility>
 
 namespace PointEditor::Internal {
 
 namespace {
 
 constexpr char busyProperty[] = "busy";
+
+class EditorState final : public Core::DocumentState
+{
+public:
+    explicit EditorState(std::shared_ptr<const OwnState> own) : m_own(std::move(own)) { }
+    [[nodiscard]] qint64 size() const override { return m_own->size(); }
+    [[nodiscard]] static const OwnState &own(const Core::UndoableDocument::State &state)
+    {
+        return *static_cast<const EditorState &>(*state).m_own;
+    }
+
+private:
+    std::shared_ptr<const OwnState> m_own;
+};
 
 } // namespace
 
@@ -112,6 +130,24 @@ bool ExtPointEditorDocument::saveNow(QString *)
     m_modified = false;
     Q_EMIT changed();
     return true;
+}
+
+ExtPointEditorDocument::State ExtPointEditorDocument::documentState()
+{
+    return std::make_shared<EditorState>(m_manager->ownStates().take());
+}
+
+void ExtPointEditorDocument::setDocumentState(const State &state)
+{
+    m_manager->ownStates().restore(EditorState::own(state));
+    m_manager->changes().flush();
+    onModified(true);
+}
+
+ExtPointEditorDocument::Change ExtPointEditorDocument::changeBetween(const State &before, const State &after) const
+{
+    const OwnChange change = OwnChange::between(EditorState::own(before), EditorState::own(after));
+    return { ChangeTexts::of(change), change.what == OwnChange::What::Removed };
 }
 
 QByteArray ExtPointEditorDocument::contents() const

@@ -21,7 +21,8 @@ namespace PointEditor::Internal {
 /// While sibling plug-ins are read in the background, the object's dynamic property "busy" is true.
 class ExtPointEditorDocument final : public Core::IDocument,
                                      public Core::RecoverableDocument,
-                                     public Core::ReportingDocument
+                                     public Core::ReportingDocument,
+                                     public Core::UndoableDocument
 {
     Q_OBJECT
     Q_PROPERTY(QString plainText READ plainText)
@@ -54,6 +55,10 @@ public:
     [[nodiscard]] Core::SaveReport saveReport() override;
     /// Sets no error text, as open().
     [[nodiscard]] bool saveNow(QString *errorString) override;
+
+    [[nodiscard]] State documentState() override;
+    void setDocumentState(const State &state) override;
+    [[nodiscard]] Change changeBetween(const State &before, const State &after) const override;
 
     /// Calls @p action once the siblings have been read: at once when they have. Not after @p context has gone.
     void whenScanned(QObject *context, const std::function<void()> &action) const;

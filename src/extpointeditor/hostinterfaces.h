@@ -4,9 +4,10 @@
 // nothing of them, the editor has the same functions and nobody calls them.
 
 #if __has_include(<core/recoverabledocument.h>) && __has_include(<core/reportingdocument.h>) \
-    && __has_include(<core/viewkeeper.h>)
+    && __has_include(<core/undoabledocument.h>) && __has_include(<core/viewkeeper.h>)
 #include <core/recoverabledocument.h>
 #include <core/reportingdocument.h>
+#include <core/undoabledocument.h>
 #include <core/viewkeeper.h>
 #else
 
@@ -15,6 +16,8 @@
 #include <QStringList>
 #include <QVariantMap>
 #include <QVector>
+
+#include <memory>
 
 namespace Core {
 
@@ -47,6 +50,31 @@ public:
     [[nodiscard]] virtual QVector<UnreadableFile> unreadableFiles() const = 0;
     [[nodiscard]] virtual SaveReport saveReport() = 0;
     [[nodiscard]] virtual bool saveNow(QString *errorString) = 0;
+};
+
+class DocumentState
+{
+public:
+    virtual ~DocumentState() = default;
+    [[nodiscard]] virtual qint64 size() const = 0;
+};
+
+class UndoableDocument
+{
+public:
+    virtual ~UndoableDocument() = default;
+
+    using State = std::shared_ptr<const DocumentState>;
+
+    struct Change
+    {
+        QString text;
+        bool isDeletion = false;
+    };
+
+    [[nodiscard]] virtual State documentState() = 0;
+    virtual void setDocumentState(const State &state) = 0;
+    [[nodiscard]] virtual Change changeBetween(const State &before, const State &after) const = 0;
 };
 
 class ViewKeeper

@@ -121,6 +121,36 @@ void OwnPoints::deliver(ScannedFile *file)
     }
 }
 
+void OwnPoints::putIntoPlace(PointTreeWidgetItem *definition, PointTreeWidgetItem *above)
+{
+    PointTreeWidgetItem *offered = definition->link()->item();
+    const QList<PointObject *> &all = definition->parentItem()->children();
+    const auto firstAfter = [&](auto stands) -> PointTreeWidgetItem * {
+        for (int i = all.indexOf(definition) + 1; i < all.size(); ++i) {
+            PointTreeWidgetItem *next = all.at(i)->link()->item();
+            if (next != offered && stands(next))
+                return next;
+        }
+        return nullptr;
+    };
+    PointTreeWidgetItem *next = firstAfter([above](PointTreeWidgetItem *node) { return node->isHeldBy(above); });
+    if (!next || !offered->isHeldBy(above))
+        return;
+    above->detachChild(offered);
+    above->insertIntoListOnly(above->children().indexOf(next), offered);
+    const auto hasRow = [above](PointTreeWidgetItem *node) { return node->QTreeWidgetItem::parent() == above; };
+    PointTreeWidgetItem *nextRow = hasRow(offered) ? firstAfter(hasRow) : nullptr;
+    if (nextRow) {
+        offered->takeRow();
+        above->QTreeWidgetItem::insertChild(above->indexOfChild(nextRow), offered);
+    }
+    forSubtree(offered, [this](PointTreeWidgetItem *node) {
+        const QString key = SiblingSink::indexKey(node->kind(), node->properties());
+        if (m_indexes->remove(NodeIndexes::Points, key, node))
+            enter(key, node);
+    });
+}
+
 void OwnPoints::enter(const QString &key, PointTreeWidgetItem *offered)
 {
     if (key.isEmpty())
@@ -160,6 +190,7 @@ void OwnPoints::childAdded(PointTreeWidgetItem *parent, PointTreeWidgetItem *chi
         offerSet(child);
     } else if (PointTreeWidgetItem *above = offeredOf(parent)) {
         offer(child, above);
+        putIntoPlace(child, above);
     }
     m_changes->noteDefinitions();
 }

@@ -62,6 +62,8 @@ private:
     [[nodiscard]] bool isOwn(const PointTreeWidgetItem *offered) const;
     void enter(const QString &key, PointTreeWidgetItem *offered);
     void deliver(ScannedFile *file);
+    /// What is offered comes at the end; a definition that was put before others is offered before theirs.
+    void putIntoPlace(PointTreeWidgetItem *definition, PointTreeWidgetItem *above);
     void describeOffered(PointTreeWidgetItem *offered);
     void followRoot();
 

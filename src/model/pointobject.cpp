@@ -198,7 +198,7 @@ void PointObject::replaceProperties(const PropertyHash &properties)
 {
     const PropertyHash before = std::exchange(m_properties, properties);
     // A node that is just being made has nobody to tell.
-    if (!m_parent)
+    if (!m_parent && before.isEmpty())
         return;
     for (const PropertyHash::Entry &entry : before) {
         if (!PropertyHash::isSame(properties.value(entry.key), entry.value))

@@ -1,5 +1,7 @@
 #include "propertyhash.h"
 
+#include <algorithm>
+
 PropertyHash::PropertyHash(std::initializer_list<std::pair<QString, QVariant>> entries)
 {
     for (const auto &entry : entries)
@@ -88,4 +90,15 @@ bool operator==(const PropertyHash &left, const PropertyHash &right)
             return false;
     }
     return true;
+}
+
+bool PropertyHash::isIdenticalTo(const PropertyHash &other) const
+{
+    // Copies share what they hold.
+    if (m_entries.constData() == other.m_entries.constData())
+        return true;
+    return std::equal(m_entries.cbegin(), m_entries.cend(), other.m_entries.cbegin(), other.m_entries.cend(),
+        [](const Entry &left, const Entry &right) {
+            return left.key == right.key && left.origin == right.origin && isSame(left.value, right.value);
+        });
 }

@@ -71,6 +71,9 @@ public:
         return left.userType() == right.userType() && left == right;
     }
 
+    /// Same keys, values and origins in one order.
+    [[nodiscard]] bool isIdenticalTo(const PropertyHash &other) const;
+
     /// Same keys with equal values; the order does not matter.
     friend bool operator==(const PropertyHash &left, const PropertyHash &right);
 

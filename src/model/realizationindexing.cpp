@@ -101,6 +101,9 @@ void RealizationIndexing::noteRecord(const PointTreeWidgetItem *node, const Poin
 
 void RealizationIndexing::propertyChanged(PointTreeWidgetItem *node, const QString &key, const QVariant &old)
 {
+    // The root follows the one of the definition side, and stands in no index.
+    if (!node->parentItem())
+        return;
     if ((key == idKey || key == targetKey) && !isSet(node)) {
         const PropertyHash &properties = node->properties();
         const bool isId = key == idKey;

@@ -32,8 +32,8 @@ SourceDataManager::SourceDataManager(const QString &filePath, QObject *parent)
       m_allDataRoot(new PointTreeWidgetItem(QString())), m_fourthRoot(new PointTreeWidgetItem(QString())),
       m_realizationRoot(new PointTreeWidgetItem(QString())),
       m_ownPoints(&m_indexes, &m_changes, [this] { followRoot(); }), m_realizationIndexing(&m_indexes, &m_changes),
-      m_siblings(this, &m_ownPoints), m_attributeTypes(AttributeFields::typeNames()),
-      m_attributeFields(AttributeFields::table())
+      m_ownStates(m_definitionRoot, m_realizationRoot), m_siblings(this, &m_ownPoints),
+      m_attributeTypes(AttributeFields::typeNames()), m_attributeFields(AttributeFields::table())
 {
     m_ownPoints.watch(m_definitionRoot, m_availablePointsRoot);
     m_realizationRoot->setWatcher(&m_realizationIndexing);
@@ -280,12 +280,12 @@ void SourceDataManager::followRoot()
 
 void SourceDataManager::adopt(OpenedFile &file)
 {
-    m_pluginId = file.pluginId;
     for (PointTreeWidgetItem *root : { m_definitionRoot.data(), m_realizationRoot.data() }) {
         root->setProperties(file.rootProperties);
         root->setText(0, root->property(idKey).toString());
         root->setKind(file.rootTag);
     }
+    m_pluginId = file.pluginId;
     for (PointTreeWidgetItem *set : qAsConst(file.definitionSets)) {
         m_definitionRoot->setPluginId(m_definitionRoot->property(idKey).toString());
         m_definitionRoot->addChild(set, false);

@@ -8,6 +8,7 @@
 #include "ownedits.h"
 #include "ownpoints.h"
 #include "ownrealizations.h"
+#include "ownstates.h"
 #include "pointtreewidgetitem.h"
 #include "realizationindexing.h"
 #include "savereport.h"
@@ -106,6 +107,8 @@ public:
     [[nodiscard]] OwnRealizations ownRealizations() const;
     /// How that is changed. Views hear of it as of every change.
     [[nodiscard]] OwnEdits ownEdits();
+    /// What it was at some moment, and the way back there.
+    [[nodiscard]] OwnStates &ownStates() { return m_ownStates; }
     /// What the points of the product say.
     [[nodiscard]] Definitions definitions() const { return Definitions(m_indexes); }
 
@@ -155,6 +158,7 @@ private:
     ModelChanges m_changes;
     OwnPoints m_ownPoints;
     RealizationIndexing m_realizationIndexing;
+    OwnStates m_ownStates;
     FormatMerger m_formatMerger;
     SiblingScan m_siblings;
     QStringList m_attributeTypes;

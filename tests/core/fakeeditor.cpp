@@ -11,6 +11,24 @@
 
 #include "utils/mimedatabase.h"
 
+namespace {
+
+class FakeState final : public Core::DocumentState
+{
+public:
+    explicit FakeState(const QByteArray &content) : m_content(content) { }
+    qint64 size() const override { return m_content.startsWith("heavy") ? 20 * 1024 * 1024 : m_content.size(); }
+    static QByteArray of(const Core::UndoableDocument::State &state)
+    {
+        return static_cast<const FakeState &>(*state).m_content;
+    }
+
+private:
+    QByteArray m_content;
+};
+
+} // namespace
+
 int FakeDocument::alive = 0;
 
 FakeDocument::FakeDocument(QObject *parent) : Core::IDocument(parent)
@@ -107,6 +125,24 @@ bool FakeDocument::openRecovered(QString *errorString, const QString &fileName, 
     m_path = fileName;
     modify(data);
     return true;
+}
+
+FakeDocument::State FakeDocument::documentState()
+{
+    return std::make_shared<FakeState>(m_content);
+}
+
+void FakeDocument::setDocumentState(const State &state)
+{
+    modify(FakeState::of(state));
+}
+
+FakeDocument::Change FakeDocument::changeBetween(const State &before, const State &after) const
+{
+    const QByteArray content = FakeState::of(after);
+    if (FakeState::of(before) == content)
+        return {};
+    return { QString::fromLatin1("To " + content), content.startsWith("deleted") };
 }
 
 void FakeDocument::modify(const QByteArray &content)

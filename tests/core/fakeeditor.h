@@ -4,6 +4,7 @@
 #include "core/ieditor.h"
 #include "core/ieditorfactory.h"
 #include "core/recoverabledocument.h"
+#include "core/undoabledocument.h"
 #include "core/viewkeeper.h"
 
 #include <QTimer>
@@ -17,7 +18,9 @@ class QTabWidget;
 /// "text" nothing but an error text, "refuse" writes and reports a failure, "instruction" writes an XML instruction
 /// alone, "truncated" the first half of a document. busy: how many milliseconds it works in the background after
 /// opening; it can't be recovered meanwhile.
-class FakeDocument final : public Core::IDocument, public Core::RecoverableDocument
+///
+/// Its states are its contents. One that begins with "heavy" weighs 20 MiB, one with "deleted" came of a deletion.
+class FakeDocument final : public Core::IDocument, public Core::RecoverableDocument, public Core::UndoableDocument
 {
     Q_OBJECT
 
@@ -34,6 +37,11 @@ public:
     QByteArray recoveryData() const override;
     bool openRecovered(QString *errorString, const QString &fileName, const QByteArray &data) override;
 
+    State documentState() override;
+    void setDocumentState(const State &state) override;
+    Change changeBetween(const State &before, const State &after) const override;
+
+    const QByteArray &content() const { return m_content; }
     /// Not part of what a FakeDocument saves; only recovery shows it.
     void modify(const QByteArray &content = QByteArray());
     void setSaveMode(const QString &mode) { m_saveMode = mode; }

@@ -3,11 +3,16 @@
 
 #include <QAction>
 #include <QFile>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
+
+#include <numeric>
 
 using Core::MainWindow;
 
@@ -24,6 +29,8 @@ private slots:
     void onePromptAtATime();
     void revert_data();
     void revert();
+    void undo();
+    void undoInAField();
     void openFailureIsTold();
     void furtherFiles();
     void aboutPlugins();
@@ -152,6 +159,84 @@ void tst_MainWindow::revert()
     QCOMPARE(m_window->isWindowModified(), modified && !fresh);
     QCOMPARE(box("errorMessage") != nullptr, told);
     QCOMPARE(current.count() > 0, fresh);
+}
+
+/// A list of what the document was, and a place in it.
+void tst_MainWindow::undo()
+{
+    FakeDocument *document = open();
+    QVERIFY(document);
+    document->modify("0");
+    QCoreApplication::processEvents();
+    const auto weight = [](const QByteArray &content) {
+        return content.startsWith("heavy") ? qint64(20) * 1024 * 1024 : content.size();
+    };
+    QList<QByteArray> states { "0" };
+    int current = 0;
+    QRandomGenerator random(1);
+    const auto *button = m_window->findChild<QToolButton *>(s("undoDeletionButton"));
+    for (int step = 1; step <= 1500; ++step) {
+        switch (random.bounded(step < 900 ? 9 : 5)) {
+        case 0:
+            trigger("undoAction");
+            current = qMax(0, current - 1);
+            break;
+        case 1:
+            trigger("redoAction");
+            current = qMin(int(states.size()) - 1, current + 1);
+            break;
+        case 2:
+            document->modify(); // the same once more
+            QCoreApplication::processEvents();
+            break;
+        default: {
+            static const char *const kinds[] = { "deleted ", "light ", "light ", "heavy " };
+            // A beginning without heavy ones reaches the greatest number of steps.
+            const QByteArray content = kinds[random.bounded(step < 500 ? 3 : 4)] + QByteArray::number(step);
+            document->modify(content);
+            if (random.bounded(2))
+                QCoreApplication::processEvents();
+            else
+                trigger("undoAction"); // what has changed since is known all the same
+            states = states.mid(0, current + 1) << content;
+            const auto bytes = [&] {
+                return std::accumulate(states.cbegin(), states.cend(), qint64(0),
+                    [&](qint64 sum, const QByteArray &state) { return sum + weight(state); });
+            };
+            while (states.size() > 201 || (states.size() > 2 && bytes() > 64 * 1024 * 1024))
+                states.removeFirst();
+            current = int(states.size()) - (document->content() == content ? 1 : 2);
+            if (current == states.size() - 1)
+                QCOMPARE(button->isVisible(), content.startsWith("deleted"));
+        }
+        }
+        QCOMPARE(document->content(), states.at(current));
+        QCOMPARE(m_window->findChild<QAction *>(s("undoAction"))->isEnabled(), current > 0);
+        QCOMPARE(m_window->findChild<QAction *>(s("redoAction"))->isEnabled(), current + 1 < states.size());
+    }
+    QVERIFY(m_window->isWindowModified());
+}
+
+void tst_MainWindow::undoInAField()
+{
+    FakeDocument *document = open();
+    QVERIFY(document);
+    QCoreApplication::processEvents();
+    document->modify("changed");
+    QCoreApplication::processEvents();
+    auto *field = m_window->findChild<QLineEdit *>();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    field->setFocus();
+    QTest::keyClicks(field, s("typed"));
+    QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(field->text(), QString());
+    QCOMPARE(document->content(), QByteArray("changed"));
+    QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
+    QVERIFY(document->content() != "changed");
+    QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(field->text(), s("typed"));
+    QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(document->content(), QByteArray("changed"));
 }
 
 void tst_MainWindow::openFailureIsTold()

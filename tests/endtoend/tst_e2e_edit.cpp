@@ -39,6 +39,7 @@ private slots:
     void cleanup() { finish(); }
     void changeIsSaved();
     void revert();
+    void undo();
     void notWritten_data();
     void notWritten();
     void endedFromOutside_data();
@@ -127,6 +128,31 @@ void tst_E2eEdit::revert()
     STEP(save());
     QVERIFY(contentOf(m_file).contains("name=\"Sheets\""));
     STEP(close());
+}
+
+void tst_E2eEdit::undo()
+{
+    const QByteArray unchanged = savedUnchanged();
+    STEP(openSample());
+    EVENTUALLY(lines("realizationTree"), m_realization);
+    STEP(renameFirstPoint());
+    STEP(click(Place::row(s("defintionTree"), { s("saltmere.chartdesk"), s("Sheets") })));
+    STEP(key(s("Delete")));
+    EVENTUALLY(definition().contains(s("    Sheets")), false);
+    EVENTUALLY(lines("realizationTree") == m_realization, false);
+    STEP(click(Place::widget(s("undoDeletionButton"))));
+    EVENTUALLY(definition(), m_renamed);
+    STEP(key(s("ctrl+z")));
+    EVENTUALLY(definition(), m_definition);
+    EVENTUALLY(lines("realizationTree"), m_realization);
+    STEP(save());
+    QCOMPARE(contentOf(m_file), unchanged);
+    STEP(key(s("ctrl+shift+z")));
+    EVENTUALLY(definition(), m_renamed);
+    EVENTUALLY(isModified(), true);
+    STEP(save());
+    STEP(close());
+    QVERIFY(contentOf(m_file).contains("name=\"Sheets\""));
 }
 
 void tst_E2eEdit::notWritten_data()

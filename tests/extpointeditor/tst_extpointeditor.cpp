@@ -4,6 +4,7 @@
 #include "core/ieditorfactory.h"
 #include "core/recoverabledocument.h"
 #include "core/reportingdocument.h"
+#include "core/undoabledocument.h"
 #include "core/viewkeeper.h"
 #include "extensionsystem/iplugin.h"
 #include "extensionsystem/pluginmanager.h"
@@ -14,6 +15,7 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSplitter>
@@ -129,6 +131,8 @@ private Q_SLOTS:
     void openOtherwise();
     void uncommittedTextCounts_data();
     void uncommittedTextCounts();
+    void changesAreNamedAndUndone_data();
+    void changesAreNamedAndUndone();
     void viewIsCarriedOver();
 
 private:
@@ -315,6 +319,70 @@ void TestExtPointEditor::uncommittedTextCounts()
         bytes = editor.recoverable()->recoveryData();
     }
     QVERIFY2(bytes.contains(written), bytes.constData());
+}
+
+void TestExtPointEditor::changesAreNamedAndUndone_data()
+{
+    QTest::addColumn<QString>("view"); // empty for the format tree
+    QTest::addColumn<QString>("row");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QString>("sentence");
+    const auto row = [](const char *view, const char *rowText, Qt::Key key, const char *sentence) {
+        QTest::newRow(sentence) << s(view) << s(rowText) << int(key) << s(sentence);
+    };
+    row("defintionTree", "P", Qt::Key_Delete, "Deleted point 'u.p' with 3 entries");
+    row("defintionTree", "M", Qt::Key_Delete, "Deleted sub point 'menu'");
+    row("defintionTree", "u", Qt::Key_Insert, "Added point '\\d+'");
+    row("defintionTree", "P", Qt::Key_Insert, "Added sub point 'SubPoint'");
+    row("defintionTable", "e", Qt::Key_Delete, "Deleted attribute 'e' with one entry");
+    row("realizTable", "r", Qt::Key_Delete, "Deleted p 'r'");
+    row("", "m", Qt::Key_Delete, "Deleted menu 'm' with one entry");
+    row("", "chart", Qt::Key_Delete, "Deleted format 'chart' with 2 entries");
+}
+
+void TestExtPointEditor::changesAreNamedAndUndone()
+{
+    QFETCH(const QString, view);
+    QFETCH(const QString, row);
+    QFETCH(const int, key);
+    QFETCH(const QString, sentence);
+    const Sample sample;
+    const QString path = sample.path("units");
+    write(path,
+        "<Plugin id=\"u\"><ExtPointSet><ExtPoint id=\"u.p\" name=\"P\" hasformat=\"true\"><Enum key=\"e\"><Data "
+        "key=\"1\"/></Enum><SubExtPoint key=\"menu\" name=\"M\"/></ExtPoint></ExtPointSet><ExtDataSet><ExtData "
+        "id=\"u.p\"><format id=\"chart\"><menu id=\"m\"><menu id=\"n\"/></menu></format><p id=\"r\" e=\"1\"/></ExtData>"
+        "</ExtDataSet></Plugin>");
+    const OpenedEditor editor(m_factory);
+    QCOMPARE(editor.open(path), Core::IDocument::OpenResult::Success);
+    const bool isDefinition = view.startsWith(s("defintion"));
+    editor.tabs("tabWidget")->setCurrentIndex(isDefinition ? 0 : 1);
+    editor.widget()->show();
+    QVERIFY(QTest::qWaitForWindowActive(editor.widget()));
+    QTRY_VERIFY(!editor.busy());
+    editor.choose(editor.view(isDefinition ? "defintionTree" : "realizationTree"), s("P"));
+    auto *undoable = dynamic_cast<Core::UndoableDocument *>(editor.document());
+    QAbstractItemView *shown = view.isEmpty()
+        ? editor.tabs("formatTab")->currentWidget()->findChild<QAbstractItemView *>()
+        : editor.view(qPrintable(view));
+    editor.choose(shown, row);
+    const QByteArray bytes = editor.recoverable()->recoveryData();
+    const Core::UndoableDocument::State before = undoable->documentState();
+    shown->setFocus();
+    QTest::keyClick(shown, Qt::Key(key));
+    const QByteArray changed = editor.recoverable()->recoveryData();
+    QVERIFY(changed != bytes);
+    const Core::UndoableDocument::State after = undoable->documentState();
+    const auto change = undoable->changeBetween(before, after);
+    QVERIFY2(QRegularExpression(QRegularExpression::anchoredPattern(sentence)).match(change.text).hasMatch(),
+        qPrintable(change.text));
+    QCOMPARE(change.isDeletion, sentence.startsWith(s("Deleted")));
+    undoable->setDocumentState(before);
+    QCOMPARE(editor.recoverable()->recoveryData(), bytes);
+    undoable->setDocumentState(after);
+    QCOMPARE(editor.recoverable()->recoveryData(), changed);
+    QVERIFY(editor.document()->isModified());
+    QVERIFY(undoable->changeBetween(after, undoable->documentState()).text.isEmpty());
 }
 
 void TestExtPointEditor::viewIsCarriedOver()

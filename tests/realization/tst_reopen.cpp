@@ -8,6 +8,7 @@
 #include "form/drops/recorddrop.h"
 #include "form/drops/tabledrop.h"
 #include "model/modeltesting.h"
+#include "model/subtree.h"
 
 #include <QLineEdit>
 #include <QRandomGenerator>
@@ -284,6 +285,31 @@ QString difference(const QStringList &left, const QStringList &right, bool (*all
     return {};
 }
 
+/// All that the opened file's nodes say, in their order, also what no file holds.
+QStringList ownNodes(const Page &page)
+{
+    QStringList lines;
+    for (Node *root : { page.manager->definitionRoot(), page.manager->realizationRoot() }) {
+        QString indent;
+        walkSubtree(
+            root,
+            [&](Node *node) {
+                QString line = indent + node->kind();
+                for (const PropertyHash::Entry &entry : node->properties())
+                    line += s(" %1=%2/%3").arg(entry.key, entry.value.toString()).arg(int(entry.origin));
+                lines.append(line);
+                indent += QLatin1Char(' ');
+            },
+            [&](Node *) { indent.chop(1); });
+    }
+    return lines;
+}
+
+bool isNever(const QString &, const QString &)
+{
+    return false;
+}
+
 } // namespace
 
 class TestReopen : public QObject
@@ -294,8 +320,9 @@ private Q_SLOTS:
     void nothingShownIsOld();
 };
 
-/// Somebody uses both pages at random. Every few steps what is on the screen is what showing it anew shows, and what
-/// the file, opened in a fresh manager with fresh pages, shows and does is what this one does. EXTPOINT_RANDOM_STEPS in
+/// Somebody uses both pages at random, and now and then goes back to what the file was some steps ago, or forth again.
+/// Every few steps what is on the screen is what showing it anew shows, and what the file, opened in a fresh manager
+/// with fresh pages, shows and does is what this one does. EXTPOINT_RANDOM_STEPS in
 /// the environment asks for more steps than the usual 5,000, EXTPOINT_RANDOM_SEED for another beginning.
 void TestReopen::nothingShownIsOld()
 {
@@ -313,6 +340,8 @@ void TestReopen::nothingShownIsOld()
             page.showPage(shown);
         RandomUser user(page, quint32(seed));
         bool isArriving = true;
+        QVector<QPair<std::shared_ptr<const OwnState>, QStringList>> states;
+        QRandomGenerator travel { quint32(seed) };
         for (int step = 1; step <= stepsPerSeed; ++step) {
             user.step();
             if (step % stepsPerLook != 0)
@@ -328,6 +357,14 @@ void TestReopen::nothingShownIsOld()
                 page.builder()->findChild<SheetPane *>()->showAfresh();
                 QTRY_VERIFY(!page.builder()->findChild<FormatTree *>()->isOutdated());
             }
+            states.append({ page.manager->ownStates().take(), ownNodes(page) });
+            if (travel.bounded(3) == 0) {
+                const auto &state = states.at(travel.bounded(states.size()));
+                page.manager->ownStates().restore(*state.first);
+                const QString undone = difference(ownNodes(page), state.second, isNever);
+                QVERIFY2(undone.isEmpty(), where(undone).constData());
+                page.manager->changes().flush();
+            }
             const QStringList now = shownNow(page);
             QString differs = difference(now, shownAnew(page), isOfADrop);
             QVERIFY2(differs.isEmpty(), where(differs).constData());
@@ -337,7 +374,7 @@ void TestReopen::nothingShownIsOld()
             const QStringList here = everything(page);
             {
                 Page fresh(page, bytes);
-                differs = difference(here, everything(fresh), [](const QString &, const QString &) { return false; });
+                differs = difference(here, everything(fresh), isNever);
                 QVERIFY2(differs.isEmpty(), where(differs).constData());
             }
         }
