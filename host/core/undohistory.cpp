@@ -65,7 +65,6 @@ UndoHistory::UndoHistory(EditorManager &editors, MainWindow &window)
     m_redo->setShortcuts({ QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_Z), QKeySequence(Qt::CTRL + Qt::Key_Y) });
     connect(m_redo, &QAction::triggered, this, &UndoHistory::redo);
     m_undoDeletion->setObjectName(QStringLiteral("undoDeletionButton"));
-    m_undoDeletion->setAutoRaise(true);
     m_undoDeletion->setText(tr("Undo"));
     m_undoDeletion->hide();
     connect(m_undoDeletion, &QToolButton::clicked, this, &UndoHistory::undo);

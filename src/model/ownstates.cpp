@@ -137,10 +137,15 @@ void OwnStates::restore(const OwnState &state)
     if (!m_definitions || !m_realizations || !state.m_definitions || !state.m_realizations)
         return;
     m_definitionSide = true;
+    m_made.clear();
     restoreSide(m_definitions, state.m_definitions);
     setDefinitionRows(m_definitions);
+    // As when the file was opened.
+    for (PointTreeWidgetItem *node : qAsConst(m_made))
+        node->setExpanded(true);
     m_definitionSide = false;
     restoreSide(m_realizations, state.m_realizations);
+    m_made.clear();
 }
 
 void OwnStates::restoreSide(Node *root, const OwnState::Part &wanted)
@@ -214,5 +219,6 @@ PointTreeWidgetItem *OwnStates::nodeOf(const OwnState::Node &wanted)
         node->setDefinitionSide();
     wanted.identity->node = node;
     m_identities.insert(node, wanted.identity);
+    m_made.append(node);
     return node;
 }

@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QPointer>
 #include <QString>
+#include <QVector>
 
 #include <memory>
 #include <vector>
@@ -79,6 +80,7 @@ private:
     QPointer<PointTreeWidgetItem> m_definitions;
     QPointer<PointTreeWidgetItem> m_realizations;
     QHash<const PointTreeWidgetItem *, std::shared_ptr<OwnState::Identity>> m_identities;
-    int m_alive = 0;               ///< nodes at the last take()
-    bool m_definitionSide = false; ///< of what is being restored
+    QVector<PointTreeWidgetItem *> m_made; ///< while restoring
+    int m_alive = 0;                       ///< nodes at the last take()
+    bool m_definitionSide = false;         ///< of what is being restored
 };
