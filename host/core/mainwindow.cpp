@@ -233,8 +233,11 @@ void MainWindow::setPluginProblems(int count)
 
 void MainWindow::restorePlace()
 {
-    const QRect available = screen()->availableGeometry();
-    resize(InitialSize.boundedTo(available.size()));
+    // The frame comes on top, and would push the status line off a small screen.
+    const int frame
+        = style()->pixelMetric(QStyle::PM_TitleBarHeight) + style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+    const QSize available = screen()->availableGeometry().size();
+    resize(InitialSize.boundedTo(available - QSize(frame, 2 * frame)));
     restoreGeometry(m_settings.value(geometryKey()).toByteArray());
     restoreState(m_settings.value(stateKey()).toByteArray());
 }
