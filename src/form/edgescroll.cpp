@@ -8,9 +8,19 @@
 
 namespace {
 
-constexpr int margin = 24;     // pixels from the edge
-constexpr int interval = 40;   // milliseconds between two steps
-constexpr int stepPixels = 12; // what a step is where the view scrolls by pixels
+constexpr int margin = 24;   // pixels from the edge
+constexpr int interval = 40; // milliseconds between two steps
+
+// Rows for each second, or as many times the pixels of a row.
+constexpr qreal slowest = 4;
+constexpr qreal fastest = 40;
+constexpr qreal secondsToFastest = 3;
+constexpr int pixelsOfRow = 20;
+
+qreal rowsPerSecond(qreal seconds)
+{
+    return slowest + (fastest - slowest) * qMin(seconds / secondsToFastest, 1.0);
+}
 
 /// -1 near the start of a range, 1 near its end, 0 between; a narrow view has no middle to lose.
 int direction(int pos, int length)
@@ -21,11 +31,15 @@ int direction(int pos, int length)
     return pos >= length - edge ? 1 : 0;
 }
 
-void scroll(QScrollBar *bar, int direction)
+/// Scrolls by the whole steps of @p due, and leaves the rest.
+void scroll(QScrollBar *bar, qreal *due)
 {
     // A view that scrolls row by row says so by its single step.
-    const int step = bar->singleStep() > 1 ? stepPixels : 1;
-    bar->setValue(bar->value() + direction * step);
+    const int pixels = bar->singleStep() > 1 ? pixelsOfRow : 1;
+    const int steps = int(*due * pixels);
+    *due -= qreal(steps) / pixels;
+    if (steps != 0)
+        bar->setValue(bar->value() + steps);
 }
 
 } // namespace
@@ -37,10 +51,15 @@ EdgeScroll::EdgeScroll(QAbstractScrollArea *area, std::function<void()> scrolled
 void EdgeScroll::hold(const QPoint &pos)
 {
     m_pos = pos;
-    if (steps().isNull())
-        m_timer.stop();
-    else if (!m_timer.isActive())
-        m_timer.start(interval, this);
+    if (directions().isNull()) {
+        stop();
+    } else if (!m_timer.isActive() || directions() != m_directions) {
+        m_directions = directions();
+        m_due = {};
+        m_last = 0;
+        m_atEdge.start();
+        m_timer.start(delay, this);
+    }
 }
 
 void EdgeScroll::stop()
@@ -52,13 +71,21 @@ void EdgeScroll::timerEvent(QTimerEvent *event)
 {
     if (event->timerId() != m_timer.timerId())
         return;
-    const QPoint step = steps();
-    scroll(m_area->verticalScrollBar(), step.y());
-    scroll(m_area->horizontalScrollBar(), step.x());
+    const qint64 now = m_atEdge.elapsed();
+    if (m_last == 0) {
+        m_timer.start(interval, this);
+        // The first row at once.
+        m_due = m_directions;
+    } else {
+        m_due += QPointF(m_directions) * rowsPerSecond((now - delay) / 1000.0) * ((now - m_last) / 1000.0);
+    }
+    m_last = now;
+    scroll(m_area->verticalScrollBar(), &m_due.ry());
+    scroll(m_area->horizontalScrollBar(), &m_due.rx());
     m_scrolled();
 }
 
-QPoint EdgeScroll::steps() const
+QPoint EdgeScroll::directions() const
 {
     const QSize size = m_area->viewport()->size();
     return { direction(m_pos.x(), size.width()), direction(m_pos.y(), size.height()) };

@@ -1,5 +1,6 @@
 #include "realizationtablewidget.h"
 
+#include "draglabel.h"
 #include "drops/dropmark.h"
 #include "drops/tabledrop.h"
 #include "model/controller.h"
@@ -15,8 +16,13 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPersistentModelIndex>
+#include <QToolButton>
 
 namespace {
+
+// Of the columns of the table.
+constexpr int labelColumn = 1;
+constexpr int iconColumn = 2;
 
 bool isFromTree(const QDropEvent *event)
 {
@@ -54,14 +60,21 @@ void RealizationTableWidget::beginDrag()
         return;
     const QTableWidgetItem *idCell = item(cell->row(), 0);
     const QString id = idCell ? idCell->data(Qt::EditRole).toString() : QString();
+    DragLabel label { QIcon(), id };
+    if (const auto *icon = qobject_cast<const QToolButton *>(cellWidget(cell->row(), iconColumn)))
+        label.icon = icon->icon();
+    if (const QTableWidgetItem *text = item(cell->row(), labelColumn); text && !text->text().isEmpty())
+        label.text = text->text();
     auto *payload = new TreeItemMimeData;
     if (PointTreeWidgetItem *record = Controller::instance()->ownRealizations().record(id))
         payload->setItem(TreeItemMimeData::itemFormat(), record);
     const QPersistentModelIndex dragged(currentIndex());
-    m_drag.run(this, payload, [this, dragged] {
+    m_drag.run(this, payload, label, [this, dragged] {
         // The way of the pointer over this table has moved the current cell along.
         if (dragged.isValid())
             setCurrentIndex(dragged);
+        if (m_dragEnded)
+            m_dragEnded();
     });
 }
 
@@ -69,14 +82,21 @@ void RealizationTableWidget::dragEnterEvent(QDragEnterEvent *event)
 {
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    setMarked(isFromTree(event) && TableDrop::takes(TreeItemMimeData::nodeOf(event->mimeData())));
+    if (!isFromTree(event))
+        return;
+    PointTreeWidgetItem *dragged = TreeItemMimeData::nodeOf(event->mimeData());
+    setMarked(TableDrop::takes(dragged));
+    m_statusTip.show(this, TableDrop::words(dragged));
 }
 
 void RealizationTableWidget::dragMoveEvent(QDragMoveEvent *event)
 {
     if (!qobject_cast<RealizationTableWidget *>(event->source()))
         return;
+    const bool scrolls = hasAutoScroll();
+    setAutoScroll(false);
     setCurrentItem(itemAt(event->pos()), QItemSelectionModel::NoUpdate);
+    setAutoScroll(scrolls);
     event->setDropAction(Qt::CopyAction);
     event->accept();
 }
@@ -84,12 +104,14 @@ void RealizationTableWidget::dragMoveEvent(QDragMoveEvent *event)
 void RealizationTableWidget::dragLeaveEvent(QDragLeaveEvent *event)
 {
     setMarked(false);
+    m_statusTip.clear(this);
     QTableWidget::dragLeaveEvent(event);
 }
 
 void RealizationTableWidget::dropEvent(QDropEvent *event)
 {
     setMarked(false);
+    m_statusTip.clear(this);
     PointTreeWidgetItem *dragged = TreeItemMimeData::nodeOf(event->mimeData());
     if (!isFromTree(event) || !dragged)
         return;

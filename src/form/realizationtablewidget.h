@@ -1,9 +1,13 @@
 #pragma once
 
 #include "runningdrag.h"
+#include "statustip.h"
 
 #include <QPoint>
 #include <QTableWidget>
+
+#include <functional>
+#include <utility>
 
 class PointTreeWidgetItem;
 
@@ -21,6 +25,8 @@ public:
 
     /// True while a drag that this table has started is running.
     [[nodiscard]] bool isDragging() const { return m_drag.isRunning(); }
+    /// Has @p ended called at the end of each of these drags, while isDragging() still holds.
+    void setDragEnded(std::function<void()> ended) { m_dragEnded = std::move(ended); }
 
 Q_SIGNALS:
     void modified(bool flag);
@@ -43,5 +49,7 @@ private:
 
     QPoint m_dragStartPosition;
     RunningDrag m_drag;
+    std::function<void()> m_dragEnded;
+    StatusTip m_statusTip;
     bool m_marked = false; ///< what hovers here would become a record
 };

@@ -1,6 +1,8 @@
 #include "realizationtreewidget.h"
 
+#include "draglabel.h"
 #include "drops/dropmark.h"
+#include "drops/dropwords.h"
 #include "drops/entrymove.h"
 #include "drops/pointdrop.h"
 #include "drops/recorddrop.h"
@@ -50,6 +52,16 @@ private:
     QVector<QPointer<PointTreeWidgetItem>> m_expanded;
 };
 
+/// The last child of an expanded row; null for another one, and where a filter hides all of them.
+const QTreeWidgetItem *lastShownChild(const QTreeWidgetItem *row)
+{
+    for (int i = row->isExpanded() ? row->childCount() - 1 : -1; i >= 0; --i) {
+        if (!row->child(i)->isHidden())
+            return row->child(i);
+    }
+    return nullptr;
+}
+
 } // namespace
 
 RealizationTreeWidget::RealizationTreeWidget(QWidget *parent)
@@ -89,10 +101,12 @@ void RealizationTreeWidget::beginDrag()
     auto *payload = new TreeItemMimeData;
     payload->setItem(TreeItemMimeData::itemFormat(), item);
     const QPointer<PointTreeWidgetItem> dragged(payload->node());
-    m_drag.run(this, payload, [this, dragged] {
+    m_drag.run(this, payload, DragLabel::ofRow(item), [this, dragged] {
         // The way of the pointer over this tree has moved the current row along.
         if (dragged && dragged->treeWidget() == this)
             setCurrentItem(dragged);
+        if (m_dragEnded)
+            m_dragEnded();
     });
 }
 
@@ -106,15 +120,22 @@ RealizationTreeWidget::Source RealizationTreeWidget::sourceOf(const QDropEvent *
 DropSite RealizationTreeWidget::siteAt(const QPoint &pos) const
 {
     DropSite site = m_site;
-    site.row = PointTreeWidgetItem::fromRow(itemAt(pos));
+    QTreeWidgetItem *item = itemAt(pos);
+    site.row = PointTreeWidgetItem::fromRow(item);
+    if (item) {
+        const QRect rect = visualItemRect(item);
+        site.quarter = qBound(0, (pos.y() - rect.top()) * 4 / qMax(1, rect.height()), 3);
+    }
     return site;
 }
 
 DropPlan RealizationTreeWidget::planAt(PointTreeWidgetItem *dragged, Source source, const QPoint &pos) const
 {
     const DropSite site = siteAt(pos);
-    if (!dragged || source == Source::Other)
+    if (source == Source::Other)
         return {};
+    if (!dragged)
+        return DropPlan::refusal(DropWords::gone());
     if (source == Source::Table)
         return RecordDrop::plan(site, dragged);
     return PointDrop::takes(dragged) ? PointDrop::plan(site, dragged) : EntryMove::plan(site, dragged);
@@ -138,8 +159,8 @@ void RealizationTreeWidget::dragMoveEvent(QDragMoveEvent *event)
     if (source == Source::Tree && target && payload && target == payload->item()) {
         event->ignore();
     } else {
-        // Without selecting it, so that the dragged row stays in sight and the mark stands on plain ground.
-        setCurrentItem(target, 0, QItemSelectionModel::NoUpdate);
+        // Without selecting it, so that the dragged row can be told and the mark stands on plain ground.
+        setCurrentQuietly(target);
         if (source == Source::Tree)
             event->setDropAction(Qt::CopyAction);
         event->accept();
@@ -210,20 +231,18 @@ void RealizationTreeWidget::hover(PointTreeWidgetItem *dragged, Source source, c
     m_hoverPos = pos;
     m_isHovering = true;
     m_edgeScroll.hold(pos);
+    if (source != Source::Other)
+        m_statusTip.show(this, DropWords::of(planAt(dragged, source, pos), siteAt(pos)));
     viewport()->update();
 }
 
 void RealizationTreeWidget::stopHovering()
 {
-    // What passed over the rows has moved the current one along; a drag of this tree's own sees to that at its end.
-    if (m_isHovering && !isDragging()) {
-        const bool scrolls = hasAutoScroll();
-        setAutoScroll(false);
-        setCurrentItem(m_currentBefore && m_currentBefore->treeWidget() == this ? m_currentBefore.data() : nullptr, 0,
-            QItemSelectionModel::NoUpdate);
-        setAutoScroll(scrolls);
-    }
+    // What passed over the rows has moved the current one along.
+    if (m_isHovering)
+        setCurrentQuietly(m_currentBefore && m_currentBefore->treeWidget() == this ? m_currentBefore.data() : nullptr);
     m_isHovering = false;
+    m_statusTip.clear(this);
     m_hovering = nullptr;
     m_edgeScroll.stop();
     viewport()->update();
@@ -234,15 +253,37 @@ void RealizationTreeWidget::paintEvent(QPaintEvent *event)
     QTreeWidget::paintEvent(event);
     if (!m_isHovering)
         return;
-    const QTreeWidgetItem *row = itemAt(m_hoverPos);
+    const DropPlan::Place place = planAt(m_hovering, m_hoveringFrom, m_hoverPos).place;
+    QPainter painter(viewport());
+    DropMark::paint(&painter, palette(), markedRect(m_hoverPos, place), place);
+}
+
+QRect RealizationTreeWidget::markedRect(const QPoint &pos, DropPlan::Place place) const
+{
+    const QTreeWidgetItem *row = itemAt(pos);
     if (!row)
-        return;
+        return {};
     QRect rect = visualItemRect(row);
     // Clear of the text.
     rect.setLeft(qMax(0, rect.left() - 4));
     rect.setRight(viewport()->width() - 1);
-    QPainter painter(viewport());
-    DropMark::paint(&painter, palette(), rect, planAt(m_hovering, m_hoveringFrom, m_hoverPos).place);
+    if (place != DropPlan::Place::After)
+        return rect;
+    // Behind a row is behind what stands under it.
+    const QTreeWidgetItem *last = row;
+    for (const QTreeWidgetItem *below = row; below; below = lastShownChild(below))
+        last = below;
+    if (last != row)
+        rect.setBottom(qMax(rect.bottom(), qMin(visualItemRect(last).bottom(), viewport()->height() - 1)));
+    return rect;
+}
+
+void RealizationTreeWidget::setCurrentQuietly(QTreeWidgetItem *row)
+{
+    const bool scrolls = hasAutoScroll();
+    setAutoScroll(false);
+    setCurrentItem(row, 0, QItemSelectionModel::NoUpdate);
+    setAutoScroll(scrolls);
 }
 
 bool RealizationTreeWidget::viewportEvent(QEvent *event)

@@ -4,19 +4,24 @@
 #include "drops/ownslots.h"
 #include "edgescroll.h"
 #include "runningdrag.h"
+#include "statustip.h"
 
 #include <QMultiHash>
 #include <QPointer>
 #include <QTreeWidget>
+
+#include <functional>
+#include <utility>
 
 class PointTreeWidgetItem;
 
 /// A tree of the realization page, source and target of its drags: the tree of all points, and the format tree of the
 /// tab that is shown. Owned by the form or by the page; it only borrows the rows that it shows. GUI thread.
 ///
-/// Every drag is accepted where it is not dropped onto itself; what a drop would do is painted over the rows, from the
-/// same plan that the drop carries out. The changes stand in drops/, one file pair for each kind of what is dragged.
-/// All signals are emitted when the model is whole again, and whoever hears them may destroy what they name.
+/// Every drag is accepted where it is not dropped onto itself; what a drop would do is painted over the rows and said
+/// in the status line, from the same plan that the drop carries out. The changes stand in drops/, one file pair for
+/// each kind of what is dragged. All signals are emitted when the model is whole again, and whoever hears them may
+/// destroy what they name.
 class RealizationTreeWidget : public QTreeWidget
 {
     Q_OBJECT
@@ -44,6 +49,8 @@ public:
 
     /// True while a drag that this tree has started is running.
     [[nodiscard]] bool isDragging() const { return m_drag.isRunning(); }
+    /// Has @p ended called at the end of each of these drags, while isDragging() still holds.
+    void setDragEnded(std::function<void()> ended) { m_dragEnded = std::move(ended); }
 
 Q_SIGNALS:
     void modified(bool flag);
@@ -72,6 +79,10 @@ private:
     void beginDrag();
     void hover(PointTreeWidgetItem *dragged, Source source, const QPoint &pos);
     void stopHovering();
+    /// Makes a row current without scrolling to it: what scrolls under the pointer is no target.
+    void setCurrentQuietly(QTreeWidgetItem *row);
+    /// What the mark of a plan for the row at @p pos is painted around; empty without a row.
+    [[nodiscard]] QRect markedRect(const QPoint &pos, DropPlan::Place place) const;
     void moveEntry(const DropSite &site, PointTreeWidgetItem *dragged);
     void announce(const DropOutcome &outcome);
 
@@ -79,6 +90,7 @@ private:
     DropSite m_site; ///< without a row
     OwnSlots::FirstFound m_found;
     RunningDrag m_drag;
+    std::function<void()> m_dragEnded;
 
     // What hovers over the rows at present.
     EdgeScroll m_edgeScroll;
@@ -87,4 +99,5 @@ private:
     Source m_hoveringFrom = Source::Other;
     QPoint m_hoverPos;
     bool m_isHovering = false;
+    StatusTip m_statusTip;
 };

@@ -1,5 +1,7 @@
 #include "runningdrag.h"
 
+#include "draglabel.h"
+
 #include <QDrag>
 #include <QMimeData>
 #include <QWidget>
@@ -17,7 +19,7 @@ RunningDrag::~RunningDrag()
     QDrag::cancel();
 }
 
-void RunningDrag::run(QWidget *source, QMimeData *payload, const std::function<void()> &ended)
+void RunningDrag::run(QWidget *source, QMimeData *payload, const DragLabel &label, const std::function<void()> &ended)
 {
     std::unique_ptr<QMimeData> owned(payload);
     if (isRunning())
@@ -25,6 +27,8 @@ void RunningDrag::run(QWidget *source, QMimeData *payload, const std::function<v
     bool died = false;
     const QPointer<QDrag> drag(new QDrag(source));
     drag->setMimeData(owned.release());
+    drag->setPixmap(label.pixmap(source));
+    drag->setHotSpot(DragLabel::hotSpot());
     m_drag = drag;
     m_died = &died;
     drag->exec(Qt::CopyAction);

@@ -5,6 +5,7 @@
 #include <functional>
 
 class QDrag;
+struct DragLabel;
 class QMimeData;
 class QWidget;
 
@@ -20,9 +21,10 @@ public:
 
     [[nodiscard]] bool isRunning() const { return m_died != nullptr; }
 
-    /// Drags @p payload, of which it becomes the owner, from @p source, as a copy; returns when the drag is over, at
-    /// once when one is running. Then @p ended is called while isRunning() still holds, unless this object has died.
-    void run(QWidget *source, QMimeData *payload, const std::function<void()> &ended);
+    /// Drags @p payload, of which it becomes the owner, from @p source, as a copy, with @p label beside the pointer;
+    /// returns when the drag is over, at once when one is running. Then @p ended is called while isRunning() still
+    /// holds, unless this object has died.
+    void run(QWidget *source, QMimeData *payload, const DragLabel &label, const std::function<void()> &ended);
 
 private:
     QPointer<QDrag> m_drag;

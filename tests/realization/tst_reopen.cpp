@@ -145,7 +145,8 @@ private:
         QTreeWidgetItem *target = tree ? anyRow(tree) : nullptr;
         if (!target || !tree->isVisible() || m_page.formatLines().size() > 60)
             return;
-        const DropSite site = m_page.site(target);
+        DropSite site = m_page.site(target);
+        site.quarter = m_random.bounded(4);
         switch (m_random.bounded(3)) {
         case 0:
             if (Node *dragged = Node::fromRow(anyRow(tree)))
@@ -310,6 +311,113 @@ bool isNever(const QString &, const QString &)
     return false;
 }
 
+/// What the three zones of a row mean, told by nothing but what is shown: each row a depth and an id whose second
+/// letter is the kind; "t" begins the ids of the sibling's. An "a" takes "a" and "b", so does the root, which takes a
+/// point of a kind only once; a "b" takes nothing.
+class Zones final
+{
+public:
+    struct Line
+    {
+        int depth;
+        QString id;
+        bool operator==(const Line &other) const { return depth == other.depth && id == other.id; }
+    };
+    using Lines = QVector<Line>;
+
+    static Lines of(const Page &page)
+    {
+        Lines lines;
+        for (const QString &text : page.formatLines()) {
+            const QString id = text.trimmed();
+            lines.append({ (text.size() - id.size()) / 2, id.startsWith(s("own.")) ? s("n") + id.mid(4, 1) : id });
+        }
+        return lines;
+    }
+
+    /// Drops @p id, which stands at @p from with an entry; @p editable as the tab is.
+    Zones(const Lines &lines, int from, const QString &id, bool isPoint, int onto, int quarter, bool editable)
+    {
+        const QChar kind = id.at(1);
+        const bool isEntry = from >= 0;
+        if (isEntry
+            && (from == 0 || !editable || id.startsWith(QLatin1Char('t')) || (onto >= from && onto < end(lines, from))))
+            return;
+        const auto takes = [&](int row) {
+            return row == 0 ? !isPoint || !hasChild(lines, kind) : lines.at(row).id.at(1) == QLatin1Char('a');
+        };
+        const bool beside
+            = editable && onto > 0 && !lines.at(onto).id.startsWith(QLatin1Char('t')) && takes(above(lines, onto));
+        if (beside && (quarter == 0 || (isEntry && !takes(onto) && quarter == 1)))
+            place = DropPlan::Place::Before;
+        else if (beside && (quarter == 3 || (isEntry && !takes(onto))))
+            place = DropPlan::Place::After;
+        else if (takes(onto))
+            place = DropPlan::Place::Into;
+        else
+            return;
+        const int last = isEntry ? end(lines, from) : from;
+        const Lines moved = isEntry ? lines.mid(from, last - from) : Lines { { 0, id } };
+        const bool isInto = place == DropPlan::Place::Into;
+        const int shift = lines.at(onto).depth + (isInto ? 1 : 0) - moved.first().depth;
+        const int at = place == DropPlan::Place::Before ? onto : end(lines, onto);
+        for (int i = 0; i <= lines.size(); ++i) {
+            for (int k = 0; i == at && k < moved.size(); ++k)
+                expected.append({ moved.at(k).depth + shift, moved.at(k).id });
+            if (i < lines.size() && (!isEntry || i < from || i >= last))
+                expected.append(lines.at(i));
+        }
+    }
+
+    DropPlan::Place place = DropPlan::Place::Nothing;
+    Lines expected; ///< with "into" only but for the order in which rows stand under one
+
+    /// The lines of those that stand under one in the order of their ids, each with what stands under it.
+    static QStringList unordered(const Lines &lines, int row = 0)
+    {
+        QStringList parts;
+        for (int i = row + 1; i < end(lines, row); i = end(lines, i))
+            parts.append(lines.at(i).id + s("(") + unordered(lines, i).join(s(" ")) + s(")"));
+        parts.sort();
+        return parts;
+    }
+
+private:
+    static int end(const Lines &lines, int row)
+    {
+        int end = row + 1;
+        while (end < lines.size() && lines.at(end).depth > lines.at(row).depth)
+            ++end;
+        return end;
+    }
+    static int above(const Lines &lines, int row)
+    {
+        int above = row;
+        while (lines.at(above).depth >= lines.at(row).depth)
+            --above;
+        return above;
+    }
+    static bool hasChild(const Lines &lines, QChar kind)
+    {
+        return std::any_of(lines.cbegin(), lines.cend(),
+            [kind](const Line &line) { return line.depth == 1 && line.id.at(1) == kind; });
+    }
+};
+
+QByteArray randomEntries(
+    QRandomGenerator &random, const char *prefix, int *number, int depth, const QByteArray &parent = {})
+{
+    QByteArray entries;
+    for (int left = 1 + random.bounded(3); left > 0; --left) {
+        const QByteArray kind = random.bounded(2) ? "a" : "b";
+        entries += "<" + kind + " id='" + prefix + kind + QByteArray::number(++*number) + "'"
+            + (parent.isEmpty() ? QByteArray() : " parent='" + parent + "'") + ">"
+            + (kind == "a" && depth > 0 ? randomEntries(random, prefix, number, depth - 1) : QByteArray()) + "</" + kind
+            + ">";
+    }
+    return entries;
+}
+
 } // namespace
 
 class TestReopen : public QObject
@@ -318,6 +426,8 @@ class TestReopen : public QObject
 
 private Q_SLOTS:
     void nothingShownIsOld();
+    void zonesOfRows_data();
+    void zonesOfRows();
 };
 
 /// Somebody uses both pages at random, and now and then goes back to what the file was some steps ago, or forth again.
@@ -376,6 +486,104 @@ void TestReopen::nothingShownIsOld()
                 Page fresh(page, bytes);
                 differs = difference(here, everything(fresh), isNever);
                 QVERIFY2(differs.isEmpty(), where(differs).constData());
+            }
+        }
+    }
+}
+
+void TestReopen::zonesOfRows_data()
+{
+    QTest::addColumn<bool>("isOwn");
+    QTest::addColumn<bool>("isSiblings");
+    QTest::newRow("a tab of the opened file") << true << false;
+    QTest::newRow("a tab of a sibling") << false << true;
+    QTest::newRow("a tab of both") << true << true;
+}
+
+/// Whatever is dropped onto whichever part of a row stands where the mark says, and there again when the saved file is
+/// opened.
+void TestReopen::zonesOfRows()
+{
+    QFETCH(bool, isOwn);
+    QFETCH(bool, isSiblings);
+    constexpr int trees = 6;
+    constexpr int drops = 30;
+    for (int seed = 1; seed <= trees; ++seed) {
+        QRandomGenerator random { quint32(seed) };
+        int number = 0;
+        const QByteArray start = "<ExtDataSet><ExtData id='own.p'>";
+        const QByteArray end = "</ExtData></ExtDataSet>";
+        const QByteArray theirs
+            = "<format target='bench'><a id='ta0'/>" + randomEntries(random, "t", &number, 2) + "</format>";
+        QByteArray own;
+        if (isOwn)
+            own = "<format target='bench'>" + randomEntries(random, "n", &number, 2)
+                + (isSiblings ? randomEntries(random, "n", &number, 1, "ta0") : QByteArray()) + "</format>";
+        Page page(points("<ExtPoint id='own.p' name='P' hasformat='true'><SubExtPoint key='format' childtype='a|b'/>"
+                         "<SubExtPoint key='a' childtype='a|b'/><SubExtPoint key='b'/></ExtPoint>")
+                + start + own + "<a id='ra'/><b id='rb'/>" + end,
+            isSiblings ? QVector<Sibling> { { "kit", start + theirs + end } } : QVector<Sibling>());
+        page.clickPoint("P");
+        page.showTab("bench");
+        QTRY_VERIFY(!page.builder()->findChild<FormatTree *>()->isOutdated());
+        bool editable = isOwn;
+        for (int drop = 0; drop < drops; ++drop) {
+            RealizationTreeWidget *tree = page.formats();
+            tree->expandAll();
+            QCoreApplication::processEvents();
+            QVector<QTreeWidgetItem *> rows;
+            for (QTreeWidgetItemIterator it(tree); *it; ++it)
+                rows.append(*it);
+            const Zones::Lines before = Zones::of(page);
+            QCOMPARE(rows.size(), before.size());
+            const int onto = random.bounded(rows.size());
+            const int quarter = random.bounded(4);
+            tree->scrollToItem(rows.at(onto));
+            const QRect rect = tree->visualItemRect(rows.at(onto));
+            const DropSite site
+                = tree->siteAt({ rect.center().x(), rect.top() + (2 * quarter + 1) * rect.height() / 8 });
+            QCOMPARE(static_cast<QTreeWidgetItem *>(site.row), rows.at(onto));
+
+            const int sort = random.bounded(3);
+            const int from = sort == 0 ? random.bounded(rows.size()) : -1;
+            const QString kind = s(random.bounded(2) ? "a" : "b");
+            const QString id = sort == 0 ? before.at(from).id : (sort == 1 ? s("r") : s("n")) + kind;
+            const Zones zones(before, from, id, sort == 2, onto, quarter, editable);
+            DropPlan plan;
+            OwnSlots::FirstFound found;
+            if (sort == 0) {
+                plan = EntryMove::plan(site, Node::fromRow(rows.at(from)));
+                page.drop(EntryMove::perform(site, Node::fromRow(rows.at(from))));
+            } else if (sort == 1) {
+                plan = RecordDrop::plan(site, page.record(qPrintable(id)));
+                page.drop(RecordDrop::perform(site, page.record(qPrintable(id))));
+            } else {
+                Node *point = Controller::instance()->definitions().first(kind);
+                plan = PointDrop::plan(site, point);
+                page.drop(PointDrop::perform(site, point, &found));
+            }
+            const QByteArray where = s("seed %1, drop %2: %3 onto %4, quarter %5")
+                                         .arg(seed)
+                                         .arg(drop)
+                                         .arg(id, before.at(onto).id)
+                                         .arg(quarter)
+                                         .toUtf8();
+            QVERIFY2(plan.place == zones.place, where.constData());
+            QVERIFY2(plan.reason.isEmpty() == bool(plan), where.constData());
+            const Zones::Lines after = Zones::of(page);
+            if (!plan)
+                QVERIFY2(after == before, where.constData());
+            else if (plan.place == DropPlan::Place::Into)
+                QVERIFY2(Zones::unordered(after) == Zones::unordered(zones.expected), where.constData());
+            else
+                QVERIFY2(after == zones.expected, where.constData());
+            editable = editable || plan;
+            if (drop % 5 == 4) {
+                Page fresh(page, ModelTesting::written(*page.manager));
+                fresh.clickPoint("P");
+                fresh.showTab("bench");
+                QTRY_VERIFY(!fresh.builder()->findChild<FormatTree *>()->isOutdated());
+                QVERIFY2(Zones::of(fresh) == after, where.constData());
             }
         }
     }

@@ -240,8 +240,9 @@ inline QString words(const DropPlan &plan)
     if (!plan)
         return s("nothing");
     const QString id = plan.through->properties().value(s("id")).toString();
-    return s(plan.place == DropPlan::Place::Into ? "into" : "before") + s(plan.recorded ? ", recorded" : "")
-        + s(" through ") + (id.isEmpty() ? plan.through->kind() : id);
+    const char *const places[] = { "nothing", "into", "before", "after" };
+    return s(places[int(plan.place)]) + s(plan.recorded ? ", recorded" : "") + s(" through ")
+        + (id.isEmpty() ? plan.through->kind() : id);
 }
 
 /// What would be announced, one word each.

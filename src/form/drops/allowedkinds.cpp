@@ -3,6 +3,18 @@
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
 
+namespace {
+
+QStringList withBars(const PointTreeWidgetItem *node)
+{
+    QStringList kinds = AllowedKinds::of(node);
+    if (node->isKind(QLatin1String("Format")))
+        kinds += { QStringLiteral("menubar"), QStringLiteral("toolbars") };
+    return kinds;
+}
+
+} // namespace
+
 QStringList AllowedKinds::of(const PointTreeWidgetItem *node)
 {
     QStringList kinds;
@@ -17,12 +29,15 @@ QStringList AllowedKinds::of(const PointTreeWidgetItem *node)
 
 QStringList AllowedKinds::forPoint(const PointTreeWidgetItem *node, const PointTreeWidgetItem *row)
 {
-    QStringList kinds = of(node);
+    QStringList kinds = withBars(node);
     if (node->isKind(QLatin1String("Format"))) {
-        kinds.append(QStringLiteral("menubar"));
-        kinds.append(QStringLiteral("toolbars"));
         for (PointObject *child : row->children())
             kinds.removeAll(child->item()->kind().toLower());
     }
     return kinds;
+}
+
+bool AllowedKinds::isTakenAlready(const PointTreeWidgetItem *row, const QString &kind)
+{
+    return withBars(row).contains(kind) && !forPoint(row, row).contains(kind);
 }

@@ -14,4 +14,7 @@ namespace AllowedKinds {
 /// twice. What stands there already is told by the children of @p row, which shows @p node.
 [[nodiscard]] QStringList forPoint(const PointTreeWidgetItem *node, const PointTreeWidgetItem *row);
 
+/// True when forPoint() leaves @p kind out since it stands under @p row already.
+[[nodiscard]] bool isTakenAlready(const PointTreeWidgetItem *row, const QString &kind);
+
 } // namespace AllowedKinds

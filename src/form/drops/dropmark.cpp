@@ -33,10 +33,9 @@ void paintFrame(QPainter *painter, const QPalette &palette, const QRectF &row)
     painter->fillPath(path, fill);
 }
 
-void paintLine(QPainter *painter, const QPalette &palette, const QRectF &row)
+void paintLine(QPainter *painter, const QPalette &palette, const QRectF &row, qreal y)
 {
     constexpr qreal radius = 3;
-    const qreal y = row.top();
     QPainterPath path;
     path.addEllipse(QPointF(row.left() + radius, y), radius, radius);
     path.moveTo(row.left() + 2 * radius, y);
@@ -79,7 +78,10 @@ void DropMark::paint(QPainter *painter, const QPalette &palette, const QRect &ro
         paintFrame(painter, palette, inner);
         break;
     case DropPlan::Place::Before:
-        paintLine(painter, palette, inner);
+        paintLine(painter, palette, inner, inner.top());
+        break;
+    case DropPlan::Place::After:
+        paintLine(painter, palette, inner, inner.bottom());
         break;
     case DropPlan::Place::Nothing:
         paintRefusal(painter, palette, inner);

@@ -11,8 +11,9 @@ class QWidget;
 /// Paints over a view what a drop would do. GUI thread.
 namespace DropMark {
 
-/// A frame around @p row for "into", a line above it for "before", a muted dashed outline with a bar through its end
-/// for "nothing"; @p row is in viewport coordinates. Nothing is painted for an empty one.
+/// A frame around @p row for "into", a line along its top for "before" and along its bottom for "after", a muted dashed
+/// outline with a bar through its end for "nothing"; @p row is in viewport coordinates. Nothing is painted for an empty
+/// one.
 void paint(QPainter *painter, const QPalette &palette, const QRect &row, DropPlan::Place place);
 
 } // namespace DropMark

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPointer>
+#include <QString>
 #include <QVector>
 
 class PointTreeWidgetItem;
@@ -11,17 +12,27 @@ struct DropPlan
 {
     enum class Place {
         Nothing,
-        Into,  ///< as the last child of the row
-        Before ///< directly before the row
+        Into,   ///< as the last child of the row
+        Before, ///< directly before the row
+        After   ///< directly after the row, and after what stands under it
     };
 
     Place place = Place::Nothing;
     /// The change is made in the opened file beside the row, with @p through as the "parent", and not in the row's own
     /// node.
     bool recorded = false;
-    PointTreeWidgetItem *through = nullptr; ///< the node that takes the kind: the row, or one that it also stands for
+    /// The node that takes the kind: the row, or one that it also stands for; of what comes beside the row, the same of
+    /// the row above.
+    PointTreeWidgetItem *through = nullptr;
+    /// A sentence that says why nothing would be done; empty for a plan that does something.
+    QString reason = {};
 
     explicit operator bool() const { return place != Place::Nothing; }
+
+    /// A plan that does nothing.
+    [[nodiscard]] static DropPlan refusal(const QString &reason);
+    /// The same plan at another place.
+    [[nodiscard]] DropPlan at(Place other) const;
 };
 
 /// What a drop has done, in the order in which it is to be announced. The nodes are guarded, since whoever hears of the

@@ -36,6 +36,25 @@ DropPlan DropSite::into(const Allows &allows) const
     return {};
 }
 
+DropPlan DropSite::beside(const Allows &allows) const
+{
+    const OwnRealizations realizations = Controller::instance()->ownRealizations();
+    if (!direct || !row || row->link() == row || !row->parentItem() || row->parentItem()->indexOfChild(row) < 0
+        || realizations.isForeign(row) || !realizations.isOwn(row) || !row->master()->parent())
+        return {};
+    const DropPlan plan = above().into(allows);
+    return plan ? plan.at(DropPlan::Place::Before) : DropPlan();
+}
+
+DropPlan DropSite::choose(const DropPlan &onto, const DropPlan &beside) const
+{
+    constexpr int last = 3;
+    const bool halves = onto.place == DropPlan::Place::Before;
+    if (!beside || (!halves && quarter > 0 && quarter < last))
+        return onto;
+    return beside.at(quarter < 2 ? DropPlan::Place::Before : DropPlan::Place::After);
+}
+
 DropSite DropSite::above() const
 {
     DropSite site = *this;

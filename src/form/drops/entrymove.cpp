@@ -1,10 +1,12 @@
 #include "entrymove.h"
 
 #include "allowedkinds.h"
+#include "dropwords.h"
 #include "model/controller.h"
 #include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "ownslots.h"
+#include "rowplaces.h"
 
 namespace {
 
@@ -54,46 +56,23 @@ void setParentName(PointTreeWidgetItem *row, const QVariant &name)
     row->setProperties(properties);
 }
 
-/// Into both trees of what is displayed; a mirrored parent's master is left alone, it has been seen to.
-void placeRow(PointTreeWidgetItem *row, PointTreeWidgetItem *parent, PointTreeWidgetItem *before)
-{
-    if (PointTreeWidgetItem *above = row->parentItem())
-        above->detachChild(row);
-    row->takeRow();
-    if (!before) {
-        parent->QTreeWidgetItem::addChild(row);
-        parent->addChild(row, false);
-        return;
-    }
-    parent->QTreeWidgetItem::insertChild(parent->indexOfChild(before), row);
-    PointObject *const link = parent->link();
-    parent->setLink(parent);
-    parent->insertChild(parent->children().indexOf(before), row);
-    parent->setLink(link);
-}
-
 void moveSavedInto(const DropSite &site, const DropPlan &plan, PointTreeWidgetItem *dragged)
 {
     PointTreeWidgetItem *saved = savedNode(dragged);
     PointTreeWidgetItem *target = plan.recorded ? formatFor(saved, site.tabName) : savedNode(site.row);
     if (!OwnEdits::move(saved, target))
         return;
-    placeRow(dragged, site.row, nullptr);
+    RowPlaces::put(dragged, plan.place, site.row);
     setParentName(dragged, plan.recorded ? QVariant(OwnSlots::parentName(plan.through)) : QVariant());
 }
 
-void moveSavedBefore(const DropSite &site, PointTreeWidgetItem *dragged)
+void moveSavedBeside(const DropSite &site, const DropPlan &plan, PointTreeWidgetItem *dragged)
 {
     PointTreeWidgetItem *saved = savedNode(dragged);
     PointTreeWidgetItem *target = savedNode(site.row);
-    PointTreeWidgetItem *above = target->parentItem();
-    int index = above->children().indexOf(target);
-    const int old = above->children().indexOf(saved);
-    if (old >= 0 && old < index)
-        --index;
-    if (!OwnEdits::move(saved, above, index))
+    if (!OwnEdits::move(saved, target->parentItem(), RowPlaces::savedIndex(saved, plan.place, site.row)))
         return;
-    placeRow(dragged, site.row->parentItem(), site.row);
+    RowPlaces::put(dragged, plan.place, site.row);
     setParentName(dragged, target->property(parentKey));
 }
 
@@ -109,7 +88,7 @@ void movePlain(const DropSite &site, const DropPlan &plan, PointTreeWidgetItem *
         return;
     }
     PointTreeWidgetItem *parent = site.row->parentItem();
-    const int index = parent->indexOfChild(site.row);
+    const int index = parent->indexOfChild(site.row) + (plan.place == DropPlan::Place::After ? 1 : 0);
     parent->QTreeWidgetItem::insertChild(index, dragged);
     parent->insertChild(index, dragged);
 }
@@ -126,7 +105,7 @@ bool canGoInto(const DropSite &site, const DropPlan &plan, PointTreeWidgetItem *
     return isMirror(site.row) && mayGoUnder(saved, savedNode(site.row));
 }
 
-bool canGoBefore(PointTreeWidgetItem *row, PointTreeWidgetItem *dragged)
+bool canGoBeside(PointTreeWidgetItem *row, PointTreeWidgetItem *dragged)
 {
     const PointTreeWidgetItem *above = row->parentItem();
     if (above->indexOfChild(row) < 0)
@@ -140,18 +119,26 @@ bool canGoBefore(PointTreeWidgetItem *row, PointTreeWidgetItem *dragged)
 
 DropPlan EntryMove::plan(const DropSite &site, PointTreeWidgetItem *dragged)
 {
-    if (!site.row || !site.direct || !dragged || dragged->reaches(site.row)
-        || Controller::instance()->ownRealizations().isForeign(dragged))
-        return {};
+    if (!site.row || !dragged)
+        return DropPlan::refusal(DropWords::noRow());
+    if (Controller::instance()->ownRealizations().isForeign(dragged))
+        return DropPlan::refusal(DropWords::foreignEntry(dragged));
+    if (!site.direct)
+        return DropPlan::refusal(DropWords::foreignFormat());
+    if (dragged->reaches(site.row))
+        return DropPlan::refusal(DropWords::intoItself(dragged));
     const QString kind = dragged->kind().toLower();
     const auto takes = [&kind](const PointTreeWidgetItem *node) { return AllowedKinds::of(node).contains(kind); };
-    const DropPlan into = site.into(takes);
-    if (into)
-        return canGoInto(site, into, dragged) ? into : DropPlan();
     const DropPlan above = site.above().into(takes);
-    if (above && canGoBefore(site.row, dragged))
-        return { DropPlan::Place::Before, false, above.through };
-    return {};
+    const DropPlan beside = above && canGoBeside(site.row, dragged)
+        ? DropPlan { DropPlan::Place::Before, false, above.through }
+        : DropPlan();
+    const DropPlan into = site.into(takes);
+    if (into && !canGoInto(site, into, dragged))
+        return site.choose(DropPlan::refusal(DropWords::notMovable(dragged)), beside);
+    if (into || beside)
+        return site.choose(into ? into : beside, beside);
+    return DropPlan::refusal(above ? DropWords::besideForeign() : DropWords::notTaken(site.row, dragged->kind()));
 }
 
 DropOutcome EntryMove::perform(const DropSite &site, PointTreeWidgetItem *dragged)
@@ -166,6 +153,6 @@ DropOutcome EntryMove::perform(const DropSite &site, PointTreeWidgetItem *dragge
     else if (what.place == DropPlan::Place::Into)
         moveSavedInto(site, what, dragged);
     else
-        moveSavedBefore(site, dragged);
+        moveSavedBeside(site, what, dragged);
     return outcome;
 }

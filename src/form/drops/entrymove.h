@@ -17,7 +17,7 @@
 /// | a sibling's | any                                        | nothing                                          |
 /// | own         | own, takes the kind                        | goes into it; a "parent" is dropped              |
 /// | own         | a sibling's, or standing for one that does | goes to the "Format" of the tab, with a "parent" |
-/// | own         | own, the row above it takes the kind       | goes before it, with its "parent" if any         |
+/// | own         | own, the row above it takes the kind       | goes beside it, with its "parent" if any         |
 /// | own         | a sibling's, the row above takes the kind  | nothing                                          |
 // clang-format on
 ///

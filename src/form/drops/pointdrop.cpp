@@ -1,10 +1,12 @@
 #include "pointdrop.h"
 
 #include "allowedkinds.h"
+#include "dropwords.h"
 #include "model/controller.h"
 #include "model/generatedid.h"
 #include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
+#include "rowplaces.h"
 
 namespace {
 
@@ -59,6 +61,19 @@ void addTwin(PointTreeWidgetItem *data, PointTreeWidgetItem *entry)
     OwnEdits::insert(data, twin);
 }
 
+DropOutcome dropBeside(const DropSite &site, const DropPlan &plan, PointTreeWidgetItem *point)
+{
+    PointTreeWidgetItem *entry = makeEntry(point, site.row->master()->parent()->item());
+    if (plan.recorded) {
+        entry->setIsNew(true);
+        addTwin(OwnSlots::ensureData(point), entry);
+    }
+    DropOutcome outcome;
+    outcome.add(nullptr, RowPlaces::insertNew(entry, plan.place, site.row));
+    outcome.modified = plan.recorded;
+    return outcome;
+}
+
 } // namespace
 
 bool PointDrop::takes(const PointTreeWidgetItem *dragged)
@@ -69,13 +84,20 @@ bool PointDrop::takes(const PointTreeWidgetItem *dragged)
 DropPlan PointDrop::plan(const DropSite &site, PointTreeWidgetItem *dragged)
 {
     if (!site.row || !takes(dragged))
-        return {};
+        return DropPlan::refusal(DropWords::noRow());
     const QString kind = Definitions::realizedKind(dragged).toLower();
-    const DropPlan plan = site.into([&](const PointTreeWidgetItem *node) {
-        return !kind.isEmpty() && AllowedKinds::forPoint(node, site.row).contains(kind);
-    });
+    const auto allows = [&kind](PointTreeWidgetItem *row) {
+        return [&kind, row](const PointTreeWidgetItem *node) {
+            return !kind.isEmpty() && AllowedKinds::forPoint(node, row).contains(kind);
+        };
+    };
+    DropPlan onto = site.into(allows(site.row));
+    if (!onto)
+        onto.reason = AllowedKinds::isTakenAlready(site.row, kind) ? DropWords::takenAlready(site.row, kind)
+                                                                   : DropWords::notTaken(site.row, kind);
+    const DropPlan plan = site.choose(onto, site.beside(allows(site.above().row)));
     // Without a model there is nothing to record it in.
-    return plan.recorded && !Controller::instance()->realizationRoot() ? DropPlan() : plan;
+    return plan.recorded && !Controller::instance()->realizationRoot() ? DropPlan::refusal(DropWords::noFile()) : plan;
 }
 
 DropOutcome PointDrop::perform(const DropSite &site, PointTreeWidgetItem *dragged, OwnSlots::FirstFound *found)
@@ -83,6 +105,8 @@ DropOutcome PointDrop::perform(const DropSite &site, PointTreeWidgetItem *dragge
     const DropPlan what = plan(site, dragged);
     if (!what)
         return {};
+    if (what.place != DropPlan::Place::Into)
+        return dropBeside(site, what, dragged);
     if (!what.recorded)
         return dropDirectly(site.row, dragged);
 

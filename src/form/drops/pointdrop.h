@@ -11,6 +11,9 @@
 /// and a record with the same "id" beside that "Format"; what is missing is made. The row shown is a mirror of the
 /// entry. In a tree of no tab the entry goes to the first "Format" of the opened file, and is kept nowhere but in the
 /// tree where there is none.
+///
+/// Beside an own row: the saved entry goes beside the one behind that row, with the same "parent". Where the row above
+/// is not dropped into directly the point's "ExtData" gets the record as well.
 namespace PointDrop {
 
 /// True for what comes here.

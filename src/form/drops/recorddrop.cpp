@@ -1,10 +1,12 @@
 #include "recorddrop.h"
 
 #include "allowedkinds.h"
+#include "dropwords.h"
 #include "model/controller.h"
 #include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "ownslots.h"
+#include "rowplaces.h"
 
 namespace {
 
@@ -54,22 +56,37 @@ DropOutcome dropDirectly(PointTreeWidgetItem *row, PointTreeWidgetItem *record)
     return outcome;
 }
 
+DropOutcome dropBeside(const DropSite &site, const DropPlan &plan, PointTreeWidgetItem *record)
+{
+    DropOutcome outcome;
+    outcome.add(nullptr, RowPlaces::insertNew(makeReference(record), plan.place, site.row));
+    outcome.modified = true;
+    return outcome;
+}
+
+/// A recorded drop changes the owner of the record, which must be there and be ours.
+QString whyNotRecorded(const PointTreeWidgetItem *record)
+{
+    const Controller *controller = Controller::instance();
+    if (!record->parentItem() || !controller->sourceDataManager())
+        return DropWords::noFile();
+    return controller->ownRealizations().isForeign(record->parentItem()) ? DropWords::foreignEntry(record) : QString();
+}
+
 } // namespace
 
 DropPlan RecordDrop::plan(const DropSite &site, PointTreeWidgetItem *dragged)
 {
     if (!site.row || !dragged)
-        return {};
+        return DropPlan::refusal(DropWords::noRow());
     const QString kind = dragged->kind().toLower();
-    const DropPlan plan
-        = site.into([&kind](const PointTreeWidgetItem *node) { return AllowedKinds::of(node).contains(kind); });
-    const Controller *controller = Controller::instance();
-    // A recorded drop changes the owner of the record, which must be there and be ours.
-    if (plan.recorded
-        && (!dragged->parentItem() || !controller->sourceDataManager()
-            || controller->ownRealizations().isForeign(dragged->parentItem())))
-        return {};
-    return plan;
+    const auto allows = [&kind](const PointTreeWidgetItem *node) { return AllowedKinds::of(node).contains(kind); };
+    DropPlan onto = site.into(allows);
+    if (!onto)
+        onto.reason = DropWords::notTaken(site.row, dragged->kind());
+    const DropPlan plan = site.choose(onto, site.beside(allows));
+    const QString obstacle = plan.recorded ? whyNotRecorded(dragged) : QString();
+    return obstacle.isEmpty() ? plan : DropPlan::refusal(obstacle);
 }
 
 DropOutcome RecordDrop::perform(const DropSite &site, PointTreeWidgetItem *dragged)
@@ -77,6 +94,8 @@ DropOutcome RecordDrop::perform(const DropSite &site, PointTreeWidgetItem *dragg
     const DropPlan what = plan(site, dragged);
     if (!what)
         return {};
+    if (what.place != DropPlan::Place::Into)
+        return dropBeside(site, what, dragged);
     if (!what.recorded)
         return dropDirectly(site.row, dragged);
 

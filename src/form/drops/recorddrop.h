@@ -11,6 +11,8 @@
 /// no tab it goes to every "Format" there. Where there is none, one is made as the first child. The row shown mirrors
 /// what is saved; of several saved ones the last, which mirrors the one before it, so that an edit reaches all. The
 /// sibling's node behind the row is never touched.
+///
+/// Beside an own row: the reference goes beside the saved entry behind that row, with the same "parent".
 namespace RecordDrop {
 
 [[nodiscard]] DropPlan plan(const DropSite &site, PointTreeWidgetItem *dragged);

@@ -1,10 +1,12 @@
 #include "tabledrop.h"
 
+#include "dropwords.h"
 #include "model/controller.h"
 #include "model/generatedid.h"
 #include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "ownslots.h"
+#include "pointdrop.h"
 
 namespace {
 
@@ -42,8 +44,18 @@ PointTreeWidgetItem *dataForPoint(const PointTreeWidgetItem *point)
 
 bool TableDrop::takes(const PointTreeWidgetItem *dragged)
 {
-    return dragged && (dragged->isKind(QLatin1String("ExtPoint")) || dragged->isKind(QLatin1String("SubExtPoint")))
-        && !OwnSlots::pointIdOf(dragged).isEmpty();
+    return PointDrop::takes(dragged) && !OwnSlots::pointIdOf(dragged).isEmpty();
+}
+
+QString TableDrop::words(const PointTreeWidgetItem *dragged)
+{
+    if (!dragged)
+        return DropWords::gone();
+    if (!PointDrop::takes(dragged))
+        return DropWords::noPoint();
+    if (!takes(dragged))
+        return DropWords::pointWithoutId();
+    return Controller::instance()->realizationRoot() ? DropWords::newRecord(dragged) : DropWords::noFile();
 }
 
 TableDrop::Outcome TableDrop::perform(PointTreeWidgetItem *dragged)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPointer>
+#include <QString>
 
 class PointTreeWidgetItem;
 
@@ -21,6 +22,9 @@ struct Outcome
 /// True for a point or a sub point, unless nobody can say what a record would be for since it has no id. Null is
 /// allowed.
 [[nodiscard]] bool takes(const PointTreeWidgetItem *dragged);
+
+/// What a drop would do, or why it would do nothing: one sentence. Null is allowed.
+[[nodiscard]] QString words(const PointTreeWidgetItem *dragged);
 
 /// Makes nothing when takes() is false or there is no model.
 Outcome perform(PointTreeWidgetItem *dragged);
