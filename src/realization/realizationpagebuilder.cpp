@@ -8,6 +8,7 @@
 #include "formattabbar.h"
 #include "formattabs.h"
 #include "formattree.h"
+#include "heldpress.h"
 #include "model/controller.h"
 #include "model/generatedid.h"
 #include "model/keys.h"
@@ -108,14 +109,20 @@ void RealizationPageBuilder::createConnections()
     connect(m_ui->pushButton_add_format_tree, &QPushButton::clicked, this,
         &RealizationPageBuilder::on_pushButton_add_format_tree_clicked);
 
+    m_heldPoint = new HeldPress(
+        m_ui->realizationTree, [this] { onItemClicked(m_ui ? m_ui->realizationTree->currentItem() : nullptr, 0); });
+    m_heldRecord = new HeldPress(
+        m_ui->realizTable, [this] { onTableItemClicked(m_ui ? m_ui->realizTable->currentItem() : nullptr); });
+    m_ui->realizationTree->setDragEnded([this] { m_heldPoint->putBack(); });
+    m_ui->realizTable->setDragEnded([this] { m_heldRecord->putBack(); });
     // The keyboard moves the current row without a click and shows the same; a drag makes every row that it passes
     // current.
     connect(m_ui->realizationTree, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *current) {
-        if (!isDragging())
+        if (!isDragging() && !(m_heldPoint && m_heldPoint->holdsBack()))
             onItemClicked(current, 0);
     });
     connect(m_ui->realizTable, &QTableWidget::currentItemChanged, this, [this](QTableWidgetItem *current) {
-        if (!isDragging())
+        if (!isDragging() && !(m_heldRecord && m_heldRecord->holdsBack()))
             onTableItemClicked(current);
     });
     connect(formatTree, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *current) {
@@ -220,6 +227,8 @@ void RealizationPageBuilder::onItemClicked(QTreeWidgetItem *item, int)
 {
     if (!m_ui)
         return;
+    if (m_heldPoint)
+        m_heldPoint->shown();
     const QPointer<PointTreeWidgetItem> clicked(PointTreeWidgetItem::fromRow(item));
     m_sheet->commit();
     m_ui->realizTable->show();
@@ -256,6 +265,8 @@ void RealizationPageBuilder::onTableItemClicked(QTableWidgetItem *item)
 {
     if (!m_ui || !item || !m_ui->realizTable->item(item->row(), 0))
         return;
+    if (m_heldRecord)
+        m_heldRecord->shown();
     const QString id = m_ui->realizTable->item(item->row(), 0)->data(Qt::EditRole).toString();
     // Two records can have one id, since generated ones are not unique: the row knows which one it shows.
     QPointer<PointTreeWidgetItem> record(m_records->record(item->row()));

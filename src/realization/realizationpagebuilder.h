@@ -10,6 +10,7 @@
 
 class FormatTabs;
 class FormatTree;
+class HeldPress;
 class PageMenus;
 class PointTreeWidgetItem;
 class QTableWidgetItem;
@@ -97,6 +98,8 @@ private:
     RecordTable *m_records = nullptr;
     SheetPane *m_sheet = nullptr;
     PageMenus *m_menus = nullptr;
+    QPointer<HeldPress> m_heldPoint;
+    QPointer<HeldPress> m_heldRecord;
     QPointer<PointTreeWidgetItem> m_clickedPoint;
     QTimer m_refillTimer;
 };

@@ -1,5 +1,7 @@
 #include "realizationpage.h"
 
+#include <QItemSelectionModel>
+#include <QMouseEvent>
 #include <QScrollBar>
 
 using namespace RealizationTesting;
@@ -34,6 +36,8 @@ private Q_SLOTS:
     void records_data();
     void records();
     void refillKeepsWhatThePersonDid();
+    void pressMovesNothing_data();
+    void pressMovesNothing();
     void menuOffers_data();
     void menuOffers();
     void createsAndDeletesEntries();
@@ -175,6 +179,67 @@ void TestRealizationPage::refillKeepsWhatThePersonDid()
     page.edit("text", "Forty");
     QCOMPARE(page.entry("m40")->QTreeWidgetItem::text(1), s("Forty"));
     QVERIFY(page.save().contains("<menu id=\"m40\" text=\"tr('Forty')\">"));
+}
+
+void TestRealizationPage::pressMovesNothing_data()
+{
+    QTest::addColumn<QString>("end");
+    for (const char *end : { "click", "release beside it", "drag" })
+        QTest::newRow(end) << s(end);
+}
+
+/// What is dragged can only be dropped onto what stays where it is.
+void TestRealizationPage::pressMovesNothing()
+{
+    QFETCH(QString, end);
+    QByteArray menus;
+    for (int i = 0; i < 80; ++i)
+        menus += "<menu id='m" + QByteArray::number(i) + "'/>";
+    const Page page(
+        data("<format target='t'><menubar>" + menus + "</menubar></format><menu id='m79'/><menu id='m0'/>"), { host });
+    page.clickPoint();
+    page.clickRecord(1);
+    const auto seen = [&page] {
+        QStringList selected;
+        for (const QTreeWidgetItem *item : page.formats()->selectedItems())
+            selected.append(item->text(0));
+        return s("%1 at %2, %3 of %4, %5")
+            .arg(selected.join(QLatin1Char(' ')))
+            .arg(page.formats()->verticalScrollBar()->value() > 0)
+            .arg(page.table()->selectionModel()->selectedRows().value(0).row())
+            .arg(page.records().size())
+            .arg(page.sheet()->properties().value(0).value().toString());
+    };
+    const QString before = seen();
+    QCOMPARE(before, s("m0 at 0, 1 of 2, m0"));
+    const QPoint place = page.table()->visualItemRect(page.table()->item(0, 0)).center();
+    QTest::mousePress(page.table()->viewport(), Qt::LeftButton, {}, place);
+    QCOMPARE(seen(), s("m0 at 0, 0 of 2, m0"));
+    const bool isDrag = end == s("drag");
+    if (isDrag) {
+        // On this platform it is over at once.
+        QMouseEvent move(QEvent::MouseMove, place + QPoint(60, 0), Qt::NoButton, Qt::LeftButton, {});
+        QApplication::sendEvent(page.table()->viewport(), &move);
+    }
+    const QPoint beside(0, end == s("release beside it") ? page.table()->rowHeight(0) : 0);
+    QTest::mouseRelease(page.table()->viewport(), Qt::LeftButton, {}, place + beside);
+    QTRY_COMPARE(seen(), isDrag ? before : s("m79 at 1, 0 of 2, m79"));
+
+    // A point that is dragged shows neither its records nor its format.
+    const QPoint plain = page.points()->visualItemRect(page.point("Plain")).center();
+    QTest::mousePress(page.points()->viewport(), Qt::LeftButton, {}, plain);
+    QCOMPARE(page.records().size(), 2);
+    QVERIFY(page.formats()->isVisible());
+    if (isDrag) {
+        QMouseEvent move(QEvent::MouseMove, plain + QPoint(60, 0), Qt::NoButton, Qt::LeftButton, {});
+        QApplication::sendEvent(page.points()->viewport(), &move);
+        QCOMPARE(page.points()->currentItem()->text(0), s("Commands"));
+    }
+    QTest::mouseRelease(page.points()->viewport(), Qt::LeftButton, {}, plain);
+    QTRY_COMPARE(page.formats()->isVisible(), isDrag);
+    // The keyboard is not held back by what the mouse has done.
+    page.points()->setCurrentItem(page.point(isDrag ? "Plain" : "Commands"));
+    QCOMPARE(page.formats()->isVisible(), !isDrag);
 }
 
 void TestRealizationPage::menuOffers_data()
