@@ -1,5 +1,13 @@
 #include "formattabbar.h"
 
+#include "form/drops/pointdrop.h"
+#include "form/realizationtablewidget.h"
+#include "form/treeitemmimedata.h"
+
+#include <QDragEnterEvent>
+#include <QDragLeaveEvent>
+#include <QDragMoveEvent>
+#include <QDropEvent>
 #include <QEvent>
 #include <QIcon>
 #include <QPixmap>
@@ -17,6 +25,13 @@ struct Opened : QTabWidget
     using QTabWidget::setTabBar;
 };
 
+/// Whether other tabs have places for what is dragged.
+bool goesElsewhere(const QDropEvent *event)
+{
+    return qobject_cast<RealizationTableWidget *>(event->source())
+        || PointDrop::takes(TreeItemMimeData::nodeOf(event->mimeData()));
+}
+
 } // namespace
 
 void FormatTabBar::putInto(QTabWidget *tabs)
@@ -25,6 +40,7 @@ void FormatTabBar::putInto(QTabWidget *tabs)
     bar->setObjectName(tabs->tabBar()->objectName());
     // The frame around the page is the base.
     bar->setDrawBase(false);
+    bar->setAcceptDrops(true);
     (tabs->*&Opened::setTabBar)(bar);
     tabs->setElideMode(Qt::ElideNone);
 }
@@ -113,4 +129,48 @@ void FormatTabBar::paintTear(QStylePainter &painter, int index, bool left)
     option.rect = style()->subElementRect(
         left ? QStyle::SE_TabBarTearIndicatorLeft : QStyle::SE_TabBarTearIndicatorRight, &option, this);
     painter.drawPrimitive(left ? QStyle::PE_IndicatorTabTearLeft : QStyle::PE_IndicatorTabTearRight, option);
+}
+
+void FormatTabBar::dragEnterEvent(QDragEnterEvent *event)
+{
+    // Else there is no news of where it moves to.
+    event->setAccepted(goesElsewhere(event));
+}
+
+void FormatTabBar::dragMoveEvent(QDragMoveEvent *event)
+{
+    hover(tabAt(event->pos()));
+    event->ignore();
+}
+
+void FormatTabBar::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    hover(-1);
+    QTabBar::dragLeaveEvent(event);
+}
+
+void FormatTabBar::dropEvent(QDropEvent *event)
+{
+    hover(-1);
+    event->ignore();
+}
+
+void FormatTabBar::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != m_hoverTimer.timerId())
+        return QTabBar::timerEvent(event);
+    m_hoverTimer.stop();
+    if (m_hovered < count())
+        setCurrentIndex(m_hovered);
+}
+
+void FormatTabBar::hover(int index)
+{
+    if (index == m_hovered)
+        return;
+    m_hovered = index;
+    if (index < 0 || index == currentIndex())
+        m_hoverTimer.stop();
+    else
+        m_hoverTimer.start(hoverDelay, this);
 }
