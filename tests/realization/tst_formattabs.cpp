@@ -1,8 +1,13 @@
+#include "form/treeitemmimedata.h"
 #include "realization/formattabbar.h"
 #include "realization/formattabs.h"
 
 #include "model/modeltesting.h"
 
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QDragLeaveEvent>
+#include <QDragMoveEvent>
 #include <QTabBar>
 #include <QTest>
 
@@ -71,6 +76,8 @@ private slots:
     void comesInWhenAskedFor();
     void thousandsComeInPortions_data();
     void thousandsComeInPortions();
+    void heldOverInADrag_data();
+    void heldOverInADrag();
 };
 
 void TestFormatTabs::sameTabs()
@@ -157,6 +164,51 @@ void TestFormatTabs::thousandsComeInPortions()
     }
     QTRY_COMPARE(tabs.widget.count(), all);
     QCOMPARE(tabs.widget.widget(all - 1)->objectName(), QString::number(all - 1));
+}
+
+void TestFormatTabs::heldOverInADrag_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<bool>("leaves");
+    QTest::addColumn<bool>("isShown");
+    QTest::newRow("a point") << s("ExtPoint") << false << true;
+    QTest::newRow("a sub point") << s("SubExtPoint") << false << true;
+    QTest::newRow("one that passes by") << s("ExtPoint") << true << false;
+    QTest::newRow("an entry, which goes nowhere else") << s("menu") << false << false;
+}
+
+void TestFormatTabs::heldOverInADrag()
+{
+    QFETCH(QString, kind);
+    QFETCH(bool, leaves);
+    QFETCH(bool, isShown);
+    Tabs tabs(false);
+    tabs.addMany(s("number %1"), 20);
+    QVERIFY(QTest::qWaitForWindowExposed(&tabs.widget));
+    // The bar is scrolled.
+    tabs.widget.setCurrentIndex(19);
+    QTabBar *bar = tabs.widget.tabBar();
+    QTRY_VERIFY(bar->tabRect(18).left() >= 0 && bar->tabRect(0).right() < 0);
+    const std::unique_ptr<PointTreeWidgetItem> dragged(ModelTesting::node(kind));
+    TreeItemMimeData data;
+    data.setItem(TreeItemMimeData::itemFormat(), dragged.get());
+    const QPoint place = bar->tabRect(18).center();
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(bar, &enter);
+    QCOMPARE(enter.isAccepted(), kind != s("menu"));
+    if (enter.isAccepted()) {
+        QDragMoveEvent move(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(bar, &move);
+        QVERIFY2(!move.isAccepted(), "nothing is dropped on a tab");
+    }
+    QTest::qWait(FormatTabBar::hoverDelay / 2);
+    QCOMPARE(tabs.widget.currentIndex(), 19);
+    if (leaves) {
+        QDragLeaveEvent leave;
+        QApplication::sendEvent(bar, &leave);
+    }
+    QTest::qWait(FormatTabBar::hoverDelay);
+    QCOMPARE(tabs.widget.currentIndex(), isShown ? 18 : 19);
 }
 
 QTEST_MAIN(TestFormatTabs)

@@ -1,4 +1,5 @@
 #include "droptesting.h"
+#include "form/draglabel.h"
 #include "form/realizationtablewidget.h"
 #include "form/realizationtreewidget.h"
 #include "form/treeitemmimedata.h"
@@ -9,12 +10,15 @@
 #include <QDragLeaveEvent>
 #include <QDragMoveEvent>
 #include <QDropEvent>
+#include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QScrollBar>
+#include <QStatusTipEvent>
+#include <QStyle>
 #include <QTimer>
 #include <QToolTip>
 #include <QWindow>
@@ -24,6 +28,8 @@
 #include <utility>
 
 using namespace DropTesting;
+
+Q_DECLARE_METATYPE(DragLabel)
 
 namespace {
 
@@ -115,6 +121,23 @@ public:
     OpenTable *table = new OpenTable;
 };
 
+/// Collects what the widgets of a window want to have in its status line.
+class Told final : public QObject
+{
+public:
+    explicit Told(QWidget *window) { window->installEventFilter(this); }
+
+    QStringList texts;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::StatusTip)
+            texts.append(static_cast<QStatusTipEvent *>(event)->tip());
+        return QObject::eventFilter(watched, event);
+    }
+};
+
 /// Runs @p meanwhile while @p area drags what stands at @p from; false when no drag began.
 bool whileDragging(QAbstractScrollArea *area, const QPoint &from, const std::function<void()> &meanwhile)
 {
@@ -196,6 +219,8 @@ private Q_SLOTS:
     void marks_data();
     void marks();
     void scrollingAtTheEdge();
+    void labels_data();
+    void labels();
     void sourceDiesInMidDrag();
     void toolTips_data();
     void toolTips();
@@ -340,14 +365,17 @@ void TestDragging::byPointer()
 void TestDragging::marks_data()
 {
     QTest::addColumn<bool>("highlighted");
-    // Into, before, and nothing.
-    for (const char *onto : { "m2", "i1", "root" })
-        QTest::newRow(onto) << (qstrcmp(onto, "root") != 0);
+    QTest::addColumn<QString>("said");
+    QTest::newRow("m2") << true << s("Into 'm2'");
+    QTest::newRow("i1") << true << s("Before 'i1'");
+    QTest::newRow("t1") << true << s("Into 't1', recorded in this plug-in's file");
+    QTest::newRow("root") << false << s("'Format' takes no 'Item'");
 }
 
 void TestDragging::marks()
 {
     const QString onto = s(QTest::currentDataTag());
+    QFETCH(QString, said);
     Bench bench;
     // A colour that nothing else has.
     const QColor colour(250, 0, 250);
@@ -360,6 +388,7 @@ void TestDragging::marks()
     TreeItemMimeData point;
     point.setItem(s("ItemMimeData"), bench.row(s("kit.tools")));
     const auto picture = [](QWidget *view) { return view->grab().toImage(); };
+    const Told told(&bench);
     QVERIFY(whileDragging(bench.format, bench.place(s("i2")), [&] {
         QDragMoveEvent move(bench.place(onto), Qt::CopyAction, &entry, Qt::LeftButton, {});
         bench.format->dragMoveEvent(&move);
@@ -368,12 +397,16 @@ void TestDragging::marks()
         marked = picture(bench.format->viewport());
         QDragLeaveEvent leave;
         bench.format->dragLeaveEvent(&leave);
+        QCOMPARE(told.texts, (QStringList { said, QString() }));
         left = picture(bench.format->viewport());
 
         QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &point, Qt::LeftButton, {});
         bench.table->dragEnterEvent(&enter);
         tableMarked = picture(bench.table->viewport());
         bench.table->dragLeaveEvent(&leave);
+        QCOMPARE(told.texts.mid(2), (QStringList { s("A new record of 'Tools'"), QString() }));
+        const auto *drag = bench.format->findChild<QDrag *>();
+        QVERIFY(drag && !drag->pixmap().isNull());
         tableLeft = picture(bench.table->viewport());
     }));
     const auto isHighlighted = [colour](const QImage &image) {
@@ -407,6 +440,8 @@ void TestDragging::scrollingAtTheEdge()
             };
             bar->setValue(bar->maximum() - 2);
             hold(middle + toEdge);
+            QTest::qWait(EdgeScroll::delay / 2);
+            QCOMPARE(bar->value(), bar->maximum() - 2);
             QTRY_COMPARE(bar->value(), bar->maximum());
             hold(middle - toEdge);
             QTRY_VERIFY(bar->value() < bar->maximum() - 1);
@@ -416,6 +451,45 @@ void TestDragging::scrollingAtTheEdge()
             QCOMPARE(bar->value(), rest);
         }));
     }
+}
+
+void TestDragging::labels_data()
+{
+    QTest::addColumn<DragLabel>("label");
+    QTest::addColumn<bool>("hasPicture");
+    const QIcon icon = QApplication::style()->standardIcon(QStyle::SP_FileIcon);
+    QTest::newRow("icon and text") << DragLabel { icon, s("Print") } << true;
+    QTest::newRow("text alone") << DragLabel { QIcon(), s("Print") } << true;
+    QTest::newRow("a text of several lines as long as a file")
+        << DragLabel { icon, s("W\n").repeated(1'000'000) } << true;
+    QTest::newRow("nothing") << DragLabel() << false;
+}
+
+/// As large as its text and no larger than a label, on any screen; with the colour of the text in it.
+void TestDragging::labels()
+{
+    QFETCH(DragLabel, label);
+    QFETCH(bool, hasPicture);
+    QWidget widget;
+    QPalette palette = widget.palette();
+    palette.setColor(QPalette::Text, Qt::magenta);
+    widget.setPalette(palette);
+    QElapsedTimer clock;
+    clock.start();
+    const QPixmap pixmap = label.pixmap(&widget);
+    QVERIFY(clock.elapsed() < 500);
+    QCOMPARE(!pixmap.isNull(), hasPicture);
+    if (!hasPicture)
+        return;
+    QCOMPARE(pixmap.devicePixelRatio(), widget.devicePixelRatioF());
+    const QSize size = pixmap.size() / pixmap.devicePixelRatio();
+    QVERIFY(
+        size.height() < 60 && size.width() < 450 && size.width() > widget.fontMetrics().horizontalAdvance(s("Print")));
+    const QImage image = pixmap.toImage().convertToFormat(QImage::Format_RGB32);
+    const auto *first = reinterpret_cast<const QRgb *>(image.constBits());
+    const auto isText
+        = [](QRgb pixel) { return qRed(pixel) > qGreen(pixel) + 100 && qBlue(pixel) > qGreen(pixel) + 100; };
+    QVERIFY(std::any_of(first, first + image.width() * image.height(), isText));
 }
 
 void TestDragging::sourceDiesInMidDrag()
