@@ -124,7 +124,7 @@ DropSite RealizationTreeWidget::siteAt(const QPoint &pos) const
     site.row = PointTreeWidgetItem::fromRow(item);
     if (item) {
         const QRect rect = visualItemRect(item);
-        site.quarter = qBound(0, (pos.y() - rect.top()) * 4 / qMax(1, rect.height()), 3);
+        site.eighth = qBound(0, (pos.y() - rect.top()) * 8 / qMax(1, rect.height()), 7);
     }
     return site;
 }

@@ -146,7 +146,7 @@ private:
         if (!target || !tree->isVisible() || m_page.formatLines().size() > 60)
             return;
         DropSite site = m_page.site(target);
-        site.quarter = m_random.bounded(4);
+        site.eighth = m_random.bounded(8);
         switch (m_random.bounded(3)) {
         case 0:
             if (Node *dragged = Node::fromRow(anyRow(tree)))
@@ -336,7 +336,7 @@ public:
     }
 
     /// Drops @p id, which stands at @p from with an entry; @p editable as the tab is.
-    Zones(const Lines &lines, int from, const QString &id, bool isPoint, int onto, int quarter, bool editable)
+    Zones(const Lines &lines, int from, const QString &id, bool isPoint, int onto, int eighth, bool editable)
     {
         const QChar kind = id.at(1);
         const bool isEntry = from >= 0;
@@ -348,9 +348,11 @@ public:
         };
         const bool beside
             = editable && onto > 0 && !lines.at(onto).id.startsWith(QLatin1Char('t')) && takes(above(lines, onto));
-        if (beside && (quarter == 0 || (isEntry && !takes(onto) && quarter == 1)))
+        // Eighths of the row at each of its ends; those of an entry meet where nothing goes in between.
+        const int edge = takes(onto) ? 2 : isEntry ? 4 : 3;
+        if (beside && eighth < edge)
             place = DropPlan::Place::Before;
-        else if (beside && (quarter == 3 || (isEntry && !takes(onto))))
+        else if (beside && eighth >= 8 - edge)
             place = DropPlan::Place::After;
         else if (takes(onto))
             place = DropPlan::Place::Into;
@@ -537,18 +539,18 @@ void TestReopen::zonesOfRows()
             const Zones::Lines before = Zones::of(page);
             QCOMPARE(rows.size(), before.size());
             const int onto = random.bounded(rows.size());
-            const int quarter = random.bounded(4);
+            const int eighth = random.bounded(8);
             tree->scrollToItem(rows.at(onto));
             const QRect rect = tree->visualItemRect(rows.at(onto));
             const DropSite site
-                = tree->siteAt({ rect.center().x(), rect.top() + (2 * quarter + 1) * rect.height() / 8 });
+                = tree->siteAt({ rect.center().x(), rect.top() + (2 * eighth + 1) * rect.height() / 16 });
             QCOMPARE(static_cast<QTreeWidgetItem *>(site.row), rows.at(onto));
 
             const int sort = random.bounded(3);
             const int from = sort == 0 ? random.bounded(rows.size()) : -1;
             const QString kind = s(random.bounded(2) ? "a" : "b");
             const QString id = sort == 0 ? before.at(from).id : (sort == 1 ? s("r") : s("n")) + kind;
-            const Zones zones(before, from, id, sort == 2, onto, quarter, editable);
+            const Zones zones(before, from, id, sort == 2, onto, eighth, editable);
             DropPlan plan;
             OwnSlots::FirstFound found;
             if (sort == 0) {
@@ -562,11 +564,11 @@ void TestReopen::zonesOfRows()
                 plan = PointDrop::plan(site, point);
                 page.drop(PointDrop::perform(site, point, &found));
             }
-            const QByteArray where = s("seed %1, drop %2: %3 onto %4, quarter %5")
+            const QByteArray where = s("seed %1, drop %2: %3 onto %4, eighth %5")
                                          .arg(seed)
                                          .arg(drop)
                                          .arg(id, before.at(onto).id)
-                                         .arg(quarter)
+                                         .arg(eighth)
                                          .toUtf8();
             QVERIFY2(plan.place == zones.place, where.constData());
             QVERIFY2(plan.reason.isEmpty() == bool(plan), where.constData());

@@ -48,11 +48,11 @@ DropPlan DropSite::beside(const Allows &allows) const
 
 DropPlan DropSite::choose(const DropPlan &onto, const DropPlan &beside) const
 {
-    constexpr int last = 3;
-    const bool halves = onto.place == DropPlan::Place::Before;
-    if (!beside || (!halves && quarter > 0 && quarter < last))
+    constexpr int eighths = 8;
+    const int edge = onto.place == DropPlan::Place::Into ? 2 : onto ? 4 : 3;
+    if (!beside || (eighth >= edge && eighth < eighths - edge))
         return onto;
-    return beside.at(quarter < 2 ? DropPlan::Place::Before : DropPlan::Place::After);
+    return beside.at(eighth < edge ? DropPlan::Place::Before : DropPlan::Place::After);
 }
 
 DropSite DropSite::above() const

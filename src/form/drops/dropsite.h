@@ -46,8 +46,8 @@ struct DropSite
     bool direct = true;
     QString tabName;
     MergedSources merged;
-    /// The part of the row, from 0 at its top to 3 at its bottom; 1 and 2 are its middle.
-    int quarter = 1;
+    /// The part of the row, from 0 at its top to 7 at its bottom; at first the middle of the row.
+    int eighth = 3;
 
     /// Whether something goes into the row, and how; @p allows says whether a node takes what is dragged.
     [[nodiscard]] DropPlan into(const Allows &allows) const;
@@ -55,9 +55,10 @@ struct DropSite
     /// Whether something new goes beside the row, as a plan to go before it; @p allows is asked of the row above.
     [[nodiscard]] DropPlan beside(const Allows &allows) const;
 
-    /// What holds for the quarter that is pointed at: @p onto is what a drop onto the middle of the row does, @p beside
-    /// a plan to go before it, or none. Where nothing goes into the row but the middle means "before" already, the
-    /// upper half does and the lower one means "after".
+    /// What holds for the part that is pointed at: @p onto is what a drop onto the middle of the row does, @p beside a
+    /// plan to go before it, or none. The upper quarter is "before" then and the lower one "after". Where nothing goes
+    /// into the row there is more room for them: they meet where the middle means "before" itself, else a quarter is
+    /// left between them.
     [[nodiscard]] DropPlan choose(const DropPlan &onto, const DropPlan &beside) const;
 
     /// The same place in the same tree, one row up; without a row at the top.
