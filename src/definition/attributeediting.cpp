@@ -129,7 +129,10 @@ void DefintionPageBuilder::onEditInfoDataChange(const QString &name, const QVari
         changeAttributeType(value.toString());
         return;
     }
-    m_editTarget->setProperty(name, CommittedValue::of(value));
+    const QVariant committed = CommittedValue::of(value);
+    if (m_editMode == EditEntry && name == EnumTable::choiceKey())
+        EnumTable::renameDefault(m_editTarget, committed.toString());
+    m_editTarget->setProperty(name, committed);
     finishChange();
 }
 
@@ -167,6 +170,7 @@ void DefintionPageBuilder::addAttribute()
     QTableWidget *table = m_ui->defintionTable;
     table->setCurrentCell(table->rowCount() - 1, 0);
     onDefineTableItemClicked(table->currentItem());
+    m_ui->editInfoWidget->openEditor(QStringLiteral("key"));
     Q_EMIT modified(true);
 }
 
@@ -179,7 +183,31 @@ void DefintionPageBuilder::addEntry()
     QTableWidget *table = m_ui->enumTable;
     table->setCurrentCell(table->rowCount() - 1, table->columnCount() - 1);
     onEnumTableItemClicked(table->currentItem());
+    m_ui->editInfoWidget->openEditor(QStringLiteral("key"));
     Q_EMIT modified(true);
+}
+
+void DefintionPageBuilder::moveRow(QTableWidget *table, int step)
+{
+    commitSheets();
+    const bool isOfAttributes = table == m_ui->defintionTable;
+    PointTreeWidgetItem *owner = isOfAttributes ? m_currentPoint : m_currentAttribute;
+    const int row = table->currentRow();
+    const int other = row + step;
+    if (!owner || row < 0 || other < 0 || (isOfAttributes && !currentTakesAttributes()))
+        return;
+    for (int i = 0; i <= qMax(row, other); ++i) {
+        const PointTreeWidgetItem *child = childAt(owner, i);
+        if (!child || !(isOfAttributes ? !child->isKind(QLatin1String("SubExtPoint")) : EnumTable::isEntry(child)))
+            return;
+    }
+    owner->moveChild(row, other);
+    {
+        // It is the same one that is shown.
+        const QSignalBlocker quiet(table);
+        table->setCurrentCell(other, table->currentColumn());
+    }
+    finishChange();
 }
 
 void DefintionPageBuilder::onDelButtonClicked()

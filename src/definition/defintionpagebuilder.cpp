@@ -15,7 +15,6 @@
 #include "tablecells.h"
 #include "treemenu.h"
 
-#include <QCursor>
 #include <QEvent>
 #include <QMenu>
 #include <QShortcut>
@@ -135,6 +134,7 @@ void DefintionPageBuilder::createKeys()
         connect(new QShortcut(key, widget, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated, this, action);
     };
     QTreeWidget *tree = m_ui->defintionTree;
+    m_menuKey.watch(tree);
     onKey(tree, QKeySequence(Qt::Key_Delete), [this, tree] {
         commitSheets();
         PointTreeWidgetItem *item = PointTreeWidgetItem::fromRow(tree->currentItem());
@@ -161,6 +161,8 @@ void DefintionPageBuilder::createKeys()
         QPushButton *remove = attributes ? m_ui->pushButton_del_attr : m_ui->pushButton_delete_enmu;
         onKey(table, QKeySequence(Qt::Key_Insert), [add] { add->click(); });
         onKey(table, QKeySequence(Qt::Key_Delete), [remove] { remove->click(); });
+        onKey(table, QKeySequence(Qt::ALT + Qt::Key_Up), [this, table] { moveRow(table, -1); });
+        onKey(table, QKeySequence(Qt::ALT + Qt::Key_Down), [this, table] { moveRow(table, 1); });
         const QString labelKey = attributes ? nameKey : QStringLiteral("text");
         onKey(table, QKeySequence(Qt::Key_F2), [this, labelKey] { m_ui->editInfoWidget->openEditor(labelKey); });
     }
@@ -208,7 +210,7 @@ void DefintionPageBuilder::onDefineTreeMenu(const QPoint &pos)
     if (!m_menuItem)
         return;
     m_treeMenu->fitTo(m_menuItem);
-    m_treeMenu->exec(QCursor::pos());
+    m_treeMenu->exec(m_menuKey.place());
 }
 
 void DefintionPageBuilder::onCreatPoint()

@@ -2,6 +2,7 @@
 
 #include "childtypemask.h"
 #include "form/extpointwidgetbuilder.h"
+#include "form/menukey.h"
 #include "pointsheet.h"
 
 #include <QObject>
@@ -13,6 +14,7 @@
 
 class PointTreeWidgetItem;
 class QAction;
+class QTableWidget;
 class QTableWidgetItem;
 class QToolButton;
 class QTreeWidgetItem;
@@ -99,6 +101,9 @@ private:
     void deleteAttribute();
     void deleteEntry();
     void changeAttributeType(const QString &typeName);
+    /// Moves the current row of a table by one place. Only where rows and children agree, see
+    /// onDefineTableItemClicked().
+    void moveRow(QTableWidget *table, int step);
     void updateButtons();
     [[nodiscard]] bool currentTakesAttributes() const;
     /// What "Add Property" offers.
@@ -114,6 +119,7 @@ private:
     QPointer<PointTreeWidgetItem> m_editTarget;
     EditMode m_editMode = EditAttribute;
     std::unique_ptr<TreeMenu> m_treeMenu;
+    MenuKey m_menuKey;
     QStringList m_attributeTypes;
     QPointer<QToolButton> m_addProperty;
 };

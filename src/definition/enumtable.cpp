@@ -16,7 +16,7 @@ QList<QStringList> EnumTable::rowsOf(const PointTreeWidgetItem *attribute)
 {
     QList<QStringList> rows;
     for (PointObject *child : attribute->children()) {
-        if (child->item()->kind() != QLatin1String("Data"))
+        if (!isEntry(child->item()))
             continue;
         QStringList texts;
         const QStringList keys = columns();
@@ -31,6 +31,30 @@ void EnumTable::fill(QTableWidget *table, const PointTreeWidgetItem *attribute)
 {
     TableCells::reset(table, columns());
     TableCells::setRows(table, rowsOf(attribute));
+}
+
+QString EnumTable::choiceKey()
+{
+    return QStringLiteral("text");
+}
+
+bool EnumTable::isEntry(const PointTreeWidgetItem *child)
+{
+    return child->kind() == QLatin1String("Data");
+}
+
+void EnumTable::renameDefault(PointTreeWidgetItem *entry, const QString &text)
+{
+    const QString key = QStringLiteral("value");
+    PointTreeWidgetItem *attribute = entry->parentItem();
+    const QString old = entry->properties().text(choiceKey());
+    if (!attribute || old.isEmpty() || attribute->properties().text(key) != old)
+        return;
+    for (PointObject *child : attribute->children()) {
+        if (child != entry && isEntry(child->item()) && child->properties().text(choiceKey()) == old)
+            return;
+    }
+    attribute->setProperty(key, text);
 }
 
 PointTreeWidgetItem *EnumTable::create(PointTreeWidgetItem *attribute)

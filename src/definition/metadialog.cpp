@@ -53,6 +53,7 @@ void MetaDialog::on_pushButton_add_clicked()
         m_ui->tableWidget->setCurrentCell(m_entries.size() - 1, 0);
     }
     on_tableWidget_itemClicked(m_ui->tableWidget->currentItem());
+    m_ui->metaProperty->openEditor(QStringLiteral("key"));
     Q_EMIT modified(true);
 }
 

@@ -36,8 +36,11 @@ QList<PropertyItem> MetaSheet::of(PointTreeWidgetItem *entry, const QStringList 
         PropertyItem record(PropertyType(type), property.key, property.key, property.value);
         if (property.key == nameKey)
             record.setData(PropertyKey::RegExp, Pattern::name());
-        else if (property.key == QLatin1String("key"))
+        else if (property.key == QLatin1String("key")) {
             record.setData(PropertyKey::RegExp, Pattern::key());
+            // No file keeps it, so nobody has to think of one.
+            record.setData(PropertyKey::MayBeEmpty, true);
+        }
         records.append(record);
     }
     records.append(AttributeSheet::typeRecord(typeName, typeNames));

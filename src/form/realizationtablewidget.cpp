@@ -117,7 +117,11 @@ void RealizationTableWidget::dropEvent(QDropEvent *event)
         return;
     event->setDropAction(Qt::CopyAction);
     event->accept();
+    drop(dragged);
+}
 
+void RealizationTableWidget::drop(PointTreeWidgetItem *dragged)
+{
     const TableDrop::Outcome outcome = TableDrop::perform(dragged);
     if (outcome.record)
         Q_EMIT addTableRealization(outcome.parent, outcome.record, outcome.isSubPoint);

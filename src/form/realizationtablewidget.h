@@ -28,6 +28,9 @@ public:
     /// Has @p ended called at the end of each of these drags, while isDragging() still holds.
     void setDragEnded(std::function<void()> ended) { m_dragEnded = std::move(ended); }
 
+    /// What a drop of @p dragged does, announced by the signals.
+    void drop(PointTreeWidgetItem *dragged);
+
 Q_SIGNALS:
     void modified(bool flag);
     /// A drop has made the record @p child under @p parent; @p flag is true for a sub point's. A @p parent without a

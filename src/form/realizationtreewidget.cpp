@@ -119,19 +119,24 @@ RealizationTreeWidget::Source RealizationTreeWidget::sourceOf(const QDropEvent *
 
 DropSite RealizationTreeWidget::siteAt(const QPoint &pos) const
 {
-    DropSite site = m_site;
-    QTreeWidgetItem *item = itemAt(pos);
-    site.row = PointTreeWidgetItem::fromRow(item);
-    if (item) {
-        const QRect rect = visualItemRect(item);
+    QTreeWidgetItem *row = itemAt(pos);
+    DropSite site = siteOf(PointTreeWidgetItem::fromRow(row));
+    if (row) {
+        const QRect rect = visualItemRect(row);
         site.eighth = qBound(0, (pos.y() - rect.top()) * 8 / qMax(1, rect.height()), 7);
     }
     return site;
 }
 
-DropPlan RealizationTreeWidget::planAt(PointTreeWidgetItem *dragged, Source source, const QPoint &pos) const
+DropSite RealizationTreeWidget::siteOf(PointTreeWidgetItem *row) const
 {
-    const DropSite site = siteAt(pos);
+    DropSite site = m_site;
+    site.row = row;
+    return site;
+}
+
+DropPlan RealizationTreeWidget::planFor(const DropSite &site, PointTreeWidgetItem *dragged, Source source)
+{
     if (source == Source::Other)
         return {};
     if (!dragged)
@@ -183,6 +188,11 @@ void RealizationTreeWidget::dropEvent(QDropEvent *event)
     stopHovering();
     event->setDropAction(Qt::CopyAction);
     event->accept();
+    drop(site, dragged, source);
+}
+
+void RealizationTreeWidget::drop(const DropSite &site, PointTreeWidgetItem *dragged, Source source)
+{
     if (!dragged || source == Source::Other)
         return;
     if (source == Source::Table)
@@ -232,7 +242,7 @@ void RealizationTreeWidget::hover(PointTreeWidgetItem *dragged, Source source, c
     m_isHovering = true;
     m_edgeScroll.hold(pos);
     if (source != Source::Other)
-        m_statusTip.show(this, DropWords::of(planAt(dragged, source, pos), siteAt(pos)));
+        m_statusTip.show(this, DropWords::of(planFor(siteAt(pos), dragged, source), siteAt(pos)));
     viewport()->update();
 }
 
@@ -253,7 +263,7 @@ void RealizationTreeWidget::paintEvent(QPaintEvent *event)
     QTreeWidget::paintEvent(event);
     if (!m_isHovering)
         return;
-    const DropPlan::Place place = planAt(m_hovering, m_hoveringFrom, m_hoverPos).place;
+    const DropPlan::Place place = planFor(siteAt(m_hoverPos), m_hovering, m_hoveringFrom).place;
     QPainter painter(viewport());
     DropMark::paint(&painter, palette(), markedRect(m_hoverPos, place), place);
 }

@@ -46,6 +46,16 @@ public:
 
     /// Where a drop at @p pos, in viewport coordinates, would go.
     [[nodiscard]] DropSite siteAt(const QPoint &pos) const;
+    /// Where a drop onto @p row would go.
+    [[nodiscard]] DropSite siteOf(PointTreeWidgetItem *row) const;
+
+    /// Where something comes from decides on what dropping it means.
+    enum class Source { Tree, Table, Other };
+
+    /// What dropping @p dragged at @p site does; null is allowed. The mark, the drop and pasting all ask this.
+    [[nodiscard]] static DropPlan planFor(const DropSite &site, PointTreeWidgetItem *dragged, Source source);
+    /// Carries that out, and announces it.
+    void drop(const DropSite &site, PointTreeWidgetItem *dragged, Source source);
 
     /// True while a drag that this tree has started is running.
     [[nodiscard]] bool isDragging() const { return m_drag.isRunning(); }
@@ -71,11 +81,7 @@ protected:
     bool viewportEvent(QEvent *event) override;
 
 private:
-    enum class Source { Tree, Table, Other };
-
     [[nodiscard]] static Source sourceOf(const QDropEvent *event);
-    /// What dropping @p dragged at @p pos does; the mark and the drop both ask this.
-    [[nodiscard]] DropPlan planAt(PointTreeWidgetItem *dragged, Source source, const QPoint &pos) const;
     void beginDrag();
     void hover(PointTreeWidgetItem *dragged, Source source, const QPoint &pos);
     void stopHovering();

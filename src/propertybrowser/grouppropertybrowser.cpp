@@ -69,9 +69,9 @@ void GroupPropertyBrowser::showProperties(const QList<PropertyItem> &items)
 
     // The rows come where the sheet stands among the page's widgets, not after all of them for being newer.
     QWidget *previous = this;
-    for (const PropertyEditor *editor : qAsConst(m_editors)) {
-        setTabOrder(previous, editor->focusProxy());
-        previous = editor->focusProxy();
+    for (PropertyEditor *editor : qAsConst(m_editors)) {
+        setTabOrder(previous, editor);
+        previous = editor;
     }
 
     if (focused >= 0) {

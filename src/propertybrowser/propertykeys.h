@@ -16,6 +16,8 @@ inline const QString SubItems = QStringLiteral("subitems");
 inline const QString ShowText = QStringLiteral("showtext");
 inline const QString Decimals = QStringLiteral("decimals");
 inline const QString RegExp = QStringLiteral("regexp");
+/// An empty text is taken whatever RegExp says.
+inline const QString MayBeEmpty = QStringLiteral("maybeempty");
 /// A text with a match of this expression anywhere is taken, but marked, with DoubtHint as the reason.
 inline const QString Doubt = QStringLiteral("doubt");
 inline const QString DoubtHint = QStringLiteral("doubthint");

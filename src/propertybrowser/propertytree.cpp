@@ -324,7 +324,7 @@ PropertyEditor *PropertyTree::createEditor(int row)
     PropertyEditor *editor = EditorTable::kindOf(item).create(item, viewport());
     editor->setInPlace(true);
     // Tab goes by the rows, not by the order in which their editors were made.
-    editor->focusProxy()->setFocusPolicy(Qt::ClickFocus);
+    editor->setFocusPolicy(Qt::ClickFocus);
     editor->focusProxy()->installEventFilter(this);
     connect(editor, &PropertyEditor::committed, this,
         [this, row](const QString & /*name*/, const QVariant &value) { onCommitted(row, value); });

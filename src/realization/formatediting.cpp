@@ -98,3 +98,23 @@ bool FormatEditing::isDeletable(PointTreeWidgetItem *row)
 {
     return row && !Controller::instance()->ownRealizations().isForeign(row);
 }
+
+bool FormatEditing::moveByOne(PointTreeWidgetItem *row, int step)
+{
+    PointTreeWidgetItem *shownAbove = row ? row->parentItem() : nullptr;
+    if (!shownAbove || !isDeletable(row))
+        return false;
+    PointTreeWidgetItem *saved = row->master()->item();
+    PointTreeWidgetItem *above = saved->parentItem();
+    if (!above)
+        return false;
+    QSet<const PointObject *> shown;
+    for (PointObject *beside : shownAbove->children())
+        shown.insert(beside->master());
+    const QList<PointObject *> &all = above->children();
+    const int old = all.indexOf(saved);
+    int now = old + step;
+    while (now >= 0 && now < all.size() && !shown.contains(all.at(now)))
+        now += step;
+    return now >= 0 && now < all.size() && OwnEdits::move(saved, above, now);
+}

@@ -27,4 +27,8 @@ void rename(PointTreeWidgetItem *node, const QString &id);
 /// The rows that a deletion of @p row may touch: false for a row of a sibling and for null.
 [[nodiscard]] bool isDeletable(PointTreeWidgetItem *row);
 
+/// Moves the own entry that @p row shows by one place, up with a @p step of -1 and down with 1, among those that are
+/// saved beside it and shown beside it. False when nothing has moved: for a row of a sibling, at the ends, for null.
+bool moveByOne(PointTreeWidgetItem *row, int step);
+
 } // namespace FormatEditing

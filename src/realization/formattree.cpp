@@ -211,6 +211,8 @@ void FormatTree::sync(const QString &name)
         // At once, so that the view need not follow row by row.
         if (!plan.rows.empty())
             m_tree->addTopLevelItem(build(plan.rows.front(), &further));
+        const QSignalBlocker quiet(m_tree);
+        m_tree->setCurrentItem(m_tree->topLevelItem(0), 0, QItemSelectionModel::NoUpdate);
     } else {
         const ViewState state(m_tree);
         // Drops and the menu have put rows into the tree themselves.
@@ -422,6 +424,12 @@ FormatTree::Nodes FormatTree::rowsWithId(const QString &id) const
 bool FormatTree::contains(const PointTreeWidgetItem *row) const
 {
     return row && m_tree && row->treeWidget() == m_tree;
+}
+
+PointTreeWidgetItem *FormatTree::rowOf(const PointTreeWidgetItem *source) const
+{
+    index();
+    return m_rowBySource.value(source);
 }
 
 void FormatTree::index() const

@@ -46,7 +46,8 @@ public:
     [[nodiscard]] const QString &tabName() const { return m_tabName; }
 
     /// Brings the rows into line with what fills the tab now, which may be called @p name by now. Rows that stay keep
-    /// what a person has done to them; so does the place that is scrolled to.
+    /// what a person has done to them; so does the place that is scrolled to. In a tree that was empty the keys start at
+    /// the first row, which is not selected.
     void sync(const QString &name);
     /// The same after a change of the opened file, as far as it concerns the tab.
     void follow(const ModelChange &change, const QString &name);
@@ -59,6 +60,8 @@ public:
     /// The rows with this "id".
     [[nodiscard]] Nodes rowsWithId(const QString &id) const;
     [[nodiscard]] bool contains(const PointTreeWidgetItem *row) const;
+    /// The row that was made from @p source; null when the tab shows none.
+    [[nodiscard]] PointTreeWidgetItem *rowOf(const PointTreeWidgetItem *source) const;
 
     /// Gives a row that a drop has made what it lacks of texts and icon; what the drop has given it stays.
     void complete(PointTreeWidgetItem *row);

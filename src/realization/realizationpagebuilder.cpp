@@ -45,6 +45,9 @@ void RealizationPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
 {
     m_ui = ui;
     FormatTabBar::putInto(ui->formatTab);
+    // The bar has come after everything else.
+    QWidget::setTabOrder(ui->formatTab->tabBar(), ui->realizTable);
+    QWidget::setTabOrder(ui->realizTable, ui->propertyRealization->focusProxy());
     m_formatTabs = new FormatTabs(ui->formatTab, this);
     m_records = new RecordTable(ui->realizTable, this);
     m_sheet = new SheetPane(ui->propertyRealization, this);
@@ -105,7 +108,7 @@ void RealizationPageBuilder::createConnections()
     connect(formatTree, &RealizationTreeWidget::dropPoint, this, &RealizationPageBuilder::dropPoint);
     connect(m_ui->realizTable, &RealizationTableWidget::addTableRealization, this,
         &RealizationPageBuilder::onAddTableRealization);
-    m_menus = new PageMenus(m_formatTree, m_ui->realizTable, m_records, m_sheet, this);
+    m_menus = new PageMenus(m_formatTree, m_ui->realizationTree, m_ui->realizTable, m_records, m_sheet, this);
     connect(m_ui->pushButton_add_format_tree, &QPushButton::clicked, this,
         &RealizationPageBuilder::on_pushButton_add_format_tree_clicked);
 
@@ -319,6 +322,7 @@ void RealizationPageBuilder::formatTabCurrentChanged(int)
     if (!m_ui || !m_ui->formatTab->currentWidget())
         return;
     m_formatTree->moveTo(m_ui->formatTab->currentWidget());
+    QWidget::setTabOrder(m_ui->formatTab->tabBar(), m_formatTree->widget());
     m_formatTree->show(m_formatTabs->currentName());
     // Its row has gone.
     if (m_sheet->subject() == SheetPane::Subject::Entry)

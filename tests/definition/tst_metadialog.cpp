@@ -1,6 +1,7 @@
 #include "realization/realizationpage.h"
 
 #include "definition/metadialog.h"
+#include "tabcycle.h"
 
 #include <QSignalSpy>
 
@@ -58,6 +59,7 @@ class TestMetaDialog : public QObject
 private Q_SLOTS:
     void entriesAndSheets();
     void deleting();
+    void keys();
     void closingKeepsWhatWasTyped();
     void copiesReachTheirMaster();
 };
@@ -97,6 +99,27 @@ void TestMetaDialog::deleting()
     QVERIFY(!opened.button("pushButton_delete")->isEnabled());
     opened.dialog->on_pushButton_delete_clicked();
     QCOMPARE(modified.count(), 3);
+}
+
+void TestMetaDialog::keys()
+{
+    const Opened opened;
+    opened.table()->setFocus();
+    QTest::keyClick(opened.table(), Qt::Key_Insert);
+    QCOMPARE(QApplication::focusWidget()->accessibleName(), s("key"));
+    // No file keeps the key: it may be left out, but what is written there is looked at.
+    const auto *rows = opened.sheet()->findChild<QTreeWidget *>();
+    const auto problem = [&] { return rows->topLevelItem(0)->data(1, Qt::AccessibleDescriptionRole).toString(); };
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QCOMPARE(problem(), QString());
+    Q_EMIT opened.sheet()->propertyChanged(s("key"), s("1 2"));
+    opened.click(0);
+    opened.click(2);
+    QVERIFY(!problem().isEmpty());
+    const TabCycle cycle(opened.dialog.get());
+    QCOMPARE(cycle.size(), 5);
+    QVERIFY2(cycle.complaint(false).isEmpty(), qPrintable(cycle.complaint(false)));
+    QVERIFY2(cycle.complaint(true).isEmpty(), qPrintable(cycle.complaint(true)));
 }
 
 void TestMetaDialog::closingKeepsWhatWasTyped()

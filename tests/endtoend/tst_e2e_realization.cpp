@@ -64,6 +64,7 @@ private slots:
     void editsReachEverything();
     void recordsGoIntoFormats();
     void pointIsMadeUsedAndDeleted();
+    void withoutAMouse();
     void savesWhileReading();
     void aDeadNeighbour();
 
@@ -370,6 +371,54 @@ void tst_E2eRealization::pointIsMadeUsedAndDeleted()
     STEP(openPage());
     EVENTUALLY(lines("realizationTree").filter(s("    own")).size(), 1);
     QCOMPARE(ownPoints(), QStringList());
+    STEP(close());
+}
+
+/// A point, a record of it, an action, and the action in a layout of others, by the keys alone.
+void tst_E2eRealization::withoutAMouse()
+{
+    make("", others());
+    STEP(open(file()));
+    STEP(tabTo("tabWidget") && keys("Left") && tabTo("defintionTree"));
+    STEP(keys("Insert F2 ctrl+a") && type("Shapes\n"));
+    EVENTUALLY(lines("defintionTree").value(1), s("    Shapes"));
+    STEP(keys("shift+Tab ctrl+a") && type("own.shapes\n"));
+    STEP(tabTo("defintionTable") && keys("Insert") && type("text\n") && tabTo("defintionTable"));
+    STEP(keys("Insert") && type("label\n"));
+    // The last attribute comes first.
+    STEP(tabTo("defintionTable") && keys("alt+Up"));
+    EVENTUALLY(lines("defintionTable"), (QStringList { s("label |  | String | "), s("text |  | String | ") }));
+
+    STEP(tabTo("tabWidget") && keys("Right") && tabTo("realizationTree"));
+    STEP(keys("Home asterisk") && type("Shapes") && keys("Insert F2 ctrl+a") && type("Ring\n"));
+    EVENTUALLY(records(), QStringList { s("own.shapes# | Ring | ") });
+    STEP(tabTo("realizationTree") && keys("Home") && type("Action") && keys("Insert F2 ctrl+a") && type("Go\n"));
+    EVENTUALLY(records(), QStringList { s("own.action# | Go |  | 0 | false") });
+    STEP(tabTo("realizTable") && keys("ctrl+c"));
+    STEP(tabTo("formatTab") && keys("Home") && tabTo("formatTree"));
+    EVENTUALLY(formats().value(0), s("desk.main | Main"));
+    STEP(type("desk.left") && keys("ctrl+v"));
+    EVENTUALLY(formats().value(3), s("        own.action# | Go"));
+    STEP(save());
+    QCOMPARE(saved(), savedFile(R"xml(
+    <ExtPointSet>
+        <ExtPoint id="own.shapes" name="Shapes">
+            <String key="label" name="" value="" regexp="" tips="" trans=""/>
+            <String key="text" name="" value="" regexp="" tips="" trans=""/>
+        </ExtPoint>
+    </ExtPointSet>
+    <ExtDataSet>
+        <ExtData plugin="own" id="own.shapes" extPlugin="own">
+            <shapes id="own.shapes#" label="" text="Ring"/>
+        </ExtData>
+        <ExtData plugin="own" id="shell.commands" extPlugin="shell">
+            <Format target="desk.main">
+                <action id="own.action#" parent="desk.left"/>
+            </Format>
+            <action id="own.action#" text="tr('Go')" icon="" checkable="false"/>
+        </ExtData>
+    </ExtDataSet>
+)xml"));
     STEP(close());
 }
 

@@ -154,6 +154,29 @@ bool WorkbenchDriver::key(const QString &name)
     return waitForFocus() && (InputDevices::key(name) || fail(s("no key %1").arg(name)));
 }
 
+bool WorkbenchDriver::keys(const char *names)
+{
+    const QStringList all = s(names).split(QLatin1Char(' '));
+    return std::all_of(all.begin(), all.end(), [this](const QString &name) { return key(name); });
+}
+
+bool WorkbenchDriver::type(const char *text)
+{
+    return waitForFocus() && (InputDevices::type(s(text)) || fail(s("not typed")));
+}
+
+bool WorkbenchDriver::tabTo(const char *widget)
+{
+    constexpr int mostStops = 60;
+    for (int i = 0; i < mostStops; ++i) {
+        if (state().value(s("focus")).toObject().value(s("name")).toString() == s(widget))
+            return true;
+        if (!key(s("Tab")))
+            return false;
+    }
+    return fail(s("Tab does not lead to %1").arg(s(widget)));
+}
+
 bool WorkbenchDriver::waitForFocus()
 {
     // When a dialog has closed, no window has the focus for a moment, and keys go nowhere.

@@ -46,6 +46,11 @@ public:
     /// Like drag(), for a target that comes into view only once the source is pressed.
     [[nodiscard]] bool dragToWhatAppears(const Place &from, const Place &to);
     [[nodiscard]] bool key(const QString &name);
+    /// Several keys, one after the other, their names with blanks between them.
+    [[nodiscard]] bool keys(const char *names);
+    [[nodiscard]] bool type(const char *text);
+    /// Presses Tab until the widget of this name has the focus, or the bar of the tab widget of this name.
+    [[nodiscard]] bool tabTo(const char *widget);
     /// Opens the menu of the menu bar and takes the entry.
     [[nodiscard]] bool chooseFromMenu(const QString &menu, const QString &entry);
     /// Opens the context menu of the place and takes the entries, one after the other.

@@ -1,4 +1,5 @@
 #include "projectexplorer/productdock.h"
+#include "tabcycle.h"
 
 #include <QDir>
 #include <QFile>
@@ -34,6 +35,7 @@ private slots:
     void cleanup();
 
     void rows();
+    void tabComesRound();
     void filter();
     void activation();
     void follows();
@@ -119,6 +121,18 @@ void tst_ProjectExplorer::rows()
     QVERIFY(index.data(Qt::DecorationRole).value<QIcon>().cacheKey() != ordinary);
     m_dock->setOpenedFile(QString());
     QCOMPARE(picture(), QString());
+}
+
+void tst_ProjectExplorer::tabComesRound()
+{
+    make("Units Alarms");
+    openAndWait("Units");
+    m_dock->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_dock.get()));
+    const TabCycle cycle(m_dock.get());
+    QCOMPARE(cycle.size(), 2);
+    QVERIFY2(cycle.complaint(false).isEmpty(), qPrintable(cycle.complaint(false)));
+    QVERIFY2(cycle.complaint(true).isEmpty(), qPrintable(cycle.complaint(true)));
 }
 
 void tst_ProjectExplorer::filter()

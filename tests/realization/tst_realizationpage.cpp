@@ -251,15 +251,15 @@ void TestRealizationPage::menuOffers_data()
         QTest::newRow(name) << data(own) << QByteArray(entry) << s(offered);
     };
     row("a root, both bars", "<format target='t'/>", "format",
-        "Child Type;Child Type > context;Child Type > menubar;Child Type > toolbars;Delete");
+        "Child Type;Child Type > context;Child Type > menubar;Child Type > toolbars;Delete;Copy;Cut;-Paste");
     row("a root with a bar", "<format target='t'><MenuBar/></format>", "format",
-        "Child Type;Child Type > context;Child Type > toolbars;Delete");
+        "Child Type;Child Type > context;Child Type > toolbars;Delete;Copy;Cut;-Paste");
     row("a root with everything", "<format target='t'><menubar/><toolbars/><context/></format>", "format",
-        "-Child Type;Delete");
+        "-Child Type;Delete;Copy;Cut;-Paste");
     row("the kinds as written", "<format target='t'><menu id='m'/></format>", "m",
-        "Child Type;Child Type > menu;Child Type > Action;Delete");
-    row("no definition", "<format target='t'><what id='w'/></format>", "w", "-Child Type;Delete");
-    row("a root tagged so", "<Format target='t'/>", "Format", "-Child Type;-Delete");
+        "Child Type;Child Type > menu;Child Type > Action;Delete;Copy;Cut;-Paste");
+    row("no definition", "<format target='t'><what id='w'/></format>", "w", "-Child Type;Delete;Copy;Cut;-Paste");
+    row("a root tagged so", "<Format target='t'/>", "Format", "-Child Type;-Delete;-Copy;-Cut;-Paste");
 }
 
 void TestRealizationPage::menuOffers()
@@ -270,7 +270,8 @@ void TestRealizationPage::menuOffers()
     page.clickPoint();
     QTEST(page.menuOf(entry).join(QLatin1Char(';')), "offered");
     QVERIFY(page.menu(page.formats(), QPoint(5, page.formats()->viewport()->height() - 2)).isEmpty());
-    QCOMPARE(page.menu(page.table(), QPoint(5, page.table()->viewport()->height() - 2)), list({ "-Delete", "Meta" }));
+    QCOMPARE(page.menu(page.table(), QPoint(5, page.table()->viewport()->height() - 2)),
+        list({ "-Delete", "Meta", "Create Record", "-Copy", "-Paste" }));
 }
 
 void TestRealizationPage::createsAndDeletesEntries()

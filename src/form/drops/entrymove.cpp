@@ -115,6 +115,27 @@ bool canGoBeside(PointTreeWidgetItem *row, PointTreeWidgetItem *dragged)
     return isMirror(row) && mayGoUnder(savedNode(dragged), savedNode(row)->parentItem());
 }
 
+PointTreeWidgetItem *deepCopy(const PointTreeWidgetItem &top)
+{
+    const auto copyOf = [](const PointTreeWidgetItem &node) {
+        auto *made = new PointTreeWidgetItem(node.text(0));
+        made->assignFields(node);
+        made->setProperties(node.properties());
+        return made;
+    };
+    PointTreeWidgetItem *copy = copyOf(top);
+    QVector<QPair<const PointTreeWidgetItem *, PointTreeWidgetItem *>> open { { &top, copy } };
+    while (!open.isEmpty()) {
+        const auto [from, to] = open.takeLast();
+        for (PointObject *child : from->children()) {
+            PointTreeWidgetItem *below = copyOf(*child->item());
+            OwnEdits::insert(to, below);
+            open.append(qMakePair(static_cast<const PointTreeWidgetItem *>(child->item()), below));
+        }
+    }
+    return copy;
+}
+
 } // namespace
 
 DropPlan EntryMove::plan(const DropSite &site, PointTreeWidgetItem *dragged)
@@ -155,4 +176,31 @@ DropOutcome EntryMove::perform(const DropSite &site, PointTreeWidgetItem *dragge
     else
         moveSavedBeside(site, what, dragged);
     return outcome;
+}
+
+PointTreeWidgetItem *EntryMove::copy(const DropSite &site, PointTreeWidgetItem *dragged)
+{
+    const DropPlan what = plan(site, dragged);
+    if (!what)
+        return nullptr;
+    PointTreeWidgetItem *saved = savedNode(dragged);
+    PointTreeWidgetItem *beside = savedNode(site.row);
+    const bool goesInto = what.place == DropPlan::Place::Into;
+    QVariant parentName = goesInto ? QVariant() : beside->property(parentKey);
+    if (goesInto && what.recorded)
+        parentName = OwnSlots::parentName(what.through);
+
+    PointTreeWidgetItem *copy = deepCopy(*saved);
+    PropertyHash properties = copy->properties();
+    properties.remove(parentKey);
+    if (!parentName.isNull())
+        properties.insert(parentKey, parentName);
+    copy->setProperties(properties);
+    if (goesInto) {
+        OwnEdits::insert(what.recorded ? formatFor(saved, site.tabName) : beside, copy);
+    } else {
+        PointTreeWidgetItem *above = beside->parentItem();
+        OwnEdits::insert(above, copy, above->children().indexOf(beside));
+    }
+    return copy;
 }

@@ -30,4 +30,8 @@ namespace EntryMove {
 /// does not drop directly.
 DropOutcome perform(const DropSite &site, PointTreeWidgetItem *dragged);
 
+/// Puts a copy of the entry, with everything under it, where plan() would move the entry: in the model alone, the rows
+/// follow. The ids stay, since they say what the entries refer to. The saved copy; null when there is no such place.
+PointTreeWidgetItem *copy(const DropSite &site, PointTreeWidgetItem *dragged);
+
 } // namespace EntryMove

@@ -3,6 +3,7 @@
 #include "propertybrowser/editors/textcodec.h"
 #include "propertybrowser/editors/textentryeditor.h"
 #include "propertybrowser/propertyitem.h"
+#include "propertybrowser/propertykeys.h"
 #include "propertybrowser/wholematch.h"
 
 #include <QCoreApplication>
@@ -14,6 +15,9 @@ const TextCodec &LineEditor::codec()
         // Blanks around what is typed are no part of it: no file would bring them back.
         c.parse = [](const PropertyItem &item, const QString &typed) {
             const QString text = typed.trimmed();
+            if (text.isEmpty() && item.data(PropertyKey::MayBeEmpty).toBool()) {
+                return QVariant(text);
+            }
             const bool matches = WholeMatch::matches(WholeMatch::patternOf(item), text, WholeMatch::Lines::One);
             return matches ? QVariant(text) : QVariant();
         };

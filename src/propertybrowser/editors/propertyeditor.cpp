@@ -49,6 +49,8 @@ void PropertyEditor::setInner(QWidget *inner)
 {
     m_inner = inner;
     setFocusProxy(inner);
+    // Of one that takes no focus the toolkit would change no place in the order of Tab, and go through it all the same.
+    setFocusPolicy(inner->focusPolicy());
     inner->setAccessibleName(m_item.displayText());
     inner->installEventFilter(this);
     m_mark = new InvalidMark(inner);

@@ -255,8 +255,11 @@ QJsonObject focus()
     QJsonArray inside;
     for (const QWidget *parent = widget->parentWidget(); parent; parent = parent->parentWidget())
         inside.append(parent->objectName());
+    // A bar of tabs goes by the name of what it is the bar of.
+    const QWidget *named = qobject_cast<const QTabBar *>(widget) ? widget->parentWidget() : widget;
     return { { QStringLiteral("accessibleName"), widget->accessibleName() },
-        { QStringLiteral("value"), valueOf(widget) }, { QStringLiteral("inside"), inside } };
+        { QStringLiteral("name"), named->objectName() }, { QStringLiteral("value"), valueOf(widget) },
+        { QStringLiteral("inside"), inside } };
 }
 
 } // namespace
