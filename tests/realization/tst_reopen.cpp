@@ -57,13 +57,13 @@ public:
 
     void step()
     {
-        // The second of each pair is how often, in twenty-ones.
+        // The second of each pair is how often, in twenty-twos.
         const std::pair<void (RandomUser::*)(), int> actions[]
             = { { &RandomUser::pageOrTab, 2 }, { &RandomUser::anyCurrent, 6 }, { &RandomUser::menuOfFormats, 1 },
                   { &RandomUser::menuOfTable, 1 }, { &RandomUser::dropIntoFormats, 2 },
                   { &RandomUser::dropOntoTable, 1 }, { &RandomUser::editRecord, 2 }, { &RandomUser::typeAndLeave, 1 },
-                  { &RandomUser::key, 1 }, { &RandomUser::definitions, 2 }, { &RandomUser::waitOrSave, 2 } };
-        int left = m_random.bounded(21);
+                  { &RandomUser::key, 2 }, { &RandomUser::definitions, 2 }, { &RandomUser::waitOrSave, 2 } };
+        int left = m_random.bounded(22);
         for (const auto &action : actions) {
             left -= action.second;
             if (left < 0)
@@ -214,14 +214,22 @@ private:
 
     void key()
     {
-        static const Qt::Key keys[]
-            = { Qt::Key_Delete, Qt::Key_F2, Qt::Key_Down, Qt::Key_Up, Qt::Key_Home, Qt::Key_End };
+        static const int keys[] = { Qt::Key_Delete, Qt::Key_F2, Qt::Key_Down, Qt::Key_Up, Qt::Key_Home, Qt::Key_End,
+            Qt::CTRL + Qt::Key_C, Qt::CTRL + Qt::Key_X, Qt::CTRL + Qt::Key_V, Qt::CTRL + Qt::Key_V,
+            Qt::ALT + Qt::Key_Up, Qt::ALT + Qt::Key_Down, Qt::Key_Insert };
         QWidget *const targets[] = { m_page.points(), m_page.formats(), m_page.table() };
         QWidget *target = targets[m_random.bounded(3)];
         if (!target || !target->isVisible())
             return;
+        const int key = keys[m_random.bounded(int(std::size(keys)))];
+        // Where it would open a menu, or make more than anybody can look through.
+        if ((key == Qt::Key_Insert && target == m_page.formats())
+            || ((key == Qt::Key_Insert || key == Qt::CTRL + Qt::Key_V)
+                && (m_page.table()->rowCount() > 30 || m_page.formatLines().size() > 60)))
+            return;
         target->setFocus();
-        QTest::keyClick(target, keys[m_random.bounded(6)]);
+        QTest::keyClick(target, Qt::Key(key & ~Qt::KeyboardModifierMask),
+            Qt::KeyboardModifiers(key & int(Qt::KeyboardModifierMask)));
     }
 
     void definitions()
@@ -244,6 +252,10 @@ private:
         case 3:
             if (attributes->rowCount() > 0) {
                 attributes->setCurrentCell(m_random.bounded(attributes->rowCount()), 0);
+                if (m_random.bounded(2)) {
+                    attributes->setFocus();
+                    QTest::keyClick(attributes, m_random.bounded(2) ? Qt::Key_Up : Qt::Key_Down, Qt::AltModifier);
+                }
                 editSheet(m_page.editInfo());
                 if (m_random.bounded(3) == 0)
                     m_page.press("pushButton_del_attr");
