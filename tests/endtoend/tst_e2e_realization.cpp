@@ -380,19 +380,19 @@ void tst_E2eRealization::withoutAMouse()
     make("", others());
     STEP(open(file()));
     STEP(tabTo("tabWidget") && keys("Left") && tabTo("defintionTree"));
-    STEP(keys("Insert F2 ctrl+a") && type("Shapes\n"));
+    STEP(keys("Insert F2 ctrl+a") && enter("Shapes"));
     EVENTUALLY(lines("defintionTree").value(1), s("    Shapes"));
-    STEP(keys("shift+Tab ctrl+a") && type("own.shapes\n"));
-    STEP(tabTo("defintionTable") && keys("Insert") && type("text\n") && tabTo("defintionTable"));
-    STEP(keys("Insert") && type("label\n"));
+    STEP(keys("shift+Tab ctrl+a") && enter("own.shapes"));
+    STEP(tabTo("defintionTable") && keys("Insert") && enter("text") && tabTo("defintionTable"));
+    STEP(keys("Insert") && enter("label"));
     // The last attribute comes first.
     STEP(tabTo("defintionTable") && keys("alt+Up"));
     EVENTUALLY(lines("defintionTable"), (QStringList { s("label |  | String | "), s("text |  | String | ") }));
 
     STEP(tabTo("tabWidget") && keys("Right") && tabTo("realizationTree"));
-    STEP(keys("Home asterisk") && type("Shapes") && keys("Insert F2 ctrl+a") && type("Ring\n"));
+    STEP(keys("Home asterisk End Insert F2 ctrl+a") && enter("Ring"));
     EVENTUALLY(records(), QStringList { s("own.shapes# | Ring | ") });
-    STEP(tabTo("realizationTree") && keys("Home") && type("Action") && keys("Insert F2 ctrl+a") && type("Go\n"));
+    STEP(tabTo("realizationTree") && keys("Home") && type("Action") && keys("Insert F2 ctrl+a") && enter("Go"));
     EVENTUALLY(records(), QStringList { s("own.action# | Go |  | 0 | false") });
     STEP(tabTo("realizTable") && keys("ctrl+c"));
     STEP(tabTo("formatTab") && keys("Home") && tabTo("formatTree"));

@@ -49,6 +49,8 @@ public:
     /// Several keys, one after the other, their names with blanks between them.
     [[nodiscard]] bool keys(const char *names);
     [[nodiscard]] bool type(const char *text);
+    /// Types a text and ends with the Return key.
+    [[nodiscard]] bool enter(const char *text) { return type(text) && key(s("Return")); }
     /// Presses Tab until the widget of this name has the focus, or the bar of the tab widget of this name.
     [[nodiscard]] bool tabTo(const char *widget);
     /// Opens the menu of the menu bar and takes the entry.
