@@ -29,7 +29,7 @@ const Sibling host { "host",
 
 const Sibling menus { "menus",
     data("<format target='theirs'><menubar><menu id='t1'/></menubar></format>"
-         "<format target='both'><menubar><menu id='b1'/></menubar></format>",
+         "<format target='both'><menubar><menu id='b1'/><menu id='b2'/></menubar></format>",
         "host.cmd") };
 
 const QByteArray ownSets = points("<ExtPoint id='own.p' name='Point'><String key='text' name='Text'/>"
@@ -38,7 +38,7 @@ const QByteArray ownSets = points("<ExtPoint id='own.p' name='Point'><String key
                                   "</ExtPoint>")
     + data("<format target='mine'><menubar><menu id='m1'><action id='a1'/><action id='a2' text='Own'/></menu>"
            "<menu id='m2'/></menubar></format><Format target='both'><action id='a1' parent='b1'/>"
-           "<menu id='m1' parent='b1'/><action id='a2' parent='b1'/></Format><action id='a1' text='One'/>"
+           "<action id='a2' parent='b2'/><menu id='m1' parent='b1'/></Format><action id='a1' text='One'/>"
            "<action id='a2'/><menu id='m1'/>",
         "host.cmd");
 
@@ -374,18 +374,24 @@ void TestKeys::copiesAnEntry()
     page.formats()->setCurrentItem(page.entry("a2"));
     QCOMPARE(page.menuOf("a2").filter(s("Paste")), list({ "Paste" }));
     keyWith(page.formats(), Qt::Key_V, Qt::ControlModifier);
-    QCOMPARE(shown(page), s("Format;menubar;b1;a1=One;m1;m1;a1=One;a2=Own;a2"));
+    QCOMPARE(shown(page), s("Format;menubar;b1;a1=One;m1;b2;m1;a1=One;a2=Own;a2"));
     page.save();
     page.reopen();
     showTab(page, "mine");
     QCOMPARE(shown(page), s("format;menubar;m1;a1=One;a2=Own;m2;m1;a1=One;a2=Copy"));
     showTab(page, "both");
-    QCOMPARE(shown(page), s("Format;menubar;b1;a1=One;m1;m1;a1=One;a2=Own;a2"));
+    QCOMPARE(shown(page), s("Format;menubar;b1;a1=One;m1;b2;m1;a1=One;a2=Own;a2"));
     // What is gone is not pasted.
     page.clickEntry("a2");
     keyWith(page.formats(), Qt::Key_C, Qt::ControlModifier);
     keyWith(page.formats(), Qt::Key_Delete);
     QCOMPARE(page.menuOf("m1").filter(s("Paste")), list({ "-Paste" }));
+    page.clickRecord(1);
+    keyWith(page.table(), Qt::Key_C, Qt::ControlModifier);
+    showTab(page, "mine");
+    QCOMPARE(page.menuOf("m2").filter(s("Paste")), list({ "Paste" }));
+    page.menuOfRecord(1, "Delete");
+    QCOMPARE(page.menuOf("m2").filter(s("Paste")), list({ "-Paste" }));
 }
 
 void TestKeys::movesByOne_data()
@@ -403,8 +409,9 @@ void TestKeys::movesByOne_data()
     row("down at the end", "mine", "a2", 1, "");
     row("with what stands under it", "mine", "m1", 1, "format;menubar;m2;m1;a1=One;a2=Own");
     row("the root", "mine", "format", 1, "");
-    row("recorded beside a sibling's", "both", "m1", -1, "Format;menubar;b1;m1;a1=One;a2");
-    row("recorded, down", "both", "m1", 1, "Format;menubar;b1;a1=One;a2;m1");
+    row("recorded beside a sibling's", "both", "m1", -1, "Format;menubar;b1;m1;a1=One;b2;a2");
+    row("recorded, down", "both", "a1", 1, "Format;menubar;b1;m1;a1=One;b2;a2");
+    row("recorded, alone under its row", "both", "a2", 1, "");
     row("a sibling's", "both", "b1", 1, "");
 }
 
