@@ -80,6 +80,7 @@ AboutPluginsDialog::AboutPluginsDialog(QWidget *parent) : QDialog(parent)
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setTextElideMode(Qt::ElideMiddle);
     table->setWordWrap(false);
+    table->setTabKeyNavigation(false);
     table->verticalHeader()->hide();
     table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     for (int row = 0; row < plugins.size(); ++row)

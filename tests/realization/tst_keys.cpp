@@ -537,6 +537,10 @@ void TestKeys::smallThings()
     QCOMPARE(page.formats()->currentItem(), page.formats()->topLevelItem(0));
     QVERIFY(page.formats()->selectedItems().isEmpty());
     QCOMPARE(page.sheetKeys(), sheet);
+    // From the tabs Tab goes into what they show.
+    focus(page.tabs()->tabBar());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QVERIFY(page.formats()->hasFocus());
 }
 
 QTEST_MAIN(TestKeys)
