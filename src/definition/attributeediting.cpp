@@ -201,12 +201,9 @@ void DefintionPageBuilder::moveRow(QTableWidget *table, int step)
         if (!child || !(isOfAttributes ? !child->isKind(QLatin1String("SubExtPoint")) : EnumTable::isEntry(child)))
             return;
     }
-    owner->moveChild(row, other);
-    {
-        // It is the same one that is shown.
-        const QSignalBlocker quiet(table);
-        table->setCurrentCell(other, table->currentColumn());
-    }
+    PointTreeWidgetItem *moved = childAt(owner, row);
+    owner->detachChild(moved);
+    owner->insertIntoListOnly(other, moved);
     finishChange();
 }
 

@@ -16,8 +16,6 @@ public:
     virtual void childAdded(PointTreeWidgetItem *parent, PointTreeWidgetItem *child) = 0;
     /// It stood there until now; it is still whole.
     virtual void childRemoved(PointTreeWidgetItem *parent, PointTreeWidgetItem *child) = 0;
-    /// @p child stands elsewhere in the list of @p parent.
-    virtual void childMoved(PointTreeWidgetItem *parent, PointTreeWidgetItem *child) = 0;
     virtual void propertyChanged(PointTreeWidgetItem *node, const QString &key, const QVariant &old) = 0;
     virtual void kindChanged(PointTreeWidgetItem *node, const QString &old) = 0;
 };

@@ -209,15 +209,6 @@ void OwnPoints::childRemoved(PointTreeWidgetItem *, PointTreeWidgetItem *child)
     m_changes->noteDefinitions();
 }
 
-void OwnPoints::childMoved(PointTreeWidgetItem *parent, PointTreeWidgetItem *child)
-{
-    // What is offered of a point stands in the order of the point; the order of sets is nobody's.
-    PointTreeWidgetItem *above = parent == m_definitions ? nullptr : offeredOf(parent);
-    if (above && child->link())
-        above->moveChild(above->children().indexOf(child->link()), parent->children().indexOf(child));
-    m_changes->noteDefinitions();
-}
-
 void OwnPoints::propertyChanged(PointTreeWidgetItem *node, const QString &key, const QVariant &old)
 {
     m_changes->noteDefinitions();

@@ -47,7 +47,6 @@ public:
 
     void childAdded(PointTreeWidgetItem *parent, PointTreeWidgetItem *child) override;
     void childRemoved(PointTreeWidgetItem *parent, PointTreeWidgetItem *child) override;
-    void childMoved(PointTreeWidgetItem *parent, PointTreeWidgetItem *child) override;
     void propertyChanged(PointTreeWidgetItem *node, const QString &key, const QVariant &old) override;
     void kindChanged(PointTreeWidgetItem *node, const QString &old) override;
 

@@ -102,14 +102,6 @@ void PointObject::insertIntoListOnly(int index, PointObject *child)
         take(index < 0 ? m_children.size() : qMin(index, m_children.size()), child);
 }
 
-void PointObject::moveChild(int from, int to)
-{
-    if (from == to || qMin(from, to) < 0 || qMax(from, to) >= m_children.size())
-        return;
-    m_children.move(from, to);
-    childMoved(m_children.at(to));
-}
-
 void PointObject::take(int index, PointObject *child)
 {
     if (child->isHeldBy(this))

@@ -56,9 +56,6 @@ public:
     /// Into this list alone, at @p index or at the end with -1: what this node mirrors is left out of it.
     void insertIntoListOnly(int index, PointObject *child);
 
-    /// Moves the child at @p from in this list to @p to; nothing happens when there is no such place.
-    void moveChild(int from, int to);
-
     /// Takes @p child out of the list and clears its parent. On a mirror the node that it links to, or the end of the
     /// chain, loses its first child with the same "id".
     void removeChild(PointObject *child);
@@ -110,7 +107,6 @@ protected:
     // What has just happened to this node, for whoever watches over its tree.
     virtual void childAdded(PointObject * /*child*/) { }
     virtual void childRemoved(PointObject * /*child*/) { }
-    virtual void childMoved(PointObject * /*child*/) { }
     virtual void propertyChanged(const QString & /*key*/, const QVariant & /*old*/) { }
 
     /// The copies that insertChild() made of this node and that have found no place since; they go with it.

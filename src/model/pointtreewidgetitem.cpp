@@ -216,13 +216,6 @@ void PointTreeWidgetItem::childRemoved(PointObject *child)
         watching->childRemoved(this, child->item());
 }
 
-void PointTreeWidgetItem::childMoved(PointObject *child)
-{
-    NodeWatcher *watching = watcher();
-    if (watching && child->item())
-        watching->childMoved(this, child->item());
-}
-
 void PointTreeWidgetItem::propertyChanged(const QString &key, const QVariant &old)
 {
     NodeWatcher *watching = watcher();

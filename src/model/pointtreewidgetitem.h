@@ -98,7 +98,6 @@ protected:
     void destroy() override;
     void childAdded(PointObject *child) override;
     void childRemoved(PointObject *child) override;
-    void childMoved(PointObject *child) override;
     void propertyChanged(const QString &key, const QVariant &old) override;
 
 private:

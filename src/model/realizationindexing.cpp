@@ -81,13 +81,6 @@ void RealizationIndexing::childRemoved(PointTreeWidgetItem *parent, PointTreeWid
     m_changes->noteStructure();
 }
 
-void RealizationIndexing::childMoved(PointTreeWidgetItem *parent, PointTreeWidgetItem *child)
-{
-    // The indexes answer in the order of the document.
-    childRemoved(parent, child);
-    childAdded(parent, child);
-}
-
 void RealizationIndexing::describe(PointTreeWidgetItem *node)
 {
     const PointTreeWidgetItem *root = node;
