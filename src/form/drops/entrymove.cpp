@@ -200,7 +200,8 @@ PointTreeWidgetItem *EntryMove::copy(const DropSite &site, PointTreeWidgetItem *
         OwnEdits::insert(what.recorded ? formatFor(saved, site.tabName) : beside, copy);
     } else {
         PointTreeWidgetItem *above = beside->parentItem();
-        OwnEdits::insert(above, copy, above->children().indexOf(beside));
+        const int after = what.place == DropPlan::Place::After ? 1 : 0;
+        OwnEdits::insert(above, copy, above->children().indexOf(beside) + after);
     }
     return copy;
 }
