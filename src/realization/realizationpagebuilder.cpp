@@ -121,7 +121,8 @@ void RealizationPageBuilder::createConnections()
     // The keyboard moves the current row without a click and shows the same; a drag makes every row that it passes
     // current.
     connect(m_ui->realizationTree, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *current) {
-        if (!isDragging() && !(m_heldPoint && m_heldPoint->holdsBack()))
+        const bool canWait = showsTargetsOf(PointTreeWidgetItem::fromRow(current));
+        if (!isDragging() && !(canWait && m_heldPoint && m_heldPoint->holdsBack()))
             onItemClicked(current, 0);
     });
     connect(m_ui->realizTable, &QTableWidget::currentItemChanged, this, [this](QTableWidgetItem *current) {
@@ -473,6 +474,14 @@ void RealizationPageBuilder::refillWhenIdle()
         m_formatTree->sync(m_formatTabs->currentName());
     m_sheet->refresh();
     m_refillTimer.setInterval(qMax(refillPauseMs, int(clock.elapsed()) * refillsInPause));
+}
+
+bool RealizationPageBuilder::showsTargetsOf(PointTreeWidgetItem *point) const
+{
+    if (!m_ui || !point || !m_formatTree->widget())
+        return true;
+    return m_ui->realizTable->isVisible()
+        && (m_formatTree->widget()->isVisible() || !Controller::instance()->definitions().hasFormat(point->pointId()));
 }
 
 bool RealizationPageBuilder::isDragging() const

@@ -87,6 +87,8 @@ private:
     /// Has the tab filled again as soon as nobody is in the middle of something.
     void requestRefill();
     void refillWhenIdle();
+    /// Whether the table and, of a point with formats, the format tree are in sight: places to drop it onto.
+    [[nodiscard]] bool showsTargetsOf(PointTreeWidgetItem *point) const;
     [[nodiscard]] bool isDragging() const;
     [[nodiscard]] bool isBusy() const;
 

@@ -272,7 +272,7 @@ void tst_E2eRealization::recordsGoIntoFormats()
             </format>
             <menu id="own.file" text="tr('File')"/>
             <action id="own.open" text="tr('Open')"/>
-            <action id="own.shut" text="tr('Shut')" icon="" checkable="false"/>
+            <action id="own.shut" text="tr('Shut')"/>
         </ExtData>
     </ExtDataSet>
 )xml"));

@@ -240,6 +240,13 @@ void TestRealizationPage::pressMovesNothing()
     // The keyboard is not held back by what the mouse has done.
     page.points()->setCurrentItem(page.point(isDrag ? "Plain" : "Commands"));
     QCOMPARE(page.formats()->isVisible(), !isDrag);
+    // But what a point could be dropped onto comes into sight for a drag.
+    page.clickPoint("host");
+    QVERIFY(!page.table()->isVisible());
+    const QPoint commands = page.points()->visualItemRect(page.point("Commands")).center();
+    QTest::mousePress(page.points()->viewport(), Qt::LeftButton, {}, commands);
+    QVERIFY(page.table()->isVisible() && page.formats()->isVisible());
+    QTest::mouseRelease(page.points()->viewport(), Qt::LeftButton, {}, commands);
 }
 
 void TestRealizationPage::menuOffers_data()
