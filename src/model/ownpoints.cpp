@@ -84,6 +84,16 @@ void OwnPoints::takeBackAll()
     m_placed = 0;
 }
 
+QVector<PointTreeWidgetItem *> OwnPoints::plugins() const
+{
+    QVector<PointTreeWidgetItem *> plugins;
+    for (const OfferedSet &offered : m_sets) {
+        if (offered.plugin)
+            plugins.append(offered.plugin);
+    }
+    return plugins;
+}
+
 void OwnPoints::offer(PointTreeWidgetItem *definition, PointTreeWidgetItem *above)
 {
     SiblingSink sink(QString(), m_points, nullptr, SiblingSink::EarlierFormats::Omit);

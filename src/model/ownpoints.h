@@ -38,6 +38,8 @@ public:
     /// Offers a definition that stands nowhere in the opened file under the plug-in or the point @p above.
     void offer(PointTreeWidgetItem *definition, PointTreeWidgetItem *above);
 
+    /// The nodes that stand for the opened file, one for each of its sets.
+    [[nodiscard]] QVector<PointTreeWidgetItem *> plugins() const;
     [[nodiscard]] int pluginCount() const { return m_sets.size(); }
     /// How many plug-in nodes stand behind all others since the scan has not come to their place yet.
     [[nodiscard]] int waiting() const { return m_sets.size() - m_placed; }

@@ -82,6 +82,8 @@ public:
     [[nodiscard]] PointTreeWidgetItem *definitionRoot() const { return m_definitionRoot; }
     /// The points of all plug-ins; what the realization page's tree shows.
     [[nodiscard]] PointTreeWidgetItem *availablePointsRoot() const { return m_availablePointsRoot; }
+    /// The nodes under it that stand for the opened file.
+    [[nodiscard]] QVector<PointTreeWidgetItem *> ownPlugins() const { return m_ownPoints.plugins(); }
     [[nodiscard]] PointTreeWidgetItem *allDataRoot() const { return m_allDataRoot; }
     [[nodiscard]] PointTreeWidgetItem *fourthRoot() const { return m_fourthRoot; }
     /// The opened file's own realization side; what is saved.

@@ -15,6 +15,7 @@
 #include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
 #include "model/sourcedatamanager.h"
+#include "ownpluginrows.h"
 #include "pagemenus.h"
 #include "recordtable.h"
 #include "sheetpane.h"
@@ -51,6 +52,7 @@ void RealizationPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
     m_formatTabs = new FormatTabs(ui->formatTab, this);
     m_records = new RecordTable(ui->realizTable, this);
     m_sheet = new SheetPane(ui->propertyRealization, this);
+    new OwnPluginRows(ui->realizationTree, this);
     connect(ui->tabWidget, &QObject::destroyed, this, [this] {
         m_ui = nullptr;
         m_refillTimer.stop();

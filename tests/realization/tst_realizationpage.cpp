@@ -43,6 +43,7 @@ private Q_SLOTS:
     void createsAndDeletesEntries();
     void deletingARootTakesItsTab();
     void addFormatTree();
+    void ownPluginStandsOut();
 };
 
 void TestRealizationPage::tabsShowWhatFillsThem_data()
@@ -348,6 +349,46 @@ void TestRealizationPage::addFormatTree()
     QVERIFY(page.save().contains("<format target=\"" + name.toUtf8() + "\">\n            <menubar/>"));
     page.reopen();
     QCOMPARE(page.tabs()->widget(0)->objectName(), name);
+}
+
+void TestRealizationPage::ownPluginStandsOut()
+{
+    const QByteArray point = points("<ExtPoint id='p' name='P'/>");
+    QVector<QByteArray> names;
+    for (int i = 10; i < 70; ++i)
+        names << "a" + QByteArray::number(i) << "z" + QByteArray::number(i);
+    QVector<Sibling> siblings;
+    for (const QByteArray &name : qAsConst(names))
+        siblings.append({ name.constData(), point });
+    Page page(point, siblings, false);
+    page.widget.reset();
+    page.manager = std::make_unique<SourceDataManager>();
+    Controller::instance()->setSourceDataManager(page.manager.get());
+    page.widget = std::make_unique<ExtPointWidget>();
+    QVERIFY(page.manager->load(page.path()));
+    page.widget->reloadPages();
+    page.widget->show();
+    page.showPage(1);
+    const auto standOut = [&page] {
+        QStringList rows;
+        for (QTreeWidgetItemIterator it(page.points()); *it; ++it) {
+            const bool inSight
+                = page.points()->viewport()->rect().contains(page.points()->visualItemRect(*it).center());
+            const bool isPlugin = (*it)->parent() && !(*it)->parent()->parent();
+            if (isPlugin && ((*it)->font(0).bold() || (*it)->isExpanded()))
+                rows.append((*it)->text(0) + s((*it)->font(0).bold() ? " bold" : "")
+                    + s((*it)->isExpanded() ? " unfolded" : "") + s(inSight ? " seen" : ""));
+        }
+        return rows;
+    };
+    QTRY_COMPARE(standOut(), list({ "own bold unfolded seen" }));
+    page.manager->startScan(page.path());
+    page.manager->completeScan();
+    QTRY_COMPARE(standOut(), list({ "own bold unfolded seen" }));
+    QCOMPARE(page.point("own")->QTreeWidgetItem::parent()->indexOfChild(page.point("own")), 60);
+    page.manager->definitionRoot()->setProperty(s("id"), s("new"));
+    Controller::instance()->flushChanges();
+    QCOMPARE(standOut(), list({ "new bold unfolded seen" }));
 }
 
 QTEST_MAIN(TestRealizationPage)
