@@ -293,7 +293,7 @@ void RecordTable::dressRowsInSight()
     const int below = m_table->rowAt(m_table->viewport()->height());
     const int last = below < 0 ? m_dressed.size() - 1 : qMin(below, m_dressed.size() - 1);
     for (int row = first; row <= last; ++row) {
-        if (m_dressed.at(row) || !m_records.at(row))
+        if (m_dressed.at(row) || !m_records.at(row) || m_table->isRowHidden(row))
             continue;
         const QuietChange quiet(m_table);
         m_dressed[row] = true;
