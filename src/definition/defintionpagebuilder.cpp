@@ -210,6 +210,10 @@ void DefintionPageBuilder::onDefineTreeMenu(const QPoint &pos)
     if (!m_menuItem)
         return;
     m_treeMenu->fitTo(m_menuItem);
+    // What others offer for the row.
+    for (QAction *action : m_ui->defintionTree->actions())
+        PointCreation::roleOf(m_menuItem) == Role::Plugin ? m_treeMenu->removeAction(action)
+                                                          : m_treeMenu->addAction(action);
     m_treeMenu->exec(m_menuKey.place());
 }
 

@@ -62,6 +62,7 @@ public:
 
     /// Calls @p action once the siblings have been read: at once when they have. Not after @p context has gone.
     void whenScanned(QObject *context, const std::function<void()> &action) const;
+    [[nodiscard]] const SourceDataManager &manager() const { return *m_manager; }
     void setWidget(ExtPointWidget *widget) { m_widget = widget; }
     [[nodiscard]] QString plainText() const { return {}; }
 

@@ -5,6 +5,7 @@
 #include <core/ieditor.h>
 
 class ExtPointWidget;
+class PointTreeWidgetItem;
 
 namespace PointEditor::Internal {
 
@@ -13,7 +14,7 @@ class ExtPointEditorPlugin;
 
 /// The host's editor object for one opened extension file. Owned by the host, as is the widget that it hands over; owns
 /// its document.
-class ExtPointEditorW final : public Core::IEditor, public Core::ViewKeeper
+class ExtPointEditorW final : public Core::IEditor, public Core::ViewKeeper, public Core::SearchableEditor
 {
     Q_OBJECT
 
@@ -28,10 +29,17 @@ public:
     [[nodiscard]] QVariantMap viewState() const override;
     void setViewState(const QVariantMap &state) override;
 
+    [[nodiscard]] std::shared_ptr<Core::ProductSearch> search(const QString &needle) override;
+    bool goTo(const Core::SearchResult &result) override;
+    void setPresenter(const Presenter &presenter) override;
+
 private:
+    void presentUsers(const PointTreeWidgetItem *node);
+
     ExtPointEditorDocument *m_document;
     ExtPointEditorPlugin *m_plugin;
     ExtPointWidget *m_widget;
+    Presenter m_presenter;
 };
 
 } // namespace PointEditor::Internal

@@ -4,9 +4,11 @@
 // nothing of them, the editor has the same functions and nobody calls them.
 
 #if __has_include(<core/recoverabledocument.h>) && __has_include(<core/reportingdocument.h>) \
-    && __has_include(<core/undoabledocument.h>) && __has_include(<core/viewkeeper.h>)
+    && __has_include(<core/searchableeditor.h>) && __has_include(<core/undoabledocument.h>) \
+    && __has_include(<core/viewkeeper.h>)
 #include <core/recoverabledocument.h>
 #include <core/reportingdocument.h>
+#include <core/searchableeditor.h>
 #include <core/undoabledocument.h>
 #include <core/viewkeeper.h>
 #else
@@ -14,9 +16,11 @@
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <QVariant>
 #include <QVariantMap>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 
 namespace Core {
@@ -75,6 +79,35 @@ public:
     [[nodiscard]] virtual State documentState() = 0;
     virtual void setDocumentState(const State &state) = 0;
     [[nodiscard]] virtual Change changeBetween(const State &before, const State &after) const = 0;
+};
+
+struct SearchResult
+{
+    QString what;
+    QString id;
+    QString label;
+    QString plugin;
+    QString place;
+    QVariant target;
+};
+
+class ProductSearch
+{
+public:
+    virtual ~ProductSearch() = default;
+    [[nodiscard]] virtual bool advance(int milliseconds) = 0;
+    [[nodiscard]] virtual QVector<SearchResult> results(int most) const = 0;
+    [[nodiscard]] virtual int count() const = 0;
+};
+
+class SearchableEditor
+{
+public:
+    using Presenter = std::function<void(const QString &title, std::shared_ptr<ProductSearch> search)>;
+    virtual ~SearchableEditor() = default;
+    [[nodiscard]] virtual std::shared_ptr<ProductSearch> search(const QString &needle) = 0;
+    virtual bool goTo(const SearchResult &result) = 0;
+    virtual void setPresenter(const Presenter &presenter) = 0;
 };
 
 class ViewKeeper

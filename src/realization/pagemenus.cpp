@@ -211,6 +211,7 @@ void PageMenus::openForPoints(const QPoint &pos)
         return;
     m_createRecord->setEnabled(TableDrop::takes(m_point));
     m_copyPoint->setEnabled(PointDrop::takes(m_point));
+    m_pointMenu->addActions(m_points->actions());
     m_pointMenu->exec(m_menuKey.place());
 }
 
@@ -246,5 +247,7 @@ void PageMenus::openForTable(const QPoint &pos)
     m_copyRecord->setEnabled(m_target != nullptr);
     m_createHere->setEnabled(TableDrop::takes(m_records->point()));
     m_pasteRecord->setEnabled(TableDrop::takes(m_clipboard.point()));
+    // What others offer for the row.
+    m_tableMenu->addActions(m_table->actions());
     m_tableMenu->exec(m_menuKey.place());
 }

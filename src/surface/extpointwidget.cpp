@@ -1,7 +1,9 @@
 #include "extpointwidget.h"
 
 #include "definition/defintionpagebuilder.h"
+#include "findactions.h"
 #include "form/extpointwidgetform.h"
+#include "gotonode.h"
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
 #include "realization/realizationpagebuilder.h"
@@ -36,6 +38,8 @@ ExtPointWidget::ExtPointWidget(QWidget *parent)
     defintionBuilder->build(ui);
     realizationBuilder->build(ui);
 
+    finding = new FindActions(*ui, this);
+
     // What is typed on one page may be what the other one is about to show.
     connect(ui->tabWidget, &QTabWidget::currentChanged, this, &ExtPointWidget::commitEditors);
     connect(defintionBuilder, &DefintionPageBuilder::modified, this, &ExtPointWidget::modified);
@@ -46,6 +50,7 @@ ExtPointWidget::ExtPointWidget(QWidget *parent)
 
 ExtPointWidget::~ExtPointWidget()
 {
+    delete finding;
     giveRowsBack(ui->defintionTree);
     giveRowsBack(ui->realizationTree);
     delete ui;
@@ -68,6 +73,14 @@ void ExtPointWidget::commitEditors()
     ui->basicInfo->commitEditor();
     ui->editInfoWidget->commitEditor();
     ui->propertyRealization->commitEditor();
+}
+
+bool ExtPointWidget::goTo(PointTreeWidgetItem *node)
+{
+    const QPointer<PointTreeWidgetItem> meant(node);
+    commitEditors();
+    showAllFormats();
+    return meant && GoToNode::show(*ui, meant);
 }
 
 void ExtPointWidget::addFormatRoot(PointTreeWidgetItem *item)

@@ -6,6 +6,7 @@
 
 class Controller;
 class DefintionPageBuilder;
+class FindActions;
 class RealizationPageBuilder;
 
 namespace Ui {
@@ -34,6 +35,10 @@ public:
     /// Commits what is typed in a sheet and not committed yet; what a sheet refuses stays in it, marked.
     void commitEditors();
 
+    /// Goes to what shows @p node best; see GoToNode. False for null and when nothing does.
+    bool goTo(PointTreeWidgetItem *node);
+    [[nodiscard]] FindActions *findActions() const { return finding; }
+
     void addFormatRoot(PointTreeWidgetItem *item) override;
     void addLayout(PointTreeWidgetItem *layout) override;
 
@@ -48,4 +53,5 @@ private:
     Controller *controller;
     DefintionPageBuilder *defintionBuilder;
     RealizationPageBuilder *realizationBuilder;
+    FindActions *finding;
 };

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "core/core_global.h"
+
+#include <QDockWidget>
+#include <QPointer>
+#include <QTimer>
+
+#include <memory>
+
+class QAction;
+class QLabel;
+class QLineEdit;
+class QTreeWidget;
+
+namespace Core {
+
+class IEditor;
+class MainWindow;
+class ProductSearch;
+class SearchableEditor;
+
+/// The dock "Find": what the open editor finds for what is typed, a line each; Return or a double click goes there. It
+/// also shows what the editor itself has been asked for. Makes its entry in "Edit", where it puts the actions of the
+/// editor's widget as well. Owned by the window. GUI thread.
+class CORE_EXPORT FindDock final : public QDockWidget
+{
+    Q_OBJECT
+
+public:
+    explicit FindDock(MainWindow &window);
+    ~FindDock() override;
+
+    /// As the entry "Find in Product…".
+    void open();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void setEditor(IEditor *editor);
+    void startSearch();
+    void present(const QString &title, const std::shared_ptr<ProductSearch> &search);
+    void advance();
+    void showResults();
+    void goToCurrent();
+
+    MainWindow &m_window;
+    QPointer<QObject> m_editorObject;
+    SearchableEditor *m_editor = nullptr; ///< the same, as long as that lives
+    std::shared_ptr<ProductSearch> m_search;
+    QAction *m_action;
+    QLineEdit *m_needle;
+    QTreeWidget *m_list;
+    QLabel *m_summary;
+    QTimer m_pause;   ///< of typing
+    QTimer m_portion; ///< of the search
+};
+
+} // namespace Core
