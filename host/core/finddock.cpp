@@ -131,6 +131,8 @@ void FindDock::present(const QString &title, const std::shared_ptr<ProductSearch
     if (!title.isEmpty())
         setWindowTitle(title);
     if (m_search) {
+        // What was found before is no answer to this.
+        m_list->setCurrentItem(nullptr);
         m_portion.start(0);
         return;
     }

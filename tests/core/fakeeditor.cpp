@@ -175,6 +175,40 @@ void FakeEditor::setViewState(const QVariantMap &state)
     m_tabs->setCurrentIndex(state.value(QStringLiteral("page")).toInt());
 }
 
+namespace {
+
+class FakeSearch final : public Core::ProductSearch
+{
+public:
+    explicit FakeSearch(int count) : m_count(count) { }
+    bool advance(int) override { return ++m_goes < 3; }
+    QVector<Core::SearchResult> results(int most) const override
+    {
+        QVector<Core::SearchResult> lines;
+        for (int i = 0; i < qMin(most, m_goes < 3 ? 0 : m_count); ++i)
+            lines.append({ QStringLiteral("thing"), QString::number(i), {}, {}, {}, i });
+        return lines;
+    }
+    int count() const override { return m_count; }
+
+private:
+    int m_count;
+    int m_goes = 0;
+};
+
+} // namespace
+
+std::shared_ptr<Core::ProductSearch> FakeEditor::search(const QString &needle)
+{
+    return std::make_shared<FakeSearch>(needle.toInt());
+}
+
+bool FakeEditor::goTo(const Core::SearchResult &result)
+{
+    wentTo.append(result.target.toString());
+    return result.target.toInt() != 1;
+}
+
 FakeEditor::~FakeEditor()
 {
     if (m_deletesWidget)

@@ -4,6 +4,7 @@
 #include "core/ieditor.h"
 #include "core/ieditorfactory.h"
 #include "core/recoverabledocument.h"
+#include "core/searchableeditor.h"
 #include "core/undoabledocument.h"
 #include "core/viewkeeper.h"
 
@@ -60,8 +61,9 @@ private:
     bool m_modified = false;
 };
 
-/// An editor whose widget has a tab widget with two pages; the page is what its view keeps.
-class FakeEditor final : public Core::IEditor, public Core::ViewKeeper
+/// An editor whose widget has a tab widget with two pages; the page is what its view keeps. It finds as many things as
+/// the needle says, in several goes.
+class FakeEditor final : public Core::IEditor, public Core::ViewKeeper, public Core::SearchableEditor
 {
     Q_OBJECT
 
@@ -73,6 +75,13 @@ public:
     QWidget *toolBar() override { return nullptr; }
     QVariantMap viewState() const override;
     void setViewState(const QVariantMap &state) override;
+
+    std::shared_ptr<Core::ProductSearch> search(const QString &needle) override;
+    bool goTo(const Core::SearchResult &result) override;
+    void setPresenter(const Presenter &presenter) override { presenterOf = presenter; }
+
+    QStringList wentTo;
+    Presenter presenterOf;
 
 private:
     FakeDocument *m_document;

@@ -1,9 +1,12 @@
 #include "core/aboutpluginsdialog.h"
 #include "core/caredfile.h"
+#include "core/finddock.h"
 
 #include <QAction>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRandomGenerator>
@@ -11,6 +14,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
+#include <QTreeWidget>
 
 #include <numeric>
 
@@ -34,6 +38,7 @@ private slots:
     void openFailureIsTold();
     void furtherFiles();
     void aboutPlugins();
+    void findInProduct();
 
 private:
     QString makeFile(const QString &name, const QByteArray &content = "<fake/>");
@@ -284,6 +289,44 @@ void tst_MainWindow::aboutPlugins()
     QVERIFY(button && button->text().contains(QLatin1Char('2')));
     button->click();
     QVERIFY(m_window->findChild<Core::AboutPluginsDialog *>());
+}
+
+void tst_MainWindow::findInProduct()
+{
+    auto *dock = new Core::FindDock(*m_window);
+    auto *action = m_window->findChild<QAction *>(s("findInProductAction"));
+    QVERIFY(!action->isEnabled() && dock->isHidden());
+    open();
+    auto *editor = static_cast<FakeEditor *>(m_window->currentEditor());
+    m_window->show();
+    action->trigger();
+    QVERIFY(dock->isVisible());
+    auto *needle = dock->findChild<QLineEdit *>(s("findNeedle"));
+    auto *list = dock->findChild<QTreeWidget *>(s("findResults"));
+    auto *summary = dock->findChild<QLabel *>(s("findSummary"));
+    QTest::keyClicks(needle, s("1234"));
+    QTRY_COMPARE(list->topLevelItemCount(), 1000);
+    QCOMPARE(summary->text(), s("1,000 of 1,234, go on typing"));
+    QTest::keyClick(needle, Qt::Key_Return);
+    QCOMPARE(editor->wentTo, QStringList(s("0")));
+    // Return does not go to what was found for an earlier needle.
+    needle->setText(QString());
+    QCOMPARE(list->topLevelItemCount(), 0);
+    QTest::keyClicks(needle, s("2"));
+    QTest::keyClick(needle, Qt::Key_Return);
+    QCOMPARE(editor->wentTo, QStringList(s("0")));
+    QTRY_COMPARE(summary->text(), s("2 found"));
+    list->setCurrentItem(list->topLevelItem(1));
+    Q_EMIT list->itemActivated(list->currentItem(), 0);
+    QCOMPARE(editor->wentTo, QStringList({ s("0"), s("1") }));
+    QCOMPARE(summary->text(), s("It is no longer there"));
+    editor->presenterOf(s("Users of X"), editor->search(s("3")));
+    QTRY_COMPARE(list->topLevelItemCount(), 3);
+    QCOMPARE(dock->windowTitle(), s("Users of X"));
+    // A closed editor leaves nothing that leads to it.
+    trigger("closeAction");
+    QTRY_VERIFY(!m_window->currentEditor());
+    QVERIFY(list->topLevelItemCount() == 0 && !action->isEnabled());
 }
 
 QTEST_MAIN(tst_MainWindow)

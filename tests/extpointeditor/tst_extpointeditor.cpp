@@ -4,6 +4,7 @@
 #include "core/ieditorfactory.h"
 #include "core/recoverabledocument.h"
 #include "core/reportingdocument.h"
+#include "core/searchableeditor.h"
 #include "core/undoabledocument.h"
 #include "core/viewkeeper.h"
 #include "extensionsystem/iplugin.h"
@@ -11,6 +12,7 @@
 #include "utils/mimedatabase.h"
 
 #include <QAbstractItemView>
+#include <QAction>
 #include <QImage>
 #include <QLineEdit>
 #include <QPointer>
@@ -94,6 +96,10 @@ public:
         return m_widget->findChild<QAbstractItemView *>(s(name));
     }
     [[nodiscard]] QTabWidget *tabs(const char *name) const { return m_widget->findChild<QTabWidget *>(s(name)); }
+    [[nodiscard]] Core::SearchableEditor *searchable() const
+    {
+        return dynamic_cast<Core::SearchableEditor *>(m_editor.get());
+    }
     [[nodiscard]] Core::ViewKeeper *keeper() const { return dynamic_cast<Core::ViewKeeper *>(m_editor.get()); }
     /// By the numbers of the rows, from the top down.
     [[nodiscard]] static QModelIndex row(const QAbstractItemView *view, std::initializer_list<int> path)
@@ -109,6 +115,17 @@ public:
         const QAbstractItemModel *model = view->model();
         view->setCurrentIndex(
             model->match(model->index(0, 0), Qt::DisplayRole, text, 1, Qt::MatchExactly | Qt::MatchRecursive).value(0));
+    }
+
+    /// The page, the tab and the current row where a person is now.
+    [[nodiscard]] QString place() const
+    {
+        const QWidget *focus = m_widget->focusWidget();
+        const auto *view = qobject_cast<const QAbstractItemView *>(focus);
+        const QString row = view ? view->currentIndex().siblingAtColumn(0).data().toString() : s("nowhere");
+        const bool entry = focus && focus->objectName() == s("formatTree");
+        return QString::number(tabs("tabWidget")->currentIndex()) + s(" ") + (focus ? focus->objectName() : QString())
+            + s(" ") + (entry ? tabs("formatTab")->currentWidget()->objectName() + s(" ") : QString()) + row;
     }
 
 private:
@@ -134,6 +151,10 @@ private Q_SLOTS:
     void changesAreNamedAndUndone_data();
     void changesAreNamedAndUndone();
     void viewIsCarriedOver();
+    void resultsLeadTo_data();
+    void resultsLeadTo();
+    void usersAreFound_data();
+    void usersAreFound();
 
 private:
     ExtensionSystem::PluginManager m_plugins;
@@ -447,6 +468,110 @@ void TestExtPointEditor::viewIsCarriedOver()
     QVERIFY(scroll > 0);
     QTRY_COMPARE(available->verticalScrollBar()->value(), scroll);
     QVERIFY(!editor.document()->isModified());
+}
+
+namespace {
+
+/// The sample's own plug-in in a window, with all others read.
+bool showRead(const OpenedEditor &editor, const Sample &sample)
+{
+    if (editor.open(sample.path("chartdesk")) != Core::IDocument::OpenResult::Success)
+        return false;
+    editor.widget()->resize(1200, 800);
+    editor.widget()->show();
+    editor.widget()->activateWindow();
+    return QTest::qWaitForWindowActive(editor.widget()) && QTest::qWaitFor([&editor] { return !editor.busy(); });
+}
+
+QStringList linesOf(Core::ProductSearch *search, int most)
+{
+    while (search->advance(1)) { }
+    QStringList lines;
+    const auto results = search->results(most);
+    for (const Core::SearchResult &result : results)
+        lines.append(QStringList { result.what, result.id, result.label, result.plugin, result.place }.join(s("|")));
+    return lines;
+}
+
+} // namespace
+
+void TestExtPointEditor::resultsLeadTo_data()
+{
+    QTest::addColumn<QString>("needle");
+    QTest::addColumn<QString>("first"); ///< of the lines
+    QTest::addColumn<QString>("place"); ///< where it leads
+    const auto row = [](const char *name, const char *needle, const char *first, const char *place) {
+        QTest::newRow(name) << s(needle) << s(first) << s(place);
+    };
+    row("own plug-in", "saltmere.CHARTDESK", "plug-in|saltmere.chartdesk|Chart Desk|saltmere.chartdesk|",
+        "0 defintionTree saltmere.chartdesk");
+    row("own point, though others have the word earlier", "saltmere.chart.layers",
+        "point|saltmere.chart.layers|Chart layers|saltmere.chartdesk|", "0 defintionTree Chart layers");
+    row("own sub point", "legend", "sub point|legend|Legend entry|saltmere.chartdesk|saltmere.chart.layers",
+        "0 defintionTree Legend entry");
+    row("own attribute", "opacity", "attribute|opacity|Opacity|saltmere.chartdesk|saltmere.chart.layers",
+        "0 defintionTable opacity");
+    row("choice of an own attribute", "raster", "choice|2|Raster|saltmere.chartdesk|saltmere.chart.layers > source",
+        "0 enumTable 2");
+    row("a text that is no label", "Leuchtfeuer", "", "");
+    row("own entry", "chart.layer.lights",
+        "entry|chart.layer.lights|Lights and sectors|saltmere.chartdesk|saltmere.layout.layers, in chart.group.marks",
+        "1 formatTree saltmere.layout.layers chart.layer.lights");
+    row("own record by its label", "Coast line",
+        "record|chart.layer.land|Coast line|saltmere.chartdesk|saltmere.chart.layers",
+        "1 realizTable chart.layer.land");
+    row("sibling", "saltmere.tides", "plug-in|saltmere.tides|Tide Tables|saltmere.tides|",
+        "1 realizationTree saltmere.tides");
+}
+
+void TestExtPointEditor::resultsLeadTo()
+{
+    QFETCH(const QString, needle);
+    const Sample sample;
+    const OpenedEditor editor(m_factory);
+    QVERIFY(showRead(editor, sample));
+    const auto search = editor.searchable()->search(needle);
+    QTEST(linesOf(search.get(), 1).value(0), "first");
+    QVERIFY(search->count() >= search->results(1000).size());
+    const auto results = search->results(1);
+    if (results.isEmpty())
+        return;
+    QVERIFY(editor.searchable()->goTo(results.first()));
+    QTEST(editor.place(), "place");
+}
+
+void TestExtPointEditor::usersAreFound_data()
+{
+    QTest::addColumn<QString>("needle");
+    QTest::addColumn<QString>("users"); ///< plug-ins, with what they use it for
+    QTest::newRow("point") << s("saltmere.chart.layers")
+                           << s("saltmere.chartdesk format; saltmere.chartdesk record; saltmere.harbourpack format; "
+                                "saltmere.harbourpack record; saltmere.tides format; saltmere.tides record; "
+                                "saltmere.weather format; saltmere.weather record");
+    QTest::newRow("record") << s("Coast line") << s("saltmere.chartdesk entry");
+}
+
+void TestExtPointEditor::usersAreFound()
+{
+    QFETCH(const QString, needle);
+    const Sample sample;
+    const OpenedEditor editor(m_factory);
+    QVERIFY(showRead(editor, sample));
+    auto *action = editor.widget()->findChild<QAction *>(s("findUsersAction"));
+    QVERIFY(!action->isVisible());
+    std::shared_ptr<Core::ProductSearch> presented;
+    editor.searchable()->setPresenter([&presented](const QString &, auto search) { presented = search; });
+    QVERIFY(action->isVisible());
+    const auto search = editor.searchable()->search(needle);
+    (void)linesOf(search.get(), 1);
+    QVERIFY(editor.searchable()->goTo(search->results(1).value(0)));
+    action->trigger();
+    QVERIFY(presented);
+    QStringList users;
+    for (const QString &line : linesOf(presented.get(), 1000))
+        users.append(line.section(QLatin1Char('|'), 3, 3) + s(" ") + line.section(QLatin1Char('|'), 0, 0));
+    users.removeDuplicates();
+    QTEST(users.join(s("; ")), "users");
 }
 
 QTEST_MAIN(TestExtPointEditor)
