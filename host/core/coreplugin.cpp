@@ -6,6 +6,7 @@
 #include "core/finddock.h"
 #include "core/icore.h"
 #include "core/mainwindow.h"
+#include "core/problemsdock.h"
 #include "core/quitsignals.h"
 #include "core/recoverystore.h"
 #include "core/startupjob.h"
@@ -101,7 +102,9 @@ bool CorePlugin::initialize(const QStringList &arguments, QString *errorString)
     m_settings = std::make_unique<QSettings>(settingsFile, QSettings::NativeFormat);
     m_editors = std::make_unique<EditorManager>();
     m_window = std::make_unique<MainWindow>(*m_editors, *m_settings);
+    // The window owns them.
     new FindDock(*m_window);
+    new ProblemsDock(*m_window);
     m_window->setLauncher([this](const QString &path) { return startSecondProcess(path); });
     // A run that quits by itself is ended by a signal as any tool is: what it writes is written at once or not at all.
     if (!m_commandLine.isJob()) {

@@ -7,6 +7,7 @@
 #include "enumtable.h"
 #include "form/extpointwidgetform.h"
 #include "model/controller.h"
+#include "model/definitions.h"
 #include "model/pointtreewidgetitem.h"
 #include "pointcreation.h"
 #include "tablecells.h"
@@ -58,6 +59,43 @@ void DefintionPageBuilder::onDefineTableItemClicked(QTableWidgetItem *cell)
         showAttribute(attribute);
     }
     updateButtons();
+}
+
+void DefintionPageBuilder::showNode(PointTreeWidgetItem *node, const QString &key)
+{
+    if (!m_ui)
+        return;
+    const QPointer<PointTreeWidgetItem> sought(node);
+    commitSheets();
+    PointTreeWidgetItem *row = sought;
+    while (row && row->treeWidget() != m_ui->defintionTree)
+        row = row->parentItem();
+    if (!row)
+        return;
+    m_ui->defintionTree->setCurrentItem(row);
+    m_ui->defintionTree->scrollToItem(row);
+    onDefineTreeItemClicked(row, 0);
+    if (row == sought) {
+        if (QWidget *editor = m_ui->basicInfo->editorFor(key)) {
+            editor->setFocus(Qt::OtherFocusReason);
+            m_ui->scrollArea->ensureWidgetVisible(editor);
+        }
+        return;
+    }
+    const int number = Definitions::declarations(row).indexOf(sought);
+    if (number < 0)
+        return;
+    {
+        // A click there may show another one; see onDefineTableItemClicked().
+        const QSignalBlocker quiet(m_ui->defintionTable);
+        m_ui->defintionTable->setCurrentCell(number, 0);
+    }
+    m_currentAttribute = sought;
+    m_editTarget = sought;
+    m_editMode = EditAttribute;
+    showAttribute(sought);
+    updateButtons();
+    (void)m_ui->editInfoWidget->openEditor(key);
 }
 
 void DefintionPageBuilder::showAttribute(PointTreeWidgetItem *attribute)

@@ -1,8 +1,8 @@
 #include "attributesheet.h"
 
 #include "model/keys.h"
+#include "model/patterns.h"
 #include "model/pointtreewidgetitem.h"
-#include "patterns.h"
 #include "propertybrowser/attributetype.h"
 #include "propertybrowser/propertykeys.h"
 

@@ -5,6 +5,8 @@
 #include "committedvalue.h"
 #include "enumtable.h"
 #include "form/extpointwidgetform.h"
+#include "form/problemmark.h"
+#include "form/rowatindex.h"
 #include "model/controller.h"
 #include "model/definitions.h"
 #include "model/keys.h"
@@ -79,6 +81,12 @@ void DefintionPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
     ui->editInfoWidget->hide();
     ui->enumGroup->hide();
     createAddPropertyButton();
+    QTreeWidget *tree = ui->defintionTree;
+    tree->setItemDelegate(
+        new ProblemDelegate(tree, [tree](const QModelIndex &index) { return rowAtIndex(tree, index); }));
+    ui->defintionTable->setItemDelegate(new ProblemDelegate(ui->defintionTable, [this](const QModelIndex &index) {
+        return m_currentPoint ? Definitions::declarations(m_currentPoint).value(index.row()) : nullptr;
+    }));
     updateButtons();
 }
 

@@ -49,6 +49,9 @@ public:
     /// Expands the tree and selects the plug-in, so that the page says what it is about; the latter once it is seen.
     void showLoaded();
 
+    /// Goes to a node of the definition side and to its field @p key.
+    void showNode(PointTreeWidgetItem *node, const QString &key);
+
 Q_SIGNALS:
     void modified(bool flag);
     void addDefine(const QString &plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint);

@@ -2,8 +2,8 @@
 
 #include "attributesheet.h"
 #include "model/keys.h"
+#include "model/patterns.h"
 #include "model/pointtreewidgetitem.h"
-#include "patterns.h"
 #include "propertybrowser/attributetype.h"
 #include "propertybrowser/propertykeys.h"
 

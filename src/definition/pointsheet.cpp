@@ -3,8 +3,8 @@
 #include "childtypemask.h"
 #include "model/definitions.h"
 #include "model/keys.h"
+#include "model/patterns.h"
 #include "model/pointtreewidgetitem.h"
-#include "patterns.h"
 #include "propertybrowser/propertykeys.h"
 
 namespace {

@@ -101,6 +101,11 @@ bool ExtPointEditorDocument::save(QString *, const QString &, bool)
     return true;
 }
 
+const ProblemWatch &ExtPointEditorDocument::problems() const
+{
+    return m_manager->problems();
+}
+
 QStringList ExtPointEditorDocument::awaitedFiles() const
 {
     return m_manager->siblings().awaitedFiles();

@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 
+class ProblemWatch;
 class SourceDataManager;
 
 namespace PointEditor::Internal {
@@ -64,6 +65,8 @@ public:
     void whenScanned(QObject *context, const std::function<void()> &action) const;
     [[nodiscard]] const SourceDataManager &manager() const { return *m_manager; }
     void setWidget(ExtPointWidget *widget) { m_widget = widget; }
+    /// What is wrong in the file; lives as long as the document.
+    [[nodiscard]] const ProblemWatch &problems() const;
     [[nodiscard]] QString plainText() const { return {}; }
 
 Q_SIGNALS:

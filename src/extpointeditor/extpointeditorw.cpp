@@ -3,6 +3,9 @@
 #include "extpointeditordocument.h"
 #include "extpointeditorplugin.h"
 #include "foundnodes.h"
+#include "model/nodewords.h"
+#include "model/pointtreewidgetitem.h"
+#include "model/problemwatch.h"
 #include "model/sourcedatamanager.h"
 #include "surface/extpointwidget.h"
 #include "surface/findactions.h"
@@ -76,6 +79,39 @@ void ExtPointEditorW::presentUsers(const PointTreeWidgetItem *node)
     const QString name = FoundNodes::nameOf(node);
     m_presenter(QCoreApplication::translate("FoundNodes", "Users of %1").arg(name.isEmpty() ? node->text(0) : name),
         std::make_shared<FoundNodes>(manager, ModelSearch(manager, ModelSearch::users(manager, node))));
+}
+
+QVector<Core::FileProblem> ExtPointEditorW::problems(int most) const
+{
+    // The number of a problem is its key: the list is read anew after each change.
+    QVector<Core::FileProblem> problems;
+    const QVector<Problem> all = m_document->problems().all();
+    for (int i = 0; i < qMin(most, all.size()); ++i) {
+        const Problem &problem = all.at(i);
+        const bool isError = problem.severity == Problem::Severity::Error;
+        const QString text = problem.key.isEmpty() ? problem.text : tr("%1: %2").arg(problem.key, problem.text);
+        problems.append({ isError ? Core::FileProblem::Severity::Error : Core::FileProblem::Severity::Warning, text,
+            NodeWords::what(problem.node), i });
+    }
+    return problems;
+}
+
+int ExtPointEditorW::problemCount() const
+{
+    return m_document->problems().all().size();
+}
+
+void ExtPointEditorW::showProblem(const QVariant &key)
+{
+    const QVector<Problem> all = m_document->problems().all();
+    const int number = key.toInt();
+    if (number >= 0 && number < all.size() && all.at(number).node)
+        m_widget->showNode(all.at(number).node, all.at(number).key);
+}
+
+void ExtPointEditorW::whenProblemsChange(QObject *context, const std::function<void()> &action)
+{
+    connect(&m_document->problems(), &ProblemWatch::changed, context, action);
 }
 
 } // namespace PointEditor::Internal

@@ -14,7 +14,10 @@ class ExtPointEditorPlugin;
 
 /// The host's editor object for one opened extension file. Owned by the host, as is the widget that it hands over; owns
 /// its document.
-class ExtPointEditorW final : public Core::IEditor, public Core::ViewKeeper, public Core::SearchableEditor
+class ExtPointEditorW final : public Core::IEditor,
+                              public Core::ProblemSource,
+                              public Core::SearchableEditor,
+                              public Core::ViewKeeper
 {
     Q_OBJECT
 
@@ -32,6 +35,11 @@ public:
     [[nodiscard]] std::shared_ptr<Core::ProductSearch> search(const QString &needle) override;
     bool goTo(const Core::SearchResult &result) override;
     void setPresenter(const Presenter &presenter) override;
+
+    [[nodiscard]] QVector<Core::FileProblem> problems(int most) const override;
+    [[nodiscard]] int problemCount() const override;
+    void showProblem(const QVariant &key) override;
+    void whenProblemsChange(QObject *context, const std::function<void()> &action) override;
 
 private:
     void presentUsers(const PointTreeWidgetItem *node);

@@ -3,9 +3,10 @@
 // What the workbench asks for beyond the interfaces that every host has. Built against another host, which knows
 // nothing of them, the editor has the same functions and nobody calls them.
 
-#if __has_include(<core/recoverabledocument.h>) && __has_include(<core/reportingdocument.h>) \
-    && __has_include(<core/searchableeditor.h>) && __has_include(<core/undoabledocument.h>) \
-    && __has_include(<core/viewkeeper.h>)
+#if __has_include(<core/problemsource.h>) && __has_include(<core/recoverabledocument.h>) \
+    && __has_include(<core/reportingdocument.h>) && __has_include(<core/searchableeditor.h>) \
+    && __has_include(<core/undoabledocument.h>) && __has_include(<core/viewkeeper.h>)
+#include <core/problemsource.h>
 #include <core/recoverabledocument.h>
 #include <core/reportingdocument.h>
 #include <core/searchableeditor.h>
@@ -23,7 +24,29 @@
 #include <functional>
 #include <memory>
 
+class QObject;
+
 namespace Core {
+
+struct FileProblem
+{
+    enum class Severity { Warning, Error };
+
+    Severity severity = Severity::Warning;
+    QString text;
+    QString place;
+    QVariant key;
+};
+
+class ProblemSource
+{
+public:
+    virtual ~ProblemSource() = default;
+    [[nodiscard]] virtual QVector<FileProblem> problems(int most) const = 0;
+    [[nodiscard]] virtual int problemCount() const = 0;
+    virtual void showProblem(const QVariant &key) = 0;
+    virtual void whenProblemsChange(QObject *context, const std::function<void()> &action) = 0;
+};
 
 class RecoverableDocument
 {

@@ -3,6 +3,7 @@
 #include "extensionfile/showntext.h"
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
+#include "problemmark.h"
 #include "realizationtreewidget.h"
 
 #include <QStringList>
@@ -39,6 +40,7 @@ QString RowToolTip::text(PointTreeWidgetItem *node)
         add(RealizationTreeWidget::tr("Id: %1"), id);
     }
     add(RealizationTreeWidget::tr("Plug-in: %1"), owningPlugin(node));
+    add(QStringLiteral("%1"), ProblemMark::reasons(node));
     return lines.isEmpty()
         ? QString()
         : QLatin1String("<p style='white-space:pre'>") + lines.join(QLatin1String("<br/>")) + QLatin1String("</p>");

@@ -30,7 +30,7 @@ SourceDataManager::SourceDataManager(const QString &filePath, QObject *parent)
       m_definitionRoot(new PointTreeWidgetItem(rootText(QT_TRANSLATE_NOOP("SourceDataManager", "Defintion")))),
       m_availablePointsRoot(new PointTreeWidgetItem(rootText(QT_TRANSLATE_NOOP("SourceDataManager", "Realization")))),
       m_allDataRoot(new PointTreeWidgetItem(QString())), m_fourthRoot(new PointTreeWidgetItem(QString())),
-      m_realizationRoot(new PointTreeWidgetItem(QString())),
+      m_realizationRoot(new PointTreeWidgetItem(QString())), m_problems(this),
       m_ownPoints(&m_indexes, &m_changes, [this] { followRoot(); }), m_realizationIndexing(&m_indexes, &m_changes),
       m_ownStates(m_definitionRoot, m_realizationRoot), m_siblings(this, &m_ownPoints),
       m_attributeTypes(AttributeFields::typeNames()), m_attributeFields(AttributeFields::table())
@@ -153,6 +153,7 @@ void SourceDataManager::startScan(const QString &fileName)
 {
     if (holdsScannedNodes())
         clearScan();
+    m_problems.scanStarted();
     m_siblings.start(fileName, fileName == m_filePath && !m_loadFailed);
 }
 

@@ -10,6 +10,7 @@
 #include "ownrealizations.h"
 #include "ownstates.h"
 #include "pointtreewidgetitem.h"
+#include "problemwatch.h"
 #include "realizationindexing.h"
 #include "savereport.h"
 #include "siblingscan.h"
@@ -92,6 +93,8 @@ public:
 
     /// How views hear of changes. Whoever changes the model flushes it at the end of what the user has asked for.
     [[nodiscard]] ModelChanges &changes() { return m_changes; }
+    /// What is wrong in the opened file.
+    [[nodiscard]] const ProblemWatch &problems() const { return m_problems; }
 
     /// Adds @p child under @p parent in both trees, with the parent's plug-in id.
     void addDefinition(PointTreeWidgetItem *parent, PointTreeWidgetItem *child);
@@ -158,6 +161,7 @@ private:
     QPointer<PointTreeWidgetItem> m_realizationRoot;
     NodeIndexes m_indexes;
     ModelChanges m_changes;
+    ProblemWatch m_problems;
     OwnPoints m_ownPoints;
     RealizationIndexing m_realizationIndexing;
     OwnStates m_ownStates;

@@ -1,32 +1,25 @@
 #include "entrydelegate.h"
 
+#include "form/problemmark.h"
+#include "form/rowatindex.h"
 #include "model/controller.h"
-#include "model/pointtreewidgetitem.h"
 
-#include <QTreeWidget>
-#include <QVarLengthArray>
-
-namespace {
-
-QTreeWidgetItem *itemAt(const QTreeWidget *tree, QModelIndex index)
+EntryDelegate::EntryDelegate(QTreeWidget *tree) : QStyledItemDelegate(tree), m_tree(tree)
 {
-    QVarLengthArray<int, 32> rows;
-    for (; index.isValid(); index = index.parent())
-        rows.append(index.row());
-    QTreeWidgetItem *item = tree->invisibleRootItem();
-    for (int level = rows.size() - 1; item && level >= 0; --level)
-        item = item->child(rows.at(level));
-    return item;
+    ProblemMark::follow(tree);
 }
 
-} // namespace
-
-EntryDelegate::EntryDelegate(QTreeWidget *tree) : QStyledItemDelegate(tree), m_tree(tree) { }
+void EntryDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    PointTreeWidgetItem *row = index.column() == 0 ? rowAtIndex(m_tree, index) : nullptr;
+    const bool isMarked = !ProblemMark::reasons(row).isEmpty();
+    QStyledItemDelegate::paint(painter, isMarked ? ProblemMark::paint(painter, option) : option, index);
+}
 
 void EntryDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
 {
     QStyledItemDelegate::initStyleOption(option, index);
-    PointTreeWidgetItem *row = PointTreeWidgetItem::fromRow(itemAt(m_tree, index));
+    PointTreeWidgetItem *row = rowAtIndex(m_tree, index);
     if (Controller::instance()->ownRealizations().isForeign(row))
         option->palette.setColor(QPalette::Text, option->palette.color(QPalette::Disabled, QPalette::Text));
 }

@@ -2,6 +2,7 @@
 
 #include "model/controller.h"
 #include "model/keys.h"
+#include "model/patterns.h"
 #include "model/pointtreewidgetitem.h"
 #include "realizationicons.h"
 #include "sheetrows.h"
@@ -9,8 +10,6 @@
 #include <QStringList>
 
 namespace {
-
-constexpr int entryIdLength = 40;
 
 bool showsOnlyItsOwn(const PointTreeWidgetItem *item)
 {
@@ -28,7 +27,7 @@ PropertyItem rowOf(
         row.addOption({ option, option, QString() });
     if (key == iconKey)
         row.setVal(RealizationIcons::path(value.toString(), source->basePath()));
-    SheetRows::restrict(&row, entryIdLength);
+    SheetRows::restrict(&row, Pattern::entryIdLength);
     return row;
 }
 

@@ -15,6 +15,7 @@
 #include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
 #include "model/sourcedatamanager.h"
+#include "nodefinder.h"
 #include "ownpluginrows.h"
 #include "pagemenus.h"
 #include "recordtable.h"
@@ -215,6 +216,12 @@ void RealizationPageBuilder::addFormatRoot(PointTreeWidgetItem *item)
     } else if (m_ui) {
         formatTabCurrentChanged(m_ui->formatTab->currentIndex());
     }
+}
+
+void RealizationPageBuilder::showNode(PointTreeWidgetItem *node, const QString &key)
+{
+    if (m_ui)
+        NodeFinder { m_ui, m_formatTabs, m_formatTree, m_records, m_sheet, this }.show(node, key);
 }
 
 void RealizationPageBuilder::addDefine(const QString &plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint)

@@ -47,6 +47,8 @@ public:
     void addLayout(PointTreeWidgetItem *layout);
     /// Null asks for the current tab to be shown afresh.
     void addFormatRoot(PointTreeWidgetItem *item);
+    /// See NodeFinder.
+    void showNode(PointTreeWidgetItem *node, const QString &key);
 
 Q_SIGNALS:
     void modified(bool flag);

@@ -41,7 +41,7 @@ protected:
     }
 };
 
-/// Leaves out the texts that have a widget over them, and shortens an id in the middle: ids differ at their ends.
+/// Leaves out the texts that have a widget over them.
 class CellDelegate final : public QStyledItemDelegate
 {
 public:
@@ -53,8 +53,6 @@ protected:
         QStyledItemDelegate::initStyleOption(option, index);
         if (m_table->indexWidget(index))
             option->text.clear();
-        if (index.column() == 0)
-            option->textElideMode = Qt::ElideMiddle;
     }
 
 private:

@@ -3,13 +3,12 @@
 #include "extensionfile/limits.h"
 #include "model/controller.h"
 #include "model/keys.h"
+#include "model/patterns.h"
 #include "model/pointtreewidgetitem.h"
 #include "realizationicons.h"
 #include "sheetrows.h"
 
 namespace {
-
-constexpr int recordIdLength = 49;
 
 /// The options of a set of flags stand for bits and keep their order; of all others the current one goes first, so
 /// that it is the one shown.
@@ -35,7 +34,7 @@ PropertyItem rowOf(
     }
     if (key == iconKey)
         row.setVal(RealizationIcons::path(value.toString(), record->basePath()));
-    SheetRows::restrict(&row, recordIdLength);
+    SheetRows::restrict(&row, Pattern::recordIdLength);
     return row;
 }
 

@@ -1,6 +1,7 @@
 #include "recordtable.h"
 
 #include "extensionfile/showntext.h"
+#include "form/problemmark.h"
 #include "model/controller.h"
 #include "model/keys.h"
 #include "model/modelchanges.h"
@@ -83,6 +84,10 @@ RecordTable::RecordTable(QTableWidget *table, QObject *parent) : QObject(parent)
     if (!m_table)
         return;
     RecordCells::prepare(m_table);
+    auto *marks = new ProblemDelegate(m_table, [this](const QModelIndex &index) { return this->record(index.row()); });
+    // Ids differ at their ends.
+    marks->setElideMode(Qt::ElideMiddle);
+    m_table->setItemDelegateForColumn(0, marks);
     connect(m_table, &QObject::destroyed, this, [this] {
         m_records.clear();
         m_dressed.clear();

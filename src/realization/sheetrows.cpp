@@ -5,6 +5,7 @@
 #include "extensionfile/names.h"
 #include "model/controller.h"
 #include "model/keys.h"
+#include "model/patterns.h"
 #include "model/pointtreewidgetitem.h"
 #include "propertybrowser/propertykeys.h"
 
@@ -14,21 +15,6 @@
 #include <algorithm>
 
 namespace {
-
-QString patternOf(const QString &key, int longestId)
-{
-    if (key == idKey)
-        return QStringLiteral("[0-9a-zA-Z_.]{0,%1}$").arg(longestId);
-    if (key == QLatin1String("text"))
-        return QStringLiteral("^.{0,25}$");
-    if (key == QLatin1String("toolTip") || key == QLatin1String("statusTip"))
-        return QStringLiteral("^.{0,1000}$");
-    if (key == parentKey)
-        return QStringLiteral("[a-zA-Z][a-zA-Z0-9-_.]{0,249}");
-    if (key == QLatin1String("sceneName"))
-        return QStringLiteral("[0-9a-zA-Z_.]{0,249}$");
-    return {};
-}
 
 bool isNumber(const QString &text)
 {
@@ -91,7 +77,7 @@ PropertyItem SheetRows::row(const QString &key, const QVariant &value, const Def
 
 void SheetRows::restrict(PropertyItem *row, int longestId)
 {
-    const QString pattern = patternOf(row->name(), longestId);
+    const QString pattern = Pattern::realized(row->name(), longestId);
     if (!pattern.isEmpty())
         row->setData(PropertyKey::RegExp, pattern);
 }

@@ -83,6 +83,22 @@ bool ExtPointWidget::goTo(PointTreeWidgetItem *node)
     return meant && GoToNode::show(*ui, meant);
 }
 
+void ExtPointWidget::showNode(PointTreeWidgetItem *node, const QString &key)
+{
+    if (!node)
+        return;
+    const PointObject *top = node;
+    while (top->parent())
+        top = top->parent();
+    if (top == controller->definitionRoot()) {
+        ui->tabWidget->setCurrentWidget(ui->tab);
+        defintionBuilder->showNode(node, key);
+    } else {
+        ui->tabWidget->setCurrentWidget(ui->tab_2);
+        realizationBuilder->showNode(node, key);
+    }
+}
+
 void ExtPointWidget::addFormatRoot(PointTreeWidgetItem *item)
 {
     realizationBuilder->addFormatRoot(item);

@@ -2,6 +2,7 @@
 
 #include "model/mainwidgetinterface.h"
 
+#include <QString>
 #include <QWidget>
 
 class Controller;
@@ -38,6 +39,9 @@ public:
     /// Goes to what shows @p node best; see GoToNode. False for null and when nothing does.
     bool goTo(PointTreeWidgetItem *node);
     [[nodiscard]] FindActions *findActions() const { return finding; }
+
+    /// Goes to a node of the opened file: its page, its row and the field @p key of its sheet.
+    void showNode(PointTreeWidgetItem *node, const QString &key);
 
     void addFormatRoot(PointTreeWidgetItem *item) override;
     void addLayout(PointTreeWidgetItem *layout) override;

@@ -1,12 +1,11 @@
 #include "propertybrowser/editors/lineeditor.h"
 
+#include "extensionfile/textpattern.h"
 #include "propertybrowser/editors/textcodec.h"
 #include "propertybrowser/editors/textentryeditor.h"
 #include "propertybrowser/propertyitem.h"
 #include "propertybrowser/propertykeys.h"
 #include "propertybrowser/wholematch.h"
-
-#include <QCoreApplication>
 
 const TextCodec &LineEditor::codec()
 {
@@ -18,13 +17,11 @@ const TextCodec &LineEditor::codec()
             if (text.isEmpty() && item.data(PropertyKey::MayBeEmpty).toBool()) {
                 return QVariant(text);
             }
-            const bool matches = WholeMatch::matches(WholeMatch::patternOf(item), text, WholeMatch::Lines::One);
+            const bool matches = TextPattern::matches(WholeMatch::patternOf(item), text, TextPattern::Lines::One);
             return matches ? QVariant(text) : QVariant();
         };
         c.format = [](const QVariant &value) { return value.toString(); };
-        c.hint = [](const PropertyItem &item) {
-            return QCoreApplication::translate("PropertyBrowser", "Must match %1").arg(WholeMatch::patternOf(item));
-        };
+        c.hint = WholeMatch::hint;
         c.emptyIsText = true;
         return c;
     }();

@@ -1,9 +1,9 @@
 #include "propertybrowser/editors/multilineeditor.h"
 
+#include "extensionfile/textpattern.h"
 #include "propertybrowser/editors/propertyeditor.h"
 #include "propertybrowser/wholematch.h"
 
-#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QPlainTextEdit>
 #include <QTextDocument>
@@ -13,14 +13,9 @@ namespace {
 
 constexpr int ShownLines = 4;
 
-QString hint(const PropertyItem &item)
-{
-    return QCoreApplication::translate("PropertyBrowser", "Must match %1").arg(WholeMatch::patternOf(item));
-}
-
 bool matches(const PropertyItem &item, const QString &text)
 {
-    return WholeMatch::matches(WholeMatch::patternOf(item), text, WholeMatch::Lines::Many);
+    return TextPattern::matches(WholeMatch::patternOf(item), text, TextPattern::Lines::Many);
 }
 
 /// Characters without a meaning of their own, which the widget uses for the ends of frames and breaks the line at.
@@ -131,7 +126,7 @@ protected:
     }
 
 private:
-    void check() { mark(isAcceptable() ? WholeMatch::doubtAbout(item(), text()) : hint(item())); }
+    void check() { mark(isAcceptable() ? WholeMatch::doubtAbout(item(), text()) : WholeMatch::hint(item())); }
 
     void fixHeight()
     {
@@ -156,5 +151,5 @@ PropertyEditor *MultiLineEditor::create(const PropertyItem &item, QWidget *paren
 PropertyDisplay MultiLineEditor::display(const PropertyItem &item)
 {
     const QString text = item.value().toString();
-    return { text, matches(item, text) ? WholeMatch::doubtAbout(item, text) : hint(item) };
+    return { text, matches(item, text) ? WholeMatch::doubtAbout(item, text) : WholeMatch::hint(item) };
 }
