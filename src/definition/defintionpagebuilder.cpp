@@ -11,6 +11,7 @@
 #include "model/definitions.h"
 #include "model/keys.h"
 #include "model/modelchanges.h"
+#include "model/nodewords.h"
 #include "model/pointtreewidgetitem.h"
 #include "model/sourcedatamanager.h"
 #include "pointcreation.h"
@@ -407,8 +408,15 @@ void DefintionPageBuilder::addProperty(const QString &key)
         editor->setFocus(Qt::OtherFocusReason);
 }
 
+void DefintionPageBuilder::showHeadings()
+{
+    m_ui->basicInfo->setHeading(NodeWords::what(m_currentPoint));
+    m_ui->editInfoWidget->setHeading(m_editTarget != m_currentPoint ? NodeWords::what(m_editTarget) : QString());
+}
+
 void DefintionPageBuilder::updateButtons()
 {
+    showHeadings();
     const bool attributes = currentTakesAttributes();
     const bool isEnum = m_currentAttribute && m_currentAttribute->kind() == QLatin1String("Enum");
     m_ui->pushButton_add_extpoint->setEnabled(m_ui->defintionTree->topLevelItemCount() > 0);

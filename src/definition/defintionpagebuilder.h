@@ -92,6 +92,7 @@ private:
     void follow(const ModelChange &change);
     [[nodiscard]] QList<PropertyItem> basicInfo();
     [[nodiscard]] QList<PropertyItem> editInfo() const;
+    void showHeadings();
     void showAttribute(PointTreeWidgetItem *attribute);
     /// The current rows of the tables are those of the nodes whose sheet is shown, wherever these stand by now. What
     /// has no row any more has no sheet either.

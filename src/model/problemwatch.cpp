@@ -40,14 +40,15 @@ QString ProblemWatch::reasons(PointTreeWidgetItem *node) const
     // Asked for every row that is painted.
     if (m_byNode.isEmpty() || !node)
         return {};
-    const PointTreeWidgetItem *master = node->master()->item();
-    QList<int> numbers = m_byNode.values(master);
+    // A row stands for what it mirrors; a definition mirrors what offers it, but is judged itself.
+    const PointTreeWidgetItem *judged = m_byNode.contains(node) ? node : node->master()->item();
+    QList<int> numbers = m_byNode.values(judged);
     std::sort(numbers.begin(), numbers.end());
     QStringList lines;
     for (const int number : qAsConst(numbers)) {
         const Problem &problem = m_problems.at(number);
         // One that has gone may have left its address to another.
-        if (problem.node == master)
+        if (problem.node == judged)
             lines.append(QStringLiteral("%1: %2").arg(problem.key, problem.text));
     }
     return lines.join(QLatin1Char('\n'));

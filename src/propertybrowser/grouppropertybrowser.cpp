@@ -28,9 +28,12 @@ protected:
 
 } // namespace
 
-GroupPropertyBrowser::GroupPropertyBrowser(QWidget *parent) : QWidget(parent), m_layout(new QVBoxLayout(this))
+GroupPropertyBrowser::GroupPropertyBrowser(QWidget *parent)
+    : QWidget(parent), m_layout(new QVBoxLayout(this)), m_heading(new SheetHeading(this))
 {
     m_layout->setContentsMargins(0, 0, 0, 0);
+    m_layout->setSpacing(0);
+    m_layout->addWidget(m_heading);
     m_layout->addStretch(1);
     // A click beside the rows leaves the row that is being edited.
     setFocusPolicy(Qt::ClickFocus);
@@ -65,7 +68,7 @@ void GroupPropertyBrowser::showProperties(const QList<PropertyItem> &items)
         addRow(items.at(row), row);
     }
     m_box->setVisible(!items.isEmpty());
-    m_layout->insertWidget(0, m_box);
+    m_layout->insertWidget(1, m_box);
 
     // The rows come where the sheet stands among the page's widgets, not after all of them for being newer.
     QWidget *previous = this;

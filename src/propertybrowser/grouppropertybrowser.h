@@ -1,6 +1,7 @@
 #pragma once
 
 #include "propertybrowser/propertyitem.h"
+#include "propertybrowser/sheetheading.h"
 
 #include <QWidget>
 
@@ -23,6 +24,8 @@ public:
     /// it.
     void showProperties(const QList<PropertyItem> &items);
     void clear() { showProperties({}); }
+    /// One line of plain text over the rows that says whom they are about; without one there is no line.
+    void setHeading(const QString &text) { m_heading->setText(text); }
     /// The shown records with the values committed since.
     [[nodiscard]] QList<PropertyItem> properties() const;
 
@@ -40,6 +43,7 @@ private:
     [[nodiscard]] int focusedRow() const;
 
     QVBoxLayout *m_layout;
+    SheetHeading *m_heading;
     QGroupBox *m_box = nullptr;
     QList<PropertyEditor *> m_editors;
 };

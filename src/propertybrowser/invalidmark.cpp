@@ -48,6 +48,23 @@ QColor InvalidMark::color(const QColor &background, const QColor &text)
     return contrast(best, background) >= LeastContrast ? best : text;
 }
 
+QColor InvalidMark::paler(const QColor &background, const QColor &text)
+{
+    constexpr int steps = 20;
+    QColor pale = text;
+    for (int step = 1; step < steps; ++step) {
+        const double share = double(step) / steps;
+        const auto mixed = [share](double from, double to) { return from + (to - from) * share; };
+        const QColor next = QColor::fromRgbF(mixed(text.redF(), background.redF()),
+            mixed(text.greenF(), background.greenF()), mixed(text.blueF(), background.blueF()));
+        if (contrast(next, background) < LeastContrast) {
+            break;
+        }
+        pale = next;
+    }
+    return pale;
+}
+
 void InvalidMark::paintWave(QPainter *painter, const QRectF &rect, const QColor &color)
 {
     QPainterPath wave(rect.bottomLeft());

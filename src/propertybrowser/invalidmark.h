@@ -17,6 +17,8 @@ public:
 
     /// The red that stands out from @p background, or @p text where no red does.
     [[nodiscard]] static QColor color(const QColor &background, const QColor &text);
+    /// @p text as pale as it may be and be read on @p background.
+    [[nodiscard]] static QColor paler(const QColor &background, const QColor &text);
     /// The wavy line alone, along the bottom of @p rect.
     static void paintWave(QPainter *painter, const QRectF &rect, const QColor &color);
 

@@ -119,9 +119,27 @@ bool PropertyDelegate::helpEvent(
         lines.append(whole.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")));
     }
     const QString problem = ExtensionFile::shown(index.data(ProblemRole).toString());
-    if (!problem.isEmpty()) {
-        lines.append(problem.toHtmlEscaped());
+    for (const QString &said : { problem, ExtensionFile::shown(index.data(BorrowedRole).toString()),
+             ExtensionFile::shown(index.data(HelpRole).toString()) }) {
+        if (!said.isEmpty()) {
+            lines.append(said.toHtmlEscaped());
+        }
     }
     QToolTip::showText(event->globalPos(), lines.join(QLatin1String("<br>")), view);
     return true;
+}
+
+void PropertyDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (index.data(BorrowedRole).toString().isEmpty()) {
+        return;
+    }
+    option->font.setItalic(true);
+    option->fontMetrics = QFontMetrics(option->font);
+    for (const QPalette::ColorGroup group : { QPalette::Active, QPalette::Inactive }) {
+        const QColor ground = option->palette.color(group, QPalette::Base);
+        const QColor ink = option->palette.color(group, QPalette::Text);
+        option->palette.setColor(group, QPalette::Text, InvalidMark::paler(ground, ink));
+    }
 }

@@ -21,6 +21,12 @@ inline const QString MayBeEmpty = QStringLiteral("maybeempty");
 /// A text with a match of this expression anywhere is taken, but marked, with DoubtHint as the reason.
 inline const QString Doubt = QStringLiteral("doubt");
 inline const QString DoubtHint = QStringLiteral("doubthint");
+/// The row shows a value that is not its own; the reason why, for the tool tip.
+inline const QString Borrowed = QStringLiteral("borrowed");
+/// The own value of the row can be given up; what comes in its place, as the text of a menu.
+inline const QString Reset = QStringLiteral("reset");
+/// Further words for the tool tip of the row.
+inline const QString Help = QStringLiteral("help");
 inline const QString Filter = QStringLiteral("filter");
 inline const QString Directory = QStringLiteral("directory");
 inline const QString Method = QStringLiteral("method");

@@ -4,12 +4,14 @@
 #include "propertybrowser/editors/propertydisplay.h"
 #include "propertybrowser/editortable.h"
 #include "propertybrowser/propertydelegate.h"
+#include "propertybrowser/propertykeys.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPainter>
 #include <QPointer>
 #include <QRegularExpression>
@@ -243,6 +245,26 @@ void PropertyTree::focusInEvent(QFocusEvent *event)
     }
 }
 
+void PropertyTree::contextMenuEvent(QContextMenuEvent *event)
+{
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    const int row = byKey ? currentRow() : indexOfTopLevelItem(itemAt(viewport()->mapFrom(this, event->pos())));
+    const QString reset = row >= 0 ? m_items.at(row).data(PropertyKey::Reset).toString() : QString();
+    if (reset.isEmpty() || !EditorTable::isEditable(m_items.at(row))) {
+        QTreeWidget::contextMenuEvent(event);
+        return;
+    }
+    // It lives until the row that it is for is a thing of the past.
+    auto *menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("resetMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    connect(menu->addAction(reset), &QAction::triggered, this,
+        [this, name = m_items.at(row).name()] { Q_EMIT resetRequested(name); });
+    const QRect place = visualItemRect(topLevelItem(row));
+    menu->popup(byKey ? viewport()->mapToGlobal(place.bottomLeft()) : event->globalPos());
+    event->accept();
+}
+
 bool PropertyTree::eventFilter(QObject *watched, QEvent *event)
 {
     // From a check box the arrows go on to the rows beside it.
@@ -364,6 +386,10 @@ void PropertyTree::showRow(int row)
     rowItem->setData(ValueColumn, Qt::AccessibleDescriptionRole, display.problem);
     rowItem->setIcon(ValueColumn, iconOf(display, this));
     rowItem->setData(ValueColumn, PropertyDelegate::ProblemRole, display.problem);
+    for (int column = 0; column < ColumnCount; ++column) {
+        rowItem->setData(column, PropertyDelegate::BorrowedRole, item.data(PropertyKey::Borrowed));
+        rowItem->setData(column, PropertyDelegate::HelpRole, item.data(PropertyKey::Help));
+    }
     rowItem->setData(ValueColumn, PropertyDelegate::StandingRole, kind.stays || row == m_openRow);
     rowItem->setData(ValueColumn, PropertyDelegate::DropsDownRole, kind.dropsDown && !item.options().isEmpty());
 }

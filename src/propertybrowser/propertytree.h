@@ -29,10 +29,12 @@ public:
 
 Q_SIGNALS:
     void propertyChanged(const QString &name, const QVariant &value);
+    void resetRequested(const QString &name);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     bool focusNextPrevChild(bool next) override;
     void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;

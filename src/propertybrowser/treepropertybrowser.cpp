@@ -5,13 +5,17 @@
 
 #include <QVBoxLayout>
 
-TreePropertyBrowser::TreePropertyBrowser(QWidget *parent) : QWidget(parent), m_tree(new PropertyTree(this))
+TreePropertyBrowser::TreePropertyBrowser(QWidget *parent)
+    : QWidget(parent), m_heading(new SheetHeading(this)), m_tree(new PropertyTree(this))
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_heading);
     layout->addWidget(m_tree);
     setFocusProxy(m_tree);
     connect(m_tree, &PropertyTree::propertyChanged, this, &TreePropertyBrowser::propertyChanged);
+    connect(m_tree, &PropertyTree::resetRequested, this, &TreePropertyBrowser::resetRequested);
 }
 
 void TreePropertyBrowser::showProperties(const QList<PropertyItem> &items)

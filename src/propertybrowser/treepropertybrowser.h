@@ -1,6 +1,7 @@
 #pragma once
 
 #include "propertybrowser/propertyitem.h"
+#include "propertybrowser/sheetheading.h"
 
 #include <QWidget>
 
@@ -20,6 +21,8 @@ public:
     /// where there is one of its name again.
     void showProperties(const QList<PropertyItem> &items);
     void clear() { showProperties({}); }
+    /// One line of plain text over the rows that says whom they are about; without one there is no line.
+    void setHeading(const QString &text) { m_heading->setText(text); }
     /// The shown records with the values committed since.
     [[nodiscard]] QList<PropertyItem> properties() const;
 
@@ -35,7 +38,10 @@ public:
 Q_SIGNALS:
     /// The user has committed another value than the row had.
     void propertyChanged(const QString &name, const QVariant &value);
+    /// The user gives the own value of a row up; only for rows with PropertyKey::Reset.
+    void resetRequested(const QString &name);
 
 private:
+    SheetHeading *m_heading;
     PropertyTree *m_tree;
 };

@@ -4,12 +4,19 @@
 #include "model/keys.h"
 #include "model/patterns.h"
 #include "model/pointtreewidgetitem.h"
+#include "propertybrowser/propertykeys.h"
 #include "realizationicons.h"
 #include "sheetrows.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 namespace {
+
+QString say(const char *text)
+{
+    return QCoreApplication::translate("FormatSheet", text);
+}
 
 bool showsOnlyItsOwn(const PointTreeWidgetItem *item)
 {
@@ -54,12 +61,20 @@ QList<PropertyItem> FormatSheet::of(PointTreeWidgetItem *item)
         keys += asked;
     keys.removeDuplicates();
     for (const QString &key : qAsConst(keys)) {
-        if (!own.value(key).isNull() || showsOnlyItsOwn(item))
-            SheetRows::add(&rows, rowOf(key, own.value(key), item, declared));
-        else if (!recorded.value(key).isNull())
-            SheetRows::add(&rows, rowOf(key, recorded.value(key), record, declared));
-        else
-            SheetRows::add(&rows, rowOf(key, declared.defaults.value(key), item, declared));
+        const bool isRecorded = !recorded.value(key).isNull();
+        PropertyItem row;
+        if (!own.value(key).isNull() || showsOnlyItsOwn(item)) {
+            row = rowOf(key, own.value(key), item, declared);
+            if (asked.contains(key) && key != idKey)
+                row.setData(PropertyKey::Reset, isRecorded ? say("Back to the Record's") : say("Back to the Default"));
+        } else if (isRecorded) {
+            row = rowOf(key, recorded.value(key), record, declared);
+            row.setData(PropertyKey::Borrowed, say("Taken over from the record"));
+        } else {
+            row = rowOf(key, declared.defaults.value(key), item, declared);
+            row.setData(PropertyKey::Borrowed, say("The default of the attribute"));
+        }
+        SheetRows::add(&rows, row);
     }
     SheetRows::addChildTypes(&rows, item);
     return rows;

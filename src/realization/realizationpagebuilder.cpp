@@ -99,6 +99,11 @@ void RealizationPageBuilder::createConnections()
     connect(formatTree, &QTreeWidget::itemClicked, this, &RealizationPageBuilder::onFormatTreeItemClicked);
     connect(m_ui->propertyRealization, &TreePropertyBrowser::propertyChanged, this,
         &RealizationPageBuilder::onPropertyRealization);
+    connect(m_ui->propertyRealization, &TreePropertyBrowser::resetRequested, this, [this](const QString &key) {
+        m_sheet->commit();
+        if (m_sheet->reset(key))
+            finishChange();
+    });
     // What a drop has changed is seen before anybody hears of it.
     const auto forward = [this](bool flag) {
         Controller::instance()->flushChanges();
@@ -177,7 +182,9 @@ void RealizationPageBuilder::follow(const ModelChange &change)
     // The sheet is about nothing that can't be found on the page any more. A record without an id is found nowhere, but
     // may be given one where that was taken from it.
     PointTreeWidgetItem *node = m_sheet->node();
-    bool isFound = node && Controller::instance()->ownRealizations().isOwn(node);
+    const OwnRealizations realizations = Controller::instance()->ownRealizations();
+    const bool isForeign = m_sheet->subject() == SheetPane::Subject::Foreign;
+    bool isFound = node && (isForeign ? realizations.isForeign(node) : realizations.isOwn(node));
     if (isFound && m_sheet->subject() == SheetPane::Subject::Record)
         isFound = m_records->row(node) >= 0 || node->properties().text(idKey).isEmpty();
     else if (isFound && m_sheet->subject() == SheetPane::Subject::Holder)
@@ -248,7 +255,7 @@ void RealizationPageBuilder::onItemClicked(QTreeWidgetItem *item, int)
     m_records->clear();
     m_clickedPoint = clicked;
     if (!m_clickedPoint) {
-        if (m_sheet->subject() != SheetPane::Subject::Entry)
+        if (!m_sheet->isAboutEntry())
             m_sheet->showNothing();
         return;
     }
@@ -300,16 +307,17 @@ void RealizationPageBuilder::onFormatTreeItemClicked(QTreeWidgetItem *item, int)
     PointTreeWidgetItem *source = FormatTree::sourceOf(row);
     const QPointer<PointTreeWidgetItem> shown(source ? source : row);
     m_sheet->commit();
-    if (shown && !Controller::instance()->ownRealizations().isForeign(shown))
-        m_sheet->show(SheetPane::Subject::Entry, shown);
-    else if (item || m_sheet->subject() == SheetPane::Subject::Entry)
+    const bool isForeign = Controller::instance()->ownRealizations().isForeign(shown);
+    if (shown)
+        m_sheet->show(isForeign ? SheetPane::Subject::Foreign : SheetPane::Subject::Entry, shown);
+    else if (item || m_sheet->isAboutEntry())
         m_sheet->showNothing();
 }
 
 void RealizationPageBuilder::onPropertyRealization(const QString &property, const QVariant &variant)
 {
     PointTreeWidgetItem *node = m_sheet ? m_sheet->node() : nullptr;
-    if (!m_ui || !node)
+    if (!m_ui || !node || m_sheet->subject() == SheetPane::Subject::Foreign)
         return;
     const QVariant value = CommittedValue::of(variant);
     // A root without a name would never be shown again.
@@ -335,7 +343,7 @@ void RealizationPageBuilder::formatTabCurrentChanged(int)
     QWidget::setTabOrder(m_ui->formatTab->tabBar(), m_formatTree->widget());
     m_formatTree->show(m_formatTabs->currentName());
     // Its row has gone.
-    if (m_sheet->subject() == SheetPane::Subject::Entry)
+    if (m_sheet->isAboutEntry())
         m_sheet->showNothing();
 }
 

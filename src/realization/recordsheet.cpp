@@ -5,10 +5,18 @@
 #include "model/keys.h"
 #include "model/patterns.h"
 #include "model/pointtreewidgetitem.h"
+#include "propertybrowser/propertykeys.h"
 #include "realizationicons.h"
 #include "sheetrows.h"
 
+#include <QCoreApplication>
+
 namespace {
+
+QString say(const char *text)
+{
+    return QCoreApplication::translate("RecordSheet", text);
+}
 
 /// The options of a set of flags stand for bits and keep their order; of all others the current one goes first, so
 /// that it is the one shown.
@@ -27,6 +35,13 @@ PropertyItem rowOf(
     PointTreeWidgetItem *record, const QString &key, const QVariant &value, const Definitions::Attributes &declared)
 {
     PropertyItem row = SheetRows::row(key, value, declared);
+    if (declared.keys.contains(key)) {
+        const QString standard = declared.defaults.value(key).toString();
+        if (value.toString() == standard)
+            row.setData(PropertyKey::Borrowed, say("The default of the attribute"));
+        else if (key != idKey)
+            row.setData(PropertyKey::Reset, say("Back to the Default"));
+    }
     const QStringList options = declared.options.value(key);
     if (!options.isEmpty()) {
         addOptions(&row, options);

@@ -2,9 +2,11 @@
 
 #include "formatsheet.h"
 #include "model/controller.h"
+#include "model/nodewords.h"
 #include "model/pointtreewidgetitem.h"
 #include "propertybrowser/treepropertybrowser.h"
 #include "recordsheet.h"
+#include "sheetrows.h"
 
 #include <algorithm>
 
@@ -58,17 +60,44 @@ void SheetPane::showAfresh()
         return;
     m_sheet->setEnabled(m_node);
     m_sheet->showProperties(records());
+    showHeading();
 }
 
 void SheetPane::refresh()
 {
     if (!m_sheet)
         return;
+    showHeading();
     const QList<PropertyItem> shown = m_sheet->properties();
     const QList<PropertyItem> wanted = records();
     if (!std::equal(shown.cbegin(), shown.cend(), wanted.cbegin(), wanted.cend(), showTheSame)
         || m_sheet->isEnabled() != !m_node.isNull())
         showAfresh();
+}
+
+void SheetPane::showHeading()
+{
+    QString heading = NodeWords::withUses(m_node);
+    if (subject() == Subject::Foreign)
+        heading = tr("%1; belongs to %2 and can't be changed here").arg(heading, m_node->pluginId());
+    m_sheet->setHeading(heading);
+}
+
+bool SheetPane::reset(const QString &key)
+{
+    if (subject() == Subject::Nothing || subject() == Subject::Foreign)
+        return false;
+    if (subject() == Subject::Entry) {
+        PropertyHash left = m_node->properties();
+        // A value is found under its lower-case name, too.
+        const bool had = left.remove(key) || left.remove(key.toLower());
+        if (had)
+            m_node->setProperties(left);
+        return had;
+    }
+    const QVariant standard = SheetRows::declared(m_node).defaults.value(key);
+    m_node->setProperty(key, standard.isValid() ? standard : QVariant(QString()));
+    return true;
 }
 
 void SheetPane::openEditor(const QStringList &keys)
@@ -88,6 +117,12 @@ QList<PropertyItem> SheetPane::records() const
         return RecordSheet::of(m_node);
     case Subject::Entry:
         return FormatSheet::of(m_node);
+    case Subject::Foreign: {
+        QList<PropertyItem> rows = FormatSheet::of(m_node);
+        for (PropertyItem &row : rows)
+            row.setEditable(false);
+        return rows;
+    }
     case Subject::Nothing:
         break;
     }

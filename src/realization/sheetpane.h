@@ -9,7 +9,7 @@
 class PointTreeWidgetItem;
 class TreePropertyBrowser;
 
-/// The property sheet of the realization page, and whom it is about: a node of the opened file, never a row, since rows
+/// The property sheet of the realization page, and whom it is about: a node, never a row, since rows
 /// come and go. It shows itself anew when the model has changed and something else is to be seen.
 ///
 /// Whatever wants to show something else first calls commit(), which may change or destroy what was to be shown, and
@@ -23,7 +23,8 @@ public:
         Nothing,
         Holder, ///< an "ExtData", which a click on its point shows
         Record, ///< a row of the table
-        Entry   ///< what a row of the format tree shows
+        Entry,  ///< what a row of the format tree shows
+        Foreign ///< the same for an entry of a sibling; nothing can be changed
     };
 
     explicit SheetPane(TreePropertyBrowser *sheet, QObject *parent = nullptr);
@@ -39,16 +40,23 @@ public:
     [[nodiscard]] PointTreeWidgetItem *node() const { return m_node; }
     [[nodiscard]] Subject subject() const { return m_node ? m_subject : Subject::Nothing; }
 
+    [[nodiscard]] bool isAboutEntry() const { return subject() == Subject::Entry || subject() == Subject::Foreign; }
+
     /// Shows what is to be seen by now, also in place of what was refused.
     void showAfresh();
     /// As above, but only where it differs.
     void refresh();
+
+    /// Gives up the own value of the row @p key: a record gets the declared default, an entry shows the record's again.
+    /// False when there is none to give up.
+    [[nodiscard]] bool reset(const QString &key);
 
     /// Opens the editor of the first of these keys that has a row.
     void openEditor(const QStringList &keys);
 
 private:
     [[nodiscard]] QList<PropertyItem> records() const;
+    void showHeading();
 
     QPointer<TreePropertyBrowser> m_sheet;
     QPointer<PointTreeWidgetItem> m_node;

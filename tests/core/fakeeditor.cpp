@@ -209,6 +209,25 @@ bool FakeEditor::goTo(const Core::SearchResult &result)
     return result.target.toInt() != 1;
 }
 
+QVector<Core::FileProblem> FakeEditor::problems(int most) const
+{
+    QVector<Core::FileProblem> problems;
+    for (const QString &text : m_problems.mid(0, most))
+        problems.append({ Core::FileProblem::Severity::Error, text, QStringLiteral("place"), text });
+    return problems;
+}
+
+void FakeEditor::whenProblemsChange(QObject *context, const std::function<void()> &action)
+{
+    connect(this, &FakeEditor::problemsChanged, context, action);
+}
+
+void FakeEditor::setProblems(const QStringList &texts)
+{
+    m_problems = texts;
+    Q_EMIT problemsChanged();
+}
+
 FakeEditor::~FakeEditor()
 {
     if (m_deletesWidget)

@@ -3,6 +3,7 @@
 #include "core/idocument.h"
 #include "core/ieditor.h"
 #include "core/ieditorfactory.h"
+#include "core/problemsource.h"
 #include "core/recoverabledocument.h"
 #include "core/searchableeditor.h"
 #include "core/undoabledocument.h"
@@ -62,8 +63,11 @@ private:
 };
 
 /// An editor whose widget has a tab widget with two pages; the page is what its view keeps. It finds as many things as
-/// the needle says, in several goes.
-class FakeEditor final : public Core::IEditor, public Core::ViewKeeper, public Core::SearchableEditor
+/// the needle says, in several goes, and has the problems that it is told, with the text as the key.
+class FakeEditor final : public Core::IEditor,
+                         public Core::ProblemSource,
+                         public Core::SearchableEditor,
+                         public Core::ViewKeeper
 {
     Q_OBJECT
 
@@ -83,7 +87,18 @@ public:
     QStringList wentTo;
     Presenter presenterOf;
 
+    QVector<Core::FileProblem> problems(int most) const override;
+    int problemCount() const override { return m_problems.size(); }
+    void showProblem(const QVariant &key) override { shownProblem = key.toString(); }
+    void whenProblemsChange(QObject *context, const std::function<void()> &action) override;
+    void setProblems(const QStringList &texts);
+    QString shownProblem;
+
+Q_SIGNALS:
+    void problemsChanged();
+
 private:
+    QStringList m_problems;
     FakeDocument *m_document;
     QTabWidget *m_tabs;
     bool m_deletesWidget;

@@ -1,6 +1,7 @@
 #include "core/aboutpluginsdialog.h"
 #include "core/caredfile.h"
 #include "core/finddock.h"
+#include "core/problemsdock.h"
 
 #include <QAction>
 #include <QFile>
@@ -39,6 +40,7 @@ private slots:
     void furtherFiles();
     void aboutPlugins();
     void findInProduct();
+    void problems();
 
 private:
     QString makeFile(const QString &name, const QByteArray &content = "<fake/>");
@@ -327,6 +329,35 @@ void tst_MainWindow::findInProduct()
     trigger("closeAction");
     QTRY_VERIFY(!m_window->currentEditor());
     QVERIFY(list->topLevelItemCount() == 0 && !action->isEnabled());
+}
+
+/// The count is seen while there is something to count; it brings the list, and the list goes to the place.
+void tst_MainWindow::problems()
+{
+    auto *dock = new Core::ProblemsDock(*m_window);
+    auto *count = m_window->findChild<QToolButton *>(s("problemsButton"));
+    auto *list = m_window->findChild<QTreeWidget *>(s("problemsList"));
+    m_window->show();
+    QVERIFY(open());
+    auto *editor = dynamic_cast<FakeEditor *>(m_window->currentEditor());
+    QVERIFY(count->isHidden() && dock->isHidden());
+    editor->setProblems({ s("one"), s("two"), s("three") });
+    QVERIFY(!count->isHidden() && dock->isHidden());
+    QCOMPARE(count->text(), s("3 problems"));
+    count->click();
+    QVERIFY(!dock->isHidden());
+    QCOMPARE(list->topLevelItemCount(), 3);
+    QTest::keyClick(list, Qt::Key_Down);
+    QTest::keyClick(list, Qt::Key_Return);
+    QCOMPARE(editor->shownProblem, s("two"));
+    editor->setProblems({ s("three") });
+    QCOMPARE(count->text(), s("1 problem"));
+    QCOMPARE(list->topLevelItem(0)->text(0), s("three"));
+    // Those of a file that is closed are nobody's.
+    trigger("closeAction");
+    QTRY_VERIFY(!m_window->currentEditor());
+    QVERIFY(count->isHidden());
+    QCOMPARE(list->topLevelItemCount(), 0);
 }
 
 QTEST_MAIN(tst_MainWindow)
