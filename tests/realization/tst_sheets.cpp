@@ -1,6 +1,9 @@
+#include "propertybrowser/propertykeys.h"
 #include "realization/formatsheet.h"
 #include "realization/recordsheet.h"
 #include "realizationpage.h"
+
+#include <QLabel>
 
 using namespace RealizationTesting;
 using Node = PointTreeWidgetItem;
@@ -41,6 +44,10 @@ private slots:
     void formatSheet();
     void formatEntriesOfRecords();
     void iconPaths();
+    void headings();
+    void ownAndTakenOver();
+    void problemsAreReached_data();
+    void problemsAreReached();
 };
 
 void TestSheets::recordSheet_data()
@@ -192,6 +199,118 @@ void TestSheets::iconPaths()
     QCOMPARE(icons,
         list({ "own/i/a.png", "", "own/extension.xml", "own/i/a.png", "other/a.png", "own/d.png", "own/y.png" }));
     QCOMPARE(page.record("r")->property(s("icon")).toString(), s("i/a.png"));
+}
+
+/// Who is shown, with the number of uses; nothing is left of it after a click that shows nothing.
+void TestSheets::headings()
+{
+    const Sibling other { "other",
+        "<ExtDataSet><ExtData id='host.cmd'><Format target='t'><act id='f'/></Format></ExtData></ExtDataSet>" };
+    Page page(points("<ExtPoint id='host.cmd' name='Commands' hasformat='true'><SubExtPoint key='act'/></ExtPoint>"
+                     "<ExtPoint id='bare' name='Bare'/>")
+            + data("<act id='r'/><act id='q'/><Format target='t'><act id='r'/><act id='r'/></Format>"),
+        { other });
+    const auto heading = [&] {
+        const auto *label = page.sheet()->findChild<QLabel *>(s("sheetHeading"));
+        return label->isHidden() ? s("-") : label->accessibleName();
+    };
+    QCOMPARE(heading(), s("-"));
+    page.builder()->onItemClicked(page.point("Commands"), 0);
+    QCOMPARE(heading(), s("Records of Commands in this plug-in"));
+    page.builder()->onTableItemClicked(page.table()->item(0, 0));
+    QCOMPARE(heading(), s("act r, record of Commands, 2 uses"));
+    page.tabs()->setCurrentIndex(0);
+    page.builder()->onFormatTreeItemClicked(page.entry("r"), 0);
+    QCOMPARE(heading(), s("act r, entry of the tab t"));
+    page.builder()->onPropertyRealization(s("id"), s("q"));
+    QCOMPARE(heading(), s("act q, entry of the tab t"));
+    page.builder()->onTableItemClicked(page.table()->item(0, 0));
+    QCOMPARE(heading(), s("act r, record of Commands, 1 use"));
+    // A sibling's is shown, and nothing in it can be changed.
+    page.builder()->onFormatTreeItemClicked(page.entry("f"), 0);
+    QCOMPARE(heading(), s("act f, entry of the tab t; belongs to other and can't be changed here"));
+    QVERIFY(!page.sheet()->properties().isEmpty());
+    for (const PropertyItem &row : page.sheet()->properties())
+        QVERIFY(!row.isEditable());
+    page.builder()->onPropertyRealization(s("id"), s("stolen"));
+    QVERIFY(page.entry("f"));
+    page.builder()->onItemClicked(page.point("Bare"), 0);
+    QCOMPARE(heading(), s("-"));
+    QVERIFY(page.sheet()->properties().isEmpty());
+}
+
+/// An own value given up: the entry shows its record's again and says nothing in the file, the record has the default.
+void TestSheets::ownAndTakenOver()
+{
+    Page page(points("<ExtPoint id='p' name='P' hasformat='true'><SubExtPoint key='act'><Int key='n' "
+                     "value='4'/></SubExtPoint></ExtPoint>")
+        + data("<act id='r' n='7' text='Record'/><format target='t'><act id='r' text='Mine'/></format>", "p"));
+    const auto shown = [&](const char *key) {
+        for (const PropertyItem &row : page.sheet()->properties()) {
+            if (row.name() == s(key)) {
+                return s("%1 %2 %3")
+                    .arg(row.value().toString(), row.data(PropertyKey::Borrowed).toString(),
+                        row.data(PropertyKey::Reset).toString())
+                    .simplified();
+            }
+        }
+        return s("no row");
+    };
+    page.tabs()->setCurrentIndex(0);
+    page.builder()->onFormatTreeItemClicked(page.entry("r"), 0);
+    QCOMPARE(shown("text"), s("Mine Back to the Record's"));
+    QCOMPARE(shown("n"), s("7 Taken over from the record"));
+    QCOMPARE(shown("id"), s("r"));
+    Q_EMIT page.sheet()->resetRequested(s("text"));
+    QCOMPARE(shown("text"), s("Record Taken over from the record"));
+    QCOMPARE(page.entry("r")->text(1), s("Record"));
+    QCOMPARE(page.modified, 1);
+    // What is not there can't be given up.
+    Q_EMIT page.sheet()->resetRequested(s("text"));
+    QCOMPARE(page.modified, 1);
+    page.builder()->onItemClicked(page.point("P"), 0);
+    page.builder()->onTableItemClicked(page.table()->item(0, 0));
+    QCOMPARE(shown("n"), s("7 Back to the Default"));
+    Q_EMIT page.sheet()->resetRequested(s("n"));
+    QCOMPARE(shown("n"), s("4 The default of the attribute"));
+    const QByteArray saved = page.save();
+    QVERIFY(saved.contains("n=\"4\"") && !saved.contains("Mine"));
+}
+
+void TestSheets::problemsAreReached_data()
+{
+    QTest::addColumn<QByteArray>("sets");
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<QString>("heading");
+    const QByteArray declared = "<ExtPoint id='p' hasformat='1'><SubExtPoint key='act'><Int key='n' max='5' "
+                                "value='%1'/></SubExtPoint></ExtPoint>";
+    const auto row
+        = [&](const char *name, const char *standard, const QByteArray &content, int tab, const char *heading) {
+              QTest::newRow(name) << points(QByteArray(declared).replace("%1", standard)) + data(content, "p") << tab
+                                  << s(heading);
+          };
+    row("attribute", "9", "", 0, "Int attribute n of act");
+    row("record", "1", "<act id='a'/><act id='r' n='9'/>", 1, "act r, record of p, 0 uses");
+    row("entry", "1", "<act id='r'/><format target='t'/><format target='u'><act id='r' parent='gone'/></format>", 1,
+        "act r, entry of the tab u");
+}
+
+/// From the other page, in another tab: its sheet is shown, with the field being edited.
+void TestSheets::problemsAreReached()
+{
+    QFETCH(const QByteArray, sets);
+    QFETCH(const int, tab);
+    QFETCH(const QString, heading);
+    Page page(sets);
+    QTRY_COMPARE(page.manager->problems().all().size(), 1);
+    auto *pages = page.find<QTabWidget>("tabWidget");
+    pages->setCurrentIndex(1 - tab);
+    const Problem problem = page.manager->problems().all().first();
+    page.widget->showNode(problem.node, problem.key);
+    QCOMPARE(pages->currentIndex(), tab);
+    auto *sheet = tab == 0 ? page.editInfo() : page.sheet();
+    QCOMPARE(sheet->findChild<QLabel *>(s("sheetHeading"))->accessibleName(), heading);
+    QVERIFY(sheet->editorFor(problem.key));
 }
 
 QTEST_MAIN(TestSheets)
