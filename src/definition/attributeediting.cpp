@@ -6,6 +6,7 @@
 #include "defintionpagebuilder.h"
 #include "enumtable.h"
 #include "form/extpointwidgetform.h"
+#include "form/sheethelp.h"
 #include "model/controller.h"
 #include "model/definitions.h"
 #include "model/pointtreewidgetitem.h"
@@ -140,8 +141,11 @@ QList<PropertyItem> DefintionPageBuilder::editInfo() const
 {
     if (!m_editTarget)
         return {};
-    return m_editMode == EditEntry ? EnumTable::sheetOf(m_editTarget)
-                                   : AttributeSheet::of(m_editTarget, m_attributeTypes);
+    QList<PropertyItem> rows = m_editMode == EditEntry ? EnumTable::sheetOf(m_editTarget)
+                                                       : AttributeSheet::of(m_editTarget, m_attributeTypes);
+    SheetHelp::explain(&rows);
+    SheetHelp::startInPlugin(&rows);
+    return rows;
 }
 
 void DefintionPageBuilder::onEnumTableItemClicked(QTableWidgetItem *cell)

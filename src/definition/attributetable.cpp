@@ -1,5 +1,6 @@
 #include "attributetable.h"
 
+#include "form/sheethelp.h"
 #include "model/definitions.h"
 #include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
@@ -15,6 +16,7 @@ QStringList AttributeTable::columns()
 void AttributeTable::fill(QTableWidget *table, const PointTreeWidgetItem *owner)
 {
     TableCells::reset(table, columns());
+    SheetHelp::explainColumns(table, columns());
     TableCells::setRows(table, rowsOf(owner));
 }
 

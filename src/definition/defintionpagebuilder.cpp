@@ -7,12 +7,14 @@
 #include "form/extpointwidgetform.h"
 #include "form/problemmark.h"
 #include "form/rowatindex.h"
+#include "form/sheethelp.h"
 #include "model/controller.h"
 #include "model/definitions.h"
 #include "model/keys.h"
 #include "model/modelchanges.h"
 #include "model/nodewords.h"
 #include "model/pointtreewidgetitem.h"
+#include "model/problems.h"
 #include "model/sourcedatamanager.h"
 #include "pointcreation.h"
 #include "tablecells.h"
@@ -82,6 +84,7 @@ void DefintionPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
     ui->editInfoWidget->hide();
     ui->enumGroup->hide();
     createAddPropertyButton();
+    explainSheets();
     QTreeWidget *tree = ui->defintionTree;
     tree->setItemDelegate(
         new ProblemDelegate(tree, [tree](const QModelIndex &index) { return rowAtIndex(tree, index); }));
@@ -324,6 +327,13 @@ void DefintionPageBuilder::onDefineTreeItemClicked(QTreeWidgetItem *item, int)
 
 QList<PropertyItem> DefintionPageBuilder::basicInfo()
 {
+    QList<PropertyItem> rows = plainBasicInfo();
+    SheetHelp::explain(&rows);
+    return rows;
+}
+
+QList<PropertyItem> DefintionPageBuilder::plainBasicInfo()
+{
     if (!m_currentPoint)
         return {};
     if (PointCreation::roleOf(m_currentPoint) == Role::SubPoint) {
@@ -373,6 +383,18 @@ void DefintionPageBuilder::onBasicInfoDataChange(const QString &name, const QVar
     if (name == nameKey)
         point->setText(0, now);
     finishChange();
+}
+
+void DefintionPageBuilder::explainSheets()
+{
+    const auto about = [](const QPointer<PointTreeWidgetItem> &node, const QString &key, const QString &text) {
+        const SourceDataManager *manager = Controller::instance()->sourceDataManager();
+        return manager ? Problems::ofTyped(*manager, node, key, text) : QString();
+    };
+    m_ui->basicInfo->setDoubts(
+        [this, about](const QString &key, const QString &text) { return about(m_currentPoint, key, text); });
+    m_ui->editInfoWidget->setDoubts(
+        [this, about](const QString &key, const QString &text) { return about(m_editTarget, key, text); });
 }
 
 void DefintionPageBuilder::createAddPropertyButton()

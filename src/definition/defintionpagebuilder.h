@@ -91,6 +91,8 @@ private:
     /// Has everything on the page show what has changed.
     void follow(const ModelChange &change);
     [[nodiscard]] QList<PropertyItem> basicInfo();
+    [[nodiscard]] QList<PropertyItem> plainBasicInfo();
+    void explainSheets();
     [[nodiscard]] QList<PropertyItem> editInfo() const;
     void showHeadings();
     void showAttribute(PointTreeWidgetItem *attribute);

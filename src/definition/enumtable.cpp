@@ -1,5 +1,6 @@
 #include "enumtable.h"
 
+#include "form/sheethelp.h"
 #include "model/keys.h"
 #include "model/pointtreewidgetitem.h"
 #include "tablecells.h"
@@ -30,6 +31,7 @@ QList<QStringList> EnumTable::rowsOf(const PointTreeWidgetItem *attribute)
 void EnumTable::fill(QTableWidget *table, const PointTreeWidgetItem *attribute)
 {
     TableCells::reset(table, columns());
+    SheetHelp::explainColumns(table, columns());
     TableCells::setRows(table, rowsOf(attribute));
 }
 

@@ -437,19 +437,33 @@ QVector<Problem> Problems::of(const SourceDataManager &manager, bool withSibling
     return Judge(manager, withSiblings).judge();
 }
 
-QString Problems::ofTypedId(const SourceDataManager &manager, const PointTreeWidgetItem *node, const QString &id)
+QString Problems::ofTyped(
+    const SourceDataManager &manager, PointTreeWidgetItem *node, const QString &key, const QString &text)
 {
-    if (!node || id.isEmpty())
+    if (!node || text.isEmpty())
         return {};
-    const Node *holder = OwnRealizations::isRecord(node) ? node->parentItem() : nullptr;
-    if (!holder)
-        return {};
-    const Nodes holders = manager.ownRealizations().holders(holder->properties().text(idKey));
-    for (const Node *one : holders) {
-        for (PointObject *child : one->children()) {
-            if (child != node && child->properties().text(idKey) == id
-                && !child->item()->isKind(QLatin1String("Format")))
-                return say(QT_TRANSLATE_NOOP("Problems", "%1 of this point has the same id"))
+    const auto has = [&](PointObject *other) { return other != node && other->properties().text(key) == text; };
+    const Node *above = node->parentItem();
+    if (isPoint(node) && key == idKey) {
+        const Nodes points = manager.indexes()[NodeIndexes::Points].nodes(text);
+        for (Node *point : points) {
+            if (isPoint(point) && point != node->master()->item())
+                return say(QT_TRANSLATE_NOOP("Problems", "A point of %1 has the same id"))
+                    .arg(quoted(point->pluginId()));
+        }
+    } else if (key == idKey && OwnRealizations::isRecord(node)) {
+        const Nodes holders = manager.ownRealizations().holders(above->properties().text(idKey));
+        for (const Node *holder : holders) {
+            for (PointObject *child : holder->children()) {
+                if (has(child) && !child->item()->isKind(QLatin1String("Format")))
+                    return say(QT_TRANSLATE_NOOP("Problems", "A record (%1) of this point has the same id"))
+                        .arg(quoted(child->item()->kind()));
+            }
+        }
+    } else if (key == keyKey && above && (isPoint(above) || isSubPoint(above))) {
+        for (PointObject *child : above->children()) {
+            if (has(child) && isSubPoint(child->item()) == isSubPoint(node))
+                return say(QT_TRANSLATE_NOOP("Problems", "%1 beside it has the same key"))
                     .arg(quoted(child->item()->kind()));
         }
     }

@@ -46,8 +46,9 @@ constexpr int mostNodes = 50'000;
 /// problem, without a node, that the rest was not looked at.
 [[nodiscard]] QVector<Problem> of(const SourceDataManager &manager, bool withSiblings);
 
-/// Why a "id" of @p id would be one too many if the node @p node had it; empty when it would not. For what is typed
-/// and not stored yet.
-[[nodiscard]] QString ofTypedId(const SourceDataManager &manager, const PointTreeWidgetItem *node, const QString &id);
+/// Who has the name @p text already that is typed for the attribute @p key of @p node; empty when nobody has, and for
+/// what may be there twice. A point and a record are named by "id", a sub point and an attribute by "key".
+[[nodiscard]] QString ofTyped(
+    const SourceDataManager &manager, PointTreeWidgetItem *node, const QString &key, const QString &text);
 
 } // namespace Problems

@@ -3,6 +3,7 @@
 #include "propertybrowser/editors/propertyeditor.h"
 #include "propertybrowser/editortable.h"
 #include "propertybrowser/elidedlabel.h"
+#include "propertybrowser/wholematch.h"
 
 #include <QApplication>
 #include <QGridLayout>
@@ -142,6 +143,8 @@ void GroupPropertyBrowser::addRow(const PropertyItem &item, int row)
     PropertyEditor *editor = EditorTable::kindOf(item).create(item, m_box);
     auto *label = new ElidedLabel(item.displayText(), m_box);
     label->setBuddy(editor);
+    label->setToolTip(WholeMatch::help(item).toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")));
+    editor->setDoubts(m_doubts);
     const int lineHeight = fontMetrics().height();
     const bool tall = editor->sizeHint().height() > 3 * lineHeight;
     grid->addWidget(label, row, 0, tall ? Qt::AlignTop : Qt::AlignVCenter);

@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <functional>
+
 class PropertyEditor;
 class QGroupBox;
 class QVBoxLayout;
@@ -26,6 +28,11 @@ public:
     void clear() { showProperties({}); }
     /// One line of plain text over the rows that says whom they are about; without one there is no line.
     void setHeading(const QString &text) { m_heading->setText(text); }
+    /// Asked about every text that is typed into a row: what is doubtful about it, empty for nothing.
+    void setDoubts(const std::function<QString(const QString &name, const QString &text)> &doubts)
+    {
+        m_doubts = doubts;
+    }
     /// The shown records with the values committed since.
     [[nodiscard]] QList<PropertyItem> properties() const;
 
@@ -46,4 +53,5 @@ private:
     SheetHeading *m_heading;
     QGroupBox *m_box = nullptr;
     QList<PropertyEditor *> m_editors;
+    std::function<QString(const QString &name, const QString &text)> m_doubts;
 };

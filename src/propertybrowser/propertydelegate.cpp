@@ -122,7 +122,7 @@ bool PropertyDelegate::helpEvent(
     for (const QString &said : { problem, ExtensionFile::shown(index.data(BorrowedRole).toString()),
              ExtensionFile::shown(index.data(HelpRole).toString()) }) {
         if (!said.isEmpty()) {
-            lines.append(said.toHtmlEscaped());
+            lines.append(said.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")));
         }
     }
     QToolTip::showText(event->globalPos(), lines.join(QLatin1String("<br>")), view);

@@ -5,6 +5,7 @@
 #include "propertybrowser/editortable.h"
 #include "propertybrowser/propertydelegate.h"
 #include "propertybrowser/propertykeys.h"
+#include "propertybrowser/wholematch.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -154,7 +155,7 @@ bool PropertyTree::openEditor(int row)
         // The commit may replace the rows; the one that was asked for is found again by its name.
         const QString name = m_items.at(row).name();
         if (!m_open->commit()) {
-            m_open->restore();
+            keepRefused();
         }
         endEditing(true);
         if (row >= m_items.size() || m_items.at(row).name() != name) {
@@ -170,6 +171,7 @@ bool PropertyTree::openEditor(int row)
         editor = createEditor(row);
         m_open = editor;
         m_openRow = row;
+        putBackRefused();
         showRow(row);
         executeDelayedItemsLayout();
         scrollToItem(topLevelItem(row));
@@ -305,7 +307,7 @@ bool PropertyTree::focusNextPrevChild(bool next)
     }
     if (m_open != nullptr) {
         if (!m_open->commit()) {
-            m_open->restore();
+            keepRefused();
         }
         endEditing(true);
     } else if (!hasFocus()) {
@@ -345,6 +347,7 @@ PropertyEditor *PropertyTree::createEditor(int row)
     const PropertyItem &item = m_items.at(row);
     PropertyEditor *editor = EditorTable::kindOf(item).create(item, viewport());
     editor->setInPlace(true);
+    editor->setDoubts(m_doubts);
     // Tab goes by the rows, not by the order in which their editors were made.
     editor->setFocusPolicy(Qt::ClickFocus);
     editor->focusProxy()->installEventFilter(this);
@@ -362,6 +365,7 @@ void PropertyTree::endEditing(bool takeFocus)
         return;
     }
     const int row = m_openRow;
+    keepRefused();
     m_open = nullptr;
     m_openRow = -1;
     editor->retire();
@@ -372,6 +376,31 @@ void PropertyTree::endEditing(bool takeFocus)
     editor->hide();
     removeItemWidget(topLevelItem(row), ValueColumn);
     showRow(row);
+}
+
+void PropertyTree::keepRefused()
+{
+    constexpr int mostKept = 20;
+    const QString text = m_open->refusedText();
+    if (text.isEmpty()) {
+        return;
+    }
+    m_refused.append({ m_subject, m_items.at(m_openRow).name(), text });
+    while (m_refused.size() > mostKept) {
+        m_refused.removeFirst();
+    }
+    m_open->giveUp();
+}
+
+void PropertyTree::putBackRefused()
+{
+    const QString name = m_items.at(m_openRow).name();
+    for (int i = m_refused.size() - 1; i >= 0; --i) {
+        if (m_refused.at(i).subject == m_subject && m_refused.at(i).name == name) {
+            m_open->putBack(m_refused.takeAt(i).text);
+            return;
+        }
+    }
 }
 
 void PropertyTree::showRow(int row)
@@ -386,9 +415,10 @@ void PropertyTree::showRow(int row)
     rowItem->setData(ValueColumn, Qt::AccessibleDescriptionRole, display.problem);
     rowItem->setIcon(ValueColumn, iconOf(display, this));
     rowItem->setData(ValueColumn, PropertyDelegate::ProblemRole, display.problem);
+    const QString help = display.problem.isEmpty() ? WholeMatch::help(item) : item.data(PropertyKey::Help).toString();
     for (int column = 0; column < ColumnCount; ++column) {
         rowItem->setData(column, PropertyDelegate::BorrowedRole, item.data(PropertyKey::Borrowed));
-        rowItem->setData(column, PropertyDelegate::HelpRole, item.data(PropertyKey::Help));
+        rowItem->setData(column, PropertyDelegate::HelpRole, help);
     }
     rowItem->setData(ValueColumn, PropertyDelegate::StandingRole, kind.stays || row == m_openRow);
     rowItem->setData(ValueColumn, PropertyDelegate::DropsDownRole, kind.dropsDown && !item.options().isEmpty());

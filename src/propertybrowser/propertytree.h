@@ -24,6 +24,9 @@ public:
     bool openEditor(int row);
     bool commitEditor();
     [[nodiscard]] bool isEditing() const { return m_open != nullptr; }
+    void setDoubts(const PropertyEditor::Doubts &doubts) { m_doubts = doubts; }
+    /// Whom the rows are about, for the texts that were refused.
+    void setSubject(const QString &subject) { m_subject = subject; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -43,6 +46,8 @@ protected:
 private:
     PropertyEditor *createEditor(int row);
     void endEditing(bool takeFocus);
+    void keepRefused();
+    void putBackRefused();
     void showRow(int row);
     void openWithPopup(int row);
     void onCommitted(int row, const QVariant &value);
@@ -57,6 +62,16 @@ private:
     QHash<int, PropertyEditor *> m_standing;
     PropertyEditor *m_open = nullptr;
     int m_openRow = -1;
+    PropertyEditor::Doubts m_doubts;
+    QString m_subject;
+    struct Refused
+    {
+        QString subject;
+        QString name;
+        QString text;
+    };
+    /// What was typed and refused, the newest last; it comes back when its row is edited again.
+    QList<Refused> m_refused;
     bool m_columnsByUser = false;
     bool m_fitting = false;
 };

@@ -23,6 +23,17 @@ void TreePropertyBrowser::showProperties(const QList<PropertyItem> &items)
     m_tree->showProperties(items);
 }
 
+void TreePropertyBrowser::setHeading(const QString &text)
+{
+    m_heading->setText(text);
+    m_tree->setSubject(text);
+}
+
+void TreePropertyBrowser::setDoubts(const std::function<QString(const QString &, const QString &)> &doubts)
+{
+    m_tree->setDoubts(doubts);
+}
+
 QList<PropertyItem> TreePropertyBrowser::properties() const
 {
     return m_tree->properties();

@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <functional>
+
 class PropertyTree;
 
 /// A property sheet that is a tree of two columns whose values are edited in place: a click, F2, Enter or typing opens
@@ -22,7 +24,9 @@ public:
     void showProperties(const QList<PropertyItem> &items);
     void clear() { showProperties({}); }
     /// One line of plain text over the rows that says whom they are about; without one there is no line.
-    void setHeading(const QString &text) { m_heading->setText(text); }
+    void setHeading(const QString &text);
+    /// Asked about every text that is typed into a row: what is doubtful about it, empty for nothing.
+    void setDoubts(const std::function<QString(const QString &name, const QString &text)> &doubts);
     /// The shown records with the values committed since.
     [[nodiscard]] QList<PropertyItem> properties() const;
 

@@ -15,6 +15,15 @@ QString WholeMatch::hint(const PropertyItem &item)
     return TextPattern::inWords(patternOf(item));
 }
 
+QString WholeMatch::help(const PropertyItem &item)
+{
+    QStringList lines { item.data(PropertyKey::Help).toString() };
+    if (!patternOf(item).isEmpty())
+        lines.append(hint(item));
+    lines.removeAll(QString());
+    return lines.join(QLatin1Char('\n'));
+}
+
 QString WholeMatch::doubtAbout(const PropertyItem &item, const QString &text)
 {
     const QString pattern = item.data(PropertyKey::Doubt).toString();

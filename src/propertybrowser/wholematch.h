@@ -12,6 +12,9 @@ namespace WholeMatch {
 /// What a text of the row has to be, for the person whose text is refused.
 [[nodiscard]] QString hint(const PropertyItem &item);
 
+/// What the tool tip of the row says while nothing is wrong: its words of help, and what a text of it has to be.
+[[nodiscard]] QString help(const PropertyItem &item);
+
 /// What is doubtful about @p text, which is a value of the row all the same; empty when nothing is.
 [[nodiscard]] QString doubtAbout(const PropertyItem &item, const QString &text);
 

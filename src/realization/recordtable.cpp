@@ -2,6 +2,7 @@
 
 #include "extensionfile/showntext.h"
 #include "form/problemmark.h"
+#include "form/sheethelp.h"
 #include "model/controller.h"
 #include "model/keys.h"
 #include "model/modelchanges.h"
@@ -253,6 +254,7 @@ void RecordTable::resetColumns(bool withFormats)
     m_table->setRowCount(0);
     m_table->setColumnCount(names.size());
     m_table->setHorizontalHeaderLabels(names);
+    SheetHelp::explainColumns(m_table, names);
     m_keys = fixedKeys(withFormats);
     layOutColumns();
 }

@@ -1,9 +1,12 @@
 #include "sheetpane.h"
 
+#include "form/sheethelp.h"
 #include "formatsheet.h"
 #include "model/controller.h"
 #include "model/nodewords.h"
 #include "model/pointtreewidgetitem.h"
+#include "model/problems.h"
+#include "model/sourcedatamanager.h"
 #include "propertybrowser/treepropertybrowser.h"
 #include "recordsheet.h"
 #include "sheetrows.h"
@@ -37,6 +40,10 @@ bool showTheSame(const PropertyItem &left, const PropertyItem &right)
 SheetPane::SheetPane(TreePropertyBrowser *sheet, QObject *parent) : QObject(parent), m_sheet(sheet)
 {
     m_sheet->setEnabled(false);
+    m_sheet->setDoubts([this](const QString &key, const QString &text) {
+        const SourceDataManager *manager = Controller::instance()->sourceDataManager();
+        return manager && subject() == Subject::Record ? Problems::ofTyped(*manager, m_node, key, text) : QString();
+    });
 }
 
 void SheetPane::commit()
@@ -109,6 +116,13 @@ void SheetPane::openEditor(const QStringList &keys)
 }
 
 QList<PropertyItem> SheetPane::records() const
+{
+    QList<PropertyItem> rows = plainRecords();
+    SheetHelp::startInPlugin(&rows);
+    return rows;
+}
+
+QList<PropertyItem> SheetPane::plainRecords() const
 {
     switch (subject()) {
     case Subject::Holder:

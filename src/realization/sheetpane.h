@@ -56,6 +56,7 @@ public:
 
 private:
     [[nodiscard]] QList<PropertyItem> records() const;
+    [[nodiscard]] QList<PropertyItem> plainRecords() const;
     void showHeading();
 
     QPointer<TreePropertyBrowser> m_sheet;

@@ -26,6 +26,19 @@ QString startOf(const PropertyItem &item, const QString &typed)
     return directory.isEmpty() ? QString() : QDir::cleanPath(base.absolutePath());
 }
 
+/// A file below the record's directory goes by its place in there, and a name that was relative stays so.
+QString storedPath(const PropertyItem &item, const QString &chosen)
+{
+    const QString directory = item.data(PropertyKey::Directory).toString();
+    if (directory.isEmpty()) {
+        return chosen;
+    }
+    const QString relative = QDir(QDir(directory).absolutePath()).relativeFilePath(chosen);
+    const QString old = item.value().toString();
+    const bool isBelow = !relative.startsWith(QLatin1String("../")) && QDir::isRelativePath(relative);
+    return isBelow || (!old.isEmpty() && QDir::isRelativePath(old)) ? relative : chosen;
+}
+
 void choose(TextEntryEditor *editor)
 {
     const PropertyItem item = editor->item();
@@ -38,8 +51,9 @@ void choose(TextEntryEditor *editor)
         chosen = PropertyDialogs::chooseFile(
             editor->window(), title, startOf(item, editor->line()->text()), item.data(PropertyKey::Filter).toString());
     });
-    if (stays && !chosen.isEmpty()) {
-        editor->choose(chosen);
+    // The same file under another name is no choice.
+    if (stays && !chosen.isEmpty() && chosen != startOf(item, editor->line()->text())) {
+        editor->choose(storedPath(item, chosen));
     }
 }
 

@@ -117,6 +117,8 @@ protected:
         return (event.modifiers() & ~Qt::KeypadModifier) == Qt::ControlModifier;
     }
 
+    [[nodiscard]] QString typedText() const override { return text(); }
+
     void changeEvent(QEvent *event) override
     {
         if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
@@ -126,7 +128,7 @@ protected:
     }
 
 private:
-    void check() { mark(isAcceptable() ? WholeMatch::doubtAbout(item(), text()) : WholeMatch::hint(item())); }
+    void check() { mark(isAcceptable() ? doubtAbout(text()) : WholeMatch::hint(item())); }
 
     void fixHeight()
     {

@@ -2,10 +2,12 @@
 
 #include "extensionfile/showntext.h"
 #include "propertybrowser/invalidmark.h"
+#include "propertybrowser/wholematch.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPointer>
+#include <QStatusTipEvent>
 #include <QToolTip>
 
 PropertyEditor::PropertyEditor(const PropertyItem &item, QWidget *parent) : QWidget(parent), m_item(item)
@@ -65,6 +67,30 @@ void PropertyEditor::mark(const QString &problem)
         m_inner->setToolTip(shown.toHtmlEscaped());
         m_inner->setAccessibleDescription(shown);
     }
+}
+
+void PropertyEditor::giveUp()
+{
+    // As much as a status line shows.
+    constexpr int mostShown = 120;
+    const QString text = refusedText();
+    if (!text.isEmpty()) {
+        const QString shown = text.size() > mostShown ? text.left(mostShown) + QChar(0x2026) : text;
+        QStatusTipEvent tip(tr("%1 was not taken: %2 (%3)").arg(m_item.displayText(), shown, m_problem));
+        QApplication::sendEvent(parentWidget(), &tip);
+    }
+    restore();
+}
+
+QString PropertyEditor::refusedText() const
+{
+    return isModified() && !isAcceptable() ? typedText() : QString();
+}
+
+QString PropertyEditor::doubtAbout(const QString &text) const
+{
+    const QString doubt = WholeMatch::doubtAbout(m_item, text);
+    return doubt.isEmpty() && m_doubts ? m_doubts(m_item.name(), text) : doubt;
 }
 
 void PropertyEditor::commitChoice()
@@ -170,7 +196,7 @@ void PropertyEditor::focusLeft(Qt::FocusReason reason)
     }
     const QPointer<PropertyEditor> self(this);
     if (!commit()) {
-        restore();
+        giveUp();
     }
     if (self) {
         Q_EMIT ended(End::FocusLeft);

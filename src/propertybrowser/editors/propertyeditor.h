@@ -19,6 +19,8 @@ class PropertyEditor : public QWidget
 
 public:
     enum class End { Committed, Cancelled, FocusLeft };
+    /// What is doubtful about a text for the row of this name, which is taken all the same; empty when nothing is.
+    using Doubts = std::function<QString(const QString &name, const QString &text)>;
 
     PropertyEditor(const PropertyItem &item, QWidget *parent);
 
@@ -39,6 +41,14 @@ public:
     void retire();
     /// An in-place editor reports every Enter and Escape; one that always stands leaves an idle Escape to its window.
     void setInPlace(bool inPlace) { m_inPlace = inPlace; }
+    /// May be empty.
+    void setDoubts(const Doubts &doubts) { m_doubts = doubts; }
+    /// Shows the record's value again in place of a text that is refused, and says so in the status line of the window.
+    void giveUp();
+    /// What is typed, while it is refused; else nothing.
+    [[nodiscard]] QString refusedText() const;
+    /// Puts a text that was refused before back into the line.
+    virtual void putBack(const QString & /*text*/) { }
     /// Runs a dialog of the row; the focus that leaves for it commits nothing. False when the sheet has dropped the
     /// editor meanwhile, which may then be gone.
     [[nodiscard]] bool runDialog(const std::function<void()> &dialog);
@@ -61,6 +71,9 @@ protected:
     void mark(const QString &problem);
     /// That of the button beside a line, alike in all rows.
     [[nodiscard]] int buttonWidth() const { return fontMetrics().height() + 8; }
+    /// What is typed, of an editor in which something can be refused.
+    [[nodiscard]] virtual QString typedText() const { return {}; }
+    [[nodiscard]] QString doubtAbout(const QString &text) const;
     /// A choice was made: commit, and tell the sheet that editing is over.
     void commitChoice();
     /// Whether this Enter commits, instead of being typed.
@@ -80,6 +93,7 @@ private:
     QWidget *m_inner = nullptr;
     InvalidMark *m_mark = nullptr;
     QString m_problem;
+    Doubts m_doubts;
     bool m_retired = false;
     bool m_suspended = false;
     bool m_inPlace = false;

@@ -3,7 +3,6 @@
 #include "extensionfile/showntext.h"
 #include "propertybrowser/editors/steppingedit.h"
 #include "propertybrowser/editors/textcodec.h"
-#include "propertybrowser/wholematch.h"
 
 #include <QHBoxLayout>
 #include <QHelpEvent>
@@ -104,6 +103,16 @@ void TextEntryEditor::restore()
     onTextChanged();
 }
 
+void TextEntryEditor::putBack(const QString &text)
+{
+    m_line->setText(text);
+}
+
+QString TextEntryEditor::typedText() const
+{
+    return m_line->text();
+}
+
 void TextEntryEditor::openPopup()
 {
     if (m_choose) {
@@ -128,6 +137,6 @@ void TextEntryEditor::onTextChanged()
     if (refused) {
         mark(m_codec.hint != nullptr ? m_codec.hint(item()) : QString());
     } else {
-        mark(WholeMatch::doubtAbout(item(), m_line->text()));
+        mark(doubtAbout(m_line->text()));
     }
 }

@@ -31,8 +31,10 @@ public:
     [[nodiscard]] bool isAcceptable() const override;
     void restore() override;
     void openPopup() override;
+    void putBack(const QString &text) override;
 
 protected:
+    [[nodiscard]] QString typedText() const override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
