@@ -1,9 +1,14 @@
+#include "propertybrowser/propertydialogs.h"
 #include "propertybrowser/propertykeys.h"
 #include "realization/formatsheet.h"
 #include "realization/recordsheet.h"
 #include "realizationpage.h"
 
+#include <QFileInfo>
 #include <QLabel>
+#include <QLineEdit>
+#include <QScopeGuard>
+#include <QStatusTipEvent>
 
 using namespace RealizationTesting;
 using Node = PointTreeWidgetItem;
@@ -48,6 +53,9 @@ private slots:
     void ownAndTakenOver();
     void problemsAreReached_data();
     void problemsAreReached();
+    void whatIsTyped();
+    void chosenFiles_data();
+    void chosenFiles();
 };
 
 void TestSheets::recordSheet_data()
@@ -311,6 +319,81 @@ void TestSheets::problemsAreReached()
     auto *sheet = tab == 0 ? page.editInfo() : page.sheet();
     QCOMPARE(sheet->findChild<QLabel *>(s("sheetHeading"))->accessibleName(), heading);
     QVERIFY(sheet->editorFor(problem.key));
+}
+
+/// A refused text is told and comes back with its field, of that record alone; an id in use is marked and taken.
+void TestSheets::whatIsTyped()
+{
+    struct Tips final : QObject
+    {
+        QStringList texts;
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            if (event->type() == QEvent::StatusTip && !static_cast<QStatusTipEvent *>(event)->tip().isEmpty())
+                texts.append(static_cast<QStatusTipEvent *>(event)->tip());
+            return false;
+        }
+    } tips;
+    Page page(product("", "<k id='r' text='short'/><k id='q' text='short'/>"));
+    page.sheet()->installEventFilter(&tips);
+    page.builder()->onItemClicked(Page::row(page.points(), "own")->QTreeWidgetItem::child(0), 0);
+    const auto line = [&](const char *key) {
+        if (!page.sheet()->openEditor(s(key)))
+            qFatal("no editor of %s", key);
+        return page.sheet()->editorFor(s(key))->findChild<QLineEdit *>();
+    };
+    page.builder()->onTableItemClicked(page.table()->item(0, 0));
+    const QString refused = s("more than twenty-five characters");
+    line("text")->setText(refused);
+    (void)line("id");
+    QCOMPARE(tips.texts, QStringList { s("text was not taken: %1 (At most 25 characters)").arg(refused) });
+    QCOMPARE(page.record("r")->properties().text(s("text")), s("short"));
+    page.builder()->onTableItemClicked(page.table()->item(1, 0));
+    QCOMPARE(line("text")->text(), s("short"));
+    page.builder()->onTableItemClicked(page.table()->item(0, 0));
+    QCOMPARE(line("text")->text(), refused);
+
+    QLineEdit *id = line("id");
+    QVERIFY(id->toolTip().isEmpty());
+    id->setText(s("q"));
+    QCOMPARE(id->toolTip(), s("A record (k) of this point has the same id"));
+    QVERIFY(page.sheet()->commitEditor());
+    QCOMPARE(page.manager->ownRealizations().withId(s("q")).size(), 2);
+}
+
+void TestSheets::chosenFiles_data()
+{
+    QTest::addColumn<QString>("old");
+    QTest::addColumn<QString>("chosen"); ///< "<dir>" is the plug-in's directory
+    QTest::addColumn<QString>("stored");
+    QTest::newRow("below the plug-in") << s("") << s("<dir>/images/a.png") << s("images/a.png");
+    QTest::newRow("beside, was relative") << s("b.png") << s("<dir>/../a.png") << s("../a.png");
+    QTest::newRow("beside, was absolute") << s("/b.png") << s("/usr/a.png") << s("/usr/a.png");
+    QTest::newRow("given up") << s("b.png") << s("") << s("b.png");
+}
+
+void TestSheets::chosenFiles()
+{
+    QFETCH(const QString, old);
+    QFETCH(QString, chosen);
+    QFETCH(const QString, stored);
+    Page page(product("<File key='picture'/>", "<k id='r' picture='" + old.toUtf8() + "'/>"));
+    const QString directory = QFileInfo(page.path()).absolutePath();
+    chosen.replace(s("<dir>"), directory);
+    if (!chosen.isEmpty())
+        chosen = QDir::cleanPath(chosen);
+    QString start;
+    PropertyDialogs::setFileDialog([&](QWidget *, const QString &, const QString &from, const QString &) {
+        start = from;
+        return chosen;
+    });
+    const auto restore = qScopeGuard([] { PropertyDialogs::setFileDialog({}); });
+    page.builder()->onItemClicked(Page::row(page.points(), "own")->QTreeWidgetItem::child(0), 0);
+    page.builder()->onTableItemClicked(page.table()->item(0, 0));
+    QVERIFY(page.sheet()->openEditor(s("picture")));
+    page.sheet()->editorFor(s("picture"))->findChild<QToolButton *>()->click();
+    QCOMPARE(start, directory);
+    QCOMPARE(page.record("r")->properties().text(s("picture")), stored);
 }
 
 QTEST_MAIN(TestSheets)
