@@ -5,6 +5,7 @@
 #include "core/filecare.h"
 #include "core/finddock.h"
 #include "core/icore.h"
+#include "core/logdock.h"
 #include "core/mainwindow.h"
 #include "core/problemsdock.h"
 #include "core/quitsignals.h"
@@ -112,6 +113,7 @@ bool CorePlugin::initialize(const QStringList &arguments, QString *errorString)
         m_quitSignals = std::make_unique<QuitSignals>();
         connect(m_quitSignals.get(), &QuitSignals::asked, m_window.get(), &MainWindow::endSession);
         keepBeforeExit(m_window.get());
+        m_window->addDock(Qt::BottomDockWidgetArea, new LogDock(m_window.get()));
     }
     m_core.reset(new ICore(*m_window, *m_editors, *m_settings));
     // Long before the plug-ins go, whose code the editors need.

@@ -13,8 +13,8 @@ void useDarkPalette()
     const QColor window(0x2d, 0x2f, 0x33);
     const QColor base(0x1f, 0x21, 0x24);
     const QColor text(0xe6, 0xe6, 0xe6);
-    const QColor faint(0x85, 0x88, 0x8d);
-    const QColor accent(0x3d, 0x7e, 0xc9);
+    const QColor faint(0x9d, 0xa0, 0xa5);
+    const QColor accent(0x36, 0x74, 0xbd);
 
     QPalette palette(window);
     palette.setColor(QPalette::Window, window);

@@ -4,9 +4,12 @@
 #include "core/busyindicator.h"
 #include "core/diskstate.h"
 #include "core/filecare.h"
+#include "core/filedrops.h"
 #include "core/filesaving.h"
+#include "core/guidewindow.h"
 #include "core/idocument.h"
 #include "core/ieditor.h"
+#include "core/newfiledialog.h"
 #include "core/undohistory.h"
 #include "core/welcomepage.h"
 
@@ -18,7 +21,6 @@
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QMimeData>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScreen>
@@ -27,7 +29,6 @@
 #include <QStatusBar>
 #include <QStyle>
 #include <QToolButton>
-#include <QUrl>
 #include <QVBoxLayout>
 
 namespace Core {
@@ -67,15 +68,6 @@ QString shortPath(const QString &path)
     return path;
 }
 
-QString firstLocalFile(const QMimeData *data)
-{
-    const QList<QUrl> urls = data->urls();
-    for (const QUrl &url : urls)
-        if (url.isLocalFile())
-            return url.toLocalFile();
-    return QString();
-}
-
 QIcon themeIcon(const QString &name)
 {
     static const QHash<QString, QStyle::StandardPixmap> fallbacks {
@@ -96,7 +88,7 @@ MainWindow::MainWindow(EditorManager &editors, QSettings &settings, QWidget *par
       m_stack(new QStackedWidget(this)), m_welcome(new WelcomePage(m_recentFiles, m_stack))
 {
     setObjectName(QStringLiteral("mainWindow"));
-    setAcceptDrops(true);
+    connect(new FileDrops(this), &FileDrops::dropped, this, &MainWindow::openFile);
     m_stack->setObjectName(QStringLiteral("centralStack"));
     m_stack->addWidget(m_welcome);
     auto *centre = new QWidget(this);
@@ -134,6 +126,8 @@ void MainWindow::createMenus()
 {
     m_fileMenu = menuBar()->addMenu(tr("&File"));
     QMenu *file = m_fileMenu;
+    addAction(file, QStringLiteral("document-new"), tr("&New…"), QKeySequence::New, &MainWindow::newFile)
+        ->setObjectName(QStringLiteral("newAction"));
     addAction(file, QStringLiteral("document-open"), tr("&Open…"), QKeySequence::Open, &MainWindow::chooseFile);
     m_recentMenu = file->addMenu(tr("Open &Recent"));
     m_recentMenu->setObjectName(QStringLiteral("recentMenu"));
@@ -162,6 +156,7 @@ void MainWindow::createMenus()
 
     m_helpMenu = menuBar()->addMenu(tr("&Help"));
     QMenu *help = m_helpMenu;
+    GuideWindow::addEntries(help, this);
     addAction(help, QString(), tr("About &Plug-ins…"), QKeySequence(), &MainWindow::showAboutPlugins)
         ->setObjectName(QStringLiteral("aboutPluginsAction"));
     addAction(help, QStringLiteral("help-about"), tr("&About"), QKeySequence(), &MainWindow::showAbout);
@@ -284,6 +279,17 @@ OpenOutcome MainWindow::openHere(const QString &path)
     if (outcome.editor)
         attach(outcome.editor, state);
     return outcome;
+}
+
+void MainWindow::newFile()
+{
+    const QString known = m_editor ? pathOf(m_editor) : m_recentFiles.files().value(0);
+    const QString place
+        = known.isEmpty() ? QDir::homePath() : QFileInfo(QFileInfo(known).absolutePath()).absolutePath();
+    auto *dialog = new NewFileDialog(place, this);
+    // After the dialog is gone: opening may show a message.
+    connect(dialog, &NewFileDialog::created, this, &MainWindow::openFile, Qt::QueuedConnection);
+    dialog->open();
 }
 
 void MainWindow::chooseFile()
@@ -511,29 +517,13 @@ void MainWindow::showAbout()
     box->setObjectName(QStringLiteral("aboutBox"));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setInformativeText(tr("A small host for editor plug-ins. It opens one file per window."));
+    box->setDetailedText(GuideWindow::installedText(QStringLiteral("LICENSE")));
     box->open();
 }
 
 void MainWindow::showAboutPlugins()
 {
     (new AboutPluginsDialog(this))->open();
-}
-
-void MainWindow::dragEnterEvent(QDragEnterEvent *event)
-{
-    if (!firstLocalFile(event->mimeData()).isEmpty())
-        event->acceptProposedAction();
-}
-
-void MainWindow::dropEvent(QDropEvent *event)
-{
-    const QString path = firstLocalFile(event->mimeData());
-    if (path.isEmpty())
-        return;
-    event->acceptProposedAction();
-    // The program that the file was dragged from waits until this returns.
-    QMetaObject::invokeMethod(
-        this, [this, path] { openFile(path); }, Qt::QueuedConnection);
 }
 
 } // namespace Core

@@ -79,8 +79,6 @@ Q_SIGNALS:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
-    void dragEnterEvent(QDragEnterEvent *event) override;
-    void dropEvent(QDropEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -91,6 +89,7 @@ private:
     QAction *addAction(QMenu *menu, const QString &iconName, const QString &text, const QKeySequence &shortcut,
         void (MainWindow::*slot)());
 
+    void newFile();
     void chooseFile();
     void save();
     void revert();

@@ -1,22 +1,34 @@
 #include "core/aboutpluginsdialog.h"
 #include "core/caredfile.h"
+#include "core/darkpalette.h"
 #include "core/finddock.h"
+#include "core/guidewindow.h"
 #include "core/problemsdock.h"
 
 #include <QAction>
+#include <QDropEvent>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QMimeData>
+#include <QPalette>
 #include <QPushButton>
 #include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextBlock>
+#include <QTextBrowser>
 #include <QTimer>
 #include <QToolButton>
 #include <QTreeWidget>
+#include <QUrl>
+#include <QXmlStreamReader>
 
+#include <cmath>
 #include <numeric>
 
 using Core::MainWindow;
@@ -38,6 +50,12 @@ private slots:
     void undoInAField();
     void openFailureIsTold();
     void furtherFiles();
+    void newFile_data();
+    void newFile();
+    void drops_data();
+    void drops();
+    void guide();
+    void darkContrast();
     void aboutPlugins();
     void findInProduct();
     void problems();
@@ -280,6 +298,180 @@ void tst_MainWindow::furtherFiles()
     QVERIFY(box("errorMessage"));
     QCOMPARE(m_window->currentEditor(), first);
     QCOMPARE(FakeDocument::alive, 1);
+}
+
+void tst_MainWindow::newFile_data()
+{
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("directory"); // the part of the id if empty
+    QTest::addColumn<QString>("made");      // below the place; nothing is if empty
+    const auto row = [](const char *title, const char *id, const char *name, const char *directory, const char *made) {
+        QTest::newRow(title) << s(id) << s(name) << s(directory) << s(made);
+    };
+    row("plain", "a.b.chart", "Chart", "", "chart");
+    row("escaped", "chart", R"(<"Salt" & 'Pepper'> ]]> ü)", "", "chart");
+    row("a directory of one's own choice", "a.chart", "Chart", "my chart", "my chart");
+    row("a directory that is there", "a.empty", "Chart", "", "empty");
+    row("a file that is there", "a.taken", "Chart", "", "");
+    row("a link to nowhere", "a.dangling", "Chart", "", "");
+    row("no id", "", "Chart", "chart", "");
+    row("blank in the id", "a chart", "Chart", "chart", "");
+    row("dots at the end of the id", "a..", "Chart", "chart", "");
+    row("no name", "a.chart", " ", "", "");
+    row("out of the place", "a.chart", "Chart", "../chart", "");
+    row("the place above", "a.chart", "Chart", "..", "");
+    row("what XML can't hold", "a.chart", "Cha\x01rt", "", "");
+}
+
+void tst_MainWindow::newFile()
+{
+    QFETCH(QString, id);
+    QFETCH(QString, name);
+    QFETCH(QString, directory);
+    QFETCH(QString, made);
+    const QDir place(m_dir->filePath(s("files")));
+    for (const char *each : { "empty", "taken", "dangling" })
+        QVERIFY(place.mkdir(s(each)));
+    writeFile(place.filePath(s("taken/extension.xml")), "mine");
+    QVERIFY(QFile::link(m_dir->filePath(s("elsewhere")), place.filePath(s("dangling/extension.xml"))));
+    QStringList launched;
+    m_window->setLauncher([&](const QString &path) {
+        launched.append(path);
+        return true;
+    });
+    QVERIFY(open());
+    trigger("newAction");
+    auto *dialog = m_window->findChild<QDialog *>(s("newFileDialog"));
+    QVERIFY(dialog);
+    const auto type = [dialog](const char *field, const QString &text) {
+        auto *line = dialog->findChild<QLineEdit *>(s(field));
+        line->selectAll();
+        line->insert(text);
+    };
+    type("newPlace", place.path());
+    if (!directory.isEmpty())
+        type("newDirectory", directory);
+    type("newId", id);
+    type("newName", name);
+    type("newVendor", s("A & B"));
+    auto *create = dialog->findChild<QPushButton *>(s("createFileButton"));
+    QCOMPARE(create->isEnabled(), !made.isEmpty());
+    create->click();
+    QCoreApplication::processEvents();
+    QCOMPARE(contentOf(place.filePath(s("taken/extension.xml"))), QByteArray("mine"));
+    QVERIFY(!QFile::exists(m_dir->filePath(s("elsewhere"))));
+    const QString path = place.filePath(made + s("/extension.xml"));
+    QCOMPARE(launched, made.isEmpty() ? QStringList() : QStringList(path));
+    if (made.isEmpty())
+        return;
+    QXmlStreamReader reader(contentOf(path));
+    QVERIFY(reader.readNextStartElement());
+    QCOMPARE(reader.name().toString(), s("Plugin"));
+    QStringList attributes;
+    for (const QXmlStreamAttribute &each : reader.attributes())
+        attributes << each.name().toString() << each.value().toString();
+    QCOMPARE(attributes, QStringList({ s("id"), id, s("name"), name, s("vendor"), s("A & B") }));
+    QVERIFY(!reader.readNextStartElement() && !reader.hasError());
+}
+
+void tst_MainWindow::drops_data()
+{
+    QTest::addColumn<bool>("takesFiles");
+    QTest::addColumn<QList<QUrl>>("urls");
+    QTest::addColumn<QString>("opened");
+    const QUrl file = QUrl::fromLocalFile(s("/there/b.fake"));
+    const QUrl remote(s("https://example.org/b.fake"));
+    QTest::newRow("on a field") << false << QList<QUrl> { file } << s("/there/b.fake");
+    QTest::newRow("the first that is here") << false << QList<QUrl> { remote, file } << s("/there/b.fake");
+    QTest::newRow("on a field for files") << true << QList<QUrl> { file } << QString();
+    QTest::newRow("from elsewhere") << false << QList<QUrl> { remote } << QString();
+}
+
+void tst_MainWindow::drops()
+{
+    QFETCH(bool, takesFiles);
+    QFETCH(QList<QUrl>, urls);
+    QFETCH(QString, opened);
+    QStringList launched;
+    m_window->setLauncher([&](const QString &path) {
+        launched.append(path);
+        return true;
+    });
+    QVERIFY(open());
+    auto *field = new QLineEdit(m_window->centralWidget());
+    field->setProperty("takesFiles", takesFiles);
+    QMimeData data;
+    data.setUrls(urls);
+    data.setText(urls.first().toString()); // as file managers do
+    field->show();
+    QDragEnterEvent enter(QPoint(2, 2), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(field, &enter);
+    QVERIFY(enter.isAccepted());
+    QDropEvent drop(QPointF(2, 2), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(field, &drop);
+    QCoreApplication::processEvents();
+    QCOMPARE(launched, opened.isEmpty() ? QStringList() : QStringList(opened));
+    QCOMPARE(field->text().isEmpty(), !opened.isEmpty());
+}
+
+/// Whatever the guide refers to is there, and "Keys" is shown at once.
+void tst_MainWindow::guide()
+{
+    trigger("keysAction");
+    auto *guide = m_window->findChild<Core::GuideWindow *>();
+    QVERIFY(guide && guide->isVisible());
+    auto *browser = guide->findChild<QTextBrowser *>();
+    QCOMPARE(browser->textCursor().block().text(), s("Keys"));
+    QVERIFY(browser->verticalScrollBar()->value() > browser->height());
+    const QString text = Core::GuideWindow::installedText(s("user-guide.md"));
+    QRegularExpressionMatchIterator links = QRegularExpression(s("\\]\\(([^)]+)\\)")).globalMatch(text);
+    QVERIFY(links.hasNext());
+    while (links.hasNext()) {
+        const QString link = links.next().captured(1);
+        const bool found = link.startsWith(QLatin1Char('#'))
+            ? guide->showSection(link.mid(1))
+            : !browser->loadResource(QTextDocument::ImageResource, QUrl(link)).value<QImage>().isNull();
+        QVERIFY2(found, qPrintable(link));
+    }
+    QVERIFY(!guide->showSection(s("nowhere")));
+    trigger("userGuideAction");
+    QCOMPARE(m_window->findChildren<Core::GuideWindow *>().size(), 1);
+    QCOMPARE(browser->verticalScrollBar()->value(), 0);
+}
+
+/// What must be read stands out 4.5:1 from every ground that it stands on.
+void tst_MainWindow::darkContrast()
+{
+    const auto luminance = [](const QColor &color) {
+        const auto linear
+            = [](double part) { return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4); };
+        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+    };
+    const QPalette before = QApplication::palette();
+    Core::useDarkPalette();
+    const QPalette dark = QApplication::palette();
+    QApplication::setPalette(before);
+    using Role = QPalette::ColorRole;
+    const QList<QPair<Role, QList<Role>>> pairs {
+        { QPalette::Text, { QPalette::Base, QPalette::AlternateBase } },
+        { QPalette::PlaceholderText, { QPalette::Base, QPalette::AlternateBase } },
+        { QPalette::WindowText, { QPalette::Window } },
+        { QPalette::ButtonText, { QPalette::Button } },
+        { QPalette::ToolTipText, { QPalette::ToolTipBase } },
+        { QPalette::HighlightedText, { QPalette::Highlight } },
+        { QPalette::Link, { QPalette::Base, QPalette::Window } },
+    };
+    for (const auto group : { QPalette::Active, QPalette::Inactive, QPalette::Disabled }) {
+        for (const auto &pair : pairs) {
+            for (const Role ground : pair.second) {
+                const double a = luminance(dark.color(group, pair.first)) + 0.05;
+                const double b = luminance(dark.color(group, ground)) + 0.05;
+                QVERIFY2(std::max(a, b) / std::min(a, b) >= 4.5,
+                    qPrintable(s("%1: %2 on %3").arg(group).arg(pair.first).arg(ground)));
+            }
+        }
+    }
 }
 
 void tst_MainWindow::aboutPlugins()

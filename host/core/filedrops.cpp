@@ -1,0 +1,50 @@
+#include "core/filedrops.h"
+
+#include <QCoreApplication>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QUrl>
+#include <QWidget>
+
+namespace Core {
+
+namespace {
+
+QString firstLocalFile(const QMimeData *data)
+{
+    const QList<QUrl> urls = data->urls();
+    for (const QUrl &url : urls)
+        if (url.isLocalFile())
+            return url.toLocalFile();
+    return QString();
+}
+
+} // namespace
+
+FileDrops::FileDrops(QWidget *window) : QObject(window), m_window(window)
+{
+    // Whatever accepts no drops leaves them to the window.
+    window->setAcceptDrops(true);
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool FileDrops::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::DragEnter && event->type() != QEvent::DragMove && event->type() != QEvent::Drop)
+        return false;
+    const auto *widget = qobject_cast<QWidget *>(watched);
+    if (!widget || widget->window() != m_window || widget->property("takesFiles").toBool())
+        return false;
+    auto *drop = static_cast<QDropEvent *>(event);
+    const QString path = firstLocalFile(drop->mimeData());
+    if (path.isEmpty())
+        return false;
+    drop->setDropAction(Qt::CopyAction);
+    drop->accept();
+    if (event->type() == QEvent::Drop)
+        QMetaObject::invokeMethod(
+            this, [this, path] { Q_EMIT dropped(path); }, Qt::QueuedConnection);
+    return true;
+}
+
+} // namespace Core
