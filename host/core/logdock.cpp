@@ -13,15 +13,15 @@ namespace {
 
 constexpr int MostLines = 2000;
 
-std::mutex mutex; // guards the rest
+std::mutex logMutex; // guards the rest
 LogDock *listener = nullptr;
 QStringList waiting;
-QtMessageHandler previousHandler = nullptr;
+QtMessageHandler handlerBefore = nullptr;
 
 void listen(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     {
-        const std::lock_guard<std::mutex> lock(mutex);
+        const std::lock_guard<std::mutex> lock(logMutex);
         if (listener) {
             // Thousands of lines in a row are taken in at once, and no more of them kept than can be seen.
             if (waiting.isEmpty())
@@ -30,8 +30,8 @@ void listen(QtMsgType type, const QMessageLogContext &context, const QString &te
                 waiting.append(QTime::currentTime().toString(QStringLiteral("HH:mm:ss  ")) + text);
         }
     }
-    if (previousHandler)
-        previousHandler(type, context, text);
+    if (handlerBefore)
+        handlerBefore(type, context, text);
 }
 
 } // namespace
@@ -49,24 +49,24 @@ LogDock::LogDock(QWidget *parent) : QDockWidget(tr("Log"), parent), m_lines(new 
     m_lines->setPlaceholderText(tr("Nothing was logged."));
     setWidget(m_lines);
     hide();
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard<std::mutex> lock(logMutex);
     listener = this;
-    previousHandler = qInstallMessageHandler(listen);
+    handlerBefore = qInstallMessageHandler(listen);
 }
 
 LogDock::~LogDock()
 {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard<std::mutex> lock(logMutex);
     listener = nullptr;
     waiting.clear();
-    qInstallMessageHandler(previousHandler);
+    qInstallMessageHandler(handlerBefore);
 }
 
 void LogDock::takeIn()
 {
     QStringList lines;
     {
-        const std::lock_guard<std::mutex> lock(mutex);
+        const std::lock_guard<std::mutex> lock(logMutex);
         lines = std::exchange(waiting, {});
     }
     m_lines->appendPlainText(lines.join(QLatin1Char('\n')));

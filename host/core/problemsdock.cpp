@@ -14,7 +14,7 @@ namespace Core {
 
 namespace {
 
-enum Column { ReasonColumn, PlaceColumn, ColumnCount };
+enum ProblemColumn { ReasonColumn, PlaceColumn, ProblemColumnCount };
 constexpr int KeyRole = Qt::UserRole;
 // Nobody reads more, and rows take time.
 constexpr int MostRows = 1000;
@@ -34,7 +34,7 @@ ProblemsDock::ProblemsDock(MainWindow &window)
     setObjectName(QStringLiteral("problemsDock"));
     m_list->setObjectName(QStringLiteral("problemsList"));
     m_list->setAccessibleName(tr("Problems of the opened file"));
-    m_list->setColumnCount(ColumnCount);
+    m_list->setColumnCount(ProblemColumnCount);
     m_list->setHeaderLabels({ tr("Problem"), tr("Place") });
     m_list->setRootIsDecorated(false);
     m_list->setUniformRowHeights(true);
@@ -102,7 +102,7 @@ void ProblemsDock::refresh()
         item->setIcon(ReasonColumn,
             style()->standardIcon(isError ? QStyle::SP_MessageBoxCritical : QStyle::SP_MessageBoxWarning));
         item->setData(ReasonColumn, Qt::AccessibleDescriptionRole, isError ? tr("Error") : tr("Warning"));
-        for (int column = 0; column < ColumnCount; ++column)
+        for (int column = 0; column < ProblemColumnCount; ++column)
             item->setToolTip(column, item->text(column).toHtmlEscaped());
         item->setData(0, KeyRole, problem.key);
         rows.append(item);

@@ -61,7 +61,7 @@ void addTwin(PointTreeWidgetItem *data, PointTreeWidgetItem *entry)
     OwnEdits::insert(data, twin);
 }
 
-DropOutcome dropBeside(const DropSite &site, const DropPlan &plan, PointTreeWidgetItem *point)
+DropOutcome enterBeside(const DropSite &site, const DropPlan &plan, PointTreeWidgetItem *point)
 {
     PointTreeWidgetItem *entry = makeEntry(point, site.row->master()->parent()->item());
     if (plan.recorded) {
@@ -106,7 +106,7 @@ DropOutcome PointDrop::perform(const DropSite &site, PointTreeWidgetItem *dragge
     if (!what)
         return {};
     if (what.place != DropPlan::Place::Into)
-        return dropBeside(site, what, dragged);
+        return enterBeside(site, what, dragged);
     if (!what.recorded)
         return dropDirectly(site.row, dragged);
 

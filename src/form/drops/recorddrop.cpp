@@ -56,7 +56,7 @@ DropOutcome dropDirectly(PointTreeWidgetItem *row, PointTreeWidgetItem *record)
     return outcome;
 }
 
-DropOutcome dropBeside(const DropSite &site, const DropPlan &plan, PointTreeWidgetItem *record)
+DropOutcome recordBeside(const DropSite &site, const DropPlan &plan, PointTreeWidgetItem *record)
 {
     DropOutcome outcome;
     outcome.add(nullptr, RowPlaces::insertNew(makeReference(record), plan.place, site.row));
@@ -95,7 +95,7 @@ DropOutcome RecordDrop::perform(const DropSite &site, PointTreeWidgetItem *dragg
     if (!what)
         return {};
     if (what.place != DropPlan::Place::Into)
-        return dropBeside(site, what, dragged);
+        return recordBeside(site, what, dragged);
     if (!what.recorded)
         return dropDirectly(site.row, dragged);
 
