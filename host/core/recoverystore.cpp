@@ -13,7 +13,9 @@
 #include <QXmlStreamReader>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <ctime>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -142,6 +144,21 @@ bool isOf(const RecoveryKey &copy, const RecoveryKey &file)
         && !QFileInfo::exists(copy.path);
 }
 
+/// As Qt::ISODateWithMs. Not by QDateTime: when a process ends because its display is gone, the calendars of the
+/// toolkit may be gone as well.
+QString isoTime(const QDateTime &time)
+{
+    constexpr int msPerSecond = 1000;
+    const qint64 ms = time.toMSecsSinceEpoch();
+    const auto seconds = time_t(ms / msPerSecond);
+    tm parts = {};
+    (void)::gmtime_r(&seconds, &parts);
+    std::array<char, sizeof "2000-01-01T00:00:00"> text = {};
+    (void)std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &parts);
+    return QString::fromLatin1(text.data())
+        + QStringLiteral(".%1Z").arg(int(ms % msPerSecond), 3, 10, QLatin1Char('0'));
+}
+
 QJsonObject headerOf(const RecoveryKey &key, const QByteArray &originalHash, const QDateTime &time,
     const ProcessIdentity &process, const QByteArray &data)
 {
@@ -150,7 +167,7 @@ QJsonObject headerOf(const RecoveryKey &key, const QByteArray &originalHash, con
         { QStringLiteral("path"), key.path },
         { QStringLiteral("document"), key.document },
         { QStringLiteral("original"), QString::fromLatin1(originalHash) },
-        { QStringLiteral("time"), time.toString(Qt::ISODateWithMs) },
+        { QStringLiteral("time"), isoTime(time) },
         { QStringLiteral("pid"), QString::number(process.pid) },
         { QStringLiteral("start"), QString::number(process.start) },
         { QStringLiteral("boot"), QString::fromLatin1(process.boot) },

@@ -224,7 +224,7 @@ void tst_Workbench::screenshot()
     }
     QVERIFY(!first.isNull());
     // The screen of the offscreen platform is smaller than the window would like to be.
-    QVERIFY2(first.width() >= 780 && first.height() >= 580, qPrintable(QString::number(first.width())));
+    QVERIFY2(first.width() >= 750 && first.height() >= 520, qPrintable(QString::number(first.width())));
     QVERIFY(first.size() == second.size());
     QVERIFY(first != second);
 }

@@ -514,7 +514,7 @@ void TestDragging::toolTips_data()
     QTest::newRow("kit.tools") << s("Name: Tools / Id: kit.tools / Plug-in: kit");
     QTest::newRow("kit.plain") << s("Id: kit.plain / Plug-in: kit");
     QTest::newRow("menu") << s("Name: A &lt;menu&gt; / Key: menu / Point: kit.menus / Plug-in: kit");
-    QTest::newRow("i1") << s("Id: i1 / Plug-in: own");
+    QTest::newRow("i1") << s("Id: i1 / Plug-in: own / id: No plug-in has a record i1");
     QTest::newRow("t1") << s("Id: t1 / Plug-in: kit");
     QTest::newRow("root") << s("Plug-in: own");
 }
