@@ -46,8 +46,8 @@ public:
     [[nodiscard]] const QString &tabName() const { return m_tabName; }
 
     /// Brings the rows into line with what fills the tab now, which may be called @p name by now. Rows that stay keep
-    /// what a person has done to them; so does the place that is scrolled to. In a tree that was empty the keys start at
-    /// the first row, which is not selected.
+    /// what a person has done to them; so does the place that is scrolled to. In a tree that was empty the keys start
+    /// at the first row, which is not selected.
     void sync(const QString &name);
     /// The same after a change of the opened file, as far as it concerns the tab.
     void follow(const ModelChange &change, const QString &name);
