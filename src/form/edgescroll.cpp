@@ -77,7 +77,7 @@ void EdgeScroll::timerEvent(QTimerEvent *event)
         // The first row at once.
         m_due = m_directions;
     } else {
-        m_due += QPointF(m_directions) * rowsPerSecond((now - delay) / 1000.0) * ((now - m_last) / 1000.0);
+        m_due += QPointF(m_directions) * rowsPerSecond(double(now - delay) / 1000.0) * (double(now - m_last) / 1000.0);
     }
     m_last = now;
     scroll(m_area->verticalScrollBar(), &m_due.ry());

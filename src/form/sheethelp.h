@@ -11,10 +11,10 @@ class QTableWidget;
 namespace SheetHelp {
 
 /// Gives rows of the definition side the words for their tool tips.
-void explain(QList<PropertyItem> *rows);
+void explain(QList<PropertyItem> *items);
 
 /// Has the choice of a file start in the directory of the opened file, which paths are stored relative to.
-void startInPlugin(QList<PropertyItem> *rows);
+void startInPlugin(QList<PropertyItem> *items);
 
 /// Gives the columns of @p table, which go by @p names, their tool tips.
 void explainColumns(QTableWidget *table, const QStringList &names);

@@ -98,7 +98,7 @@ void ModelSearch::lookThrough(const Part &part)
 void ModelSearch::keep(PointTreeWidgetItem *node, bool own, bool exact)
 {
     ++m_count;
-    auto &rank = m_found[size_t((own ? 0 : 2) + (exact ? 0 : 1))];
+    auto &rank = m_found[(own ? size_t(0) : 2) + (exact ? size_t(0) : 1)];
     if (rank.size() < mostKept)
         rank.append(node);
 }

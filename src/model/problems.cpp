@@ -389,13 +389,13 @@ private:
             if (value.isEmpty())
                 continue;
             const auto attribute = declared.constFind(entry.key);
+            const bool isDeclared = attribute != declared.constEnd();
+            const QString pattern = Pattern::realized(entry.key, longestId);
             // A choice is limited by its choices.
-            if (attribute != declared.constEnd() && !attribute->options.isEmpty())
+            if (isDeclared && (pattern.isEmpty() || !attribute->options.isEmpty()))
                 add(node, entry.key, misfit(value, *attribute), Severity::Warning);
-            else if (const QString pattern = Pattern::realized(entry.key, longestId); !pattern.isEmpty())
+            else if (!pattern.isEmpty())
                 add(node, entry.key, mismatch(value, pattern), Severity::Warning);
-            else if (attribute != declared.constEnd())
-                add(node, entry.key, misfit(value, *attribute), Severity::Warning);
         }
     }
 
