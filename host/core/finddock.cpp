@@ -1,7 +1,5 @@
 #include "core/finddock.h"
 
-#include "core/busymonitor.h"
-#include "core/editormanager.h"
 #include "core/ieditor.h"
 #include "core/mainwindow.h"
 #include "core/searchableeditor.h"
