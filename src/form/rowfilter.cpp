@@ -1,12 +1,12 @@
 #include "rowfilter.h"
 
 #include "model/keys.h"
+#include "model/needle.h"
 #include "model/pointtreewidgetitem.h"
 
 #include <QHeaderView>
 #include <QScopedValueRollback>
 #include <QSignalBlocker>
-#include <QStringMatcher>
 #include <QTableWidget>
 #include <QTreeWidget>
 
@@ -17,23 +17,23 @@ namespace {
 // A screenful; every one unfolded costs the view a layout.
 constexpr int matchesUnfolded = 40;
 
-bool holds(QTreeWidgetItem *item, int columns, const QStringMatcher &needle)
+bool holds(QTreeWidgetItem *item, int columns, const Needle &needle)
 {
     const auto *node = dynamic_cast<const PointTreeWidgetItem *>(item);
     if (!node)
         return false;
     // As a rule the first text is one of the attributes, which need not be searched twice.
     const QString shown = node->text(0);
-    if (needle.indexIn(shown) >= 0)
+    if (needle.isIn(shown))
         return true;
     for (int column = 1; column < columns; ++column) {
-        if (needle.indexIn(node->text(column)) >= 0)
+        if (needle.isIn(node->text(column)))
             return true;
     }
     static const QString keys[] { idKey, nameKey, QStringLiteral("key") };
     for (const QString &key : keys) {
         const QString value = node->properties().text(key);
-        if (value.constData() != shown.constData() && needle.indexIn(value) >= 0)
+        if (value.constData() != shown.constData() && needle.isIn(value))
             return true;
     }
     return false;
@@ -157,11 +157,11 @@ TreeRowFilter::Rows TreeRowFilter::rowsBelow(QTreeWidgetItem *parent, int first,
 
 void TreeRowFilter::match(Rows *rows, bool narrows) const
 {
-    const QStringMatcher matcher(needle(), Qt::CaseInsensitive);
+    const Needle sought(needle());
     const int columns = m_tree->columnCount();
     for (Row &row : *rows) {
         if (!narrows || row.matches)
-            row.matches = holds(row.item, columns, matcher);
+            row.matches = holds(row.item, columns, sought);
         row.kept = row.matches;
     }
     for (int i = rows->size() - 1; i >= 0; --i) {
@@ -342,7 +342,7 @@ void TableRowFilter::apply(bool narrows)
     // Each row would be measured by the header, and the table told of it.
     const NoUpdates quietHeader(header);
     const QSignalBlocker silent(header);
-    const QStringMatcher matcher(needle(), Qt::CaseInsensitive);
+    const Needle sought(needle());
     const int columns = m_table->columnCount();
     int matches = 0;
     for (int row = 0; row < m_table->rowCount(); ++row) {
@@ -350,7 +350,7 @@ void TableRowFilter::apply(bool narrows)
         bool holds = needle().isEmpty();
         for (int column = 0; column < columns && !holds && !(narrows && wasHidden); ++column) {
             const QTableWidgetItem *cell = m_table->item(row, column);
-            holds = cell && matcher.indexIn(cell->data(Qt::EditRole).toString()) >= 0;
+            holds = cell && sought.isIn(cell->data(Qt::EditRole).toString());
         }
         matches += holds ? 1 : 0;
         if (wasHidden == holds)

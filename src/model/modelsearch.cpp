@@ -41,8 +41,7 @@ void addRecords(const PointTreeWidgetItem *holder, const QString &kind, ModelSea
 
 } // namespace
 
-ModelSearch::ModelSearch(const SourceDataManager &manager, const QString &needle)
-    : m_needle(needle, Qt::CaseInsensitive)
+ModelSearch::ModelSearch(const SourceDataManager &manager, const QString &needle) : m_needle(needle)
 {
     for (PointTreeWidgetItem *top : { manager.definitionRoot(), manager.realizationRoot() })
         m_parts.append({ top, true });
@@ -78,17 +77,17 @@ void ModelSearch::lookThrough(const Part &part)
 {
     if (!part.top)
         return;
-    const QString needle = m_needle.pattern();
+    const int length = m_needle.folded().size();
     forSubtree(part.top, [&](PointTreeWidgetItem *node) {
         bool holds = false;
         bool exact = false;
         for (const PropertyHash::Entry &entry : node->properties()) {
             const QString value = isSearched(entry.key) ? entry.value.toString() : QString();
-            if (value.size() < needle.size() || m_needle.indexIn(value) < 0)
+            if (value.size() < length || !m_needle.isIn(value))
                 continue;
             holds = true;
             const bool names = entry.key.size() == 2 || entry.key.compare(keyKey, Qt::CaseInsensitive) == 0;
-            exact = exact || (names && value.size() == needle.size());
+            exact = exact || (names && value.size() == length);
         }
         if (holds && sortOf(node) != NodeSort::Other)
             keep(node, part.own, exact);

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "needle.h"
+
 #include <QPointer>
 #include <QString>
-#include <QStringMatcher>
 #include <QVector>
 
 #include <array>
@@ -50,7 +51,7 @@ private:
     void lookThrough(const Part &part);
     void keep(PointTreeWidgetItem *node, bool own, bool exact);
 
-    QStringMatcher m_needle;
+    Needle m_needle;
     QVector<Part> m_parts;
     int m_next = 0;
     int m_count = 0;
