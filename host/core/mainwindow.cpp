@@ -124,8 +124,7 @@ MainWindow::~MainWindow()
 
 void MainWindow::createMenus()
 {
-    m_fileMenu = menuBar()->addMenu(tr("&File"));
-    QMenu *file = m_fileMenu;
+    QMenu *file = menuBar()->addMenu(tr("&File"));
     addAction(file, QStringLiteral("document-new"), tr("&New…"), QKeySequence::New, &MainWindow::newFile)
         ->setObjectName(QStringLiteral("newAction"));
     addAction(file, QStringLiteral("document-open"), tr("&Open…"), QKeySequence::Open, &MainWindow::chooseFile);
@@ -154,8 +153,7 @@ void MainWindow::createMenus()
     m_editMenu = createGrowingMenu(tr("&Edit"), QStringLiteral("editMenu"));
     m_viewMenu = createGrowingMenu(tr("&View"), QStringLiteral("viewMenu"));
 
-    m_helpMenu = menuBar()->addMenu(tr("&Help"));
-    QMenu *help = m_helpMenu;
+    QMenu *help = menuBar()->addMenu(tr("&Help"));
     GuideWindow::addEntries(help, this);
     addAction(help, QString(), tr("About &Plug-ins…"), QKeySequence(), &MainWindow::showAboutPlugins)
         ->setObjectName(QStringLiteral("aboutPluginsAction"));

@@ -57,11 +57,8 @@ public:
 
     [[nodiscard]] IEditor *currentEditor() const { return m_editor; }
 
-    /// For what has a class of its own and wants an entry. "Edit" and "View" are shown once they have one.
-    [[nodiscard]] QMenu *fileMenu() const { return m_fileMenu; }
+    /// For what has a class of its own and wants an entry there. It is shown once it has one.
     [[nodiscard]] QMenu *editMenu() const { return m_editMenu; }
-    [[nodiscard]] QMenu *viewMenu() const { return m_viewMenu; }
-    [[nodiscard]] QMenu *helpMenu() const { return m_helpMenu; }
 
     void addDock(Qt::DockWidgetArea area, QDockWidget *dock);
     /// Shows in the status bar that some plug-ins could not be loaded.
@@ -134,10 +131,8 @@ private:
     FileSaving *m_saving = nullptr;
     WelcomePage *m_welcome = nullptr;
     BusyIndicator *m_busy = nullptr;
-    QMenu *m_fileMenu = nullptr;
     QMenu *m_editMenu = nullptr;
     QMenu *m_viewMenu = nullptr;
-    QMenu *m_helpMenu = nullptr;
     QMenu *m_recentMenu = nullptr;
     QAction *m_recoveredAction = nullptr;
     QAction *m_saveAction = nullptr;

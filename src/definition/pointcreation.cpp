@@ -6,8 +6,6 @@
 
 #include <QDateTime>
 
-namespace { } // namespace
-
 PointCreation::Role PointCreation::roleOf(const PointTreeWidgetItem *item)
 {
     if (!item->PointObject::parent())
