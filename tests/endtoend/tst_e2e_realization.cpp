@@ -392,12 +392,12 @@ void tst_E2eRealization::withoutAMouse()
     STEP(tabTo("tabWidget") && keys("Right") && tabTo("realizationTree"));
     STEP(keys("Home asterisk End Insert F2 ctrl+a") && enter("Ring"));
     EVENTUALLY(records(), QStringList { s("own.shapes# | Ring | ") });
-    STEP(tabTo("realizationTree") && keys("Home") && type("Action") && keys("Insert F2 ctrl+a") && enter("Go"));
+    STEP(tabTo("realizationTree") && downTo("Action") && keys("Insert F2 ctrl+a") && enter("Go"));
     EVENTUALLY(records(), QStringList { s("own.action# | Go |  | 0 | false") });
     STEP(tabTo("realizTable") && keys("ctrl+c"));
     STEP(tabTo("formatTab") && keys("Home") && tabTo("formatTree"));
     EVENTUALLY(formats().value(0), s("desk.main | Main"));
-    STEP(type("desk.left") && keys("ctrl+v"));
+    STEP(downTo("desk.left") && keys("ctrl+v"));
     EVENTUALLY(formats().value(3), s("        own.action# | Go"));
     STEP(save());
     QCOMPARE(saved(), savedFile(R"xml(

@@ -160,6 +160,21 @@ bool WorkbenchDriver::keys(const char *names)
     return std::all_of(all.begin(), all.end(), [this](const QString &name) { return key(name); });
 }
 
+bool WorkbenchDriver::downTo(const char *row)
+{
+    // Not by typing its text: a busy machine pauses between two letters, and the second then begins a search anew.
+    constexpr int mostRows = 60;
+    const auto current = [this] { return state().value(s("focus")).toObject().value(s("value")).toString(); };
+    if (!key(s("Home")))
+        return false;
+    for (int i = 0; i < mostRows && current() != s(row); ++i) {
+        const QString before = current();
+        if (!key(s("Down")) || !waitFor(s("the row below %1").arg(before), [&] { return current() != before; }))
+            return false;
+    }
+    return current() == s(row) || fail(s("Down does not lead to %1").arg(s(row)));
+}
+
 bool WorkbenchDriver::type(const char *text)
 {
     return waitForFocus() && (InputDevices::type(s(text)) || fail(s("not typed")));

@@ -53,6 +53,9 @@ public:
     [[nodiscard]] bool enter(const char *text) { return type(text) && key(s("Return")); }
     /// Presses Tab until the widget of this name has the focus, or the bar of the tab widget of this name.
     [[nodiscard]] bool tabTo(const char *widget);
+    /// Goes from the first row of the tree that has the focus down to the next one with this text in the first column;
+    /// no two rows in a row may read the same.
+    [[nodiscard]] bool downTo(const char *row);
     /// Opens the menu of the menu bar and takes the entry.
     [[nodiscard]] bool chooseFromMenu(const QString &menu, const QString &entry);
     /// Opens the context menu of the place and takes the entries, one after the other.

@@ -63,6 +63,9 @@ QString valueOf(const QWidget *widget)
     const auto *button = qobject_cast<const QAbstractButton *>(widget);
     if (button && !button->isCheckable())
         return withoutMnemonic(button->text());
+    // Of a tree or a table, what the keys act on.
+    if (const auto *view = qobject_cast<const QAbstractItemView *>(widget))
+        return view->currentIndex().siblingAtColumn(0).data().toString();
     return widget->metaObject()->userProperty().read(widget).toString();
 }
 
