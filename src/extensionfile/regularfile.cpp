@@ -28,10 +28,17 @@ bool isRegular(const struct stat &status, ReadError *error)
 
 FileIdentity FileIdentity::of(const QString &path)
 {
+    return FileStamp::of(path).identity;
+}
+
+FileStamp FileStamp::of(const QString &path)
+{
     struct stat status;
     if (path.isEmpty() || ::stat(QFile::encodeName(path).constData(), &status) != 0)
         return {};
-    return { quint64(status.st_dev), quint64(status.st_ino) };
+    const auto nanoseconds = [](const timespec &time) { return qint64(time.tv_sec) * 1'000'000'000 + time.tv_nsec; };
+    return { { quint64(status.st_dev), quint64(status.st_ino) }, qint64(status.st_size), nanoseconds(status.st_mtim),
+        nanoseconds(status.st_ctim) };
 }
 
 FileDescriptor::~FileDescriptor()

@@ -51,6 +51,25 @@ struct FileIdentity
     quint64 inode = 0;
 };
 
+/// What tells that a file was written since: equal stamps are of equal bytes, for all that a file system says. The times
+/// are nanoseconds since 1970, as stat(2) has them.
+struct FileStamp
+{
+    /// Of the file that @p path leads to; an empty one for one that can't be reached.
+    [[nodiscard]] static FileStamp of(const QString &path);
+    /// Whether both are of one file that was not written in between; no file is none.
+    [[nodiscard]] bool isSameAs(const FileStamp &other) const
+    {
+        return identity.isSameAs(other.identity) && size == other.size && modified == other.modified
+            && changed == other.changed;
+    }
+
+    FileIdentity identity;
+    qint64 size = 0; ///< bytes
+    qint64 modified = 0;
+    qint64 changed = 0; ///< the file or what is said about it: its mode, its name
+};
+
 /// Reads the regular file @p path, following links, but at most @p maximumSize + 1 bytes: one more byte than allowed
 /// tells the caller that it is too large, however fast it grows. Pipes, devices, sockets and directories are refused
 /// without being opened. False on failure, with kind and reason in @p error.

@@ -6,6 +6,7 @@
 #include "model/ownchange.h"
 #include "model/sourcedatamanager.h"
 #include "savereporttexts.h"
+#include "surface/siblingwatch.h"
 
 #include <utils/filename.h>
 
@@ -39,6 +40,7 @@ ExtPointEditorDocument::ExtPointEditorDocument(QObject *parent)
     setId(Core::Id(Constants::editorId));
     setMimeType(QString::fromLatin1(Constants::mimeType));
     Controller::instance()->setSourceDataManager(m_manager.get());
+    watchSiblings(m_manager.get());
     connect(m_manager.get(), &SourceDataManager::scanFinished, this, [this] { setProperty(busyProperty, false); });
 }
 

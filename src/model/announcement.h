@@ -1,5 +1,7 @@
 #pragma once
 
+#include "extensionfile/regularfile.h"
+
 #include <QPointer>
 #include <QString>
 #include <QVector>
@@ -72,4 +74,6 @@ struct ScanResult
 {
     std::unique_ptr<ScannedFile> file; ///< null when there was nothing to read
     QString failure;                   ///< "path:line:column: reason" of a file that is there and can't be read
+    ExtensionFile::FileStamp stamp {}; ///< from before the reading
+    bool isUnchanged = false;          ///< not read, since it is as it was when it was read last
 };

@@ -169,7 +169,7 @@ void OwnPoints::enter(const QString &key, PointTreeWidgetItem *offered)
         NodeIndexes::Points, key, offered, [this](const PointTreeWidgetItem *left, const PointTreeWidgetItem *right) {
             const bool leftOwn = isOwn(left);
             const bool rightOwn = isOwn(right);
-            return leftOwn == rightOwn ? leftOwn && comesBefore(left, right) : leftOwn;
+            return leftOwn == rightOwn ? comesBefore(left, right) : leftOwn;
         });
 }
 

@@ -38,6 +38,9 @@ public:
     /// Offers a definition that stands nowhere in the opened file under the plug-in or the point @p above.
     void offer(PointTreeWidgetItem *definition, PointTreeWidgetItem *above);
 
+    /// Enters what is offered in the point index, in its place; also what a sibling declares.
+    void enter(const QString &key, PointTreeWidgetItem *offered);
+
     /// The nodes that stand for the opened file, one for each of its sets.
     [[nodiscard]] QVector<PointTreeWidgetItem *> plugins() const;
     [[nodiscard]] int pluginCount() const { return m_sets.size(); }
@@ -62,7 +65,6 @@ private:
     void offerSet(PointTreeWidgetItem *set);
     [[nodiscard]] PointTreeWidgetItem *offeredOf(PointTreeWidgetItem *node) const;
     [[nodiscard]] bool isOwn(const PointTreeWidgetItem *offered) const;
-    void enter(const QString &key, PointTreeWidgetItem *offered);
     void deliver(ScannedFile *file);
     /// What is offered comes at the end; a definition that was put before others is offered before theirs.
     void putIntoPlace(PointTreeWidgetItem *definition, PointTreeWidgetItem *above);

@@ -2,6 +2,7 @@
 
 #include "ownedits.h"
 #include "pointtreewidgetitem.h"
+#include "rows.h"
 #include "subtree.h"
 
 #include <QSet>
@@ -48,21 +49,6 @@ void setProperties(Node *node, const PropertyHash &wanted)
         node->setProperties(with);
     }
     node->setProperties(wanted);
-}
-
-/// Has the rows under @p parent be these, in this order, and moves none that stands right.
-void setRows(Node *parent, const QList<Node *> &rows)
-{
-    for (int i = 0; i < rows.size(); ++i) {
-        if (parent->child(i) == rows.at(i))
-            continue;
-        if (i + 1 < parent->childCount() && parent->child(i + 1) == rows.at(i)) {
-            (void)parent->takeChild(i);
-            continue;
-        }
-        rows.at(i)->takeRow();
-        parent->QTreeWidgetItem::insertChild(i, rows.at(i));
-    }
 }
 
 /// As reading gives them: every point has its row under the root, every sub point under what it belongs to.

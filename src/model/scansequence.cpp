@@ -68,6 +68,7 @@ void ScanSequence::startTasks()
         return;
     for (int i = 0; i < m_paths.size(); ++i) {
         auto *task = new TaskRead(m_paths.at(i), m_roots.points, m_roots.data, m_roots.third);
+        task->setKnown(m_known.value(i));
         task->setHandover(m_handover, i);
         QThreadPool::globalInstance()->start(task);
     }
@@ -129,8 +130,9 @@ void ScanSequence::readHere(int index)
     if (!m_handover->claim(index))
         return;
     m_handover->put(index, m_paths.at(index),
-        TaskRead::read(m_paths.at(index), m_roots.points, m_roots.data, thread(), m_handover->budget(),
-            [this, index] { m_handover->noteRead(index); }));
+        TaskRead::read(
+            m_paths.at(index), m_roots.points, m_roots.data, thread(), m_handover->budget(),
+            [this, index] { m_handover->noteRead(index); }, m_known.value(index)));
     // As quickly as the window allows, once it is known that nobody else does.
     QTimer::singleShot(0, this, &ScanSequence::tend);
 }
@@ -218,8 +220,11 @@ bool ScanSequence::fetch()
     m_waiting.invalidate();
     m_haveCurrent = true;
     m_current = std::move(result.file);
-    if (!result.failure.isEmpty())
-        Q_EMIT unreadable({ m_paths.at(m_next.front()), result.failure });
+    const FileNews::Outcome outcome = result.isUnchanged ? FileNews::Unchanged
+        : !result.failure.isEmpty()                      ? FileNews::Unreadable
+        : m_current                                      ? FileNews::Read
+                                                         : FileNews::Missing;
+    Q_EMIT arrived({ m_next.front(), outcome, result.failure, result.stamp });
     return true;
 }
 

@@ -8,20 +8,26 @@
 #include <QSet>
 #include <QStringList>
 #include <QTimer>
+#include <QVector>
 
 #include <chrono>
 #include <deque>
 #include <functional>
 #include <memory>
+#include <utility>
 
 class PointTreeWidgetItem;
 class ScanHandover;
 
-/// A sibling's file that is there and can't be read.
-struct UnreadableFile
+/// What came of one file of a scan.
+struct FileNews
 {
-    QString path;
-    QString reason; ///< "path:line:column: reason", in one line
+    enum Outcome { Read, Missing, Unreadable, Unchanged };
+
+    int index; ///< in the list of the scan
+    Outcome outcome;
+    QString reason; ///< "path:line:column: reason", in one line; of an unreadable one
+    ExtensionFile::FileStamp stamp;
 };
 
 /// One scan: starts a reading task for each file and takes the results in, on its own thread, in the order of the
@@ -49,6 +55,9 @@ public:
 
     ScanSequence(const QStringList &paths, const ExtensionFile::FileIdentity &opened, const Roots &roots,
         Receiver receiver, QObject *parent = nullptr);
+
+    /// Leaves out what is as it was: the stamps of the files, one for each path. Call before start().
+    void setKnown(QVector<ExtensionFile::FileStamp> known) { m_known = std::move(known); }
     ~ScanSequence() override;
 
     /// Starts one task per path on the global pool when the event loop has nothing else to do. Call once.
@@ -66,8 +75,8 @@ public:
 
 Q_SIGNALS:
     void portionDelivered();
-    /// Comes in the middle of a portion: what is connected may not end the scan.
-    void unreadable(const UnreadableFile &file);
+    /// A file has come; what it brings follows. In the middle of a portion: what is connected may not end the scan.
+    void arrived(const FileNews &news);
 
     /// Everything has been taken in. Emitted once.
     void finished();
@@ -89,6 +98,7 @@ private:
     void conclude(Progress progress);
 
     QStringList m_paths;
+    QVector<ExtensionFile::FileStamp> m_known;
     Roots m_roots;
     Receiver m_receiver;
     std::shared_ptr<ScanHandover> m_handover;

@@ -32,7 +32,7 @@ SourceDataManager::SourceDataManager(const QString &filePath, QObject *parent)
       m_allDataRoot(new PointTreeWidgetItem(QString())), m_fourthRoot(new PointTreeWidgetItem(QString())),
       m_realizationRoot(new PointTreeWidgetItem(QString())), m_problems(this),
       m_ownPoints(&m_indexes, &m_changes, [this] { followRoot(); }), m_realizationIndexing(&m_indexes, &m_changes),
-      m_ownStates(m_definitionRoot, m_realizationRoot), m_siblings(this, &m_ownPoints),
+      m_ownStates(m_definitionRoot, m_realizationRoot), m_siblings(this, &m_indexes, &m_ownPoints),
       m_attributeTypes(AttributeFields::typeNames()), m_attributeFields(AttributeFields::table())
 {
     m_ownPoints.watch(m_definitionRoot, m_availablePointsRoot);

@@ -75,6 +75,7 @@ public:
     /// input is handled meanwhile.
     void completeScan();
     [[nodiscard]] const SiblingScan &siblings() const { return m_siblings; }
+    [[nodiscard]] SiblingScan &siblings() { return m_siblings; }
 
     [[nodiscard]] const QString &filePath() const { return m_filePath; }
     /// The opened file's root "id", the attribute's name compared without letter case.

@@ -55,8 +55,9 @@ void TaskRead::run()
     if (m_handover) {
         if (m_handover->claim(m_index))
             m_handover->put(m_index, m_path,
-                read(m_path, m_pointsRoot, m_dataRoot, m_nodeThread, m_handover->budget(),
-                    [this] { m_handover->noteRead(m_index); }));
+                read(
+                    m_path, m_pointsRoot, m_dataRoot, m_nodeThread, m_handover->budget(),
+                    [this] { m_handover->noteRead(m_index); }, m_known));
         return;
     }
     SiblingSink sink(directoryOf(m_path), m_pointsRoot, m_dataRoot, SiblingSink::EarlierFormats::Repeat);
@@ -66,12 +67,17 @@ void TaskRead::run()
 }
 
 ScanResult TaskRead::read(const QString &path, PointTreeWidgetItem *pointsRoot, PointTreeWidgetItem *dataRoot,
-    QThread *thread, ScanBudget *budget, const std::function<void()> &whenRead)
+    QThread *thread, ScanBudget *budget, const std::function<void()> &whenRead, const ExtensionFile::FileStamp &known)
 {
+    ScanResult result;
+    result.stamp = ExtensionFile::FileStamp::of(path);
+    result.isUnchanged = result.stamp.isSameAs(known);
+    if (result.isUnchanged)
+        return result;
     // One at a time: until it is known what they bring, all together may take any amount of memory.
     static std::mutex largeFiles;
     std::unique_lock<std::mutex> alone(largeFiles, std::defer_lock);
-    const bool isLarge = QFileInfo(path).size() > largeFileSize;
+    const bool isLarge = result.stamp.size > largeFileSize;
     // The manager knows the formats of the earlier data sets by then.
     SiblingSink sink(directoryOf(path), pointsRoot, dataRoot, SiblingSink::EarlierFormats::Omit);
     sink.whenRead([&] {
@@ -80,7 +86,9 @@ ScanResult TaskRead::read(const QString &path, PointTreeWidgetItem *pointsRoot, 
         if (isLarge)
             alone.lock();
     });
-    ScanResult result = build(path, sink, thread, budget);
+    const ExtensionFile::FileStamp stamp = result.stamp;
+    result = build(path, sink, thread, budget);
+    result.stamp = stamp;
     if (result.file && result.file->announcements().size() > announcementsTakenInAtOnce)
         result.file->putAside();
     return result;

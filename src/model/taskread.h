@@ -37,12 +37,15 @@ public:
 
     void run() override;
 
+    /// Does not read the file when it is still as it was at @p known. Call before setHandover().
+    void setKnown(const ExtensionFile::FileStamp &known) { m_known = known; }
+
     /// Reads @p path for a scan, and calls @p whenRead once its bytes are there. What brings more than is left of @p
-    /// budget (null: any amount) is logged and counts as unreadable. The nodes get the affinity of @p thread. Any
-    /// thread.
+    /// budget (null: any amount) is logged and counts as unreadable; a file that is as it was at @p known is not read.
+    /// The nodes get the affinity of @p thread. Any thread.
     [[nodiscard]] static ScanResult read(const QString &path, PointTreeWidgetItem *pointsRoot,
         PointTreeWidgetItem *dataRoot, QThread *thread, ScanBudget *budget = nullptr,
-        const std::function<void()> &whenRead = {});
+        const std::function<void()> &whenRead = {}, const ExtensionFile::FileStamp &known = {});
 
 Q_SIGNALS:
     void definData(QString key, PointTreeWidgetItem *item);
@@ -60,6 +63,7 @@ private:
     PointTreeWidgetItem *m_dataRoot;
     PointTreeWidgetItem *m_thirdRoot;
     QThread *m_nodeThread;
+    ExtensionFile::FileStamp m_known;
     std::shared_ptr<ScanHandover> m_handover;
     int m_index = 0;
     /// Published last by the maker and read first by run(): the pool orders the two as well, but in a library that the

@@ -25,8 +25,9 @@ constexpr int portionsInPause = 10;
 // When nothing else is to be done.
 constexpr int portionsInLaterPause = 3;
 
-// Making this many takes a quarter of a frame, as long as a portion of a scan; the layout of all comes on top.
-constexpr int tabsInPortion = 400;
+// Making this many takes less than a quarter of a frame, as long as a portion of a scan; the layout of all comes on
+// top.
+constexpr int tabsInPortion = 250;
 
 QString text(PointTreeWidgetItem *node, const QString &key)
 {

@@ -102,6 +102,46 @@ private:
     }
 };
 
+/// Declarations of a few names, so that files meet in them.
+QByteArray randomPoints(QRandomGenerator *random, int depth)
+{
+    QByteArray xml;
+    for (int i = random->bounded(4); i > 0; --i) {
+        const QByteArray name = QByteArray::number(random->bounded(3));
+        const QByteArray inner = depth < 3 ? randomPoints(random, depth + 1) : QByteArray();
+        const char *const tag = depth == 0 ? "ExtPoint" : random->bounded(2) ? "SubExtPoint" : "String";
+        xml += "<" + QByteArray(tag) + (depth == 0 ? " id='p" : " key='k") + name + "' name='n"
+            + QByteArray::number(random->bounded(9)) + "' hasformat='" + (random->bounded(2) ? "true" : "false") + "'>"
+            + inner + "</" + tag + ">";
+    }
+    return xml;
+}
+
+/// All that is said about the points of the product, and in which order they are found.
+QStringList offered(const SourceDataManager &manager)
+{
+    QStringList lines = ModelTesting::tree(manager.availablePointsRoot());
+    lines += ModelTesting::rows(manager.availablePointsRoot());
+    const auto describe = [](const Node *node) {
+        const Node *plugin = node;
+        while (plugin->parentItem() && plugin->parentItem()->parentItem())
+            plugin = plugin->parentItem();
+        return s("%1 %2 %3 %4 %5 in %6")
+            .arg(node->kind(), node->text(0), node->pluginId(), node->pointId())
+            .arg(node->hasFormat())
+            .arg(plugin->text(0));
+    };
+    const NodeIndex &points = manager.indexes()[NodeIndexes::Points];
+    for (const char *key : { "p0", "p1", "p2", "k0", "k1", "k2" }) {
+        for (const Node *node : points.nodes(s(key)))
+            lines.append(s(key) + s(": ") + describe(node));
+        for (const char *point : { "p0", "p1", "p2", "" })
+            lines.append(
+                s("%1 of %2: %3").arg(s(key), s(point)).arg(manager.indexes().definitions(s(key), s(point)).size()));
+    }
+    return lines;
+}
+
 } // namespace
 
 class TestScan : public QObject
@@ -122,6 +162,7 @@ private Q_SLOTS:
     void announcements();
     void nodeFields();
     void whatIsTooMuchInAllIsLeftOut();
+    void changedFilesAreReadAgain();
 
 private:
     Product m_product;
@@ -408,6 +449,106 @@ void TestScan::whatIsTooMuchInAllIsLeftOut()
     QVERIFY(!isRead("wordy", 1, 201));
     // What still fits comes after them.
     QVERIFY(isRead("second", 9, 20));
+}
+
+/// Files are written, broken, removed and made; after each look the points are those of a fresh start, which for a
+/// broken file has its last good content. What a file says as before stays the same node.
+void TestScan::changedFilesAreReadAgain()
+{
+    QRandomGenerator random { 3 };
+    const Product product;
+    const Product good;
+    const auto write = [&](const QString &plugin, const QByteArray &points) {
+        const QByteArray bytes = "<P id='" + plugin.toUtf8() + "'><ExtPointSet>" + points
+            + "</ExtPointSet><ExtDataSet><ExtData id='p0'><Format target='t'/></ExtData></ExtDataSet></P>";
+        product.add(plugin, bytes);
+        good.add(plugin, bytes);
+    };
+    const QStringList plugins { s("a"), s("b"), s("c"), s("d"), s("e"), s("f") };
+    for (const QString &plugin : plugins)
+        write(plugin, randomPoints(&random, 0));
+    SourceDataManager manager;
+    QVERIFY(manager.load(product.file(s("c"))));
+    manager.startScan(product.file(s("c")));
+    manager.completeScan();
+    int changes = 0;
+    connect(&manager.changes(), &ModelChanges::changed, this, [&changes] { ++changes; });
+    const auto look = [&manager] {
+        manager.siblings().lookAgain();
+        while (manager.siblings().isLooking())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    };
+    for (int round = 0; round < 100; ++round) {
+        QVector<QPointer<Node>> kept;
+        const QString plugin = plugins.at(random.bounded(plugins.size()));
+        for (PointObject *other : manager.availablePointsRoot()->children()) {
+            if (other->item()->pluginId() != plugin)
+                kept.append(other->item()->children().isEmpty() ? other->item() : other->children().last()->item());
+        }
+        bool isBroken = false;
+        if (plugin != s("c")) {
+            switch (random.bounded(6)) {
+            case 0:
+                QFile::remove(product.file(plugin));
+                QFile::remove(good.file(plugin));
+                break;
+            case 1:
+                QDir(product.path() + QLatin1Char('/') + plugin).removeRecursively();
+                QDir(good.path() + QLatin1Char('/') + plugin).removeRecursively();
+                break;
+            case 2:
+                isBroken = QFile::exists(product.file(plugin));
+                if (isBroken)
+                    product.add(plugin, "<P");
+                break;
+            default:
+                write(plugin, randomPoints(&random, 0));
+            }
+        }
+        look();
+        const QVector<UnreadableFile> unreadable = manager.siblings().unreadableFiles();
+        QVERIFY(!isBroken || std::any_of(unreadable.begin(), unreadable.end(), [&](const UnreadableFile &file) {
+            return file.path == product.file(plugin);
+        }));
+        SourceDataManager fresh;
+        QVERIFY(fresh.load(good.file(s("c"))));
+        fresh.startScan(good.file(s("c")));
+        fresh.completeScan();
+        QCOMPARE(offered(manager), offered(fresh));
+        for (const QPointer<Node> &node : qAsConst(kept))
+            QVERIFY(node);
+        // Nobody hears of a look that finds nothing new, or a file that was written as it was.
+        changes = 0;
+        if (QFile::exists(product.file(s("b"))))
+            product.add(s("b"), Product::read(product.file(s("b"))));
+        look();
+        QCOMPARE(changes, 0);
+    }
+
+    // A value and one more attribute: whoever looks at these points goes on looking at them.
+    write(
+        s("a"), "<ExtPoint id='p0'><String key='k0' value='1'/><SubExtPoint key='k1'/></ExtPoint><ExtPoint id='p1'/>");
+    look();
+    QPointer<Node> point = manager.availablePointsRoot()->children().first()->children().first()->item();
+    QCOMPARE(point->pointId(), s("p0"));
+    const QPointer<Node> text = point->children().first()->item();
+    const QPointer<Node> subPoint = point->children().last()->item();
+    write(s("a"),
+        "<ExtPoint id='p1'/><ExtPoint id='p0'><Int key='n'/><String key='k0' value='2'/><SubExtPoint "
+        "key='k1'/></ExtPoint>");
+    bool mayTakeIn = false;
+    manager.siblings().setReadiness([&] { return mayTakeIn; });
+    manager.siblings().lookAgain();
+    QTest::qWait(400);
+    QVERIFY(manager.siblings().isLooking());
+    QCOMPARE(text->property(s("value")).toString(), s("1"));
+    mayTakeIn = true;
+    QTRY_VERIFY(!manager.siblings().isLooking());
+    QVERIFY(point && text && subPoint);
+    QCOMPARE(point->children().size(), 3);
+    QCOMPARE(text->property(s("value")).toString(), s("2"));
+    QCOMPARE(point->indexOfChild(subPoint), 0);
+    QCOMPARE(manager.availablePointsRoot()->children().first()->children().last()->item(), point.data());
 }
 
 QTEST_MAIN(TestScan)

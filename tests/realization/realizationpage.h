@@ -252,11 +252,13 @@ public:
     std::unique_ptr<ExtPointWidget> widget;
     int modified = 0; ///< emissions of modified(true)
 
-private:
+    /// The file of a plug-in, as somebody else writes it.
     void write(const QByteArray &plugin, const QByteArray &sets) const
     {
         m_product->add(s(plugin.constData()), "<Plugin id=\"" + plugin + "\">" + sets + "</Plugin>");
     }
+
+private:
     void open(bool scan, const QByteArray *bytes = nullptr);
     static void collect(
         const QMenu *menu, const QString &prefix, const QString &choice, QStringList *offered, QAction **chosen);

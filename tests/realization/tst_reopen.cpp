@@ -50,6 +50,25 @@ QVector<Sibling> siblings()
             "id=\"j\"/></format><format target=\"1\"/></ExtData></ExtDataSet>" } };
 }
 
+/// What somebody else makes of the points of "aaa" meanwhile.
+QByteArray otherPoints(int which)
+{
+    const QByteArray sets = siblings().first().sets;
+    switch (which) {
+    case 0:
+        return sets;
+    case 1:
+        return QByteArray(sets).replace("value=\"New\"", "value=\"Newer\"").replace("displaylabel=\"text\"", "");
+    case 2:
+        return QByteArray(sets)
+            .replace("<SubExtPoint key=\"menu\" childType=\"menu|action\"/>", "<Flag key=\"checkable\"/>")
+            .replace("name=\"C\" hasformat=\"true\"", "name=\"D\"");
+    default:
+        return "<ExtPointSet><ExtPoint id=\"own.p\"><String key=\"theirs\" value=\"1\"/></ExtPoint></ExtPointSet>"
+            + sets;
+    }
+}
+
 /// Somebody who clicks, types, drags, creates and deletes on both pages without any plan.
 class RandomUser final
 {
@@ -374,6 +393,11 @@ void TestReopen::nothingShownIsOld()
                 QTRY_VERIFY(!page.builder()->findChild<FormatTree *>()->isOutdated());
             }
             states.append({ page.manager->ownStates().take(), ownNodes(page) });
+            if (travel.bounded(4) == 0) {
+                page.write("aaa", otherPoints(travel.bounded(4)));
+                page.manager->siblings().lookAgain();
+                QTRY_VERIFY(!page.manager->siblings().isLooking());
+            }
             if (travel.bounded(3) == 0) {
                 const auto &state = states.at(travel.bounded(states.size()));
                 page.manager->ownStates().restore(*state.first);

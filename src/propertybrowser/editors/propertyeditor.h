@@ -1,5 +1,6 @@
 #pragma once
 
+#include "propertybrowser/propertybrowser_global.h"
 #include "propertybrowser/propertyitem.h"
 
 #include <QWidget>
@@ -13,7 +14,7 @@ class InvalidMark;
 ///
 /// The committed value is a text where the record came with a text (or with nothing, unless the kind is a number or a
 /// truth value), in a form that does not depend on the user's language; otherwise it is a value of the kind's own type.
-class PropertyEditor : public QWidget
+class PROPERTYBROWSER_EXPORT PropertyEditor : public QWidget
 {
     Q_OBJECT
 
