@@ -91,7 +91,12 @@ function(extpoint_test name)
     add_test(NAME ${name} COMMAND ${name})
     set(platform offscreen)
   endif()
+  # What takes long is started first, so that it doesn't run alone at the end.
+  set(cost 1)
+  if(arg_XCB OR ${name} MATCHES "tst_(reopen|keys|fault_)")
+    set(cost 100)
+  endif()
   set_tests_properties(${name} PROPERTIES
-    LABELS "${arg_LABELS}" TIMEOUT ${arg_TIMEOUT}
+    LABELS "${arg_LABELS}" TIMEOUT ${arg_TIMEOUT} COST ${cost}
     ENVIRONMENT "QT_QPA_PLATFORM=${platform};LC_ALL=C.UTF-8;QT_LOGGING_RULES=;QT_ACCESSIBILITY=0;NO_AT_BRIDGE=1")
 endfunction()

@@ -87,3 +87,6 @@ void TestPlugin::aboutToShutdown()
 }
 
 #endif
+
+// Compiled here, since there are many of these and the headers cost more than the rest.
+#include "moc_testplugin.cpp"
