@@ -148,6 +148,7 @@ private Q_SLOTS:
     void openOtherwise();
     void uncommittedTextCounts_data();
     void uncommittedTextCounts();
+    void pointsThatOthersChange();
     void changesAreNamedAndUndone_data();
     void changesAreNamedAndUndone();
     void viewIsCarriedOver();
@@ -340,6 +341,41 @@ void TestExtPointEditor::uncommittedTextCounts()
         bytes = editor.recoverable()->recoveryData();
     }
     QVERIFY2(bytes.contains(written), bytes.constData());
+}
+
+/// They are read when the program comes to the front, and seen once nobody is typing.
+void TestExtPointEditor::pointsThatOthersChange()
+{
+    const Sample sample;
+    const QByteArray theirs
+        = "<Plugin id=\"fog\"><ExtPointSet><ExtPoint id=\"fog.p\" name=\"Before\"/></ExtPointSet></Plugin>";
+    QVERIFY(QDir(sample.dir.path() + s("/plugins")).mkdir(s("fog")));
+    write(sample.path("fog"), theirs);
+    const OpenedEditor editor(m_factory);
+    QCOMPARE(editor.open(sample.path("units")), Core::IDocument::OpenResult::Success);
+    editor.widget()->show();
+    editor.widget()->activateWindow();
+    QTRY_VERIFY(!editor.busy());
+    const QAbstractItemModel *points = editor.view("realizationTree")->model();
+    const auto shows = [&](const char *name) {
+        return !points->match(points->index(0, 0), Qt::DisplayRole, s(name), 1, Qt::MatchRecursive).isEmpty();
+    };
+    QVERIFY(shows("Before"));
+    QAbstractItemView *definitions = editor.view("defintionTree");
+    definitions->setCurrentIndex(OpenedEditor::row(definitions, { 0 }));
+    QTest::keyClick(definitions, Qt::Key_Insert);
+    const auto lines = editor.widget()->findChild<QWidget *>(s("basicInfo"))->findChildren<QLineEdit *>();
+    QVERIFY(!lines.isEmpty());
+    lines.last()->setFocus();
+    QTest::keyClicks(lines.last(), s("typed"));
+    write(sample.path("fog"), QByteArray(theirs).replace("Before", "After"));
+    Q_EMIT qApp->applicationStateChanged(Qt::ApplicationActive);
+    constexpr int longEnoughMs = 500;
+    QTest::qWait(longEnoughMs);
+    QVERIFY(shows("Before") && lines.last()->text().contains(s("typed")));
+    QTest::keyClick(lines.last(), Qt::Key_Return);
+    QTRY_VERIFY(shows("After"));
+    QVERIFY(!shows("Before"));
 }
 
 void TestExtPointEditor::changesAreNamedAndUndone_data()
