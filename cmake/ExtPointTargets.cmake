@@ -1,7 +1,7 @@
 # What every target of the tree shares: output places, warnings, sanitizers, and one function per kind of target.
 
-set(EXTPOINT_LIBRARY_DIR lib/extpoint)
-set(EXTPOINT_PLUGIN_DIR ${EXTPOINT_LIBRARY_DIR}/plugins)
+set(EXTPOINT_LIBRARY_DIR lib/extpoint/libraries)
+set(EXTPOINT_PLUGIN_DIR lib/extpoint/plugins)
 
 find_program(EXTPOINT_CCACHE ccache)
 if(EXTPOINT_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
@@ -63,7 +63,7 @@ function(extpoint_plugin name)
   extpoint_place(${name})
   set_target_properties(${name} PROPERTIES
     LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/${EXTPOINT_PLUGIN_DIR}
-    INSTALL_RPATH "$ORIGIN/..;$ORIGIN")
+    INSTALL_RPATH "$ORIGIN/../libraries;$ORIGIN")
   install(TARGETS ${name} LIBRARY DESTINATION ${EXTPOINT_PLUGIN_DIR})
 endfunction()
 

@@ -515,7 +515,7 @@ void MainWindow::showAbout()
     box->setObjectName(QStringLiteral("aboutBox"));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setInformativeText(tr("A small host for editor plug-ins. It opens one file per window."));
-    box->setDetailedText(GuideWindow::installedText(QStringLiteral("LICENSE")));
+    box->setDetailedText(GuideWindow::installedText(QStringLiteral("copyright")));
     box->open();
 }
 

@@ -163,7 +163,7 @@ void tst_Workbench::answers()
     m_environment.insert(s("intruder"), s(EXTPOINT_BINARY_DIR "/tests/intruders/libIntruder.so"));
     // The copies have lost the way to what they link.
     m_environment.insert(s("copied"),
-        s("export LD_LIBRARY_PATH=%1:%1/plugins:$LD_LIBRARY_PATH && mkdir -p plugins lib/extpoint/plugins && cp %2 . "
+        s("export LD_LIBRARY_PATH=%1/libraries:%1/plugins:$LD_LIBRARY_PATH && mkdir -p plugins lib/extpoint/plugins && cp %2 . "
           "&& "
           "cp %2 plugins && cp %2 lib/extpoint/plugins")
             .arg(s(EXTPOINT_BINARY_DIR "/lib/extpoint"), fakePlugin));
