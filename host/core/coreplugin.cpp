@@ -1,6 +1,5 @@
 #include "core/coreplugin.h"
 
-#include "core/darkpalette.h"
 #include "core/editormanager.h"
 #include "core/filecare.h"
 #include "core/finddock.h"
@@ -9,6 +8,7 @@
 #include "core/mainwindow.h"
 #include "core/problemsdock.h"
 #include "core/quitsignals.h"
+#include "core/readablepalette.h"
 #include "core/recoverystore.h"
 #include "core/startupjob.h"
 #include "core/workbenchstyle.h"
@@ -21,6 +21,7 @@
 #include <QProcess>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QStyleFactory>
 #include <QTimer>
 
 #include <cstdio>
@@ -90,10 +91,9 @@ bool CorePlugin::initialize(const QStringList &arguments, QString *errorString)
         *errorString = m_commandLine.error;
         return false;
     }
-    if (m_commandLine.dark)
-        useDarkPalette();
-    else
-        QApplication::setStyle(new WorkbenchStyle);
+    QApplication::setStyle(
+        m_commandLine.dark ? new WorkbenchStyle(QStyleFactory::create(QStringLiteral("Fusion"))) : new WorkbenchStyle);
+    QApplication::setPalette(readable(m_commandLine.dark ? darkPalette() : QApplication::palette()));
     QString settingsFile = usersSettingsFile();
     // A run that is a job neither shows what an earlier one left behind nor leaves anything behind itself.
     if (m_commandLine.isJob() || !canHoldSettings(settingsFile)) {

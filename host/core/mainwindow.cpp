@@ -157,7 +157,8 @@ void MainWindow::createMenus()
     GuideWindow::addEntries(help, this);
     addAction(help, QString(), tr("About &Plug-ins…"), QKeySequence(), &MainWindow::showAboutPlugins)
         ->setObjectName(QStringLiteral("aboutPluginsAction"));
-    addAction(help, QStringLiteral("help-about"), tr("&About"), QKeySequence(), &MainWindow::showAbout);
+    addAction(help, QStringLiteral("help-about"), tr("&About"), QKeySequence(), &MainWindow::showAbout)
+        ->setObjectName(QStringLiteral("aboutAction"));
 }
 
 QMenu *MainWindow::createGrowingMenu(const QString &title, const QString &objectName)

@@ -1,5 +1,8 @@
 #include "core/workbenchstyle.h"
 
+#include "core/readablepalette.h"
+
+#include <QApplication>
 #include <QGroupBox>
 #include <QIconEngine>
 #include <QPainter>
@@ -43,13 +46,57 @@ QRect frameOf(const QStyle &style, const QStyleOption &option, const QWidget *wi
     return option.rect.adjusted(0, top, 0, 0);
 }
 
+/// Whether what is selected in the view is not what the keys go to.
+bool isWithoutFocus(const QWidget *view)
+{
+    const QWidget *focus = QApplication::focusWidget();
+    return view && focus != view && !view->isAncestorOf(focus);
+}
+
+void strokeFrame(QPainter *painter, const QRect &rect, const QColor &color)
+{
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(color);
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRoundedRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
+    painter->restore();
+}
+
 } // namespace
+
+void WorkbenchStyle::drawControl(
+    ControlElement element, const QStyleOption *option, QPainter *painter, const QWidget *widget) const
+{
+    const auto *item = qstyleoption_cast<const QStyleOptionViewItem *>(option);
+    if (element != CE_ItemViewItem || !item || !isWithoutFocus(item->widget)) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        return;
+    }
+    QStyleOptionViewItem inactive(*item);
+    inactive.state &= ~State_Active;
+    QProxyStyle::drawControl(element, &inactive, painter, widget);
+}
 
 void WorkbenchStyle::drawPrimitive(
     PrimitiveElement element, const QStyleOption *option, QPainter *painter, const QWidget *widget) const
 {
+    const auto *item = qstyleoption_cast<const QStyleOptionViewItem *>(option);
+    if ((element == PE_PanelItemViewRow || element == PE_PanelItemViewItem) && item && isWithoutFocus(widget)) {
+        QStyleOptionViewItem inactive(*item);
+        inactive.state &= ~State_Active;
+        QProxyStyle::drawPrimitive(element, &inactive, painter, widget);
+        return;
+    }
     if (element != PE_FrameGroupBox) {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
+        const QPalette &palette = option->palette;
+        const QColor base = palette.color(QPalette::Base);
+        if (element == PE_IndicatorCheckBox || element == PE_IndicatorItemViewItemCheck)
+            strokeFrame(painter, option->rect.adjusted(1, 1, -1, -1),
+                standingOut(palette.color(QPalette::Mid), base, visibleContrast));
+        else if (element == PE_PanelLineEdit && option->state.testFlag(State_HasFocus))
+            strokeFrame(painter, option->rect, standingOut(palette.color(QPalette::Highlight), base, visibleContrast));
         return;
     }
     QColor color = option->palette.color(QPalette::WindowText);

@@ -5,8 +5,10 @@
 #include "committedvalue.h"
 #include "enumtable.h"
 #include "form/extpointwidgetform.h"
+#include "form/filterline.h"
 #include "form/problemmark.h"
 #include "form/rowatindex.h"
+#include "form/rowfilter.h"
 #include "form/sheethelp.h"
 #include "model/controller.h"
 #include "model/definitions.h"
@@ -37,7 +39,7 @@ void showInTree(QTreeWidget *tree, PointTreeWidgetItem *item)
     if (item->treeWidget() != tree)
         return;
     tree->setCurrentItem(item);
-    tree->scrollToItem(item);
+    FilterLine::showCurrent(tree);
 }
 
 } // namespace
@@ -126,6 +128,8 @@ void DefintionPageBuilder::createConnections()
     connect(m_ui->pushButton_add_extpoint, &QPushButton::clicked, this, [this] {
         commitSheets();
         createPointIn(Controller::instance()->definitionRoot());
+        // To the new row, where F2 goes to its name.
+        m_ui->defintionTree->setFocus(Qt::OtherFocusReason);
     });
     if (SourceDataManager *manager = Controller::instance()->sourceDataManager())
         connect(&manager->changes(), &ModelChanges::changed, this, &DefintionPageBuilder::follow);
@@ -150,7 +154,7 @@ void DefintionPageBuilder::createKeys()
     onKey(tree, QKeySequence(Qt::Key_Delete), [this, tree] {
         commitSheets();
         PointTreeWidgetItem *item = PointTreeWidgetItem::fromRow(tree->currentItem());
-        if (item && PointCreation::roleOf(item) != Role::Plugin)
+        if (item && isInSight(item) && PointCreation::roleOf(item) != Role::Plugin)
             destroyPoint(item);
     });
     onKey(tree, QKeySequence(Qt::Key_Insert), [this, tree] {

@@ -51,8 +51,8 @@ struct FileIdentity
     quint64 inode = 0;
 };
 
-/// What tells that a file was written since: equal stamps are of equal bytes, for all that a file system says. The times
-/// are nanoseconds since 1970, as stat(2) has them.
+/// What tells that a file was written since: equal stamps are of equal bytes, for all that a file system says. The
+/// times are nanoseconds since 1970, as stat(2) has them.
 struct FileStamp
 {
     /// Of the file that @p path leads to; an empty one for one that can't be reached.

@@ -68,6 +68,18 @@ FilterLine::FilterLine(QAbstractItemView *view, QHeaderView *header, RowFilter *
     header->installEventFilter(this);
 }
 
+void FilterLine::showCurrent(QAbstractItemView *view)
+{
+    auto *line = view->findChild<FilterLine *>();
+    const auto *tree = qobject_cast<QTreeWidget *>(view);
+    const auto *table = qobject_cast<QTableWidget *>(view);
+    const bool isHidden = tree ? !isInSight(tree->currentItem())
+                               : table && table->currentRow() >= 0 && table->isRowHidden(table->currentRow());
+    if (line && isHidden)
+        line->close();
+    view->scrollTo(view->currentIndex());
+}
+
 void FilterLine::open()
 {
     show();

@@ -20,6 +20,10 @@ public:
     /// The line of @p view, a tree of nodes or a table, made at the first time; null for any other view.
     [[nodiscard]] static FilterLine *of(QAbstractItemView *view);
 
+    /// Brings the current row of @p view into sight, which somebody has just made or asked for: a line that hides it is
+    /// closed.
+    static void showCurrent(QAbstractItemView *view);
+
     /// Shows the line, with what was typed before, and goes there.
     void open();
     /// Shows all rows and goes back to the view.

@@ -77,6 +77,13 @@ private:
 
 } // namespace
 
+bool isInSight(QTreeWidgetItem *row)
+{
+    while (row && !row->isHidden())
+        row = row->parent();
+    return !row;
+}
+
 void RowFilter::setNeedle(const QString &needle)
 {
     if (needle == m_needle)

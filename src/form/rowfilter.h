@@ -10,6 +10,9 @@ class QTableWidget;
 class QTreeWidget;
 class QTreeWidgetItem;
 
+/// Whether neither the row nor one above it is hidden: what nobody sees is not what a key is meant for.
+[[nodiscard]] bool isInSight(QTreeWidgetItem *row);
+
 /// Hides the rows of a view that don't hold a needle, and keeps it so while rows come, change and go. Touches neither
 /// the model nor the current row nor the selection, which may be hidden. GUI thread.
 class RowFilter : public QObject

@@ -78,6 +78,10 @@ private:
         if (before == after)
             return;
         compareAttributes(before, after);
+        if (before->kind != after->kind && !m_edited) {
+            m_edited = after;
+            m_key = QStringLiteral("type");
+        }
         QHash<const OwnState::Identity *, Part> old;
         for (const Part &child : before->children)
             old.insert(whoIs(child), child);

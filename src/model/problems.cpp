@@ -310,7 +310,7 @@ private:
             Severity::Error);
     }
 
-    /// Whether it says itself how it is shown, or has the form of id that "Child Type" gives.
+    /// Whether it says itself how it is shown, or has the form of id that "Child Type" or a drop gives.
     bool standsForItself(const Node *entry, const QString &id) const
     {
         constexpr int mostDigits = 4;
@@ -318,10 +318,12 @@ private:
             if (!entry->properties().text(label).isEmpty())
                 return true;
         }
-        const QString begin = m_manager.pluginId() + QLatin1Char('.') + entry->kind() + QLatin1Char('.');
+        const QString begin = m_manager.pluginId() + QLatin1Char('.') + entry->kind();
         if (!id.startsWith(begin, Qt::CaseInsensitive))
             return false;
-        const QString number = id.mid(begin.size());
+        // A drop leaves the dot out.
+        const int dot = id.midRef(begin.size()).startsWith(QLatin1Char('.')) ? 1 : 0;
+        const QString number = id.mid(begin.size() + dot);
         return !number.isEmpty() && number.size() <= mostDigits
             && std::all_of(number.cbegin(), number.cend(), [](QChar c) { return c.isDigit(); });
     }
@@ -442,7 +444,9 @@ QString Problems::ofTyped(
 {
     if (!node || text.isEmpty())
         return {};
-    const auto has = [&](PointObject *other) { return other != node && other->properties().text(key) == text; };
+    const auto has = [&](PointObject *other, Qt::CaseSensitivity letterCase = Qt::CaseSensitive) {
+        return other != node && other->properties().text(key).compare(text, letterCase) == 0;
+    };
     const Node *above = node->parentItem();
     if (isPoint(node) && key == idKey) {
         const Nodes points = manager.indexes()[NodeIndexes::Points].nodes(text);
@@ -462,7 +466,9 @@ QString Problems::ofTyped(
         }
     } else if (key == keyKey && above && (isPoint(above) || isSubPoint(above))) {
         for (PointObject *child : above->children()) {
-            if (has(child) && isSubPoint(child->item()) == isSubPoint(node))
+            // The index of points has the keys of sub points in lower case.
+            const bool sub = isSubPoint(node);
+            if (has(child, sub ? Qt::CaseInsensitive : Qt::CaseSensitive) && isSubPoint(child->item()) == sub)
                 return say(QT_TRANSLATE_NOOP("Problems", "%1 beside it has the same key"))
                     .arg(quoted(child->item()->kind()));
         }

@@ -1,5 +1,6 @@
 #include "siblingfiles.h"
 
+#include "extensionfile/logging.h"
 #include "model/keys.h"
 #include "modellog.h"
 #include "nodeindexes.h"
@@ -81,6 +82,11 @@ void becomeLike(Node *node, Node *fresh)
     setRows(node, rows);
 }
 
+QString goneReason(const QString &path)
+{
+    return ExtensionFile::oneLine(path) + QLatin1String(": No longer there.");
+}
+
 } // namespace
 
 void SiblingFiles::clear()
@@ -96,11 +102,30 @@ void SiblingFiles::list(const QStringList &paths, const QString &ownPath)
     m_ownPath = ownPath;
 }
 
-void SiblingFiles::note(const FileNews &news)
+void SiblingFiles::note(const QString &path, const FileNews &news)
 {
-    File &file = m_files[m_listing.at(news.index)];
+    File &file = m_files[path];
     file.stamp = news.stamp;
     file.failure = news.reason;
+    if (news.outcome == FileNews::Missing && !file.sets.isEmpty())
+        file.failure = goneReason(path);
+}
+
+void SiblingFiles::relist(const QStringList &paths)
+{
+    const QSet<QString> present(paths.cbegin(), paths.cend());
+    QStringList all = paths;
+    for (int i = m_listing.size() - 1; i >= 0; --i) {
+        const QString &path = m_listing.at(i);
+        if (present.contains(path) || m_files.value(path).sets.isEmpty())
+            continue;
+        File &file = m_files[path];
+        file.failure = goneReason(path);
+        file.stamp = {};
+        const int next = i + 1 < m_listing.size() ? all.indexOf(m_listing.at(i + 1)) : -1;
+        all.insert(next < 0 ? all.size() : next, path);
+    }
+    m_listing = all;
 }
 
 QVector<ExtensionFile::FileStamp> SiblingFiles::stamps(const QStringList &paths) const
@@ -126,20 +151,13 @@ QVector<UnreadableFile> SiblingFiles::unreadable() const
 bool SiblingFiles::takeIn(Node *points, const QStringList &paths, const QVector<Reading> &readings)
 {
     bool differs = false;
-    const QSet<QString> present(paths.cbegin(), paths.cend());
-    for (const QString &path : qAsConst(m_listing)) {
-        if (!present.contains(path)) {
-            differs |= replace(points, path, {});
-            m_files.remove(path);
-        }
-    }
-    m_listing = paths;
+    relist(paths);
     for (const Reading &reading : readings) {
         if (reading.news.outcome == FileNews::Unchanged)
             continue;
         const QString &path = paths.at(reading.news.index);
-        note(reading.news);
-        if (path == m_ownPath || reading.news.outcome == FileNews::Unreadable || !replace(points, path, reading.sets))
+        note(path, reading.news);
+        if (path == m_ownPath || reading.news.outcome != FileNews::Read || !replace(points, path, reading.sets))
             continue;
         qCInfo(scanLog, "%s: read again", qUtf8Printable(path));
         differs = true;

@@ -40,7 +40,7 @@ public:
     void clear();
     /// A scan begins: these are its files, and @p ownPath (empty for none) is the opened one.
     void list(const QStringList &paths, const QString &ownPath);
-    void note(const FileNews &news);
+    void note(const FileNews &news) { note(m_listing.at(news.index), news); }
     void addSet(int index, PointTreeWidgetItem *set) { m_files[m_listing.at(index)].sets.append(set); }
 
     /// How these files were when they were read last; an empty stamp for one that was not.
@@ -49,8 +49,9 @@ public:
     [[nodiscard]] QVector<UnreadableFile> unreadable() const;
 
     /// Has the points under @p points be those of these readings, one for each path of a new listing. A file that can't
-    /// be read any more keeps its points; one that has gone does not. The sets are destroyed or find their place. True
-    /// when there is anything else now; views are to be told.
+    /// be read any more keeps its points, and one that has gone, too: it may be about to come back, as in a change of
+    /// branches, and without them a save would take the marks off texts that they say are translatable. The sets are
+    /// destroyed or find their place. True when there is anything else now; views are to be told.
     [[nodiscard]] bool takeIn(PointTreeWidgetItem *points, const QStringList &paths, const QVector<Reading> &readings);
 
 private:
@@ -61,6 +62,9 @@ private:
         Sets sets;
     };
 
+    void note(const QString &path, const FileNews &news);
+    /// What is listed, with what was listed before and has gone.
+    void relist(const QStringList &paths);
     [[nodiscard]] bool replace(PointTreeWidgetItem *points, const QString &path, const Sets &fresh);
     [[nodiscard]] bool follow(PointTreeWidgetItem *set, PointTreeWidgetItem *fresh);
     void insert(PointTreeWidgetItem *points, const QString &path, PointTreeWidgetItem *set);

@@ -215,6 +215,9 @@ void SiblingScan::lookAgain()
     if (m_sequence || isLooking() || m_fileName.isEmpty())
         return;
     m_lookedAt = list();
+    // What can't be listed has not gone.
+    if (!m_unlisted.isEmpty())
+        return;
     m_look = sequence(m_lookedAt, [this](int index, bool isOpened, const Announcement &announcement) {
         receiveAgain(index, isOpened || index == m_lookedAt.own, announcement);
     });

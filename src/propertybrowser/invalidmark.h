@@ -1,5 +1,7 @@
 #pragma once
 
+#include "propertybrowser/propertybrowser_global.h"
+
 #include <QColor>
 #include <QWidget>
 
@@ -18,7 +20,7 @@ public:
     /// The red that stands out from @p background, or @p text where no red does.
     [[nodiscard]] static QColor color(const QColor &background, const QColor &text);
     /// @p text as pale as it may be and be read on @p background.
-    [[nodiscard]] static QColor paler(const QColor &background, const QColor &text);
+    [[nodiscard]] PROPERTYBROWSER_EXPORT static QColor paler(const QColor &background, const QColor &text);
     /// The wavy line alone, along the bottom of @p rect.
     static void paintWave(QPainter *painter, const QRectF &rect, const QColor &color);
 

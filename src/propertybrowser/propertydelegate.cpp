@@ -53,8 +53,9 @@ void PropertyDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
 
     const QPalette &palette = option.palette;
     const bool selected = option.state.testFlag(QStyle::State_Selected);
-    const QPalette::ColorGroup group
-        = option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+    const QPalette::ColorGroup group = option.state.testFlag(QStyle::State_Active) && option.widget->hasFocus()
+        ? QPalette::Active
+        : QPalette::Inactive;
     const QColor ink = palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
     if (dropsDown) {
         QStyleOption arrow;

@@ -3,6 +3,7 @@
 #include "form/problemmark.h"
 #include "form/rowatindex.h"
 #include "model/controller.h"
+#include "propertybrowser/invalidmark.h"
 
 EntryDelegate::EntryDelegate(QTreeWidget *tree) : QStyledItemDelegate(tree), m_tree(tree)
 {
@@ -21,5 +22,6 @@ void EntryDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIn
     QStyledItemDelegate::initStyleOption(option, index);
     PointTreeWidgetItem *row = rowAtIndex(m_tree, index);
     if (Controller::instance()->ownRealizations().isForeign(row))
-        option->palette.setColor(QPalette::Text, option->palette.color(QPalette::Disabled, QPalette::Text));
+        option->palette.setColor(QPalette::Text,
+            InvalidMark::paler(option->palette.color(QPalette::Base), option->palette.color(QPalette::Text)));
 }

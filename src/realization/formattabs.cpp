@@ -265,7 +265,7 @@ QString FormatTabs::nameOf(PointTreeWidgetItem *root)
 
 bool FormatTabs::wouldLoseItsName(PointTreeWidgetItem *root, const QString &key, const QVariant &value)
 {
-    if (!OwnRealizations::isRoot(root) || !value.toString().isEmpty() || (key != idKey && key != targetKey))
+    if (!root || !OwnRealizations::isRoot(root) || !value.toString().isEmpty() || (key != idKey && key != targetKey))
         return false;
     const QStringList names = namesOf(root);
     return names.size() == 1 && names.first() == root->property(key).toString();

@@ -1,5 +1,6 @@
 #include "formattree.h"
 
+#include "columnshare.h"
 #include "entrydelegate.h"
 #include "model/controller.h"
 #include "model/keys.h"
@@ -383,9 +384,9 @@ void FormatTree::fitColumns()
 {
     // The ids are what tells the rows apart, but the labels need some room as well.
     m_tree->resizeColumnToContents(0);
-    const int room = m_tree->viewport()->width() * 3 / 5;
-    const int narrowest = m_tree->fontMetrics().averageCharWidth() * 30;
-    m_tree->setColumnWidth(0, qBound(qMin(room, narrowest), m_tree->columnWidth(0), qMax(room, narrowest)));
+    const QAbstractItemView *view = m_tree;
+    m_tree->setColumnWidth(
+        0, firstOfTwoColumns(m_tree->viewport()->width(), m_tree->columnWidth(0), view->sizeHintForColumn(1)));
     m_fittedWidth = m_tree->columnWidth(0);
 }
 

@@ -8,6 +8,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QScopedValueRollback>
 
 #include <memory>
 
@@ -50,6 +51,14 @@ RealizationTreeWidget::Source sourceOf(What what)
 
 } // namespace
 
+NodeClipboard::NodeClipboard(FormatTree *formats) : m_formats(formats)
+{
+    QObject::connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, &m_context, [this] {
+        if (!m_taking)
+            m_what = What::Nothing;
+    });
+}
+
 void NodeClipboard::take(What what, PointTreeWidgetItem *node)
 {
     if (!node)
@@ -61,6 +70,7 @@ void NodeClipboard::take(What what, PointTreeWidgetItem *node)
         if (name.isEmpty())
             name = other;
     }
+    const QScopedValueRollback<bool> taking(m_taking, true);
     QGuiApplication::clipboard()->setText(name);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QObject>
 #include <QPointer>
 
 class FormatTree;
@@ -7,13 +8,14 @@ class PointTreeWidgetItem;
 
 /// What was copied or cut on the realization page: one node, which stays where it is until it is pasted. Pasting onto a
 /// row does what dropping the node there does, and nothing where that would do nothing; an entry that was copied and
-/// not cut is copied there. Forgotten when the node goes. Owned by the page; GUI thread.
+/// not cut is copied there. Forgotten when the node goes, and when something else is copied, here or in
+/// another program. Owned by the page; GUI thread.
 class NodeClipboard final
 {
 public:
     enum class What { Nothing, Point, Record, Entry, CutEntry };
 
-    explicit NodeClipboard(FormatTree *formats) : m_formats(formats) { }
+    explicit NodeClipboard(FormatTree *formats);
 
     /// The "id" of @p node, else its "key" or kind, goes to the system's clipboard as text. Null is allowed and changes
     /// nothing.
@@ -34,4 +36,6 @@ private:
     FormatTree *m_formats;
     What m_what = What::Nothing;
     QPointer<PointTreeWidgetItem> m_node;
+    bool m_taking = false;
+    QObject m_context; ///< of the connection to the system's clipboard
 };

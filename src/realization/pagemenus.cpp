@@ -2,7 +2,9 @@
 
 #include "form/drops/pointdrop.h"
 #include "form/drops/tabledrop.h"
+#include "form/filterline.h"
 #include "form/realizationtablewidget.h"
+#include "form/rowfilter.h"
 #include "formatediting.h"
 #include "formatmenu.h"
 #include "formattree.h"
@@ -114,24 +116,27 @@ void PageMenus::createKeys()
 
 PointTreeWidgetItem *PageMenus::currentPoint() const
 {
-    return PointTreeWidgetItem::fromRow(m_points->currentItem());
+    QTreeWidgetItem *row = m_points->currentItem();
+    return isInSight(row) ? PointTreeWidgetItem::fromRow(row) : nullptr;
 }
 
 PointTreeWidgetItem *PageMenus::currentEntry() const
 {
-    return PointTreeWidgetItem::fromRow(m_tree->widget()->currentItem());
+    QTreeWidgetItem *row = m_tree->widget()->currentItem();
+    return isInSight(row) ? PointTreeWidgetItem::fromRow(row) : nullptr;
 }
 
 PointTreeWidgetItem *PageMenus::currentRecord() const
 {
-    return m_records->record(m_table->currentRow());
+    const int row = m_table->currentRow();
+    return row >= 0 && !m_table->isRowHidden(row) ? m_records->record(row) : nullptr;
 }
 
 void PageMenus::deleteEntry()
 {
     m_target = currentEntry();
     m_formatMenu->fitTo(m_target);
-    if (m_formatMenu->deleteAction()->isEnabled() && m_target->isSelected())
+    if (m_target && m_formatMenu->deleteAction()->isEnabled() && m_target->isSelected())
         m_page->formatItemDel();
 }
 
@@ -173,6 +178,7 @@ void PageMenus::createRecord(PointTreeWidgetItem *point)
     if (point != m_points->currentItem())
         m_points->setCurrentItem(point);
     m_table->drop(point);
+    FilterLine::showCurrent(m_table);
     m_table->setFocus(Qt::OtherFocusReason);
 }
 
@@ -198,7 +204,7 @@ void PageMenus::paste(PointTreeWidgetItem *row)
     Controller::instance()->flushChanges();
     if (PointTreeWidgetItem *shown = m_tree->rowOf(copied)) {
         m_tree->widget()->setCurrentItem(shown);
-        m_tree->widget()->scrollToItem(shown);
+        FilterLine::showCurrent(m_tree->widget());
     }
     Q_EMIT m_page->modified(true);
 }

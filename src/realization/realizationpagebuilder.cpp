@@ -4,6 +4,7 @@
 #include "definition/metadialog.h"
 #include "definitionchanges.h"
 #include "form/extpointwidgetform.h"
+#include "form/filterline.h"
 #include "formatediting.h"
 #include "formattabbar.h"
 #include "formattabs.h"
@@ -59,9 +60,9 @@ void RealizationPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
         m_refillTimer.stop();
     });
 
-    ui->splitter_5->setStretchFactor(0, 0);
-    ui->splitter_5->setStretchFactor(1, 3);
-    ui->splitter_5->setStretchFactor(2, 2);
+    ui->splitter_5->setStretchFactor(0, 1);
+    ui->splitter_5->setStretchFactor(1, 4);
+    ui->splitter_5->setStretchFactor(2, 1);
     ui->splitter_5->setSizes({ 260, 600, 320 });
     ui->splitter_5->setChildrenCollapsible(false);
     ui->splitter_4->setChildrenCollapsible(false);
@@ -101,7 +102,7 @@ void RealizationPageBuilder::createConnections()
         &RealizationPageBuilder::onPropertyRealization);
     connect(m_ui->propertyRealization, &TreePropertyBrowser::resetRequested, this, [this](const QString &key) {
         m_sheet->commit();
-        if (m_sheet->reset(key))
+        if (!FormatTabs::wouldLoseItsName(m_sheet->node(), key, m_sheet->standard(key)) && m_sheet->reset(key))
             finishChange();
     });
     // What a drop has changed is seen before anybody hears of it.
@@ -371,7 +372,7 @@ void RealizationPageBuilder::showEntry(PointTreeWidgetItem *row)
     if (!m_formatTree->contains(row))
         return;
     m_formatTree->widget()->setCurrentItem(row);
-    m_formatTree->widget()->scrollToItem(row);
+    FilterLine::showCurrent(m_formatTree->widget());
     onFormatTreeItemClicked(row, 0);
 }
 

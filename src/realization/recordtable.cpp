@@ -1,5 +1,6 @@
 #include "recordtable.h"
 
+#include "columnshare.h"
 #include "extensionfile/showntext.h"
 #include "form/problemmark.h"
 #include "form/sheethelp.h"
@@ -319,14 +320,18 @@ void RecordTable::layOutColumns()
         const int byUser = m_userWidths.value(column, 0);
         return byUser ? byUser : own;
     };
-    // The id and the label share what the narrow columns leave over, and the last column takes what those leave: done
-    // here, since the header's own stretching never makes a column smaller that has just come.
+    // The id and the label share by their content what the narrow columns leave over, and the last column takes what
+    // those leave: done here, since the header's own stretching never makes a column smaller that has just come.
     const int available = m_table->viewport()->width();
     int left = available;
     for (int column = 2; column <= last; ++column)
         left -= width(column, header->sectionSizeHint(column));
-    const int label = width(1, qMax(left * 4 / 10, header->sectionSizeHint(1)));
-    const int id = width(0, qMax(left - label, minimumWidth));
+    const QAbstractItemView *view = m_table;
+    const auto wanted
+        = [&](int column) { return qMax(view->sizeHintForColumn(column), header->sectionSizeHint(column)); };
+    const int shared = qMin(firstOfTwoColumns(left, wanted(0), wanted(1)), left - header->sectionSizeHint(1));
+    const int id = width(0, qMax(shared, minimumWidth));
+    const int label = width(1, qMax(left - id, header->sectionSizeHint(1)));
     left = available;
     for (int column = 0; column < last; ++column) {
         const int own = column == 0 ? id : column == 1 ? label : width(column, header->sectionSizeHint(column));

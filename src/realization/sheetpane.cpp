@@ -90,6 +90,13 @@ void SheetPane::showHeading()
     m_sheet->setHeading(heading);
 }
 
+QVariant SheetPane::standard(const QString &key) const
+{
+    return subject() == Subject::Record || subject() == Subject::Holder
+        ? SheetRows::declared(m_node).defaults.value(key)
+        : QVariant();
+}
+
 bool SheetPane::reset(const QString &key)
 {
     if (subject() == Subject::Nothing || subject() == Subject::Foreign)
@@ -102,8 +109,8 @@ bool SheetPane::reset(const QString &key)
             m_node->setProperties(left);
         return had;
     }
-    const QVariant standard = SheetRows::declared(m_node).defaults.value(key);
-    m_node->setProperty(key, standard.isValid() ? standard : QVariant(QString()));
+    const QVariant declared = standard(key);
+    m_node->setProperty(key, declared.isValid() ? declared : QVariant(QString()));
     return true;
 }
 

@@ -47,6 +47,8 @@ public:
     /// As above, but only where it differs.
     void refresh();
 
+    /// What the row @p key of the sheet has when nobody has given it a value; null for nothing.
+    [[nodiscard]] QVariant standard(const QString &key) const;
     /// Gives up the own value of the row @p key: a record gets the declared default, an entry shows the record's again.
     /// False when there is none to give up.
     [[nodiscard]] bool reset(const QString &key);

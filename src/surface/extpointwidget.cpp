@@ -30,6 +30,7 @@ ExtPointWidget::ExtPointWidget(QWidget *parent)
     : QWidget(parent), ui(new Ui::ExtPointWidget), controller(Controller::instance())
 {
     ui->setupUi(this);
+    ui->tabWidget->setAccessibleName(tr("Pages"));
     controller->setMainWidget(this);
     defintionBuilder = new DefintionPageBuilder(ui, nullptr);
     realizationBuilder = new RealizationPageBuilder(ui, nullptr);

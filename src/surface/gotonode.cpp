@@ -26,26 +26,13 @@ PointTreeWidgetItem *nearestWithRow(PointTreeWidgetItem *node, const QTreeWidget
     return node;
 }
 
-void closeFilter(QAbstractItemView *view)
-{
-    auto *line = view->findChild<FilterLine *>();
-    if (line && !line->isHidden())
-        line->close();
-}
-
 bool goToRow(QTreeWidget *tree, QTreeWidgetItem *row)
 {
     if (!row)
         return false;
-    for (const QTreeWidgetItem *above = row; above; above = above->parent()) {
-        if (above->isHidden()) {
-            closeFilter(tree);
-            break;
-        }
-    }
     tree->setFocus(Qt::OtherFocusReason);
     tree->setCurrentItem(row);
-    tree->scrollToItem(row);
+    FilterLine::showCurrent(tree);
     return true;
 }
 
@@ -53,11 +40,9 @@ void goToCell(QTableWidget *table, int row)
 {
     if (row < 0 || row >= table->rowCount())
         return;
-    if (table->isRowHidden(row))
-        closeFilter(table);
     table->setFocus(Qt::OtherFocusReason);
     table->setCurrentCell(row, 0);
-    table->scrollToItem(table->item(row, 0));
+    FilterLine::showCurrent(table);
 }
 
 bool showDefinition(const Ui::ExtPointWidget &ui, PointTreeWidgetItem *node)

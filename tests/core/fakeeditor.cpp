@@ -159,7 +159,10 @@ FakeEditor::FakeEditor(bool deletesWidget)
     auto *widget = new QWidget;
     widget->setObjectName(QStringLiteral("fakeWidget"));
     m_tabs->setObjectName(QStringLiteral("tabWidget"));
-    m_tabs->addTab(new QLineEdit, QStringLiteral("First"));
+    m_tabs->setAccessibleName(QStringLiteral("Pages"));
+    auto *line = new QLineEdit;
+    line->setAccessibleName(QStringLiteral("Line"));
+    m_tabs->addTab(line, QStringLiteral("First"));
     m_tabs->addTab(new QWidget, QStringLiteral("Second"));
     (new QVBoxLayout(widget))->addWidget(m_tabs);
     setWidget(widget);

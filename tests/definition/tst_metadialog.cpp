@@ -1,6 +1,7 @@
 #include "realization/realizationpage.h"
 
 #include "definition/metadialog.h"
+#include "accessiblewalk.h"
 #include "tabcycle.h"
 
 #include <QSignalSpy>
@@ -120,6 +121,7 @@ void TestMetaDialog::keys()
     QCOMPARE(cycle.size(), 5);
     QVERIFY2(cycle.complaint(false).isEmpty(), qPrintable(cycle.complaint(false)));
     QVERIFY2(cycle.complaint(true).isEmpty(), qPrintable(cycle.complaint(true)));
+    QCOMPARE(AccessibleWalk::complaints(opened.dialog.get()), QString());
 }
 
 void TestMetaDialog::closingKeepsWhatWasTyped()

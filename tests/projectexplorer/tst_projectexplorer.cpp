@@ -1,4 +1,5 @@
 #include "projectexplorer/productdock.h"
+#include "accessiblewalk.h"
 #include "tabcycle.h"
 
 #include <QDir>
@@ -133,6 +134,7 @@ void tst_ProjectExplorer::tabComesRound()
     QCOMPARE(cycle.size(), 2);
     QVERIFY2(cycle.complaint(false).isEmpty(), qPrintable(cycle.complaint(false)));
     QVERIFY2(cycle.complaint(true).isEmpty(), qPrintable(cycle.complaint(true)));
+    QCOMPARE(AccessibleWalk::complaints(m_dock.get()), QString());
 }
 
 void tst_ProjectExplorer::filter()

@@ -1,5 +1,6 @@
 // What can be done with the keys alone, on both pages.
 
+#include "accessiblewalk.h"
 #include "realizationpage.h"
 #include "tabcycle.h"
 
@@ -180,6 +181,7 @@ void TestKeys::tabComesRound()
     QVERIFY2(cycle.size() >= least, QByteArray::number(cycle.size()).constData());
     QVERIFY2(cycle.complaint(false).isEmpty(), qPrintable(cycle.complaint(false)));
     QVERIFY2(cycle.complaint(true).isEmpty(), qPrintable(cycle.complaint(true)));
+    QCOMPARE(AccessibleWalk::complaints(page.widget.get()), QString());
     QCOMPARE(page.modified, 0);
 }
 

@@ -47,11 +47,10 @@ public:
         };
         const bool beside
             = editable && onto > 0 && !lines.at(onto).id.startsWith(QLatin1Char('t')) && takes(above(lines, onto));
-        // Eighths of the row at each of its ends; those of an entry meet where nothing goes in between.
-        const int edge = takes(onto) ? 2 : isEntry ? 4 : 3;
-        if (beside && eighth < edge)
+        // In eighths of the row. On a row that takes nothing an entry goes before it, but for the lower quarter.
+        if (beside && eighth < (takes(onto) ? 2 : isEntry ? 6 : 3))
             place = DropPlan::Place::Before;
-        else if (beside && eighth >= 8 - edge)
+        else if (beside && eighth >= (takes(onto) || isEntry ? 6 : 5))
             place = DropPlan::Place::After;
         else if (takes(onto))
             place = DropPlan::Place::Into;

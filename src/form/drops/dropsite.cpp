@@ -3,12 +3,15 @@
 #include "model/controller.h"
 #include "model/pointtreewidgetitem.h"
 
+#include <algorithm>
+
 MergedSources::MergedSources(const QMultiHash<const PointTreeWidgetItem *, PointTreeWidgetItem *> &sources)
 {
     m_sources.reserve(sources.size());
-    // The values of one key come newest first.
     for (auto it = sources.cbegin(); it != sources.cend(); ++it)
-        m_sources.prepend({ it.key(), it.value() });
+        m_sources.append({ it.key(), it.value() });
+    // The values of one key come newest first.
+    std::reverse(m_sources.begin(), m_sources.end());
 }
 
 MergedSources::Nodes MergedSources::of(const PointTreeWidgetItem *row) const
@@ -48,11 +51,13 @@ DropPlan DropSite::beside(const Allows &allows) const
 
 DropPlan DropSite::choose(const DropPlan &onto, const DropPlan &beside) const
 {
-    constexpr int eighths = 8;
-    const int edge = onto.place == DropPlan::Place::Into ? 2 : onto ? 4 : 3;
-    if (!beside || (eighth >= edge && eighth < eighths - edge))
+    const bool isInto = onto.place == DropPlan::Place::Into;
+    // Eighths of the row: those above the first are "before", those from the second on "after".
+    const int before = isInto ? 2 : onto ? 6 : 3;
+    const int after = isInto || onto ? 6 : 5;
+    if (!beside || (eighth >= before && eighth < after))
         return onto;
-    return beside.at(eighth < edge ? DropPlan::Place::Before : DropPlan::Place::After);
+    return beside.at(eighth < before ? DropPlan::Place::Before : DropPlan::Place::After);
 }
 
 DropSite DropSite::above() const

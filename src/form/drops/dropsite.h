@@ -57,8 +57,8 @@ struct DropSite
 
     /// What holds for the part that is pointed at: @p onto is what a drop onto the middle of the row does, @p beside a
     /// plan to go before it, or none. The upper quarter is "before" then and the lower one "after". Where nothing goes
-    /// into the row there is more room for them: they meet where the middle means "before" itself, else a quarter is
-    /// left between them.
+    /// into the row there is more room for them: where the middle means "before" itself, all but the lower quarter
+    /// does, else a quarter is left between them.
     [[nodiscard]] DropPlan choose(const DropPlan &onto, const DropPlan &beside) const;
 
     /// The same place in the same tree, one row up; without a row at the top.

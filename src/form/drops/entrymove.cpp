@@ -181,7 +181,9 @@ DropOutcome EntryMove::perform(const DropSite &site, PointTreeWidgetItem *dragge
 PointTreeWidgetItem *EntryMove::copy(const DropSite &site, PointTreeWidgetItem *dragged)
 {
     const DropPlan what = plan(site, dragged);
-    if (!what)
+    const PointTreeWidgetItem *into = what && what.place != DropPlan::Place::Into ? site.above().row : site.row;
+    // A move takes a bar along; a copy would be a second one.
+    if (!what || AllowedKinds::isTakenAlready(into, dragged->kind().toLower()))
         return nullptr;
     PointTreeWidgetItem *saved = savedNode(dragged);
     PointTreeWidgetItem *beside = savedNode(site.row);
