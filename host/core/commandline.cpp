@@ -9,6 +9,8 @@ namespace Core {
 
 namespace {
 
+constexpr int MostFiles = 20;
+
 /// Why a command line that consists of known options is no good; empty when it is.
 QString whyRefused(const CommandLine &line, const QStringList &files, const QStringList &values, const QString &page)
 {
@@ -16,15 +18,15 @@ QString whyRefused(const CommandLine &line, const QStringList &files, const QStr
         return QStringLiteral("an option has an empty value");
     if (files.contains(QString()))
         return QStringLiteral("the file name is empty");
-    if (files.size() > 1)
-        return QStringLiteral("more than one file: %1").arg(files.at(1));
+    if (files.size() > (line.isJob() ? 1 : MostFiles))
+        return QStringLiteral("too many files: %1").arg(files.at(line.isJob() ? 1 : MostFiles));
     if (!page.isEmpty() && line.page == CommandLine::Page::Unchanged)
         return QStringLiteral("unknown page %1").arg(page);
     if (line.request != CommandLine::Request::Start)
         return QString();
     if (line.force && !line.save)
         return QStringLiteral("--force needs --save");
-    if (line.file.isEmpty() && (line.save || line.timings))
+    if (line.files.isEmpty() && (line.save || line.timings))
         return QStringLiteral("%1 needs a file").arg(QLatin1String(line.save ? "--save" : "--timings"));
     return QString();
 }
@@ -48,7 +50,9 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         result.request = Request::Help;
     else if (isSet("version"))
         result.request = Request::Version;
-    result.file = parser.positionalArguments().value(0);
+    const QStringList files = parser.positionalArguments();
+    for (const QString &file : files.mid(0, MostFiles))
+        result.files.append(FileTarget::of(file, &result.error));
     result.pluginPaths = parser.values(pluginPath);
     result.screenshot = parser.value(screenshot);
     if (parser.value(page) == QLatin1String("definition"))
@@ -62,8 +66,9 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     result.verbose = isSet("verbose");
 
     const QStringList values = parser.values(page) + parser.values(pluginPath) + parser.values(screenshot);
-    result.error = understood ? whyRefused(result, parser.positionalArguments(), values, parser.value(page))
-                              : parser.errorText();
+    const QString refusal = understood ? whyRefused(result, files, values, parser.value(page)) : parser.errorText();
+    if (!refusal.isEmpty())
+        result.error = refusal;
     if (!result.error.isEmpty())
         result.request = Request::Refuse;
     return result;
@@ -71,7 +76,7 @@ CommandLine CommandLine::parse(const QStringList &arguments)
 
 QString CommandLine::usage()
 {
-    return QStringLiteral("Usage: extpoint-workbench [OPTION...] [FILE]\n");
+    return QStringLiteral("Usage: extpoint-workbench [OPTION...] [FILE[:LINE[:COLUMN]]...]\n");
 }
 
 QString CommandLine::help()
@@ -79,7 +84,11 @@ QString CommandLine::help()
     return usage()
         + QStringLiteral(
             "Edit the extension points that a plug-in declares and the data it gives to those of others.\n"
-            "FILE is the \"extension.xml\" in the plug-in's directory.\n"
+            "FILE is the \"extension.xml\" in the plug-in's directory. Each one has a window of its own; where "
+            "another\n"
+            "process of the user's has it open already, that window comes forward. With LINE, what stands there in "
+            "the\n"
+            "file is shown first.\n"
             "\n"
             "  --page definition|realization  show this page first\n"
             "  --plugin-path DIR              load plug-ins of the workbench from DIR (may be repeated);\n"
@@ -89,8 +98,8 @@ QString CommandLine::help()
             "  --help                         print this text\n"
             "  --version                      print the version\n"
             "\n"
-            "These do one thing once the neighbouring plug-ins have been read, and quit; the exit code is 0 when it\n"
-            "worked, 1 when not, and 2 when the options make no sense:\n"
+            "These do one thing once the neighbouring plug-ins have been read, and quit; FILE may be open in a window\n"
+            "meanwhile. The exit code is 0 when it worked, 1 when not, and 2 when the options make no sense:\n"
             "  --screenshot PNG               write a picture of the window\n"
             "  --save                         save FILE through the editor; needs no display; prints what that "
             "changes\n"

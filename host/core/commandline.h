@@ -1,8 +1,11 @@
 #pragma once
 
+#include "core/filetarget.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 namespace Core {
 
@@ -21,9 +24,9 @@ struct CommandLine
 
     Request request = Request::Start;
     QString error;
-    QString file;            ///< As given; empty without one.
-    QStringList pluginPaths; ///< Empty: the default directory.
-    QString screenshot;      ///< Path of the picture, empty for none.
+    QVector<FileTarget> files; ///< As given; a job has one at most.
+    QStringList pluginPaths;   ///< Empty: the default directory.
+    QString screenshot;        ///< Path of the picture, empty for none.
     Page page = Page::Unchanged;
     bool save = false;
     bool force = false;
@@ -34,7 +37,10 @@ struct CommandLine
     /// True when the program quits by itself once it has done what it was asked for.
     [[nodiscard]] bool isJob() const { return save || timings || !screenshot.isEmpty(); }
 
-    /// @p arguments without the program's name.
+    /// The first one; empty without any.
+    [[nodiscard]] FileTarget file() const { return files.value(0); }
+
+    /// @p arguments without the program's name. Looks at the disk for what is a file and what a place in one.
     [[nodiscard]] static CommandLine parse(const QStringList &arguments);
     /// Needs no application object.
     [[nodiscard]] static QString usage();

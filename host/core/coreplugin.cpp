@@ -128,7 +128,7 @@ void CorePlugin::extensionsInitialized()
     const bool invisible = m_commandLine.save && m_commandLine.screenshot.isEmpty();
     // A window that is to show a file comes up with it: there would be nothing to see before, and its layout is half of
     // the work.
-    if (!invisible && m_commandLine.file.isEmpty())
+    if (!invisible && m_commandLine.files.isEmpty())
         m_window->show();
     QTimer::singleShot(0, m_job.get(), [this, invisible] {
         int problems = 0;
@@ -139,6 +139,9 @@ void CorePlugin::extensionsInitialized()
         m_job->start();
         if (!invisible)
             m_window->show();
+        for (const FileTarget &further : m_commandLine.files.mid(1))
+            if (!startSecondProcess(further.toArgument()))
+                qWarning("%s: no window could be started for it", qUtf8Printable(further.path));
     });
 }
 
@@ -154,7 +157,7 @@ void CorePlugin::aboutToShutdown()
     m_settings.reset();
 }
 
-bool CorePlugin::startSecondProcess(const QString &path) const
+bool CorePlugin::startSecondProcess(const QString &file) const
 {
     QStringList arguments;
     for (const QString &directory : m_commandLine.pluginPaths)
@@ -163,7 +166,7 @@ bool CorePlugin::startSecondProcess(const QString &path) const
         arguments << QStringLiteral("--dark");
     if (m_commandLine.verbose)
         arguments << QStringLiteral("--verbose");
-    arguments << QStringLiteral("--") << path;
+    arguments << QStringLiteral("--") << file;
     return QProcess::startDetached(QCoreApplication::applicationFilePath(), arguments);
 }
 

@@ -33,7 +33,8 @@ public:
     void aboutToShutdown() override;
 
 private:
-    [[nodiscard]] bool startSecondProcess(const QString &path) const;
+    /// @p file as on the command line.
+    [[nodiscard]] bool startSecondProcess(const QString &file) const;
 
     CommandLine m_commandLine;
     std::unique_ptr<QTemporaryDir> m_passingSettingsDirectory;

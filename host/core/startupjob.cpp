@@ -67,17 +67,20 @@ StartupJob::StartupJob(const CommandLine &commandLine, MainWindow &window, Edito
 void StartupJob::start()
 {
     m_sinceStart.start();
-    if (!m_commandLine.file.isEmpty() && m_commandLine.isJob()) {
-        const OpenOutcome outcome = m_window.openHere(m_commandLine.file);
+    const FileTarget file = m_commandLine.file();
+    if (!file.path.isEmpty() && m_commandLine.isJob()) {
+        const OpenOutcome outcome = m_window.openHere(file.path);
         if (!outcome.editor) {
             fail(outcome.error);
             return;
         }
-    } else if (!m_commandLine.file.isEmpty()) {
-        m_window.openFile(m_commandLine.file);
+    } else if (!file.path.isEmpty()) {
+        m_window.openFile(file.path);
     }
     m_openTime = m_sinceStart.nsecsElapsed();
     showPage();
+    if (file.line > 0 && m_window.currentEditor())
+        m_window.currentEditor()->gotoLine(file.line, qMax(0, file.column - 1));
     if (!m_commandLine.isJob())
         return;
     m_sinceStart.restart();
@@ -150,7 +153,7 @@ void StartupJob::work()
     }
     if (m_commandLine.save) {
         // While the product was read somebody may have written, or be writing.
-        if (!QFileInfo::exists(m_commandLine.file) || !m_window.fileCare().maySave()) {
+        if (!QFileInfo::exists(m_commandLine.file().path) || !m_window.fileCare().maySave()) {
             fail(tr("The file was changed by another program while the product was read."));
             return;
         }
@@ -203,7 +206,7 @@ QString StartupJob::printTimings() const
 
 void StartupJob::tell(const QString &reason) const
 {
-    const QString subject = m_commandLine.file.isEmpty() ? m_commandLine.screenshot : m_commandLine.file;
+    const QString subject = m_commandLine.files.isEmpty() ? m_commandLine.screenshot : m_commandLine.file().path;
     std::fprintf(stderr, "extpoint-workbench: %s: %s\n", qPrintable(Utils::oneLine(subject)),
         qPrintable(Utils::oneLine(reason.simplified())));
 }

@@ -3,6 +3,7 @@
 #include "extpointeditordocument.h"
 #include "extpointeditorplugin.h"
 #include "foundnodes.h"
+#include "linejump.h"
 #include "model/nodewords.h"
 #include "model/pointtreewidgetitem.h"
 #include "model/problemwatch.h"
@@ -37,6 +38,12 @@ Core::IDocument *ExtPointEditorW::document()
 QWidget *ExtPointEditorW::toolBar()
 {
     return nullptr;
+}
+
+void ExtPointEditorW::gotoLine(int line, int column, bool)
+{
+    delete m_jump;
+    m_jump = new LineJump(*m_document, *m_widget, line, column > 0 ? column + 1 : 0, this);
 }
 
 QVariantMap ExtPointEditorW::viewState() const

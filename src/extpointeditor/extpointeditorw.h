@@ -4,6 +4,8 @@
 
 #include <core/ieditor.h>
 
+#include <QPointer>
+
 class ExtPointWidget;
 class PointTreeWidgetItem;
 
@@ -11,6 +13,7 @@ namespace PointEditor::Internal {
 
 class ExtPointEditorDocument;
 class ExtPointEditorPlugin;
+class LineJump;
 
 /// The host's editor object for one opened extension file. Owned by the host, as is the widget that it hands over; owns
 /// its document.
@@ -28,6 +31,9 @@ public:
     [[nodiscard]] Core::IDocument *document() override;
     /// Null: this editor has none.
     [[nodiscard]] QWidget *toolBar() override;
+
+    /// Shows what became of the element that starts there.
+    void gotoLine(int line, int column, bool centerLine) override;
 
     [[nodiscard]] QVariantMap viewState() const override;
     void setViewState(const QVariantMap &state) override;
@@ -47,6 +53,7 @@ private:
     ExtPointEditorDocument *m_document;
     ExtPointEditorPlugin *m_plugin;
     ExtPointWidget *m_widget;
+    QPointer<LineJump> m_jump;
     Presenter m_presenter;
 };
 

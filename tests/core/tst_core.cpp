@@ -3,6 +3,7 @@
 #include "core/recentfiles.h"
 #include "files.h"
 
+#include <QDir>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -26,6 +27,7 @@ class tst_Core : public QObject
     Q_OBJECT
 
 private slots:
+    void cleanup() { QDir::setCurrent(QDir::rootPath()); }
     void logLines();
     void commandLine_data();
     void commandLine();
@@ -64,6 +66,10 @@ void tst_Core::commandLine_data()
     const auto row = [](const char *line, const char *expected) { QTest::newRow(line) << s(line) << s(expected); };
     row("", "");
     row("a.xml", "file=a.xml");
+    row("a.xml b.xml:3 c.xml:3:14 d.xml:3:14:", "file=a.xml file=b.xml@3,0 file=c.xml@3,14 file=d.xml@3,14");
+    row("a.xml: a.xml:3a a.xml:-3 :3 3", "file=a.xml: file=a.xml:3a file=a.xml:-3 file=:3 file=3");
+    // The directory holds files of the names "there:12" and "there:12:3".
+    row("there:12 there:12:3 there:12:4 there:13", "file=there:12 file=there:12:3 file=there:12@4,0 file=there@13,0");
     row("-- --save", "file=--save");
     row("--page=realization a.xml", "file=a.xml realization");
     row("--plugin-path p --plugin-path=q=r", "paths=p,q=r");
@@ -77,8 +83,11 @@ void tst_Core::commandLine_data()
     row("--screenshot= a.xml", "an option has an empty value");
     row("--page third", "unknown page third");
     row("--force a.xml", "--force needs --save");
-    row("--help a.xml b.xml", "more than one file: b.xml");
-    row("a.xml b.xml", "more than one file: b.xml");
+    row("--save a.xml b.xml", "too many files: b.xml");
+    row("1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21", "too many files: 21");
+    row("a.xml:0", "a.xml:0: there is no line or column 0");
+    row("a.xml:1:0", "a.xml:1:0: there is no line or column 0");
+    row("a.xml:99999999999", "a.xml:99999999999: there is no line or column 99999999999");
     row("--save", "--save needs a file");
 }
 
@@ -86,6 +95,10 @@ void tst_Core::commandLine()
 {
     QFETCH(QString, line);
     QFETCH(QString, expected);
+    const QTemporaryDir dir;
+    QVERIFY(QDir::setCurrent(dir.path()));
+    writeFile(s("there:12"), {});
+    writeFile(s("there:12:3"), {});
     const CommandLine parsed = CommandLine::parse(line.split(QLatin1Char(' '), Qt::SkipEmptyParts));
     if (parsed.request == CommandLine::Request::Refuse) {
         QCOMPARE(parsed.error, expected);
@@ -98,8 +111,13 @@ void tst_Core::commandLine()
     };
     add(parsed.request == CommandLine::Request::Help, "help");
     add(parsed.isJob(), "job");
-    if (!parsed.file.isEmpty())
-        words.append(s("file=") + parsed.file);
+    for (const Core::FileTarget &file : parsed.files) {
+        words.append(
+            s("file=") + file.path + (file.line > 0 ? s("@%1,%2").arg(file.line).arg(file.column) : QString()));
+        QString error;
+        const Core::FileTarget again = Core::FileTarget::of(file.toArgument(), &error);
+        QVERIFY(again.path == file.path && again.line == file.line && again.column == file.column);
+    }
     if (!parsed.pluginPaths.isEmpty())
         words.append(s("paths=") + parsed.pluginPaths.join(QLatin1Char(',')));
     if (!parsed.screenshot.isEmpty())

@@ -102,11 +102,11 @@ void tst_Workbench::answers_data()
     const auto row = [](const char *name, const char *command, int code, const char *error, const char *output = "") {
         QTest::newRow(name) << s(command) << code << s(output) << s(error);
     };
-    const char *const usage = "Usage: extpoint-workbench [OPTION...] [FILE]\n";
+    const char *const usage = "Usage: extpoint-workbench [OPTION...] [FILE[:LINE[:COLUMN]]...]\n";
     row("help without a display", "QT_QPA_PLATFORM=xcb $w --help", 0, "", usage);
     row("version without a display", "QT_QPA_PLATFORM=xcb $w --version", 0, "", "extpoint-workbench 4.0.2\n");
     row("unknown option", "QT_QPA_PLATFORM=xcb $w --nope", 2,
-        "extpoint-workbench: Unknown option 'nope'.\nUsage: extpoint-workbench [OPTION...] [FILE]\n");
+        "extpoint-workbench: Unknown option 'nope'.\nUsage: extpoint-workbench [OPTION...] [FILE[:LINE[:COLUMN]]...]\n");
     row("without the core", "$w --plugin-path . --save a.fake", 1,
         "extpoint-workbench: The plug-in \"Core\" could not be loaded.\n");
 

@@ -534,28 +534,36 @@ QStringList linesOf(Core::ProductSearch *search, int most)
 void TestExtPointEditor::resultsLeadTo_data()
 {
     QTest::addColumn<QString>("needle");
-    QTest::addColumn<QString>("first"); ///< of the lines
-    QTest::addColumn<QString>("place"); ///< where it leads
-    const auto row = [](const char *name, const char *needle, const char *first, const char *place) {
-        QTest::newRow(name) << s(needle) << s(first) << s(place);
-    };
+    QTest::addColumn<QString>("first");   ///< of the lines
+    QTest::addColumn<QString>("place");   ///< where it leads
+    QTest::addColumn<QByteArray>("text"); ///< where it begins in the file, and leads there as well
+    const auto row
+        = [](const char *name, const char *needle, const char *first, const char *place, const char *text = "") {
+              QTest::newRow(name) << s(needle) << s(first) << s(place) << QByteArray(text);
+          };
     row("own plug-in", "saltmere.CHARTDESK", "plug-in|saltmere.chartdesk|Chart Desk|saltmere.chartdesk|",
-        "0 defintionTree saltmere.chartdesk");
+        "0 defintionTree saltmere.chartdesk", "<Plugin ");
     row("own point, though others have the word earlier", "saltmere.chart.layers",
-        "point|saltmere.chart.layers|Chart layers|saltmere.chartdesk|", "0 defintionTree Chart layers");
+        "point|saltmere.chart.layers|Chart layers|saltmere.chartdesk|", "0 defintionTree Chart layers",
+        "description=\"Everything");
     row("own sub point", "legend", "sub point|legend|Legend entry|saltmere.chartdesk|saltmere.chart.layers",
-        "0 defintionTree Legend entry");
+        "0 defintionTree Legend entry", "<SubExtPoint key=\"legend");
     row("own attribute", "opacity", "attribute|opacity|Opacity|saltmere.chartdesk|saltmere.chart.layers",
-        "0 defintionTable opacity");
+        "0 defintionTable opacity", "<Double key=\"opacity");
     row("choice of an own attribute", "raster", "choice|2|Raster|saltmere.chartdesk|saltmere.chart.layers > source",
-        "0 enumTable 2");
+        "0 enumTable 2", "<Data key=\"2\" text=\"Raster");
     row("a text that is no label", "Leuchtfeuer", "", "");
     row("own entry", "chart.layer.lights",
         "entry|chart.layer.lights|Lights and sectors|saltmere.chartdesk|saltmere.layout.layers, in chart.group.marks",
-        "1 formatTree saltmere.layout.layers chart.layer.lights");
+        "1 formatTree saltmere.layout.layers chart.layer.lights", "<layer id=\"chart.layer.lights\" text=\"Li");
     row("own record by its label", "Coast line",
-        "record|chart.layer.land|Coast line|saltmere.chartdesk|saltmere.chart.layers",
-        "1 realizTable chart.layer.land");
+        "record|chart.layer.land|Coast line|saltmere.chartdesk|saltmere.chart.layers", "1 realizTable chart.layer.land",
+        "source=\"Vector\" order=\"1\"");
+    row("record of a sibling's point", "chart.panel.tools",
+        "record|chart.panel.tools|Tool box|saltmere.chartdesk|saltmere.shell.panel", "1 realizTable chart.panel.tools",
+        "<panel id=\"chart.panel.tools");
+    row("sibling's point by what holds its records", "saltmere.shell.panel",
+        "point|saltmere.shell.panel|Panels|saltmere.shell|", "1 realizationTree Panels", "id=\"saltmere.shell.panel");
     row("sibling", "saltmere.tides", "plug-in|saltmere.tides|Tide Tables|saltmere.tides|",
         "1 realizationTree saltmere.tides");
 }
@@ -574,6 +582,19 @@ void TestExtPointEditor::resultsLeadTo()
         return;
     QVERIFY(editor.searchable()->goTo(results.first()));
     QTEST(editor.place(), "place");
+
+    QFETCH(const QByteArray, text);
+    if (text.isEmpty())
+        return;
+    const QByteArray content = read(sample.path("chartdesk"));
+    const int offset = content.indexOf(text);
+    QVERIFY(offset > 0);
+    // Asked for before the siblings have been read.
+    const OpenedEditor fresh(m_factory);
+    QCOMPARE(fresh.open(sample.path("chartdesk")), Core::IDocument::OpenResult::Success);
+    fresh->gotoLine(1 + content.left(offset).count('\n'));
+    QTRY_VERIFY(!fresh.busy());
+    QTEST(fresh.place(), "place");
 }
 
 void TestExtPointEditor::usersAreFound_data()
