@@ -6,6 +6,7 @@
 #include "core/icore.h"
 #include "core/logdock.h"
 #include "core/mainwindow.h"
+#include "core/onewindowperfile.h"
 #include "core/problemsdock.h"
 #include "core/quitsignals.h"
 #include "core/readablepalette.h"
@@ -110,6 +111,7 @@ bool CorePlugin::initialize(const QStringList &arguments, QString *errorString)
     // A run that quits by itself is ended by a signal as any tool is: what it writes is written at once or not at all.
     if (!m_commandLine.isJob()) {
         m_window->setRecoveryStore(std::make_shared<RecoveryStore>());
+        m_onlyWindow = new OneWindowPerFile(*m_window, *m_editors);
         m_quitSignals = std::make_unique<QuitSignals>();
         connect(m_quitSignals.get(), &QuitSignals::asked, m_window.get(), &MainWindow::endSession);
         keepBeforeExit(m_window.get());
@@ -123,6 +125,15 @@ bool CorePlugin::initialize(const QStringList &arguments, QString *errorString)
 
 void CorePlugin::extensionsInitialized()
 {
+    QVector<FileTarget> &files = m_commandLine.files;
+    if (m_onlyWindow && !files.isEmpty()) {
+        while (!files.isEmpty() && m_onlyWindow->isElsewhere(files.first()))
+            files.removeFirst();
+        if (files.isEmpty()) {
+            QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+            return;
+        }
+    }
     m_job = std::make_unique<StartupJob>(m_commandLine, *m_window, *m_editors);
     m_window->restorePlace();
     const bool invisible = m_commandLine.save && m_commandLine.screenshot.isEmpty();

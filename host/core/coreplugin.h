@@ -14,6 +14,7 @@ namespace Core {
 class EditorManager;
 class ICore;
 class MainWindow;
+class OneWindowPerFile;
 class QuitSignals;
 class StartupJob;
 
@@ -41,6 +42,7 @@ private:
     std::unique_ptr<QSettings> m_settings;
     std::unique_ptr<EditorManager> m_editors;
     std::unique_ptr<MainWindow> m_window;
+    OneWindowPerFile *m_onlyWindow = nullptr; ///< The window's; null for a run that is a job.
     std::unique_ptr<ICore> m_core;
     std::unique_ptr<QuitSignals> m_quitSignals;
     std::unique_ptr<StartupJob> m_job;

@@ -111,6 +111,9 @@ void MainWindow::openRecovered(const QString &path, const RecoveryCopy &copy)
             showMessage(QStringLiteral("errorMessage"), tr("The changes could not be restored."), path, error);
         return;
     }
+    // That window offers it.
+    if (!m_editor && m_isElsewhere && m_isElsewhere(path))
+        return;
     const DiskState state = DiskState::of(path);
     if (m_editor || path == copy.key.path || state.kind == DiskState::Missing || state.hash == copy.originalHash)
         restore(path, copy);

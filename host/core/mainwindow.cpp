@@ -250,11 +250,11 @@ void MainWindow::openFile(const QString &path)
         return;
     const QString file = QFileInfo(path).absoluteFilePath();
     if (m_editor && isSameFile(file, pathOf(m_editor))) {
-        setWindowState(windowState() & ~Qt::WindowMinimized);
-        raise();
-        activateWindow();
+        comeForward();
         return;
     }
+    if (m_isElsewhere && m_isElsewhere(file))
+        return;
     if (m_editor) {
         if (!m_launcher || !m_launcher(file))
             showMessage(
@@ -278,6 +278,19 @@ OpenOutcome MainWindow::openHere(const QString &path)
     if (outcome.editor)
         attach(outcome.editor, state);
     return outcome;
+}
+
+void MainWindow::comeForward()
+{
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    raise();
+    QWidget *dialog = QApplication::activeModalWidget();
+    QWidget *front = dialog ? dialog : this;
+    front->raise();
+    // It knows of no such wish, and says so each time.
+    if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        front->activateWindow();
+    QApplication::alert(front);
 }
 
 void MainWindow::newFile()

@@ -45,15 +45,24 @@ public:
     /// What to do with a further file while one is open.
     void setLauncher(Launcher launcher) { m_launcher = std::move(launcher); }
 
+    /// Asked before a file is opened: true when another window shows it, which has come forward then.
+    using Elsewhere = std::function<bool(const QString &path)>;
+    void setElsewhere(Elsewhere isElsewhere) { m_isElsewhere = std::move(isElsewhere); }
+
     /// Where the recovery copies are. Without it nothing is kept over a crash and nothing offered after one.
     void setRecoveryStore(std::shared_ptr<const RecoveryStore> store);
     [[nodiscard]] FileCare &fileCare() { return *m_care; }
 
-    /// Opens the file here, or in a second process when another one is open; the open one is only raised. Tells
-    /// failures.
+    /// Opens the file here, or in a second process when another one is open; a window that shows it is only raised.
+    /// Tells failures.
     void openFile(const QString &path);
     /// Opens the file in this window, which must be empty. Tells nothing.
     [[nodiscard]] OpenOutcome openHere(const QString &path);
+
+    /// Out of the icons and before the other windows, or asks for attention where the system doesn't let it.
+    void comeForward();
+    /// A warning or an error, by @p objectName, about the file @p path.
+    void showMessage(const QString &objectName, const QString &text, const QString &path, const QString &reason);
 
     [[nodiscard]] IEditor *currentEditor() const { return m_editor; }
 
@@ -111,7 +120,6 @@ private:
 
     /// Calls @p proceed at once when nothing is unsaved, else once the user has saved successfully or discarded.
     void confirmThen(const std::function<void()> &proceed);
-    void showMessage(const QString &objectName, const QString &text, const QString &path, const QString &reason);
     /// @p opened is the state of the file before the editor read it.
     void attach(IEditor *editor, const DiskState &opened);
     void detach(IEditor *editor);
@@ -123,6 +131,7 @@ private:
     QSettings &m_settings;
     RecentFiles m_recentFiles;
     Launcher m_launcher;
+    Elsewhere m_isElsewhere;
     std::shared_ptr<const RecoveryStore> m_recoveryStore;
     IEditor *m_editor = nullptr;
     QPointer<QMessageBox> m_question;

@@ -1,5 +1,6 @@
 #include "core/recoverystore.h"
 
+#include "core/privatedirectory.h"
 #include "core/processidentity.h"
 
 #include <QCryptographicHash>
@@ -35,24 +36,6 @@ const QString unfinishedSuffix = QStringLiteral(".unfinished");
 QByteArray checkSum(const QByteArray &data)
 {
     return QCryptographicHash::hash(data, QCryptographicHash::Sha256).toHex();
-}
-
-bool makeDirectory(const QString &directory)
-{
-    const QString parent = QFileInfo(directory).path();
-    if (!QFileInfo(parent).isDir() && !QDir().mkpath(parent))
-        return false;
-    const QByteArray name = QFile::encodeName(directory);
-    if (::mkdir(name.constData(), S_IRWXU) == 0)
-        return true;
-    struct stat data = {};
-    if (errno != EEXIST || ::lstat(name.constData(), &data) != 0)
-        return false;
-    if (!S_ISDIR(data.st_mode) || data.st_uid != ::geteuid()) {
-        errno = EACCES;
-        return false;
-    }
-    return (data.st_mode & (S_IRWXG | S_IRWXO)) == 0 || ::chmod(name.constData(), S_IRWXU) == 0;
 }
 
 bool writeAll(int descriptor, const QByteArray &bytes)
@@ -230,7 +213,7 @@ bool RecoveryStore::put(const QString &name, const QJsonObject &header, const QB
 {
     const QByteArray finished = QFile::encodeName(name);
     const QByteArray unfinished = QFile::encodeName(name + unfinishedSuffix);
-    if (!makeDirectory(m_directory)) {
+    if (!makePrivateDirectory(m_directory)) {
         *error = QStringLiteral("%1: %2").arg(m_directory, qt_error_string(errno));
         return false;
     }

@@ -1,16 +1,31 @@
 #include "core/commandline.h"
+#include "core/fileclaims.h"
 #include "core/logcollector.h"
 #include "core/recentfiles.h"
 #include "files.h"
 
 #include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QMap>
+#include <QProcess>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <functional>
+#include <future>
+#include <list>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 using Core::CommandLine;
+using Core::FileClaims;
 using Core::LogCollector;
 
 namespace {
@@ -32,6 +47,10 @@ private slots:
     void commandLine_data();
     void commandLine();
     void recentFiles();
+    void claims_data();
+    void claims();
+    void claimedAtOnce();
+    void claimOfAKilledProcess();
 };
 
 void tst_Core::logLines()
@@ -157,6 +176,170 @@ void tst_Core::recentFiles()
     QCOMPARE(recent.files().first(), paths.first());
     recent.clear();
     QVERIFY(recent.files().isEmpty());
+}
+
+namespace {
+
+using Answer = FileClaims::Answer;
+
+/// Claims a file on a thread of its own, and answers there once it is told to.
+class Claimant final
+{
+public:
+    Claimant(const QString &directory, const QString &file, const std::function<void()> &waitForStart,
+        std::shared_future<void> answer)
+        : m_thread([=] {
+              QEventLoop loop;
+              FileClaims claims(directory);
+              QObject::connect(&claims, &FileClaims::asked, &claims,
+                  [this](const Core::FileTarget &target, const QByteArray &token) {
+                      asked.append(target.toArgument() + QString::fromLatin1(token));
+                  });
+              waitForStart();
+              m_outcome.set_value(claims.claim({ file, 0, 0 }, "x"));
+              answer.wait();
+              while (!m_ends)
+                  loop.processEvents();
+          })
+    { }
+    ~Claimant() { end(); }
+    Claimant(const Claimant &) = delete;
+    Claimant &operator=(const Claimant &) = delete;
+
+    Answer outcome() { return m_outcome.get_future().get(); }
+    void end()
+    {
+        m_ends = true;
+        if (m_thread.joinable())
+            m_thread.join();
+    }
+
+    QStringList asked; ///< To be read when it has ended.
+
+private:
+    std::promise<Answer> m_outcome;
+    std::atomic_bool m_ends = false;
+    std::thread m_thread;
+};
+
+std::shared_future<void> atOnce()
+{
+    std::promise<void> done;
+    done.set_value();
+    return done.get_future().share();
+}
+
+} // namespace
+
+void tst_Core::claims_data()
+{
+    QTest::addColumn<QString>("prepare"); ///< In a shell, once "dir/a" has been claimed.
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("isSame");
+    const auto row = [](const char *title, const char *prepare, const char *name, bool isSame) {
+        QTest::newRow(title) << s(prepare) << s(name) << isSame;
+    };
+    row("the same name", "", "dir/a", true);
+    row("a roundabout name", "", "dir/../dir/./a", true);
+    row("a link to the file", "ln -s a dir/link", "dir/link", true);
+    row("a link to the directory", "ln -s dir other", "other/a", true);
+    row("a hard link", "ln dir/a b", "b", true);
+    row("replaced, as a save does", "echo > new; mv new dir/a; ln dir/a b", "b", true);
+    row("gone", "rm dir/a; ln -s dir other", "other/a", true);
+    row("gone, another name", "rm dir/a", "dir/b", false);
+    row("another file of the name", "mkdir other; echo > other/a", "other/a", false);
+    row("renamed, and a new one there", "mv dir/a b; echo > dir/a", "b", false);
+}
+
+void tst_Core::claims()
+{
+    QFETCH(QString, prepare);
+    QFETCH(QString, name);
+    QFETCH(bool, isSame);
+    const QTemporaryDir dir;
+    QVERIFY(QDir::setCurrent(dir.path()));
+    const QString place = dir.filePath(s("a/directory/that is ") + QString(80, QLatin1Char('x')) + s("/claims"));
+    QVERIFY(QDir().mkdir(s("dir")));
+    writeFile(s("dir/a"), {});
+    std::promise<void> answer;
+    Claimant owner(
+        place, s("dir/a"), [] {}, answer.get_future().share());
+    QCOMPARE(owner.outcome(), Answer::Free);
+    QCOMPARE(QProcess::execute(s("/bin/sh"), { s("-c"), prepare }), 0);
+    FileClaims claims(place);
+    const Core::FileTarget target { name, 12, 3 };
+    // A file that takes its time to open is waited for.
+    const std::chrono::milliseconds time(prepare.isEmpty() ? 1300 : 0);
+    std::thread later([&answer, time] {
+        std::this_thread::sleep_for(time);
+        answer.set_value();
+    });
+    const Answer answered = claims.ask(target, "token");
+    later.join();
+    QCOMPARE(answered, isSame ? Answer::Taken : Answer::Free);
+    QCOMPARE(claims.claim(target, "again"), answered);
+    owner.end();
+    QCOMPARE(claims.claim(target, {}), Answer::Free);
+    const QString asked = QFileInfo(name).absoluteFilePath() + s(":12:3");
+    QCOMPARE(owner.asked, isSame ? QStringList({ asked + s("token"), asked + s("again") }) : QStringList());
+}
+
+/// Of those that claim a file at the same moment one has it, and tells the others.
+void tst_Core::claimedAtOnce()
+{
+    constexpr int Claimants = 4;
+    const QTemporaryDir dir;
+    for (int round = 0; round < 100; ++round) {
+        // Not asleep meanwhile: they would wake up one after the other.
+        std::atomic_int ready = 0;
+        const auto wait = [&ready] {
+            for (++ready; ready < Claimants;)
+                std::this_thread::yield();
+        };
+        std::list<Claimant> claimants;
+        for (int i = 0; i < Claimants; ++i)
+            claimants.emplace_back(dir.filePath(s("claims")), dir.filePath(s("a")), wait, atOnce());
+        QMap<Answer, int> answers;
+        for (Claimant &claimant : claimants)
+            ++answers[claimant.outcome()];
+        QCOMPARE(answers, (QMap<Answer, int> { { Answer::Free, 1 }, { Answer::Taken, Claimants - 1 } }));
+    }
+    // Nothing is left behind.
+    QCOMPARE(QDir(dir.filePath(s("claims"))).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot),
+        QStringList(s("lock")));
+}
+
+void tst_Core::claimOfAKilledProcess()
+{
+    const QTemporaryDir dir;
+    const Core::FileTarget file { dir.filePath(s("a")), 0, 0 };
+    FileClaims claims(dir.filePath(s("claims")));
+    std::array<int, 2> ends = {};
+    QCOMPARE(::pipe(ends.data()), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        FileClaims held(dir.filePath(s("claims")));
+        held.hold(file.path);
+        QCoreApplication::processEvents();
+        (void)!::write(ends[1], "x", 1);
+        ::pause();
+    }
+    char done = 0;
+    QCOMPARE(::read(ends[0], &done, 1), ssize_t(1));
+    ::close(ends[0]);
+    ::close(ends[1]);
+    // It does not take its requests.
+    QElapsedTimer waiting;
+    waiting.start();
+    QCOMPARE(claims.ask(file, {}), Answer::Silent);
+    QVERIFY2(waiting.elapsed() < 3000, QByteArray::number(waiting.elapsed()).constData());
+    // One more that is silent changes nothing, and both answer for themselves.
+    QCOMPARE(claims.claim(file, {}), Answer::Silent);
+    QCOMPARE(::kill(child, SIGKILL), 0);
+    QCOMPARE(::waitpid(child, nullptr, 0), child);
+    claims.release();
+    QCOMPARE(claims.claim(file, {}), Answer::Free);
+    QCOMPARE(QDir(dir.filePath(s("claims"))).entryList({ s("*.claim") }).size(), 1);
 }
 
 QTEST_MAIN(tst_Core)

@@ -45,10 +45,13 @@ private slots:
     void endedFromOutside_data();
     void endedFromOutside();
     void changedUnderChanges();
+    void oneWindowPerFile();
 
 private:
     [[nodiscard]] QStringList definition() { return lines("defintionTree"); }
     [[nodiscard]] static QString title() { return InputDevices::activeTitle().section(s(" — "), 0, 0); }
+    /// The row that is current in the tree that has the focus.
+    [[nodiscard]] QString currentRow() { return state().value(s("focus")).toObject().value(s("value")).toString(); }
     [[nodiscard]] bool openSample() { return open(m_file) && definitionPage(); }
     [[nodiscard]] bool change(const char *point, const char *row, const char *text);
     [[nodiscard]] bool renameFirstPoint();
@@ -276,6 +279,31 @@ void tst_E2eEdit::changedUnderChanges()
     EVENTUALLY(isModified(), false);
     STEP(close());
     QCOMPARE(program().recoveryCopies(), QStringList());
+}
+
+void tst_E2eEdit::oneWindowPerFile()
+{
+    const QString link = m_product->plugins() + s("/link.xml");
+    QVERIFY(QFile::link(m_file, link));
+    STEP(open(m_file));
+    Program other;
+    Program further;
+    for (Program *each : { &other, &further })
+        each->setVariable(s("XDG_RUNTIME_DIR"), program().homeDirectory() + s("/XDG_RUNTIME_DIR"));
+    // Another one is before it, and in it the file is opened under another name.
+    QVERIFY(other.start({ m_product->fileOf(s("tides")) }));
+    EVENTUALLY(InputDevices::activeTitle().contains(s("tides")), true);
+    EVENTUALLY(state().value(s("active")).toBool(), false);
+    const Program::Result result = further.run({ link + s(":30") });
+    QCOMPARE(result.error, QByteArray());
+    QCOMPARE(result.code, 0);
+    EVENTUALLY(state().value(s("active")).toBool(), true);
+    EVENTUALLY(currentRow(), s("Layer"));
+    // What needs no window is done.
+    QCOMPARE(further.run({ s("--save"), m_file }).code, 0);
+    QCOMPARE(contentOf(m_file), savedUnchanged());
+    QVERIFY(other.signal(SIGTERM));
+    STEP(close());
 }
 
 QTEST_GUILESS_MAIN(tst_E2eEdit)
