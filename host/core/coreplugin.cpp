@@ -4,6 +4,7 @@
 #include "core/filecare.h"
 #include "core/finddock.h"
 #include "core/icore.h"
+#include "core/ieditor.h"
 #include "core/logdock.h"
 #include "core/mainwindow.h"
 #include "core/onewindowperfile.h"
@@ -12,6 +13,7 @@
 #include "core/readablepalette.h"
 #include "core/recoverystore.h"
 #include "core/startupjob.h"
+#include "core/viewmemory.h"
 #include "core/workbenchstyle.h"
 #include "extensionsystem/pluginmanager.h"
 
@@ -103,7 +105,11 @@ bool CorePlugin::initialize(const QStringList &arguments, QString *errorString)
     }
     m_settings = std::make_unique<QSettings>(settingsFile, QSettings::NativeFormat);
     m_editors = std::make_unique<EditorManager>();
+    if (!m_commandLine.isJob())
+        m_views = std::make_unique<ViewMemory>(*m_editors, *m_settings);
     m_window = std::make_unique<MainWindow>(*m_editors, *m_settings);
+    if (m_views)
+        connect(m_window.get(), &MainWindow::fileOpened, m_views.get(), &ViewMemory::restore);
     // The window owns them.
     new FindDock(*m_window);
     new ProblemsDock(*m_window);
@@ -164,6 +170,7 @@ void CorePlugin::aboutToShutdown()
         m_editors->closeAll();
     m_core.reset();
     m_window.reset();
+    m_views.reset();
     m_editors.reset();
     m_settings.reset();
 }

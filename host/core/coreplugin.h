@@ -17,6 +17,7 @@ class MainWindow;
 class OneWindowPerFile;
 class QuitSignals;
 class StartupJob;
+class ViewMemory;
 
 /// The plug-in "Core": makes the window and what other plug-ins reach through ICore, and carries out the program's
 /// command line once all plug-ins are there. Owns all of it; created and deleted by the plug-in manager.
@@ -41,6 +42,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_passingSettingsDirectory;
     std::unique_ptr<QSettings> m_settings;
     std::unique_ptr<EditorManager> m_editors;
+    std::unique_ptr<ViewMemory> m_views;
     std::unique_ptr<MainWindow> m_window;
     OneWindowPerFile *m_onlyWindow = nullptr; ///< The window's; null for a run that is a job.
     std::unique_ptr<ICore> m_core;

@@ -275,8 +275,10 @@ OpenOutcome MainWindow::openHere(const QString &path)
     Q_ASSERT(!m_editor);
     const DiskState state = DiskState::of(path);
     const OpenOutcome outcome = m_editors.open(path);
-    if (outcome.editor)
+    if (outcome.editor) {
         attach(outcome.editor, state);
+        Q_EMIT fileOpened(m_editor);
+    }
     return outcome;
 }
 

@@ -82,6 +82,8 @@ public:
 
 Q_SIGNALS:
     void currentEditorChanged(Core::IEditor *editor);
+    /// A person sees it from now on; not when a fresh editor takes the place of another one on the file.
+    void fileOpened(Core::IEditor *editor);
 
 protected:
     void closeEvent(QCloseEvent *event) override;

@@ -42,6 +42,8 @@ QWidget *ExtPointEditorW::toolBar()
 
 void ExtPointEditorW::gotoLine(int line, int column, bool)
 {
+    // What is asked for last is shown.
+    delete m_restoration;
     delete m_jump;
     m_jump = new LineJump(*m_document, *m_widget, line, column > 0 ? column + 1 : 0, this);
 }
@@ -53,11 +55,13 @@ QVariantMap ExtPointEditorW::viewState() const
 
 void ExtPointEditorW::setViewState(const QVariantMap &state)
 {
-    auto *restoration = new ViewRestoration(state, m_widget, this);
-    m_document->whenScanned(restoration, [this, restoration] {
-        m_widget->showAllFormats();
-        restoration->finish();
-        restoration->deleteLater();
+    delete m_restoration;
+    m_restoration = new ViewRestoration(state, m_widget, this);
+    m_document->whenScanned(m_restoration, [this] {
+        if (m_restoration->awaitsPage())
+            m_widget->showAllFormats();
+        m_restoration->finish();
+        m_restoration->deleteLater();
     });
 }
 

@@ -14,6 +14,7 @@ namespace PointEditor::Internal {
 class ExtPointEditorDocument;
 class ExtPointEditorPlugin;
 class LineJump;
+class ViewRestoration;
 
 /// The host's editor object for one opened extension file. Owned by the host, as is the widget that it hands over; owns
 /// its document.
@@ -54,6 +55,7 @@ private:
     ExtPointEditorPlugin *m_plugin;
     ExtPointWidget *m_widget;
     QPointer<LineJump> m_jump;
+    QPointer<ViewRestoration> m_restoration;
     Presenter m_presenter;
 };
 

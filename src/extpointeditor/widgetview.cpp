@@ -148,6 +148,14 @@ QVariantMap stateOf(QTreeWidget &tree)
     };
 }
 
+/// Whether what is current is something else than what @p state, of the first call, has left it at.
+bool isMovedByUser(const QTreeWidget &tree, const QVariantMap &state)
+{
+    // A tree that gets the focus makes its first row the current one, but does not select it as a user does.
+    return tree.currentItem() && tree.currentItem()->isSelected()
+        && state.value(reachedKey).toStringList() != pathOf(tree, tree.currentItem());
+}
+
 QVariant applyTo(QTreeWidget &tree, const QVariant &value)
 {
     const QVariantMap state = value.toMap();
@@ -165,10 +173,7 @@ QVariant applyTo(QTreeWidget &tree, const QVariant &value)
     if (!unexpanded.isEmpty())
         left.insert(expandedKey, unexpanded);
 
-    // A tree that gets the focus makes its first row the current one, but does not select it as a user does.
-    const bool userMoved = !first && tree.currentItem() && tree.currentItem()->isSelected()
-        && state.value(reachedKey).toStringList() != pathOf(tree, tree.currentItem());
-    if (!userMoved) {
+    if (first || !isMovedByUser(tree, state)) {
         const QStringList current = state.value(currentKey).toStringList();
         QTreeWidgetItem *row = current.isEmpty() ? nullptr : itemAt(tree, current);
         if (row) {
@@ -189,15 +194,22 @@ QVariant applyTo(QTreeWidget &tree, const QVariant &value)
 
 // Pages, tables, scrolling --------------------------------------------------------------------------------------------
 
-QVariant showPage(QTabWidget &tabs, const QVariant &name)
+/// @p wanted is the name of a page and, in a second call, of the one that was current at the end of the first.
+QVariant showPage(QTabWidget &tabs, const QVariant &wanted)
 {
+    const QStringList names = wanted.toStringList();
+    const QString current = tabs.currentWidget() ? tabs.currentWidget()->objectName() : QString();
+    const QString reached = names.value(1);
+    // The user has gone to another one meanwhile.
+    if (!reached.isEmpty() && reached != current)
+        return {};
     for (int i = 0; i < tabs.count(); ++i) {
-        if (tabs.widget(i)->objectName() != name.toString())
+        if (tabs.widget(i)->objectName() != names.value(0))
             continue;
         tabs.setCurrentIndex(i);
         return {};
     }
-    return name;
+    return QStringList { names.value(0), current };
 }
 
 /// A table shows what is current in a tree, so it has its rows once the tree is where it was.
@@ -271,14 +283,27 @@ ViewRestoration::ViewRestoration(const QVariantMap &view, QWidget *form, QObject
     QTimer::singleShot(0, this, &ViewRestoration::scroll);
 }
 
+bool ViewRestoration::awaitsPage() const
+{
+    return !m_left.value(tabsKey).toMap().isEmpty();
+}
+
 void ViewRestoration::finish()
 {
     if (!m_form)
         return;
     const QVariantMap left = std::exchange(m_left, {});
+    // A table then shows what the user wants to see.
+    bool userMoved = false;
+    (void)forNamed<QTreeWidget>(
+        *m_form, left.value(treesKey), [&userMoved](const QTreeWidget &tree, const QVariant &state) {
+            userMoved = userMoved || isMovedByUser(tree, state.toMap());
+            return QVariant();
+        });
     (void)forNamed<QTabWidget>(*m_form, left.value(tabsKey), showPage);
     (void)forNamed<QTreeWidget>(*m_form, left.value(treesKey), applyTo);
-    (void)forNamed<QTableWidget>(*m_form, left.value(cellsKey), showCell);
+    if (!userMoved)
+        (void)forNamed<QTableWidget>(*m_form, left.value(cellsKey), showCell);
     scroll();
 }
 

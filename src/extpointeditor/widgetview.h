@@ -22,6 +22,8 @@ class ViewRestoration final : public QObject
 public:
     ViewRestoration(const QVariantMap &view, QWidget *form, QObject *parent);
 
+    /// Whether there is a page to show that was not there.
+    [[nodiscard]] bool awaitsPage() const;
     /// To be called when everything has been read.
     void finish();
 

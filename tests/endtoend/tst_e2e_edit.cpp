@@ -46,6 +46,7 @@ private slots:
     void endedFromOutside();
     void changedUnderChanges();
     void oneWindowPerFile();
+    void viewIsRemembered();
 
 private:
     [[nodiscard]] QStringList definition() { return lines("defintionTree"); }
@@ -303,6 +304,23 @@ void tst_E2eEdit::oneWindowPerFile()
     QCOMPARE(further.run({ s("--save"), m_file }).code, 0);
     QCOMPARE(contentOf(m_file), savedUnchanged());
     QVERIFY(other.signal(SIGTERM));
+    STEP(close());
+}
+
+void tst_E2eEdit::viewIsRemembered()
+{
+    STEP(open(m_file));
+    STEP(realizationPage());
+    STEP(click(Place::point({ s("saltmere.tides") })));
+    STEP(close());
+    STEP(open(m_file));
+    EVENTUALLY(isShown("realizationTree"), true);
+    EVENTUALLY(currentRow(), s("saltmere.tides"));
+    STEP(close());
+    // A line that is asked for comes before it.
+    STEP(open(m_file + s(":30")));
+    EVENTUALLY(isShown("defintionTree"), true);
+    EVENTUALLY(currentRow(), s("Layer"));
     STEP(close());
 }
 
