@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDropEvent>
 #include <QMimeData>
+#include <QScopedValueRollback>
 #include <QUrl>
 #include <QWidget>
 
@@ -33,12 +34,19 @@ bool FileDrops::eventFilter(QObject *watched, QEvent *event)
     if (event->type() != QEvent::DragEnter && event->type() != QEvent::DragMove && event->type() != QEvent::Drop)
         return false;
     const auto *widget = qobject_cast<QWidget *>(watched);
-    if (!widget || widget->window() != m_window || widget->property("takesFiles").toBool())
+    if (!widget || widget->window() != m_window || m_asking)
         return false;
     auto *drop = static_cast<QDropEvent *>(event);
     const QString path = firstLocalFile(drop->mimeData());
     if (path.isEmpty())
         return false;
+    if (widget->property("takesFiles").toBool() && event->type() != QEvent::DragEnter) {
+        const QScopedValueRollback<bool> asking(m_asking, true);
+        drop->ignore();
+        QCoreApplication::sendEvent(watched, event);
+        if (drop->isAccepted())
+            return true;
+    }
     drop->setDropAction(Qt::CopyAction);
     drop->accept();
     if (event->type() == QEvent::Drop)

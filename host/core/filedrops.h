@@ -9,8 +9,8 @@ class QWidget;
 namespace Core {
 
 /// Files that are dropped anywhere in a window, on its fields, too, which would type the address of the file instead.
-/// A widget that has a use for files of its own says so with the dynamic property "takesFiles". Made by the window,
-/// which owns it. GUI thread only.
+/// A widget that has a use for files of its own says so with the dynamic property "takesFiles", and gets those that it
+/// accepts where they are. Made by the window, which owns it. GUI thread only.
 class CORE_EXPORT FileDrops final : public QObject
 {
     Q_OBJECT
@@ -27,6 +27,7 @@ protected:
 
 private:
     QWidget *m_window;
+    bool m_asking = false;
 };
 
 } // namespace Core

@@ -1,6 +1,7 @@
 #include "propertybrowser/propertytree.h"
 
 #include "extensionfile/showntext.h"
+#include "propertybrowser/editors/fileeditor.h"
 #include "propertybrowser/editors/propertydisplay.h"
 #include "propertybrowser/editortable.h"
 #include "propertybrowser/propertydelegate.h"
@@ -73,6 +74,7 @@ PropertyTree::PropertyTree(QWidget *parent) : QTreeWidget(parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     header()->setSectionsMovable(false);
     header()->setMinimumSectionSize(fontMetrics().averageCharWidth() * 6);
+    new FileDrop(viewport(), [this](const QPoint &at) { return fileTakerAt(at); });
     connect(this, &QTreeWidget::itemClicked, this, &PropertyTree::onClicked);
     connect(header(), &QHeaderView::sectionResized, this, [this](int column) {
         // The last one follows the width of the tree.
@@ -340,6 +342,20 @@ void PropertyTree::changeEvent(QEvent *event)
             scheduleDelayedItemsLayout();
         }
     }
+}
+
+FileDrop::Taker PropertyTree::fileTakerAt(const QPoint &at)
+{
+    const int row = indexOfTopLevelItem(itemAt(at));
+    if (row < 0 || EditorTable::kindOf(m_items.at(row)).create != FileEditor::create) {
+        return {};
+    }
+    return [this, name = m_items.at(row).name()](const QString &path) {
+        const int found = rowOf(name);
+        if (openEditor(found)) {
+            FileEditor::take(editorAt(currentRow()), path);
+        }
+    };
 }
 
 PropertyEditor *PropertyTree::createEditor(int row)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "propertybrowser/editors/filedrop.h"
 #include "propertybrowser/editors/propertyeditor.h"
 #include "propertybrowser/propertyitem.h"
 
@@ -44,6 +45,8 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    /// For a row that names a file and can be changed.
+    [[nodiscard]] FileDrop::Taker fileTakerAt(const QPoint &at);
     PropertyEditor *createEditor(int row);
     void endEditing(bool takeFocus);
     void keepRefused();

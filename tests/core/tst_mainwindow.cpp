@@ -397,6 +397,7 @@ void tst_MainWindow::drops_data()
     QTest::newRow("on a field") << false << QList<QUrl> { file } << s("/there/b.fake");
     QTest::newRow("the first that is here") << false << QList<QUrl> { remote, file } << s("/there/b.fake");
     QTest::newRow("on a field for files") << true << QList<QUrl> { file } << QString();
+    QTest::newRow("on one that is read-only") << true << QList<QUrl> { file } << s("/there/b.fake");
     QTest::newRow("from elsewhere") << false << QList<QUrl> { remote } << QString();
 }
 
@@ -413,6 +414,7 @@ void tst_MainWindow::drops()
     QVERIFY(open());
     auto *field = new QLineEdit(m_window->centralWidget());
     field->setProperty("takesFiles", takesFiles);
+    field->setReadOnly(takesFiles && !opened.isEmpty());
     QMimeData data;
     data.setUrls(urls);
     data.setText(urls.first().toString()); // as file managers do

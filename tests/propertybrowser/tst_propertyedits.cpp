@@ -1,6 +1,8 @@
 #include "sheetdriver.h"
 
 #include <QCalendarWidget>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QTimeZone>
 
 #include <functional>
@@ -125,6 +127,30 @@ void clickButton(SheetDriver &driver)
 {
     driver.click("it");
     QTest::mouseClick(driver.editor("it")->findChild<QToolButton *>(), Qt::LeftButton);
+}
+
+/// On the row's editor, or on the value that stands in its place.
+void drop(SheetDriver &driver, const char *file)
+{
+    QMimeData data;
+    data.setUrls({ QUrl::fromLocalFile(s(file)) });
+    data.setText(data.urls().first().toString()); // as file managers do
+    const QWidget *open = driver.editor("it");
+    QWidget *target = open ? open->focusProxy() : driver.treeWidget()->viewport();
+    const QPoint at = open ? QPoint(8, 4) : driver.treeWidget()->visualItemRect(driver.row("it")).center();
+    QVERIFY(target->property("takesFiles").toBool());
+    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &enter);
+    QVERIFY(enter.isAccepted());
+    QDropEvent dropped(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &dropped);
+    QVERIFY(dropped.isAccepted());
+    QCoreApplication::processEvents();
+}
+
+Edit dropping(const char *file)
+{
+    return [file](SheetDriver &driver) { drop(driver, file); };
 }
 
 Edit pickingDay(int daysOn)
@@ -339,6 +365,17 @@ void TestPropertyEdits::edits_data()
 
     row("file typed", item(T::File, "a.png"), "a.png", typing("b.png"), "b.png");
     row("file chosen", item(T::File, nothing), "", clickButton, "/chosen/c.png");
+    const QVector<QPair<QString, Value>> directory { { s("directory"), "/all/mine" } };
+    row("file dropped", item(T::File, nothing, directory), "", dropping("/all/mine/images/b c.png"), "images/b c.png");
+    row("file dropped, of elsewhere", item(T::File, "/a.png", directory), "/a.png", dropping("/b.png"), "/b.png");
+    row("file dropped, the name stays relative", item(T::File, "a.png", directory), "a.png", dropping("/all/b.png"),
+        "../b.png");
+    const Edit whileTyping = [](SheetDriver &driver) {
+        driver.click("it");
+        SheetDriver::press(Qt::Key_X);
+        drop(driver, "/b.png");
+    };
+    row("file dropped on what is typed", item(T::File, ""), "", whileTyping, "/b.png");
 }
 
 void TestPropertyEdits::edits()

@@ -1,5 +1,6 @@
 #include "propertybrowser/editors/fileeditor.h"
 
+#include "propertybrowser/editors/filedrop.h"
 #include "propertybrowser/editors/lineeditor.h"
 #include "propertybrowser/editors/textentryeditor.h"
 #include "propertybrowser/propertydialogs.h"
@@ -63,10 +64,19 @@ PropertyEditor *FileEditor::create(const PropertyItem &item, QWidget *parent)
 {
     auto *editor = new TextEntryEditor(item, LineEditor::codec(), parent);
     editor->addButton(QStringLiteral("\u2026"), QCoreApplication::translate("PropertyBrowser", "Browse"), choose);
+    new FileDrop(editor->line(),
+        [editor](const QPoint &) -> FileDrop::Taker { return [editor](const QString &path) { take(editor, path); }; });
     return editor;
 }
 
 PropertyDisplay FileEditor::display(const PropertyItem &item)
 {
     return LineEditor::display(item);
+}
+
+void FileEditor::take(PropertyEditor *editor, const QString &path)
+{
+    if (auto *entry = qobject_cast<TextEntryEditor *>(editor)) {
+        entry->choose(storedPath(entry->item(), path));
+    }
 }
