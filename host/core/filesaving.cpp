@@ -240,6 +240,27 @@ void FileSaving::showRemarks()
     dialog->open();
 }
 
+void FileSaving::explainSaveAs()
+{
+    if (!m_editor)
+        return;
+    const QFileInfo file(m_editor->document()->filePath().toString());
+    auto *box = new QMessageBox(QMessageBox::Information, tr("Save As"),
+        tr("A file keeps its name and its place: \"%1\" is what every plug-in calls it, and its directory says whose "
+           "it is.")
+            .arg(file.fileName()),
+        QMessageBox::Ok, &m_window);
+    box->setObjectName(QStringLiteral("saveAsMessage"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(tr("To begin a plug-in from this one, save it, copy its directory\n%1\nunder another name "
+                               "beside it, and change the id in the copy before you open it. An empty plug-in is made "
+                               "with File > New.")
+                                .arg(QDir::toNativeSeparators(file.absolutePath())));
+    box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    box->open();
+}
+
 void FileSaving::showMessage(const QString &objectName, const QString &text, const QString &path, const QString &reason)
 {
     const auto icon = objectName == QLatin1String("errorMessage") ? QMessageBox::Critical : QMessageBox::Warning;

@@ -46,6 +46,9 @@ public:
     /// A save that is under way is followed by nothing any more.
     void forgetWhatFollows() { m_then = {}; }
 
+    /// Why there is no saving under another name, and what there is instead.
+    void explainSaveAs();
+
     /// A warning or an error, by @p objectName, about the file @p path.
     void showMessage(const QString &objectName, const QString &text, const QString &path, const QString &reason);
 

@@ -138,6 +138,9 @@ void MainWindow::createMenus()
     file->addSeparator();
     m_saveAction = addAction(file, QStringLiteral("document-save"), tr("&Save"), QKeySequence::Save, &MainWindow::save);
     m_saveAction->setObjectName(QStringLiteral("saveAction"));
+    m_saveAsAction = addAction(file, QStringLiteral("document-save-as"), tr("Save &As…"),
+        QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_S), &MainWindow::explainSaveAs);
+    m_saveAsAction->setObjectName(QStringLiteral("saveAsAction"));
     m_revertAction = addAction(
         file, QStringLiteral("document-revert"), tr("Re&vert to Saved"), QKeySequence(), &MainWindow::revert);
     m_revertAction->setObjectName(QStringLiteral("revertAction"));
@@ -401,6 +404,11 @@ void MainWindow::save()
         m_saving->save();
 }
 
+void MainWindow::explainSaveAs()
+{
+    m_saving->explainSaveAs();
+}
+
 void MainWindow::revert()
 {
     if (!m_editor || m_editors.isWorking() || m_question)
@@ -505,6 +513,7 @@ void MainWindow::showMessage(const QString &objectName, const QString &text, con
 void MainWindow::updateState()
 {
     m_saveAction->setEnabled(m_editor);
+    m_saveAsAction->setEnabled(m_editor);
     m_revertAction->setEnabled(m_editor);
     m_closeAction->setEnabled(m_editor);
     if (!m_editor) {

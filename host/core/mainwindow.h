@@ -100,6 +100,7 @@ private:
     void newFile();
     void chooseFile();
     void save();
+    void explainSaveAs();
     void revert();
     /// Puts a fresh editor on the file in place of the present one, and the view to where it stood. False, with the
     /// reason, when there is none; the present one stays then.
@@ -147,6 +148,7 @@ private:
     QMenu *m_recentMenu = nullptr;
     QAction *m_recoveredAction = nullptr;
     QAction *m_saveAction = nullptr;
+    QAction *m_saveAsAction = nullptr;
     QAction *m_revertAction = nullptr;
     QAction *m_closeAction = nullptr;
     bool m_closeConfirmed = false;

@@ -58,6 +58,7 @@ private slots:
     void undoInAField();
     void openFailureIsTold();
     void furtherFiles();
+    void saveAs();
     void newFile_data();
     void newFile();
     void drops_data();
@@ -310,6 +311,18 @@ void tst_MainWindow::furtherFiles()
     QVERIFY(box("errorMessage"));
     QCOMPARE(m_window->currentEditor(), first);
     QCOMPARE(FakeDocument::alive, 1);
+}
+
+/// Nothing is written, and the directory to copy is named.
+void tst_MainWindow::saveAs()
+{
+    QVERIFY(!m_window->findChild<QAction *>(s("saveAsAction"))->isEnabled());
+    QVERIFY(open());
+    const QStringList before = QFileInfo(m_path).dir().entryList();
+    trigger("saveAsAction");
+    QVERIFY(box("saveAsMessage"));
+    QVERIFY(box("saveAsMessage")->informativeText().contains(QFileInfo(m_path).path()));
+    QCOMPARE(QFileInfo(m_path).dir().entryList(), before);
 }
 
 void tst_MainWindow::newFile_data()
