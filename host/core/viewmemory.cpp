@@ -88,10 +88,11 @@ void ViewMemory::remember(IEditor *editor)
         return;
     const QByteArray state = packed(keeper->viewState());
     const QString key = group() + QLatin1Char('/') + keyOf(editor);
+    m_lastTime = qMax(m_lastTime + 1, QDateTime::currentMSecsSinceEpoch());
     if (state.isEmpty() || state.size() > LongestState)
         m_settings.remove(key);
     else
-        m_settings.setValue(key, QVariantList { QDateTime::currentMSecsSinceEpoch(), state });
+        m_settings.setValue(key, QVariantList { m_lastTime, state });
     forgetOldest();
 }
 

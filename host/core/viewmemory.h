@@ -32,6 +32,7 @@ private:
     void forgetOldest();
 
     QSettings &m_settings;
+    qint64 m_lastTime = 0; ///< Milliseconds; of two in the same one the later has more.
 };
 
 } // namespace Core

@@ -1,13 +1,17 @@
 #include "core/editormanager.h"
 #include "core/fakeeditor.h"
+#include "core/viewmemory.h"
 #include "extensionsystem/pluginmanager.h"
 #include "files.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QPointer>
+#include <QRandomGenerator>
 #include <QScopeGuard>
+#include <QSettings>
 #include <QSignalSpy>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThreadPool>
@@ -40,6 +44,7 @@ private slots:
     void closing_data();
     void closing();
     void busy();
+    void viewsAreRemembered();
 
 private:
     QString makeFile(const QString &name, const QByteArray &content = "<fake/>");
@@ -266,6 +271,56 @@ void tst_EditorManager::busy()
     QVERIFY(monitor.isBusy());
     m_manager->close(m_manager->editors().front());
     QVERIFY(!monitor.isBusy());
+}
+
+/// As a list of the files closed last says it.
+void tst_EditorManager::viewsAreRemembered()
+{
+    constexpr int Files = Core::ViewMemory::MostFiles + 10;
+    const QString store = m_dir->filePath(s("settings.ini"));
+    auto settings = std::make_unique<QSettings>(store, QSettings::IniFormat);
+    auto memory = std::make_unique<Core::ViewMemory>(*m_manager, *settings);
+    QRandomGenerator random(7);
+    QVector<QPair<int, int>> closed; // file and page, the last one first
+    for (int step = 0; step < 3 * Files; ++step) {
+        // Another process, now and then.
+        if (step % 50 == 0) {
+            memory.reset();
+            settings = std::make_unique<QSettings>(store, QSettings::IniFormat);
+            memory = std::make_unique<Core::ViewMemory>(*m_manager, *settings);
+        }
+        const int file = step < Files ? step : random.bounded(Files);
+        const auto known
+            = std::find_if(closed.begin(), closed.end(), [&](const auto &each) { return each.first == file; });
+        const int expected = known == closed.end() ? 0 : known->second;
+        if (known != closed.end())
+            closed.erase(known);
+        const QString path = makeFile(s("%1.fake").arg(file));
+        const QString link = m_dir->filePath(s("link.fake"));
+        QFile::remove(link);
+        QVERIFY(QFile::link(path, link));
+        Core::IEditor *editor = m_manager->open(step % 3 == 0 ? link : path).editor;
+        auto *tabs = editor->widget()->findChild<QTabWidget *>();
+        memory->restore(editor);
+        QCOMPARE(tabs->currentIndex(), expected);
+        closed.prepend({ file, random.bounded(2) });
+        closed.resize(qMin(closed.size(), Core::ViewMemory::MostFiles));
+        tabs->setCurrentIndex(closed.first().second);
+        m_manager->close(editor);
+    }
+    settings->beginGroup(s("Views"));
+    QCOMPARE(settings->childKeys().size(), Core::ViewMemory::MostFiles);
+    // What somebody has damaged is as good as nothing.
+    const QString path = m_dir->filePath(s("%1.fake").arg(closed.first().first));
+    for (const QString &key : settings->childKeys()) {
+        QVariantList entry = settings->value(key).toList();
+        entry[1] = entry.at(1).toByteArray().left(random.bounded(12)) + QByteArray(random.bounded(12), '\xff');
+        settings->setValue(key, entry);
+    }
+    settings->endGroup();
+    Core::IEditor *editor = m_manager->open(path).editor;
+    memory->restore(editor);
+    QCOMPARE(editor->widget()->findChild<QTabWidget *>()->currentIndex(), 0);
 }
 
 QTEST_MAIN(tst_EditorManager)

@@ -317,6 +317,15 @@ void tst_E2eEdit::viewIsRemembered()
     EVENTUALLY(isShown("realizationTree"), true);
     EVENTUALLY(currentRow(), s("saltmere.tides"));
     STEP(close());
+    // Where the user has gone meanwhile is theirs.
+    program().holdBack(m_product->fileOf(s("tides")));
+    STEP(open(m_file, false));
+    STEP(click(Place::point({ s("saltmere.chartdesk"), s("Projections") })));
+    program().readOn();
+    EVENTUALLY(isBusy(), false);
+    EVENTUALLY(lines("realizationTree").join(QString()).contains(s("saltmere.tides")), true);
+    QCOMPARE(currentRow(), s("Projections"));
+    STEP(close());
     // A line that is asked for comes before it.
     STEP(open(m_file + s(":30")));
     EVENTUALLY(isShown("defintionTree"), true);
