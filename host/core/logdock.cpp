@@ -26,8 +26,9 @@ void listen(QtMsgType type, const QMessageLogContext &context, const QString &te
             // Thousands of lines in a row are taken in at once, and no more of them kept than can be seen.
             if (waiting.isEmpty())
                 QMetaObject::invokeMethod(listener, &LogDock::takeIn, Qt::QueuedConnection);
-            if (waiting.size() < MostLines)
-                waiting.append(QTime::currentTime().toString(QStringLiteral("HH:mm:ss  ")) + text);
+            if (waiting.size() == MostLines)
+                waiting.removeFirst();
+            waiting.append(QTime::currentTime().toString(QStringLiteral("HH:mm:ss  ")) + text);
         }
     }
     if (handlerBefore)

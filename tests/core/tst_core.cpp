@@ -1,14 +1,19 @@
 #include "core/commandline.h"
 #include "core/fileclaims.h"
 #include "core/logcollector.h"
+#include "core/logdock.h"
 #include "core/recentfiles.h"
 #include "files.h"
 
+#include <QClipboard>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QGuiApplication>
 #include <QMap>
+#include <QPlainTextEdit>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -47,6 +52,7 @@ private slots:
     void commandLine_data();
     void commandLine();
     void recentFiles();
+    void logDock();
     void claims_data();
     void claims();
     void claimedAtOnce();
@@ -176,6 +182,50 @@ void tst_Core::recentFiles()
     QCOMPARE(recent.files().first(), paths.first());
     recent.clear();
     QVERIFY(recent.files().isEmpty());
+}
+
+/// The last lines of all threads but what was told in a message, in their order and to be copied with the keys; whoever
+/// listened before still gets them.
+void tst_Core::logDock()
+{
+    constexpr int MostLines = 2000;
+    passedOn.clear();
+    const QtMessageHandler before = qInstallMessageHandler(remember);
+    QStringList expected;
+    QString copied;
+    QString shown;
+    {
+        Core::LogDock dock(nullptr);
+        auto *lines = dock.findChild<QPlainTextEdit *>(s("logLines"));
+        const auto text = [lines] { return lines->toPlainText().remove(QRegularExpression(s("(?m)^[\\d:]{8}  "))); };
+        {
+            LogCollector opening;
+            qWarning("/d/a.xml:3:1: told in a message");
+            qCritical("/d/b.xml:4:1: not well-formed");
+            opening.discard(opening.linesAbout(s("/d/a.xml")));
+        }
+        qDebug("debug");
+        qInfo("info");
+        std::thread([] { qWarning("of a thread"); }).join();
+        expected = QStringList { s("/d/b.xml:4:1: not well-formed"), s("debug"), s("info"), s("of a thread") };
+        QTRY_COMPARE(text(), expected.join(QLatin1Char('\n')));
+        for (const int count : { 5, 3 * MostLines, 7 }) {
+            for (int i = 0; i < count; ++i) {
+                expected.append(s("line %1 of %2").arg(i).arg(count));
+                qInfo("%s", qPrintable(expected.last()));
+            }
+            QTRY_COMPARE(
+                text(), QStringList(expected.mid(qMax(0, expected.size() - MostLines))).join(QLatin1Char('\n')));
+        }
+        QTest::keyClick(lines, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(lines, Qt::Key_C, Qt::ControlModifier);
+        copied = QGuiApplication::clipboard()->text();
+        shown = lines->toPlainText();
+    }
+    qInfo("afterwards");
+    qInstallMessageHandler(before);
+    QCOMPARE(copied, shown);
+    QCOMPARE(passedOn, expected + QStringList(s("afterwards")));
 }
 
 namespace {
