@@ -1,6 +1,7 @@
 #include "core/newfiledialog.h"
 
 #include "core/newfile.h"
+#include "core/pluginids.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
@@ -14,7 +15,7 @@
 
 namespace Core {
 
-NewFileDialog::NewFileDialog(const QString &place, QWidget *parent) : QDialog(parent)
+NewFileDialog::NewFileDialog(const QString &place, QWidget *parent) : QDialog(parent), m_ids(new PluginIds(this))
 {
     setObjectName(QStringLiteral("newFileDialog"));
     setWindowTitle(tr("New Extension File"));
@@ -63,6 +64,7 @@ NewFileDialog::NewFileDialog(const QString &place, QWidget *parent) : QDialog(pa
 
     connect(buttons, &QDialogButtonBox::accepted, this, &NewFileDialog::create);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(m_ids, &PluginIds::finished, this, &NewFileDialog::check);
     connect(m_id, &QLineEdit::textChanged, this, &NewFileDialog::onIdChanged);
     for (const QLineEdit *field : { m_id, m_name, m_vendor, m_place, m_directory })
         connect(field, &QLineEdit::textChanged, this, &NewFileDialog::check);
@@ -109,7 +111,16 @@ void NewFileDialog::check()
     const NewFile wanted = file();
     const QString objection = wanted.objection();
     m_create->setEnabled(objection.isEmpty());
-    m_note->setText(objection.isEmpty() ? QDir::toNativeSeparators(wanted.path()) : objection);
+    m_ids->read(wanted.place);
+    const QString other = m_ids->directoryOf(wanted.id);
+    const QString path = QDir::toNativeSeparators(wanted.path());
+    if (!objection.isEmpty())
+        m_note->setText(objection);
+    else if (!other.isEmpty())
+        // Somebody may want to replace it that way.
+        m_note->setText(tr("The plug-in in \"%1\" has this id already.\n%2").arg(other, path));
+    else
+        m_note->setText(path);
 }
 
 void NewFileDialog::create()

@@ -10,6 +10,7 @@ class QPushButton;
 
 namespace Core {
 
+class PluginIds;
 struct NewFile;
 
 /// The form for a new extension file. Makes the file and tells its path; deletes itself when it is closed. To be shown
@@ -40,6 +41,7 @@ private:
     QLineEdit *m_directory;
     QLabel *m_note;
     QPushButton *m_create;
+    PluginIds *m_ids;
 };
 
 } // namespace Core

@@ -1,5 +1,6 @@
 #include "core/recoverystore.h"
 
+#include "core/documentroot.h"
 #include "core/privatedirectory.h"
 #include "core/processidentity.h"
 
@@ -11,7 +12,6 @@
 #include <QJsonObject>
 #include <QLoggingCategory>
 #include <QUuid>
-#include <QXmlStreamReader>
 
 #include <algorithm>
 #include <array>
@@ -27,9 +27,8 @@ namespace {
 
 Q_LOGGING_CATEGORY(recoveryLog, "core.recovery")
 
-constexpr qint64 LongestHeader = 64 * 1024;    // bytes
-constexpr qint64 LongestBeginning = 64 * 1024; // bytes
-constexpr int LongestId = 500;                 // characters
+constexpr qint64 LongestHeader = 64 * 1024; // bytes
+constexpr int LongestId = 500;              // characters
 const QString suffix = QStringLiteral(".recovery");
 const QString unfinishedSuffix = QStringLiteral(".unfinished");
 
@@ -81,16 +80,8 @@ void syncDirectory(const QString &directory)
 /// Name and "id" of the root element, with which an XML document begins; empty for anything else.
 QString documentOf(const QString &path)
 {
-    QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
-        return QString();
-    QXmlStreamReader reader(file.read(LongestBeginning));
-    reader.setNamespaceProcessing(false);
-    if (!reader.readNextStartElement())
-        return QString();
-    const QXmlStreamAttributes attributes = reader.attributes();
-    const QString id = attributes.value(QLatin1String("id")).toString();
-    return id.isEmpty() || id.size() > LongestId ? QString() : reader.qualifiedName() + QLatin1Char(' ') + id;
+    const DocumentRoot root = DocumentRoot::of(path);
+    return root.id.isEmpty() || root.id.size() > LongestId ? QString() : root.tag + QLatin1Char(' ') + root.id;
 }
 
 struct Header

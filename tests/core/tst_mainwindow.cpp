@@ -61,6 +61,7 @@ private slots:
     void saveAs();
     void newFile_data();
     void newFile();
+    void newFileOfATakenId();
     void drops_data();
     void drops();
     void guide();
@@ -398,6 +399,28 @@ void tst_MainWindow::newFile()
         attributes << each.name().toString() << each.value().toString();
     QCOMPARE(attributes, QStringList({ s("id"), id, s("name"), name, s("vendor"), s("A & B") }));
     QVERIFY(!reader.readNextStartElement() && !reader.hasError());
+}
+
+void tst_MainWindow::newFileOfATakenId()
+{
+    QVERIFY(open());
+    const QDir place(m_dir->filePath(s("files")));
+    // A long beginning, and more plug-ins than are read in one go.
+    for (int i = 0; i < 300; ++i) {
+        QVERIFY(place.mkdir(s("p%1").arg(i)));
+        writeFile(place.filePath(s("p%1/extension.xml").arg(i)),
+            "<!--" + QByteArray(9000, '-').replace("--", "- ") + "--><Plugin id=\"a." + QByteArray::number(i) + "\"/>");
+    }
+    trigger("newAction");
+    auto *dialog = m_window->findChild<QDialog *>(s("newFileDialog"));
+    dialog->findChild<QLineEdit *>(s("newPlace"))->setText(place.path());
+    dialog->findChild<QLineEdit *>(s("newName"))->setText(s("New"));
+    for (const int i : { 299, 0, 300 }) {
+        dialog->findChild<QLineEdit *>(s("newId"))->setText(s("a.%1").arg(i));
+        const auto *note = dialog->findChild<QLabel *>(s("newFileNote"));
+        QTRY_COMPARE(note->text().contains(s("\"p%1\" has this id").arg(i)), i < 300);
+        QVERIFY(dialog->findChild<QPushButton *>(s("createFileButton"))->isEnabled());
+    }
 }
 
 void tst_MainWindow::drops_data()
