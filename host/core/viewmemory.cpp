@@ -87,26 +87,27 @@ void ViewMemory::remember(IEditor *editor)
     if (!keeper)
         return;
     const QByteArray state = packed(keeper->viewState());
-    const QString key = group() + QLatin1Char('/') + keyOf(editor);
-    m_lastTime = qMax(m_lastTime + 1, QDateTime::currentMSecsSinceEpoch());
-    if (state.isEmpty() || state.size() > LongestState)
-        m_settings.remove(key);
-    else
-        m_settings.setValue(key, QVariantList { m_lastTime, state });
-    forgetOldest();
+    const QString key = keyOf(editor);
+    m_settings.beginGroup(group());
+    m_settings.remove(key);
+    if (!state.isEmpty() && state.size() <= LongestState) {
+        // After all others, whatever the clock says.
+        const qint64 newest = forgetOldest(MostFiles - 1);
+        m_settings.setValue(key, QVariantList { qMax(newest + 1, QDateTime::currentMSecsSinceEpoch()), state });
+    }
+    m_settings.endGroup();
 }
 
-void ViewMemory::forgetOldest()
+qint64 ViewMemory::forgetOldest(int left)
 {
-    m_settings.beginGroup(group());
     const QStringList keys = m_settings.childKeys();
     std::vector<std::pair<qint64, QString>> entries;
     for (const QString &key : keys)
         entries.emplace_back(m_settings.value(key).toList().value(0).toLongLong(), key);
     std::sort(entries.rbegin(), entries.rend());
-    for (size_t i = MostFiles; i < entries.size(); ++i)
+    for (size_t i = size_t(left); i < entries.size(); ++i)
         m_settings.remove(entries.at(i).second);
-    m_settings.endGroup();
+    return entries.empty() ? 0 : entries.front().first;
 }
 
 } // namespace Core

@@ -29,10 +29,10 @@ public:
 
 private:
     void remember(IEditor *editor);
-    void forgetOldest();
+    /// All but that many, in the group that is open. The time of the newest one.
+    qint64 forgetOldest(int left);
 
     QSettings &m_settings;
-    qint64 m_lastTime = 0; ///< Milliseconds; of two in the same one the later has more.
 };
 
 } // namespace Core
