@@ -2,6 +2,7 @@
 
 #include "core/readablepalette.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QGroupBox>
 #include <QIconEngine>
@@ -78,6 +79,16 @@ void WorkbenchStyle::drawControl(
     QProxyStyle::drawControl(element, &inactive, painter, widget);
 }
 
+void WorkbenchStyle::drawComplexControl(
+    ComplexControl control, const QStyleOptionComplex *option, QPainter *painter, const QWidget *widget) const
+{
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    if ((control == CC_ComboBox || control == CC_SpinBox) && option->state.testFlag(State_HasFocus))
+        strokeFrame(painter, option->rect,
+            standingOut(
+                option->palette.color(QPalette::Highlight), option->palette.color(QPalette::Window), visibleContrast));
+}
+
 void WorkbenchStyle::drawPrimitive(
     PrimitiveElement element, const QStyleOption *option, QPainter *painter, const QWidget *widget) const
 {
@@ -86,6 +97,15 @@ void WorkbenchStyle::drawPrimitive(
         QStyleOptionViewItem inactive(*item);
         inactive.state &= ~State_Active;
         QProxyStyle::drawPrimitive(element, &inactive, painter, widget);
+        return;
+    }
+    // Fusion lays the colour of selections over the row, which takes its text's contrast; a frame is enough.
+    const auto *focus = qstyleoption_cast<const QStyleOptionFocusRect *>(option);
+    if (element == PE_FrameFocusRect && focus && qobject_cast<const QAbstractItemView *>(widget)) {
+        const QColor ground
+            = focus->backgroundColor.isValid() ? focus->backgroundColor : option->palette.color(QPalette::Base);
+        strokeFrame(
+            painter, option->rect, standingOut(option->palette.color(QPalette::Highlight), ground, visibleContrast));
         return;
     }
     if (element != PE_FrameGroupBox) {

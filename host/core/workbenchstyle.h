@@ -20,6 +20,8 @@ class CORE_EXPORT WorkbenchStyle final : public QProxyStyle
 public:
     using QProxyStyle::QProxyStyle;
 
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,
+        const QWidget *widget = nullptr) const override;
     void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
         const QWidget *widget = nullptr) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,

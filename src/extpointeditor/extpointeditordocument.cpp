@@ -148,6 +148,8 @@ void ExtPointEditorDocument::setDocumentState(const State &state)
 {
     m_manager->ownStates().restore(EditorState::own(state));
     m_manager->changes().flush();
+    if (m_widget)
+        m_widget->keepPointCurrent();
     onModified(true);
 }
 

@@ -57,6 +57,12 @@ ExtPointWidget::~ExtPointWidget()
     delete ui;
 }
 
+void ExtPointWidget::keepPointCurrent()
+{
+    if (!ui->defintionTree->currentItem())
+        ui->defintionTree->setCurrentItem(ui->defintionTree->topLevelItem(0));
+}
+
 void ExtPointWidget::reloadPages()
 {
     realizationBuilder->addPluginFormats();

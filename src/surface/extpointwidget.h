@@ -36,6 +36,9 @@ public:
     /// Commits what is typed in a sheet and not committed yet; what a sheet refuses stays in it, marked.
     void commitEditors();
 
+    /// Where the point that was current on the definition page has gone, the plug-in is current.
+    void keepPointCurrent();
+
     /// Goes to what shows @p node best; see GoToNode. False for null and when nothing does.
     bool goTo(PointTreeWidgetItem *node);
     [[nodiscard]] FindActions *findActions() const { return finding; }

@@ -1,31 +1,22 @@
-#include "accessiblewalk.h"
 #include "core/aboutpluginsdialog.h"
 #include "core/caredfile.h"
 #include "core/finddock.h"
 #include "core/guidewindow.h"
 #include "core/problemsdock.h"
-#include "core/readablepalette.h"
-#include "core/workbenchstyle.h"
 
 #include <QAction>
-#include <QCheckBox>
-#include <QDockWidget>
 #include <QDropEvent>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QPalette>
 #include <QPushButton>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QStyleFactory>
-#include <QStyleOptionButton>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextBrowser>
@@ -33,7 +24,6 @@
 #include <QToolButton>
 #include <QTreeWidget>
 #include <QUrl>
-#include <QVBoxLayout>
 #include <QXmlStreamReader>
 
 #include <algorithm>
@@ -65,11 +55,6 @@ private slots:
     void drops_data();
     void drops();
     void guide();
-    void contrast_data();
-    void contrast();
-    void marksAreSeen_data();
-    void marksAreSeen();
-    void nothingIsNameless();
     void aboutPlugins();
     void findInProduct();
     void problems();
@@ -488,117 +473,6 @@ void tst_MainWindow::guide()
     trigger("userGuideAction");
     QCOMPARE(m_window->findChildren<Core::GuideWindow *>().size(), 1);
     QCOMPARE(browser->verticalScrollBar()->value(), 0);
-}
-
-void tst_MainWindow::contrast_data()
-{
-    QTest::addColumn<QPalette>("palette");
-    QTest::newRow("dark") << Core::darkPalette();
-    QTest::newRow("the toolkit's") << QApplication::style()->standardPalette();
-    QPalette pale(Qt::lightGray);
-    pale.setColor(QPalette::Text, Qt::gray);
-    pale.setColor(QPalette::Highlight, Qt::yellow);
-    pale.setColor(QPalette::HighlightedText, Qt::white);
-    QTest::newRow("a pale one") << pale;
-}
-
-/// What must be read stands out 4.5:1 from every ground that it stands on.
-void tst_MainWindow::contrast()
-{
-    QFETCH(QPalette, palette);
-    const QPalette readable = Core::readable(palette);
-    using Role = QPalette::ColorRole;
-    const QList<QPair<Role, QList<Role>>> pairs {
-        { QPalette::Text, { QPalette::Base, QPalette::AlternateBase } },
-        { QPalette::PlaceholderText, { QPalette::Base } },
-        { QPalette::WindowText, { QPalette::Window } },
-        { QPalette::ButtonText, { QPalette::Button } },
-        { QPalette::ToolTipText, { QPalette::ToolTipBase } },
-        { QPalette::HighlightedText, { QPalette::Highlight } },
-        { QPalette::Link, { QPalette::Base, QPalette::Window } },
-    };
-    for (const auto group : { QPalette::Active, QPalette::Inactive, QPalette::Disabled }) {
-        for (const auto &pair : pairs) {
-            for (const Role ground : pair.second) {
-                const double found = Core::contrast(readable.color(group, pair.first), readable.color(group, ground));
-                QVERIFY2(found >= 4.5, qPrintable(s("%1: %2 on %3").arg(group).arg(pair.first).arg(ground)));
-            }
-        }
-    }
-    // A definition of its own for the oracle: the figures of two well-known pairs.
-    QVERIFY(qAbs(Core::contrast(Qt::black, Qt::white) - 21) < 0.01);
-    QVERIFY(qAbs(Core::contrast(QColor(0x76, 0x76, 0x76), Qt::white) - 4.54) < 0.01);
-}
-
-/// As painted: a field's frame with the focus, a box that is not ticked, and a selection where the keys don't go.
-void tst_MainWindow::marksAreSeen_data()
-{
-    contrast_data();
-}
-
-void tst_MainWindow::marksAreSeen()
-{
-    QFETCH(QPalette, palette);
-    QWidget window;
-    window.setStyle(new Core::WorkbenchStyle(QStyleFactory::create(s("Fusion"))));
-    window.style()->setParent(&window);
-    window.setPalette(Core::readable(palette));
-    auto *layout = new QVBoxLayout(&window);
-    auto *line = new QLineEdit;
-    auto *box = new QCheckBox;
-    auto *list = new QListWidget;
-    list->addItem(QString());
-    list->setCurrentRow(0);
-    for (QWidget *each : QList<QWidget *> { line, box, list }) {
-        each->setStyle(window.style());
-        layout->addWidget(each);
-    }
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    const auto mostContrast = [](QWidget *widget, const QRect &part, const QColor &ground) {
-        const QImage image = widget->grab(part).toImage();
-        double most = 1;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x)
-                most = std::max(most, Core::contrast(image.pixelColor(x, y), ground));
-        }
-        return most;
-    };
-    line->setFocus();
-    const QColor base = window.palette().color(QPalette::Base);
-    QVERIFY(mostContrast(line, QRect(line->width() / 4, 0, line->width() / 2, 2), base) >= 3);
-    QStyleOptionButton option;
-    option.initFrom(box);
-    QVERIFY(mostContrast(box, window.style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, box), base) >= 3);
-    const QPoint middle = list->visualItemRect(list->item(0)).center();
-    const QColor without = list->viewport()->grab().toImage().pixelColor(middle);
-    list->setFocus();
-    const QColor with = list->viewport()->grab().toImage().pixelColor(middle);
-    QVERIFY(without != with && without != base);
-}
-
-/// The window with every dock, and each dialog that stays open.
-void tst_MainWindow::nothingIsNameless()
-{
-    new Core::FindDock(*m_window);
-    m_window->setPluginProblems(2);
-    QVERIFY(open());
-    m_window->show();
-    const auto docks = m_window->findChildren<QDockWidget *>();
-    for (QDockWidget *dock : docks)
-        dock->show();
-    for (const char *action : { "newAction", "keysAction", "aboutPluginsAction", "aboutAction" })
-        trigger(action);
-    int windows = 0;
-    const QWidgetList all = QApplication::topLevelWidgets();
-    for (QWidget *window : all) {
-        if (!window->isVisible())
-            continue;
-        ++windows;
-        QVERIFY2(AccessibleWalk::complaints(window).isEmpty(), qPrintable(AccessibleWalk::complaints(window)));
-    }
-    QCOMPARE(windows, 5);
-    QCOMPARE(docks.size(), 1);
 }
 
 void tst_MainWindow::aboutPlugins()

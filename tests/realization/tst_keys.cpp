@@ -7,6 +7,9 @@
 #include "form/drops/entrymove.h"
 #include "form/drops/pointdrop.h"
 #include "form/drops/recorddrop.h"
+#include "form/filterline.h"
+#include "form/rowfilter.h"
+#include "model/ownchange.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -121,6 +124,7 @@ private Q_SLOTS:
     void createsRecords();
     void pastesAsDropped();
     void copiesAnEntry();
+    void hiddenRowsAreLeftAlone();
     void movesByOne_data();
     void movesByOne();
     void movesRows_data();
@@ -396,6 +400,53 @@ void TestKeys::copiesAnEntry()
     QCOMPARE(page.menuOf("m2").filter(s("Paste")), list({ "-Paste" }));
 }
 
+/// A filter hides the current rows, and no key acts on them; what is made comes into sight. A tab keeps its root's
+/// name.
+void TestKeys::hiddenRowsAreLeftAlone()
+{
+    Page page(ownSets, { host, menus });
+    page.clickPoint();
+    page.clickRecord(0);
+    showTab(page, "mine");
+    page.clickEntry("a1");
+    const QByteArray before = ModelTesting::written(*page.manager);
+    for (QAbstractItemView *view : { static_cast<QAbstractItemView *>(page.table()),
+             static_cast<QAbstractItemView *>(page.formats()), static_cast<QAbstractItemView *>(page.points()) }) {
+        FilterLine::of(view)->filter()->setNeedle(s("nothing has this"));
+        QCoreApplication::processEvents();
+        for (const auto &key : QVector<QPair<Qt::Key, Qt::KeyboardModifier>> { { Qt::Key_Delete, Qt::NoModifier },
+                 { Qt::Key_Up, Qt::AltModifier }, { Qt::Key_Down, Qt::AltModifier }, { Qt::Key_X, Qt::ControlModifier },
+                 { Qt::Key_V, Qt::ControlModifier } })
+            keyWith(view, key.first, key.second);
+        QCOMPARE(ModelTesting::written(*page.manager), before);
+    }
+    QCOMPARE(page.modified, 0);
+    FilterLine::of(page.points())->close();
+    keyWith(page.table(), Qt::Key_Insert);
+    QCOMPARE(page.modified, 1);
+    QVERIFY(!page.table()->isRowHidden(page.table()->currentRow()));
+
+    // A bar is copied as text, but a format has one.
+    FilterLine::of(page.formats())->close();
+    const QStringList lines = page.formatLines();
+    page.formats()->setCurrentItem(page.formats()->topLevelItem(0)->child(0));
+    keyWith(page.formats(), Qt::Key_C, Qt::ControlModifier);
+    page.formats()->setCurrentItem(page.formats()->topLevelItem(0));
+    keyWith(page.formats(), Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(page.formatLines(), lines);
+    // What somebody else copies meanwhile is not the entry.
+    page.clickEntry("a2");
+    keyWith(page.formats(), Qt::Key_C, Qt::ControlModifier);
+    QGuiApplication::clipboard()->setText(s("something else"));
+    page.clickEntry("m2");
+    keyWith(page.formats(), Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(page.formatLines(), lines);
+
+    page.formats()->setCurrentItem(page.formats()->topLevelItem(0));
+    Q_EMIT page.sheet()->resetRequested(s("target"));
+    QVERIFY(ModelTesting::written(*page.manager).contains("<format target=\"mine\">"));
+}
+
 void TestKeys::movesByOne_data()
 {
     QTest::addColumn<QByteArray>("tab");
@@ -543,6 +594,16 @@ void TestKeys::smallThings()
     focus(page.tabs()->tabBar());
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     QVERIFY(page.formats()->hasFocus());
+
+    // Another type is a change of its own, also where no attribute comes with it.
+    Page typed(ownSets, { host });
+    typed.define("Point");
+    typed.clickAttribute(0);
+    OwnStates &states = typed.manager->ownStates();
+    const auto before = states.take();
+    Q_EMIT typed.editInfo()->propertyChanged(s("type"), s("ShortCut"));
+    const OwnChange change = OwnChange::between(*before, *states.take());
+    QVERIFY(change.what == OwnChange::What::Edited && change.key == s("type"));
 }
 
 QTEST_MAIN(TestKeys)

@@ -2,10 +2,12 @@
 
 #include "propertybrowser/editors/propertyeditor.h"
 
+#include <QAccessibleWidget>
 #include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QKeySequenceEdit>
+#include <QLineEdit>
 #include <QToolButton>
 
 namespace {
@@ -49,6 +51,11 @@ class Editor final : public PropertyEditor
 public:
     Editor(const PropertyItem &item, QWidget *parent) : PropertyEditor(item, parent), m_edit(new QKeySequenceEdit(this))
     {
+        // The toolkit has none for it, and would call it a part of the window that is nothing in itself.
+        QAccessible::registerAccessibleInterface(new QAccessibleWidget(m_edit, QAccessible::HotkeyField));
+        const auto lines = m_edit->findChildren<QLineEdit *>();
+        for (QLineEdit *line : lines)
+            line->setAccessibleName(item.displayText());
         auto *clear = new QToolButton(this);
         clear->setText(QStringLiteral("\u00d7"));
         const QString name = QCoreApplication::translate("PropertyBrowser", "No shortcut");
