@@ -71,6 +71,7 @@ UndoHistory::UndoHistory(EditorManager &editors, MainWindow &window)
     window.statusBar()->addPermanentWidget(m_undoDeletion);
     // It belongs to the sentence beside it.
     connect(window.statusBar(), &QStatusBar::messageChanged, m_undoDeletion, &QWidget::hide);
+    m_idle.setObjectName(QStringLiteral("undoIdleTimer"));
     m_idle.setSingleShot(true);
     connect(&m_idle, &QTimer::timeout, this, &UndoHistory::take);
     connect(&editors, &EditorManager::documentChanged, this, [this](const IEditor *editor) {

@@ -60,7 +60,7 @@ private:
     std::vector<UndoableDocument::State> m_states;
     size_t m_current = 0;
     bool m_restoring = false;
-    QTimer m_idle;
+    QTimer m_idle { this };
     QAction *m_undo;
     QAction *m_redo;
     QToolButton *m_undoDeletion;

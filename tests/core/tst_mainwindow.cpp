@@ -60,6 +60,8 @@ private slots:
     void problems();
 
 private:
+    /// Until the history knows what has changed: a pause of the machine makes it wait longer for an idle moment.
+    void settle() const;
     QString makeFile(const QString &name, const QByteArray &content = "<fake/>");
 };
 
@@ -186,12 +188,20 @@ void tst_MainWindow::revert()
 }
 
 /// A list of what the document was, and a place in it.
+void tst_MainWindow::settle() const
+{
+    const auto *idle = m_window->findChild<QTimer *>(s("undoIdleTimer"));
+    QCoreApplication::processEvents();
+    while (idle->isActive())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
 void tst_MainWindow::undo()
 {
     FakeDocument *document = open();
     QVERIFY(document);
     document->modify("0");
-    QCoreApplication::processEvents();
+    settle();
     const auto weight = [](const QByteArray &content) {
         return content.startsWith("heavy") ? qint64(20) * 1024 * 1024 : content.size();
     };
@@ -211,7 +221,7 @@ void tst_MainWindow::undo()
             break;
         case 2:
             document->modify(); // the same once more
-            QCoreApplication::processEvents();
+            settle();
             break;
         default: {
             static const char *const kinds[] = { "deleted ", "light ", "light ", "heavy " };
@@ -219,7 +229,7 @@ void tst_MainWindow::undo()
             const QByteArray content = kinds[random.bounded(step < 500 ? 3 : 4)] + QByteArray::number(step);
             document->modify(content);
             if (random.bounded(2))
-                QCoreApplication::processEvents();
+                settle();
             else
                 trigger("undoAction"); // what has changed since is known all the same
             states = states.mid(0, current + 1) << content;
@@ -245,9 +255,9 @@ void tst_MainWindow::undoInAField()
 {
     FakeDocument *document = open();
     QVERIFY(document);
-    QCoreApplication::processEvents();
+    settle();
     document->modify("changed");
-    QCoreApplication::processEvents();
+    settle();
     auto *field = m_window->findChild<QLineEdit *>();
     QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     field->setFocus();
