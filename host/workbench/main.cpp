@@ -195,8 +195,6 @@ int main(int argc, char **argv)
 
     Workbench::setUpLogging(commandLine.verbose);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    // A screen at 1.5 shows 1.5, not 2.
-    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QCoreApplication::setOrganizationName(QStringLiteral("ExtPoint"));
     QCoreApplication::setApplicationName(QStringLiteral("extpoint-workbench"));
