@@ -106,7 +106,8 @@ void tst_Workbench::answers_data()
     row("help without a display", "QT_QPA_PLATFORM=xcb $w --help", 0, "", usage);
     row("version without a display", "QT_QPA_PLATFORM=xcb $w --version", 0, "", "extpoint-workbench 4.0.2\n");
     row("unknown option", "QT_QPA_PLATFORM=xcb $w --nope", 2,
-        "extpoint-workbench: Unknown option 'nope'.\nUsage: extpoint-workbench [OPTION...] [FILE[:LINE[:COLUMN]]...]\n");
+        "extpoint-workbench: Unknown option 'nope'.\nUsage: extpoint-workbench [OPTION...] "
+        "[FILE[:LINE[:COLUMN]]...]\n");
     row("without the core", "$w --plugin-path . --save a.fake", 1,
         "extpoint-workbench: The plug-in \"Core\" could not be loaded.\n");
 
@@ -163,7 +164,8 @@ void tst_Workbench::answers()
     m_environment.insert(s("intruder"), s(EXTPOINT_BINARY_DIR "/tests/intruders/libIntruder.so"));
     // The copies have lost the way to what they link.
     m_environment.insert(s("copied"),
-        s("export LD_LIBRARY_PATH=%1/libraries:%1/plugins:$LD_LIBRARY_PATH && mkdir -p plugins lib/extpoint/plugins && cp %2 . "
+        s("export LD_LIBRARY_PATH=%1/libraries:%1/plugins:$LD_LIBRARY_PATH && mkdir -p plugins lib/extpoint/plugins && "
+          "cp %2 . "
           "&& "
           "cp %2 plugins && cp %2 lib/extpoint/plugins")
             .arg(s(EXTPOINT_BINARY_DIR "/lib/extpoint"), fakePlugin));

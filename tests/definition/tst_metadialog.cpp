@@ -1,7 +1,7 @@
 #include "realization/realizationpage.h"
 
-#include "definition/metadialog.h"
 #include "accessiblewalk.h"
+#include "definition/metadialog.h"
 #include "tabcycle.h"
 
 #include <QSignalSpy>

@@ -1,5 +1,5 @@
-#include "projectexplorer/productdock.h"
 #include "accessiblewalk.h"
+#include "projectexplorer/productdock.h"
 #include "tabcycle.h"
 
 #include <QDir>
