@@ -14,6 +14,8 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace Core {
 
 namespace {
@@ -126,6 +128,7 @@ void FindDock::startSearch()
 void FindDock::present(const QString &title, const std::shared_ptr<ProductSearch> &search)
 {
     m_search = search;
+    m_goesOn = false;
     if (!title.isEmpty())
         setWindowTitle(title);
     if (m_search) {
@@ -168,6 +171,8 @@ void FindDock::showResults()
     m_summary->setText(m_search->count() > results.size()
             ? tr("%1 of %2, go on typing").arg(locale.toString(results.size()), locale.toString(m_search->count()))
             : tr("%1 found").arg(locale.toString(results.size())));
+    if (std::exchange(m_goesOn, false))
+        goToCurrent();
 }
 
 void FindDock::goToCurrent()
@@ -199,6 +204,8 @@ bool FindDock::eventFilter(QObject *watched, QEvent *event)
         startSearch();
     if (key == Qt::Key_Down)
         m_list->setFocus(Qt::OtherFocusReason);
+    else if (m_portion.isActive())
+        m_goesOn = true;
     else
         goToCurrent();
     return true;

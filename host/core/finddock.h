@@ -53,8 +53,9 @@ private:
     QLineEdit *m_needle;
     QTreeWidget *m_list;
     QLabel *m_summary;
-    QTimer m_pause;   ///< of typing
-    QTimer m_portion; ///< of the search
+    bool m_goesOn = false; ///< to the first result, once it is there
+    QTimer m_pause;        ///< of typing
+    QTimer m_portion;      ///< of the search
 };
 
 } // namespace Core

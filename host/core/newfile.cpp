@@ -21,8 +21,8 @@ QString tr(const char *text)
 
 bool isId(const QString &text)
 {
-    static const QRegularExpression id(QStringLiteral("\\A[\\p{L}_][\\p{L}\\p{N}_-]*(\\.[\\p{L}\\p{N}_-]+)*\\z"),
-        QRegularExpression::UseUnicodePropertiesOption);
+    // As the editor wants an id; the host repeats it, since it knows no editor.
+    static const QRegularExpression id(QStringLiteral("\\A[a-zA-Z][a-zA-Z0-9_-]*(\\.[a-zA-Z0-9_-]+)*\\z"));
     return id.match(text).hasMatch();
 }
 

@@ -115,7 +115,10 @@ void DefintionPageBuilder::showAttribute(PointTreeWidgetItem *attribute)
 
 void DefintionPageBuilder::followCurrentRows()
 {
-    if (!makeCurrent(m_ui->defintionTable, m_currentPoint, m_currentAttribute)) {
+    const int shown = m_ui->defintionTable->currentRow();
+    const bool isThere = m_currentPoint && m_currentAttribute && shown >= 0
+        && Definitions::declarations(m_currentPoint).value(shown) == m_currentAttribute;
+    if (!isThere && !makeCurrent(m_ui->defintionTable, m_currentPoint, m_currentAttribute)) {
         m_currentAttribute = nullptr;
         m_editTarget = m_currentPoint;
         m_editMode = EditAttribute;
@@ -207,12 +210,16 @@ void DefintionPageBuilder::addAttribute()
 {
     if (!currentTakesAttributes())
         return;
-    (void)AttributeSheet::create(m_currentPoint, fieldsOf(QStringLiteral("String")));
+    PointTreeWidgetItem *made = AttributeSheet::create(m_currentPoint, fieldsOf(QStringLiteral("String")));
     Controller::instance()->flushChanges();
     QTableWidget *table = m_ui->defintionTable;
     table->setCurrentCell(table->rowCount() - 1, 0);
     onDefineTableItemClicked(table->currentItem());
-    m_ui->editInfoWidget->openEditor(QStringLiteral("key"));
+    // A click may show another one, and nobody wants to name that.
+    if (m_currentAttribute != made)
+        showNode(made, QStringLiteral("key"));
+    else
+        m_ui->editInfoWidget->openEditor(QStringLiteral("key"));
     Q_EMIT modified(true);
 }
 
@@ -220,12 +227,13 @@ void DefintionPageBuilder::addEntry()
 {
     if (!m_currentAttribute)
         return;
-    (void)EnumTable::create(m_currentAttribute);
+    const PointTreeWidgetItem *made = EnumTable::create(m_currentAttribute);
     Controller::instance()->flushChanges();
     QTableWidget *table = m_ui->enumTable;
     table->setCurrentCell(table->rowCount() - 1, table->columnCount() - 1);
     onEnumTableItemClicked(table->currentItem());
-    m_ui->editInfoWidget->openEditor(QStringLiteral("key"));
+    if (m_editTarget == made)
+        m_ui->editInfoWidget->openEditor(QStringLiteral("key"));
     Q_EMIT modified(true);
 }
 

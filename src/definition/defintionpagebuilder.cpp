@@ -437,7 +437,8 @@ void DefintionPageBuilder::addProperty(const QString &key)
 void DefintionPageBuilder::showHeadings()
 {
     m_ui->basicInfo->setHeading(NodeWords::what(m_currentPoint));
-    m_ui->editInfoWidget->setHeading(m_editTarget != m_currentPoint ? NodeWords::what(m_editTarget) : QString());
+    m_ui->editInfoWidget->setHeading(
+        m_editTarget != m_currentPoint ? NodeWords::what(m_editTarget) : QString(), m_editTarget);
 }
 
 void DefintionPageBuilder::updateButtons()

@@ -401,7 +401,9 @@ void PropertyTree::keepRefused()
     if (text.isEmpty()) {
         return;
     }
-    m_refused.append({ m_subject, m_items.at(m_openRow).name(), text });
+    if (m_subject) {
+        m_refused.append({ m_subject, m_items.at(m_openRow).name(), text });
+    }
     while (m_refused.size() > mostKept) {
         m_refused.removeFirst();
     }
@@ -412,7 +414,7 @@ void PropertyTree::putBackRefused()
 {
     const QString name = m_items.at(m_openRow).name();
     for (int i = m_refused.size() - 1; i >= 0; --i) {
-        if (m_refused.at(i).subject == m_subject && m_refused.at(i).name == name) {
+        if (m_subject && m_refused.at(i).subject == m_subject && m_refused.at(i).name == name) {
             m_open->putBack(m_refused.takeAt(i).text);
             return;
         }

@@ -5,6 +5,7 @@
 #include "propertybrowser/propertyitem.h"
 
 #include <QHash>
+#include <QPointer>
 #include <QTreeWidget>
 
 /// The tree inside a @p TreePropertyBrowser. It opens at most one editor in place, and lets the small ones (check
@@ -27,7 +28,7 @@ public:
     [[nodiscard]] bool isEditing() const { return m_open != nullptr; }
     void setDoubts(const PropertyEditor::Doubts &doubts) { m_doubts = doubts; }
     /// Whom the rows are about, for the texts that were refused.
-    void setSubject(const QString &subject) { m_subject = subject; }
+    void setSubject(const QObject *subject) { m_subject = subject; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -66,10 +67,10 @@ private:
     PropertyEditor *m_open = nullptr;
     int m_openRow = -1;
     PropertyEditor::Doubts m_doubts;
-    QString m_subject;
+    QPointer<const QObject> m_subject;
     struct Refused
     {
-        QString subject;
+        QPointer<const QObject> subject;
         QString name;
         QString text;
     };

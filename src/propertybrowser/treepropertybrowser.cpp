@@ -23,10 +23,10 @@ void TreePropertyBrowser::showProperties(const QList<PropertyItem> &items)
     m_tree->showProperties(items);
 }
 
-void TreePropertyBrowser::setHeading(const QString &text)
+void TreePropertyBrowser::setHeading(const QString &text, const QObject *subject)
 {
     m_heading->setText(text);
-    m_tree->setSubject(text);
+    m_tree->setSubject(subject);
 }
 
 void TreePropertyBrowser::setDoubts(const std::function<QString(const QString &, const QString &)> &doubts)

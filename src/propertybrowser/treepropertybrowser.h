@@ -24,7 +24,9 @@ public:
     void showProperties(const QList<PropertyItem> &items);
     void clear() { showProperties({}); }
     /// One line of plain text over the rows that says whom they are about; without one there is no line.
-    void setHeading(const QString &text);
+    /// @p subject is what the sheet is about; a text that it refuses comes back for that alone, and for nothing with
+    /// null.
+    void setHeading(const QString &text, const QObject *subject = nullptr);
     /// Asked about every text that is typed into a row: what is doubtful about it, empty for nothing.
     void setDoubts(const std::function<QString(const QString &name, const QString &text)> &doubts);
     /// The shown records with the values committed since.

@@ -87,7 +87,7 @@ void SheetPane::showHeading()
     QString heading = NodeWords::withUses(m_node);
     if (subject() == Subject::Foreign)
         heading = tr("%1; belongs to %2 and can't be changed here").arg(heading, m_node->pluginId());
-    m_sheet->setHeading(heading);
+    m_sheet->setHeading(heading, m_node);
 }
 
 QVariant SheetPane::standard(const QString &key) const

@@ -87,7 +87,9 @@ bool ExtPointWidget::goTo(PointTreeWidgetItem *node)
     const QPointer<PointTreeWidgetItem> meant(node);
     commitEditors();
     showAllFormats();
-    return meant && GoToNode::show(*ui, meant);
+    return meant && GoToNode::show(*ui, meant, [this](PointTreeWidgetItem *attribute) {
+        defintionBuilder->showNode(attribute, QString());
+    });
 }
 
 void ExtPointWidget::showNode(PointTreeWidgetItem *node, const QString &key)

@@ -45,7 +45,8 @@ void goToCell(QTableWidget *table, int row)
     FilterLine::showCurrent(table);
 }
 
-bool showDefinition(const Ui::ExtPointWidget &ui, PointTreeWidgetItem *node)
+bool showDefinition(
+    const Ui::ExtPointWidget &ui, PointTreeWidgetItem *node, const GoToNode::ShowAttribute &showAttribute)
 {
     ui.tabWidget->setCurrentIndex(DefinitionPage);
     PointTreeWidgetItem *point = nearestWithRow(node, ui.defintionTree);
@@ -59,6 +60,7 @@ bool showDefinition(const Ui::ExtPointWidget &ui, PointTreeWidgetItem *node)
         attribute = attribute->parentItem();
     }
     goToCell(ui.defintionTable, Definitions::declarations(point).indexOf(attribute));
+    showAttribute(attribute);
     if (!choice || ui.enumGroup->isHidden())
         return true;
     Nodes choices;
@@ -155,7 +157,7 @@ bool showEntry(const Ui::ExtPointWidget &ui, PointTreeWidgetItem *entry)
 
 } // namespace
 
-bool GoToNode::show(const Ui::ExtPointWidget &ui, PointTreeWidgetItem *node)
+bool GoToNode::show(const Ui::ExtPointWidget &ui, PointTreeWidgetItem *node, const ShowAttribute &showAttribute)
 {
     const SourceDataManager *manager = Controller::instance()->sourceDataManager();
     if (!node || !manager)
@@ -177,5 +179,5 @@ bool GoToNode::show(const Ui::ExtPointWidget &ui, PointTreeWidgetItem *node)
     const PointTreeWidgetItem *top = node;
     while (top->parentItem())
         top = top->parentItem();
-    return top == manager->definitionRoot() ? showDefinition(ui, node) : showPoint(ui, node);
+    return top == manager->definitionRoot() ? showDefinition(ui, node, showAttribute) : showPoint(ui, node);
 }

@@ -521,9 +521,11 @@ void tst_MainWindow::findInProduct()
     QTest::keyClick(needle, Qt::Key_Return);
     QCOMPARE(editor->wentTo, QStringList(s("0")));
     QTRY_COMPARE(summary->text(), s("2 found"));
+    // It goes there once it is found.
+    QCOMPARE(editor->wentTo, QStringList({ s("0"), s("0") }));
     list->setCurrentItem(list->topLevelItem(1));
     Q_EMIT list->itemActivated(list->currentItem(), 0);
-    QCOMPARE(editor->wentTo, QStringList({ s("0"), s("1") }));
+    QCOMPARE(editor->wentTo, QStringList({ s("0"), s("0"), s("1") }));
     QCOMPARE(summary->text(), s("It is no longer there"));
     editor->presenterOf(s("Users of X"), editor->search(s("3")));
     QTRY_COMPARE(list->topLevelItemCount(), 3);
