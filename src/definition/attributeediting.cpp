@@ -210,15 +210,13 @@ void DefintionPageBuilder::addAttribute()
 {
     if (!currentTakesAttributes())
         return;
-    PointTreeWidgetItem *made = AttributeSheet::create(m_currentPoint, fieldsOf(QStringLiteral("String")));
+    const PointTreeWidgetItem *made = AttributeSheet::create(m_currentPoint, fieldsOf(QStringLiteral("String")));
     Controller::instance()->flushChanges();
     QTableWidget *table = m_ui->defintionTable;
     table->setCurrentCell(table->rowCount() - 1, 0);
     onDefineTableItemClicked(table->currentItem());
-    // A click may show another one, and nobody wants to name that.
-    if (m_currentAttribute != made)
-        showNode(made, QStringLiteral("key"));
-    else
+    // What is shown as by a click may be another one, which nobody wants to name.
+    if (m_currentAttribute == made)
         m_ui->editInfoWidget->openEditor(QStringLiteral("key"));
     Q_EMIT modified(true);
 }

@@ -527,8 +527,12 @@ void TestKeys::smallThings()
     page.press(page.entries(), Qt::Key_Insert);
     QCOMPARE(page.entries()->currentRow(), 3);
     QCOMPARE(focusedKey(), s("key"));
+    // Behind a sub point a click on the new row shows that, whose key is not typed over.
     page.press(page.attributes(), Qt::Key_Insert);
     QCOMPARE(page.attributes()->currentRow(), 3);
+    QVERIFY(focusedKey() != s("key"));
+    page.define("Sub");
+    page.press(page.attributes(), Qt::Key_Insert);
     QCOMPARE(focusedKey(), s("key"));
     // The keys start at the root of a tab, which nobody has gone to.
     page.showPage(1);
