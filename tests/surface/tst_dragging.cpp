@@ -523,6 +523,7 @@ void TestDragging::toolTips()
 {
     const QString node = s(QTest::currentDataTag());
     Bench bench;
+    QTRY_VERIFY(!bench.model.manager.problems().all().isEmpty());
     QWidget *viewport = bench.row(node)->treeWidget()->viewport();
     const QPoint place = bench.place(node);
     QHelpEvent help(QEvent::ToolTip, place, viewport->mapToGlobal(place));
