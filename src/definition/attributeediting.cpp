@@ -6,6 +6,7 @@
 #include "defintionpagebuilder.h"
 #include "enumtable.h"
 #include "form/extpointwidgetform.h"
+#include "form/filterline.h"
 #include "form/sheethelp.h"
 #include "model/controller.h"
 #include "model/definitions.h"
@@ -62,28 +63,9 @@ void DefintionPageBuilder::onDefineTableItemClicked(QTableWidgetItem *cell)
     updateButtons();
 }
 
-void DefintionPageBuilder::showNode(PointTreeWidgetItem *node, const QString &key)
+void DefintionPageBuilder::showDeclaration(PointTreeWidgetItem *attribute)
 {
-    if (!m_ui)
-        return;
-    const QPointer<PointTreeWidgetItem> sought(node);
-    commitSheets();
-    PointTreeWidgetItem *row = sought;
-    while (row && row->treeWidget() != m_ui->defintionTree)
-        row = row->parentItem();
-    if (!row)
-        return;
-    m_ui->defintionTree->setCurrentItem(row);
-    m_ui->defintionTree->scrollToItem(row);
-    onDefineTreeItemClicked(row, 0);
-    if (row == sought) {
-        if (QWidget *editor = m_ui->basicInfo->editorFor(key)) {
-            editor->setFocus(Qt::OtherFocusReason);
-            m_ui->scrollArea->ensureWidgetVisible(editor);
-        }
-        return;
-    }
-    const int number = Definitions::declarations(row).indexOf(sought);
+    const int number = Definitions::declarations(m_currentPoint).indexOf(attribute);
     if (number < 0)
         return;
     {
@@ -91,12 +73,22 @@ void DefintionPageBuilder::showNode(PointTreeWidgetItem *node, const QString &ke
         const QSignalBlocker quiet(m_ui->defintionTable);
         m_ui->defintionTable->setCurrentCell(number, 0);
     }
-    m_currentAttribute = sought;
-    m_editTarget = sought;
+    FilterLine::showCurrent(m_ui->defintionTable);
+    m_currentAttribute = attribute;
+    m_editTarget = attribute;
     m_editMode = EditAttribute;
-    showAttribute(sought);
+    showAttribute(attribute);
     updateButtons();
-    (void)m_ui->editInfoWidget->openEditor(key);
+}
+
+void DefintionPageBuilder::openField(const QString &key)
+{
+    if (m_editTarget && m_editTarget != m_currentPoint) {
+        (void)m_ui->editInfoWidget->openEditor(key);
+    } else if (QWidget *editor = m_ui->basicInfo->editorFor(key)) {
+        editor->setFocus(Qt::OtherFocusReason);
+        m_ui->scrollArea->ensureWidgetVisible(editor);
+    }
 }
 
 void DefintionPageBuilder::showAttribute(PointTreeWidgetItem *attribute)

@@ -257,8 +257,7 @@ void DefintionPageBuilder::createPointIn(PointTreeWidgetItem *plugin)
     PointTreeWidgetItem *point = PointCreation::createPoint(plugin);
     Q_EMIT addDefine(plugin->property(idKey).toString(), point, nullptr);
     Controller::instance()->flushChanges();
-    showInTree(m_ui->defintionTree, point);
-    onDefineTreeItemClicked(point, 0);
+    showPoint(point);
     Q_EMIT modified(true);
 }
 
@@ -272,9 +271,8 @@ void DefintionPageBuilder::createSubPointOf(PointTreeWidgetItem *point)
     if (above)
         Q_EMIT addDefine(PointTreeWidgetItem::fromRow(above)->property(idKey).toString(), point, subPoint);
     Controller::instance()->flushChanges();
-    showInTree(m_ui->defintionTree, subPoint);
     if (above)
-        onDefineTreeItemClicked(subPoint, 0);
+        showPoint(subPoint);
     Q_EMIT modified(true);
 }
 
@@ -294,6 +292,12 @@ void DefintionPageBuilder::destroyPoint(PointTreeWidgetItem *point)
     if (next && m_ui)
         m_ui->defintionTree->setCurrentItem(next);
     Q_EMIT modified(true);
+}
+
+void DefintionPageBuilder::showPoint(PointTreeWidgetItem *row)
+{
+    showInTree(m_ui->defintionTree, row);
+    onDefineTreeItemClicked(row, 0);
 }
 
 void DefintionPageBuilder::commitSheets()

@@ -49,8 +49,12 @@ public:
     /// Expands the tree and selects the plug-in, so that the page says what it is about; the latter once it is seen.
     void showLoaded();
 
-    /// Goes to a node of the definition side and to its field @p key.
-    void showNode(PointTreeWidgetItem *node, const QString &key);
+    /// Goes to a row of the tree and shows its sheet; a filter that hides it is closed.
+    void showPoint(PointTreeWidgetItem *row);
+    /// Goes to the row of an attribute of the point that is shown, and shows its sheet.
+    void showDeclaration(PointTreeWidgetItem *attribute);
+    /// Has the field @p key of the sheet that was shown last edited, where it has one.
+    void openField(const QString &key);
 
 Q_SIGNALS:
     void modified(bool flag);

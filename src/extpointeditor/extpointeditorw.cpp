@@ -116,8 +116,8 @@ void ExtPointEditorW::showProblem(const QVariant &key)
 {
     const QVector<Problem> all = m_document->problems().all();
     const int number = key.toInt();
-    if (number >= 0 && number < all.size() && all.at(number).node)
-        m_widget->showNode(all.at(number).node, all.at(number).key);
+    if (number >= 0 && number < all.size())
+        (void)m_widget->goTo(all.at(number).node, all.at(number).key);
 }
 
 void ExtPointEditorW::whenProblemsChange(QObject *context, const std::function<void()> &action)

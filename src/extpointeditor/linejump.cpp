@@ -1,7 +1,6 @@
 #include "linejump.h"
 
 #include "extpointeditordocument.h"
-#include "model/keys.h"
 #include "model/modelsearch.h"
 #include "model/nodeatline.h"
 #include "model/pointtreewidgetitem.h"
@@ -28,14 +27,11 @@ LineJump::LineJump(
 
 void LineJump::go()
 {
-    const QLatin1String extData("ExtData");
     // What has no row is shown by the nearest that has one.
     PointTreeWidgetItem *node = m_node;
-    while (node && node->parentItem() && ModelSearch::sortOf(node) == NodeSort::Other && !node->isKind(extData))
+    while (node && node->parentItem() && ModelSearch::sortOf(node) == NodeSort::Other
+        && !node->isKind(QLatin1String("ExtData")))
         node = node->parentItem();
-    // A holder stands for the point that it holds records of.
-    if (node && node->isKind(extData))
-        node = m_document.manager().definitions().first(node->properties().text(idKey));
     (void)m_widget.goTo(node);
 }
 

@@ -71,6 +71,8 @@ FilterLine::FilterLine(QAbstractItemView *view, QHeaderView *header, RowFilter *
 void FilterLine::showCurrent(QAbstractItemView *view)
 {
     auto *line = view->findChild<FilterLine *>();
+    if (line)
+        line->m_filter->catchUp();
     const auto *tree = qobject_cast<QTreeWidget *>(view);
     const auto *table = qobject_cast<QTableWidget *>(view);
     const bool isHidden = tree ? !isInSight(tree->currentItem())

@@ -109,14 +109,15 @@ void RowFilter::applyLater()
     if (m_pending || m_needle.isEmpty())
         return;
     m_pending = true;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            m_pending = false;
-            m_fresh = true;
-            apply(false);
-        },
-        Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &RowFilter::catchUp, Qt::QueuedConnection);
+}
+
+void RowFilter::catchUp()
+{
+    if (!std::exchange(m_pending, false))
+        return;
+    m_fresh = true;
+    apply(false);
 }
 
 // Trees ---------------------------------------------------------------------------------------------------------------

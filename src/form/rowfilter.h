@@ -30,6 +30,9 @@ public:
     [[nodiscard]] int matches() const { return m_matches; }
     [[nodiscard]] int total() const { return m_total; }
 
+    /// Looks now at what has changed since the last look, which is done before the next painting otherwise.
+    void catchUp();
+
     /// Makes the first row that holds the needle the current one, and brings it into sight. False without one.
     virtual bool goToFirst() = 0;
 

@@ -2,7 +2,6 @@
 
 #include "form/drops/pointdrop.h"
 #include "form/drops/tabledrop.h"
-#include "form/filterline.h"
 #include "form/realizationtablewidget.h"
 #include "form/rowfilter.h"
 #include "formatediting.h"
@@ -178,7 +177,6 @@ void PageMenus::createRecord(PointTreeWidgetItem *point)
     if (point != m_points->currentItem())
         m_points->setCurrentItem(point);
     m_table->drop(point);
-    FilterLine::showCurrent(m_table);
     m_table->setFocus(Qt::OtherFocusReason);
 }
 
@@ -202,10 +200,7 @@ void PageMenus::paste(PointTreeWidgetItem *row)
     if (!copied)
         return;
     Controller::instance()->flushChanges();
-    if (PointTreeWidgetItem *shown = m_tree->rowOf(copied)) {
-        m_tree->widget()->setCurrentItem(shown);
-        FilterLine::showCurrent(m_tree->widget());
-    }
+    m_page->showEntry(m_tree->rowOf(copied));
     Q_EMIT m_page->modified(true);
 }
 

@@ -16,7 +16,6 @@
 #include "model/modelchanges.h"
 #include "model/pointtreewidgetitem.h"
 #include "model/sourcedatamanager.h"
-#include "nodefinder.h"
 #include "ownpluginrows.h"
 #include "pagemenus.h"
 #include "recordtable.h"
@@ -226,10 +225,38 @@ void RealizationPageBuilder::addFormatRoot(PointTreeWidgetItem *item)
     }
 }
 
-void RealizationPageBuilder::showNode(PointTreeWidgetItem *node, const QString &key)
+void RealizationPageBuilder::showPoint(PointTreeWidgetItem *point)
 {
-    if (m_ui)
-        NodeFinder { m_ui, m_formatTabs, m_formatTree, m_records, m_sheet, this }.show(node, key);
+    m_ui->realizationTree->setCurrentItem(point);
+    FilterLine::showCurrent(m_ui->realizationTree);
+    onItemClicked(point, 0);
+}
+
+bool RealizationPageBuilder::showRecord(PointTreeWidgetItem *record)
+{
+    const int row = m_records->row(record);
+    if (row < 0)
+        return false;
+    m_ui->realizTable->setCurrentCell(row, 0);
+    FilterLine::showCurrent(m_ui->realizTable);
+    onTableItemClicked(m_ui->realizTable->item(row, 0));
+    return true;
+}
+
+void RealizationPageBuilder::showSheetOf(PointTreeWidgetItem *node)
+{
+    if (m_sheet->node() == node)
+        return;
+    const bool isHolder = node->isKind(QLatin1String("ExtData"));
+    m_sheet->show(isHolder                    ? SheetPane::Subject::Holder
+            : OwnRealizations::isRecord(node) ? SheetPane::Subject::Record
+                                              : SheetPane::Subject::Entry,
+        node);
+}
+
+void RealizationPageBuilder::openField(const QString &key)
+{
+    m_sheet->openEditor({ key });
 }
 
 void RealizationPageBuilder::addDefine(const QString &plugin, PointTreeWidgetItem *point, PointTreeWidgetItem *subPoint)
@@ -464,12 +491,7 @@ void RealizationPageBuilder::onAddTableRealization(PointTreeWidgetItem *parent, 
         m_formatTabs->show(record);
     if (!m_records->point())
         m_records->append(record);
-    const int row = m_records->row(record);
-    if (row < 0)
-        return;
-    m_ui->realizTable->setCurrentCell(row, 0);
-    m_ui->realizTable->scrollToItem(m_ui->realizTable->item(row, 0));
-    onTableItemClicked(m_ui->realizTable->item(row, 0));
+    (void)showRecord(record);
 }
 
 void RealizationPageBuilder::requestRefill()

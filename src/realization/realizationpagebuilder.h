@@ -47,8 +47,16 @@ public:
     void addLayout(PointTreeWidgetItem *layout);
     /// Null asks for the current tab to be shown afresh.
     void addFormatRoot(PointTreeWidgetItem *item);
-    /// See NodeFinder.
-    void showNode(PointTreeWidgetItem *node, const QString &key);
+
+    /// Go to a row of the tree of points, of the table or of the format tree and show its sheet, as a click would; a
+    /// filter that hides the row is closed. A record may have no row, which is returned. Null is allowed for an entry.
+    void showPoint(PointTreeWidgetItem *point);
+    bool showRecord(PointTreeWidgetItem *record);
+    void showEntry(PointTreeWidgetItem *row);
+    /// Shows the sheet of a node of the opened file that may have no row: it can be put right there.
+    void showSheetOf(PointTreeWidgetItem *node);
+    /// Has the field @p key of the sheet edited, where it has one.
+    void openField(const QString &key);
 
 Q_SIGNALS:
     void modified(bool flag);
@@ -82,8 +90,6 @@ private:
     void finishChange();
     /// Has every view follow a change of the model, in an order in which each finds what it needs.
     void follow(const ModelChange &change);
-    /// Goes to a row of the format tree, and shows its sheet. Null is allowed.
-    void showEntry(PointTreeWidgetItem *row);
     /// The node whose sheet a click on the point shows; null without one.
     [[nodiscard]] PointTreeWidgetItem *holderOf(PointTreeWidgetItem *point) const;
     /// Has the tab filled again as soon as nobody is in the middle of something.

@@ -82,30 +82,12 @@ void ExtPointWidget::commitEditors()
     ui->propertyRealization->commitEditor();
 }
 
-bool ExtPointWidget::goTo(PointTreeWidgetItem *node)
+bool ExtPointWidget::goTo(PointTreeWidgetItem *node, const QString &key)
 {
     const QPointer<PointTreeWidgetItem> meant(node);
     commitEditors();
     showAllFormats();
-    return meant && GoToNode::show(*ui, meant, [this](PointTreeWidgetItem *attribute) {
-        defintionBuilder->showNode(attribute, QString());
-    });
-}
-
-void ExtPointWidget::showNode(PointTreeWidgetItem *node, const QString &key)
-{
-    if (!node)
-        return;
-    const PointObject *top = node;
-    while (top->parent())
-        top = top->parent();
-    if (top == controller->definitionRoot()) {
-        ui->tabWidget->setCurrentWidget(ui->tab);
-        defintionBuilder->showNode(node, key);
-    } else {
-        ui->tabWidget->setCurrentWidget(ui->tab_2);
-        realizationBuilder->showNode(node, key);
-    }
+    return meant && GoToNode { *ui, *defintionBuilder, *realizationBuilder }.show(meant, key);
 }
 
 void ExtPointWidget::addFormatRoot(PointTreeWidgetItem *item)

@@ -39,12 +39,10 @@ public:
     /// Where the point that was current on the definition page has gone, the plug-in is current.
     void keepPointCurrent();
 
-    /// Goes to what shows @p node best; see GoToNode. False for null and when nothing does.
-    bool goTo(PointTreeWidgetItem *node);
+    /// Goes to what shows @p node best and to its field @p key, if one is named; see GoToNode. False for null and when
+    /// nothing shows it.
+    bool goTo(PointTreeWidgetItem *node, const QString &key = {});
     [[nodiscard]] FindActions *findActions() const { return finding; }
-
-    /// Goes to a node of the opened file: its page, its row and the field @p key of its sheet.
-    void showNode(PointTreeWidgetItem *node, const QString &key);
 
     void addFormatRoot(PointTreeWidgetItem *item) override;
     void addLayout(PointTreeWidgetItem *layout) override;

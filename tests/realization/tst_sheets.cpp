@@ -1,3 +1,4 @@
+#include "form/filterline.h"
 #include "propertybrowser/propertydialogs.h"
 #include "propertybrowser/propertykeys.h"
 #include "realization/formatsheet.h"
@@ -290,20 +291,23 @@ void TestSheets::problemsAreReached_data()
     QTest::addColumn<QByteArray>("sets");
     QTest::addColumn<int>("tab");
     QTest::addColumn<QString>("heading");
+    QTest::addColumn<QString>("view");
     const QByteArray declared = "<ExtPoint id='p' hasformat='1'><SubExtPoint key='act'><Int key='n' max='5' "
                                 "value='%1'/></SubExtPoint></ExtPoint>";
-    const auto row
-        = [&](const char *name, const char *standard, const QByteArray &content, int tab, const char *heading) {
-              QTest::newRow(name) << points(QByteArray(declared).replace("%1", standard)) + data(content, "p") << tab
-                                  << s(heading);
-          };
-    row("attribute", "9", "", 0, "Int attribute n of act");
-    row("record", "1", "<act id='a'/><act id='r' n='9'/>", 1, "act r, record of p, 0 uses");
+    const auto row = [&](const char *name, const char *standard, const QByteArray &content, int tab,
+                         const char *heading, const char *view, const char *point = "p") {
+        QTest::newRow(name) << points(QByteArray(declared).replace("%1", standard)) + data(content, point) << tab
+                            << s(heading) << s(view);
+    };
+    row("attribute", "9", "", 0, "Int attribute n of act", "defintionTable");
+    row("record", "1", "<act id='a'/><act id='r' n='9'/>", 1, "act r, record of p, 0 uses", "realizTable");
+    row("for a point that nobody declares", "1", "<act id='r'/>", 1, "Records of q in this plug-in", "", "q");
     row("entry", "1", "<act id='r'/><format target='t'/><format target='u'><act id='r' parent='gone'/></format>", 1,
-        "act r, entry of the tab u");
+        "act r, entry of the tab u", "formatTree");
 }
 
-/// From the other page, in another tab: its sheet is shown, with the field being edited.
+/// From the other page, in another tab, with filters that hide every row: its row and its sheet are shown, with the
+/// field being edited.
 void TestSheets::problemsAreReached()
 {
     QFETCH(const QByteArray, sets);
@@ -313,9 +317,19 @@ void TestSheets::problemsAreReached()
     QTRY_COMPARE(page.manager->problems().all().size(), 1);
     auto *pages = page.find<QTabWidget>("tabWidget");
     pages->setCurrentIndex(1 - tab);
+    for (const char *name : { "defintionTree", "defintionTable", "realizationTree", "realizTable", "formatTree" }) {
+        if (FilterLine *line = FilterLine::of(page.find<QAbstractItemView>(name)))
+            line->findChild<QLineEdit *>()->setText(s("nothing has this"));
+    }
     const Problem problem = page.manager->problems().all().first();
-    page.widget->showNode(problem.node, problem.key);
+    QVERIFY(page.widget->goTo(problem.node, problem.key));
+    QCoreApplication::processEvents();
     QCOMPARE(pages->currentIndex(), tab);
+    QFETCH(const QString, view);
+    if (!view.isEmpty()) {
+        const auto *shown = page.find<QAbstractItemView>(qPrintable(view));
+        QVERIFY(!shown->visualRect(shown->currentIndex()).isEmpty());
+    }
     auto *sheet = tab == 0 ? page.editInfo() : page.sheet();
     QCOMPARE(sheet->findChild<QLabel *>(s("sheetHeading"))->accessibleName(), heading);
     QVERIFY(sheet->editorFor(problem.key));
