@@ -14,12 +14,10 @@
 
 namespace {
 
-// A screenful; every one unfolded costs the view a layout.
-constexpr int matchesUnfolded = 40;
+constexpr int matchesUnfolded = 40; // a screenful
 
-bool holds(QTreeWidgetItem *item, int columns, const Needle &needle)
+bool holds(const PointTreeWidgetItem *node, int columns, const Needle &needle)
 {
-    const auto *node = dynamic_cast<const PointTreeWidgetItem *>(item);
     if (!node)
         return false;
     // As a rule the first text is one of the attributes, which need not be searched twice.
@@ -44,6 +42,7 @@ struct Indexes : QTreeWidget
 {
     using QTreeWidget::indexFromItem;
     using QTreeWidget::itemFromIndex;
+    using QTreeWidget::scheduleDelayedItemsLayout;
 };
 
 QModelIndex indexOf(const QTreeWidget *tree, const QTreeWidgetItem *item)
@@ -122,7 +121,8 @@ void RowFilter::catchUp()
 
 // Trees ---------------------------------------------------------------------------------------------------------------
 
-TreeRowFilter::TreeRowFilter(QTreeWidget *tree) : RowFilter(tree), m_tree(tree)
+TreeRowFilter::TreeRowFilter(QTreeWidget *tree, int rowsUnfolded)
+    : RowFilter(tree), m_tree(tree), m_rowsUnfolded(rowsUnfolded)
 {
     const QAbstractItemModel *model = tree->model();
     connect(model, &QAbstractItemModel::rowsInserted, this, &TreeRowFilter::take);
@@ -156,7 +156,7 @@ TreeRowFilter::Rows TreeRowFilter::rowsBelow(QTreeWidgetItem *parent, int first,
         }
         const int place = level.next++;
         QTreeWidgetItem *item = level.item->child(place);
-        rows.append({ item, level.row, place, true, false });
+        rows.append({ item, PointTreeWidgetItem::fromRow(item), level.row, place, true, false });
         if (item->childCount() > 0)
             levels.append({ item, rows.size() - 1, 0, item->childCount() });
     }
@@ -169,7 +169,7 @@ void TreeRowFilter::match(Rows *rows, bool narrows) const
     const int columns = m_tree->columnCount();
     for (Row &row : *rows) {
         if (!narrows || row.matches)
-            row.matches = holds(row.item, columns, sought);
+            row.matches = holds(row.node, columns, sought);
         row.kept = row.matches;
     }
     for (int i = rows->size() - 1; i >= 0; --i) {
@@ -182,7 +182,10 @@ void TreeRowFilter::match(Rows *rows, bool narrows) const
 void TreeRowFilter::apply(bool narrows)
 {
     const NoUpdates quiet(m_tree);
-    foldAgain();
+    const QScopedValueRollback<bool> applying(m_applying, true);
+    // Folding and unfolding is but a note then, and what is to be seen is laid out once.
+    (m_tree->*&Indexes::scheduleDelayedItemsLayout)();
+    restoreFolding();
     if (needle().isEmpty()) {
         m_rows.clear();
         showAll();
@@ -190,10 +193,10 @@ void TreeRowFilter::apply(bool narrows)
         return;
     }
     QTreeWidgetItem *root = m_tree->invisibleRootItem();
-    const bool known = narrows && !m_rows.isEmpty();
+    const bool known = !m_rows.isEmpty();
     if (!known)
         m_rows = rowsBelow(root, 0, root->childCount() - 1);
-    match(&m_rows, known);
+    match(&m_rows, narrows && known);
     unfoldFirst(m_rows);
     hide(m_rows, root);
     int matches = 0;
@@ -207,6 +210,8 @@ void TreeRowFilter::hide(const Rows &rows, QTreeWidgetItem *parent)
     QVector<bool> open(rows.size());
     QTreeWidgetItem *above = parent;
     QModelIndex index = indexOf(m_tree, above);
+    m_hidden.insert(index);
+    int looked = 0;
     for (int i = 0; i < rows.size(); ++i) {
         const Row &row = rows.at(i);
         if (row.above >= 0 && !open.at(row.above))
@@ -215,33 +220,35 @@ void TreeRowFilter::hide(const Rows &rows, QTreeWidgetItem *parent)
         if (rowAbove != above) {
             above = rowAbove;
             index = indexOf(m_tree, above);
+            m_hidden.insert(index);
         }
+        ++looked;
         if (m_tree->isRowHidden(row.place, index) == row.kept)
             m_tree->setRowHidden(row.place, index, !row.kept);
-        open[i] = row.kept && row.item->childCount() > 0 && row.item->isExpanded();
+        if (!row.kept || row.item->childCount() == 0 || !row.item->isExpanded())
+            continue;
+        open[i] = looked < m_rowsUnfolded;
+        if (!open.at(i)) {
+            m_folded.append(indexOf(m_tree, row.item));
+            row.item->setExpanded(false);
+        }
     }
 }
 
 void TreeRowFilter::showAll()
 {
-    const QAbstractItemModel *model = m_tree->model();
-    QVector<QModelIndex> parents { QModelIndex() };
-    while (!parents.isEmpty()) {
-        const QModelIndex parent = parents.takeLast();
-        const int count = model->rowCount(parent);
+    const auto parents = std::exchange(m_hidden, {});
+    for (const QPersistentModelIndex &parent : parents) {
+        const int count = m_tree->model()->rowCount(parent);
         for (int row = 0; row < count; ++row) {
             if (m_tree->isRowHidden(row, parent))
                 m_tree->setRowHidden(row, parent, false);
-            const QModelIndex index = model->index(row, 0, parent);
-            if (model->hasChildren(index))
-                parents.append(index);
         }
     }
 }
 
 void TreeRowFilter::unfoldFirst(const Rows &rows)
 {
-    const QScopedValueRollback<bool> applying(m_applying, true);
     int left = matchesUnfolded;
     for (int i = 0; i < rows.size() && left > 0; ++i) {
         if (!rows.at(i).matches)
@@ -260,8 +267,14 @@ void TreeRowFilter::unfoldFirst(const Rows &rows)
     }
 }
 
-void TreeRowFilter::foldAgain()
+void TreeRowFilter::restoreFolding()
 {
+    // What was unfolded may have been folded after it.
+    const auto folded = std::exchange(m_folded, {});
+    for (const QPersistentModelIndex &index : folded) {
+        if (index.isValid())
+            m_tree->expand(index);
+    }
     const auto unfolded = std::exchange(m_unfolded, {});
     for (const QPersistentModelIndex &index : unfolded) {
         bool leadsToCurrent = false;

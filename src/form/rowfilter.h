@@ -3,9 +3,11 @@
 #include <QObject>
 #include <QPersistentModelIndex>
 #include <QPointer>
+#include <QSet>
 #include <QString>
 #include <QVector>
 
+class PointTreeWidgetItem;
 class QTableWidget;
 class QTreeWidget;
 class QTreeWidgetItem;
@@ -59,13 +61,15 @@ private:
 /// The filter of a tree of nodes: a row is searched in its texts and in the id, key and name of its node, and stays for
 /// the sake of what matches below it. Rows that nobody sees, since one above them is folded, get hidden once it is
 /// unfolded: a hidden row costs the view a persistent index. The first matches are unfolded, and folded again
-/// afterwards. Owned by the tree.
+/// afterwards; of what is unfolded, only so much stays so as the view lays out at once. Owned by the tree.
 class TreeRowFilter final : public RowFilter
 {
     Q_OBJECT
 
 public:
-    explicit TreeRowFilter(QTreeWidget *tree);
+    /// @p rowsUnfolded are looked at below unfolded rows, then these are folded for the time being: the view lays out
+    /// all that is unfolded, and keeps an index of each row that is hidden there, 1 ms a thousand.
+    explicit TreeRowFilter(QTreeWidget *tree, int rowsUnfolded = 20'000);
     bool goToFirst() override;
 
 protected:
@@ -75,8 +79,9 @@ private:
     struct Row
     {
         QTreeWidgetItem *item;
-        int above; ///< among the rows that are looked at, -1 for a top one
-        int place; ///< below its parent
+        const PointTreeWidgetItem *node; ///< the same; null for a row of another kind
+        int above;                       ///< among the rows that are looked at, -1 for a top one
+        int place;                       ///< below its parent
         bool matches;
         bool kept; ///< it or something below it matches
     };
@@ -89,14 +94,18 @@ private:
     void hide(const Rows &rows, QTreeWidgetItem *parent);
     void showAll();
     void unfoldFirst(const Rows &rows);
-    void foldAgain();
+    /// As the user has it.
+    void restoreFolding();
     void take(const QModelIndex &parent, int first, int last);
     void hideBelow(const QModelIndex &parent);
     [[nodiscard]] bool isUnfolded(QTreeWidgetItem *row) const;
 
     QTreeWidget *m_tree;
-    Rows m_rows; ///< of the last look, as long as it holds
+    int m_rowsUnfolded;
+    Rows m_rows;                          ///< of the last look, as long as it holds
+    QSet<QPersistentModelIndex> m_hidden; ///< rows below these may be hidden
     QVector<QPersistentModelIndex> m_unfolded;
+    QVector<QPersistentModelIndex> m_folded;
     bool m_applying = false;
 };
 

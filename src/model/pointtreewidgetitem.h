@@ -43,7 +43,10 @@ public:
     using PointObject::setText;
 
     /// The row's text as it is; of a very long one QTreeWidgetItem::text(), which is what views show, is the beginning.
-    [[nodiscard]] QString text(int column) const { return data(column, Qt::EditRole).toString(); }
+    [[nodiscard]] QString text(int column) const
+    {
+        return isKeptText(column, Qt::EditRole) ? m_texts[size_t(column)] : data(column, Qt::EditRole).toString();
+    }
 
     /// Point id, plug-in id, kind, base path, @p hasFormat and @p isNew of @p other; deliberately not @p isDroppedCopy,
     /// nor properties, children or link.
