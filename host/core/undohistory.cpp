@@ -134,13 +134,8 @@ void UndoHistory::takePending()
     // Takes in what is being typed, too.
     if (m_editor)
         (void)m_editors.isModified(m_editor);
-    const bool isPending = m_idle.isActive();
     m_idle.stop();
-    // A document may delete something without a word. What else it does by itself is no step of its own.
-    if (isPending
-        || (m_document && !m_states.empty()
-            && m_document->changeBetween(m_states[m_current], m_document->documentState()).isDeletion))
-        take();
+    take();
 }
 
 void UndoHistory::dropOldest()

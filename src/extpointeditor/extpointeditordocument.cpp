@@ -3,6 +3,7 @@
 #include "changetexts.h"
 #include "extpointeditorconstants.h"
 #include "model/controller.h"
+#include "model/modelchanges.h"
 #include "model/ownchange.h"
 #include "model/sourcedatamanager.h"
 #include "savereporttexts.h"
@@ -21,15 +22,19 @@ constexpr char busyProperty[] = "busy";
 class EditorState final : public Core::DocumentState
 {
 public:
-    explicit EditorState(std::shared_ptr<const OwnState> own) : m_own(std::move(own)) { }
+    EditorState(std::shared_ptr<const OwnState> own, int edits) : m_own(std::move(own)), m_edits(edits) { }
     [[nodiscard]] qint64 size() const override { return m_own->size(); }
-    [[nodiscard]] static const OwnState &own(const Core::UndoableDocument::State &state)
+    [[nodiscard]] const OwnState &own() const { return *m_own; }
+    /// How often the document had been modified.
+    [[nodiscard]] int edits() const { return m_edits; }
+    [[nodiscard]] static const EditorState &of(const Core::UndoableDocument::State &state)
     {
-        return *static_cast<const EditorState &>(*state).m_own;
+        return static_cast<const EditorState &>(*state);
     }
 
 private:
     std::shared_ptr<const OwnState> m_own;
+    int m_edits;
 };
 
 } // namespace
@@ -42,6 +47,10 @@ ExtPointEditorDocument::ExtPointEditorDocument(QObject *parent)
     Controller::instance()->setSourceDataManager(m_manager.get());
     watchSiblings(m_manager.get());
     connect(m_manager.get(), &SourceDataManager::scanFinished, this, [this] { setProperty(busyProperty, false); });
+    connect(&m_manager->changes(), &ModelChanges::changed, this, [this](const ModelChange &change) {
+        if (change.definitions)
+            Q_EMIT changed();
+    });
 }
 
 ExtPointEditorDocument::~ExtPointEditorDocument() = default;
@@ -141,12 +150,12 @@ bool ExtPointEditorDocument::saveNow(QString *)
 
 ExtPointEditorDocument::State ExtPointEditorDocument::documentState()
 {
-    return std::make_shared<EditorState>(m_manager->ownStates().take());
+    return std::make_shared<EditorState>(m_manager->ownStates().take(), m_edits);
 }
 
 void ExtPointEditorDocument::setDocumentState(const State &state)
 {
-    m_manager->ownStates().restore(EditorState::own(state));
+    m_manager->ownStates().restore(EditorState::of(state).own());
     m_manager->changes().flush();
     if (m_widget)
         m_widget->keepPointCurrent();
@@ -155,8 +164,13 @@ void ExtPointEditorDocument::setDocumentState(const State &state)
 
 ExtPointEditorDocument::Change ExtPointEditorDocument::changeBetween(const State &before, const State &after) const
 {
-    const OwnChange change = OwnChange::between(EditorState::own(before), EditorState::own(after));
-    return { ChangeTexts::of(change), change.what == OwnChange::What::Removed };
+    const OwnChange change = OwnChange::between(EditorState::of(before).own(), EditorState::of(after).own());
+    const bool isDeletion = change.what == OwnChange::What::Removed;
+    // A page deletes the last attribute without a word. What else changes unsaid, such as defaults that a click stores,
+    // is nobody's step.
+    if (!isDeletion && EditorState::of(before).edits() == EditorState::of(after).edits())
+        return {};
+    return { ChangeTexts::of(change), isDeletion };
 }
 
 QByteArray ExtPointEditorDocument::contents() const
@@ -195,6 +209,7 @@ bool ExtPointEditorDocument::reload(QString *, ReloadFlag, ChangeType)
 void ExtPointEditorDocument::onModified(bool)
 {
     m_modified = true;
+    ++m_edits;
     Q_EMIT changed();
 }
 

@@ -86,6 +86,7 @@ private:
     std::unique_ptr<SourceDataManager> m_manager;
     bool m_shouldAutoSave = false;
     bool m_modified = false;
+    int m_edits = 0;
     QPointer<ExtPointWidget> m_widget;
 };
 

@@ -315,9 +315,11 @@ void TestExtPointEditor::changesAreNamedAndUndone()
     const QByteArray bytes = editor.recoverable()->recoveryData();
     const Core::UndoableDocument::State before = undoable->documentState();
     shown->setFocus();
+    QSignalSpy told(editor.document(), &Core::IDocument::changed);
     QTest::keyClick(shown, Qt::Key(key));
     const QByteArray changed = editor.recoverable()->recoveryData();
     QVERIFY(changed != bytes);
+    QVERIFY(!told.isEmpty());
     const Core::UndoableDocument::State after = undoable->documentState();
     const auto change = undoable->changeBetween(before, after);
     QVERIFY2(QRegularExpression(QRegularExpression::anchoredPattern(sentence)).match(change.text).hasMatch(),
