@@ -440,7 +440,7 @@ void DefintionPageBuilder::addProperty(const QString &key)
 
 void DefintionPageBuilder::showHeadings()
 {
-    m_ui->basicInfo->setHeading(NodeWords::what(m_currentPoint));
+    m_ui->basicInfo->setHeading(NodeWords::what(m_currentPoint), m_currentPoint);
     m_ui->editInfoWidget->setHeading(
         m_editTarget != m_currentPoint ? NodeWords::what(m_editTarget) : QString(), m_editTarget);
 }

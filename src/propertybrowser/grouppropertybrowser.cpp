@@ -48,11 +48,22 @@ GroupPropertyBrowser::~GroupPropertyBrowser()
     }
 }
 
+void GroupPropertyBrowser::setHeading(const QString &text, const QObject *subject)
+{
+    m_heading->setText(text);
+    m_refused.setSubject(subject);
+    const int focused = focusedRow();
+    if (focused >= 0) {
+        m_editors.at(focused)->takeBack();
+    }
+}
+
 void GroupPropertyBrowser::showProperties(const QList<PropertyItem> &items)
 {
     const int focused = focusedRow();
     const QString focusedName = focused >= 0 ? m_editors.at(focused)->item().name() : QString();
     for (PropertyEditor *editor : qAsConst(m_editors)) {
+        editor->giveUp();
         editor->retire();
     }
     m_editors.clear();
@@ -145,6 +156,7 @@ void GroupPropertyBrowser::addRow(const PropertyItem &item, int row)
     label->setBuddy(editor);
     label->setToolTip(WholeMatch::help(item).toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")));
     editor->setDoubts(m_doubts);
+    editor->setRefusedTexts(&m_refused);
     const int lineHeight = fontMetrics().height();
     const bool tall = editor->sizeHint().height() > 3 * lineHeight;
     grid->addWidget(label, row, 0, tall ? Qt::AlignTop : Qt::AlignVCenter);

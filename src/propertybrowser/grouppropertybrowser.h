@@ -1,6 +1,7 @@
 #pragma once
 
 #include "propertybrowser/propertyitem.h"
+#include "propertybrowser/refusedtexts.h"
 #include "propertybrowser/sheetheading.h"
 
 #include <QWidget>
@@ -21,13 +22,14 @@ public:
     explicit GroupPropertyBrowser(QWidget *parent = nullptr);
     ~GroupPropertyBrowser() override;
 
-    /// Discards what the sheet showed, an uncommitted edit included, and shows @p items in this order. Emits nothing,
+    /// Gives up what the sheet showed, an uncommitted edit included, and shows @p items in this order. Emits nothing,
     /// and may be called from a slot of @p propertyChanged. A row of the same name as the one that had the focus gets
     /// it.
     void showProperties(const QList<PropertyItem> &items);
     void clear() { showProperties({}); }
-    /// One line of plain text over the rows that says whom they are about; without one there is no line.
-    void setHeading(const QString &text) { m_heading->setText(text); }
+    /// One line of plain text over the rows that says whom they are about; without one there is no line. A text that
+    /// was refused for @p subject comes back when its row is edited again.
+    void setHeading(const QString &text, const QObject *subject = nullptr);
     /// Asked about every text that is typed into a row: what is doubtful about it, empty for nothing.
     void setDoubts(const std::function<QString(const QString &name, const QString &text)> &doubts)
     {
@@ -53,5 +55,6 @@ private:
     SheetHeading *m_heading;
     QGroupBox *m_box = nullptr;
     QList<PropertyEditor *> m_editors;
+    RefusedTexts m_refused;
     std::function<QString(const QString &name, const QString &text)> m_doubts;
 };

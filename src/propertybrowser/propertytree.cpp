@@ -157,7 +157,7 @@ bool PropertyTree::openEditor(int row)
         // The commit may replace the rows; the one that was asked for is found again by its name.
         const QString name = m_items.at(row).name();
         if (!m_open->commit()) {
-            keepRefused();
+            m_open->giveUp();
         }
         endEditing(true);
         if (row >= m_items.size() || m_items.at(row).name() != name) {
@@ -173,7 +173,7 @@ bool PropertyTree::openEditor(int row)
         editor = createEditor(row);
         m_open = editor;
         m_openRow = row;
-        putBackRefused();
+        editor->takeBack();
         showRow(row);
         executeDelayedItemsLayout();
         scrollToItem(topLevelItem(row));
@@ -309,7 +309,7 @@ bool PropertyTree::focusNextPrevChild(bool next)
     }
     if (m_open != nullptr) {
         if (!m_open->commit()) {
-            keepRefused();
+            m_open->giveUp();
         }
         endEditing(true);
     } else if (!hasFocus()) {
@@ -364,6 +364,7 @@ PropertyEditor *PropertyTree::createEditor(int row)
     PropertyEditor *editor = EditorTable::kindOf(item).create(item, viewport());
     editor->setInPlace(true);
     editor->setDoubts(m_doubts);
+    editor->setRefusedTexts(&m_refused);
     // Tab goes by the rows, not by the order in which their editors were made.
     editor->setFocusPolicy(Qt::ClickFocus);
     editor->focusProxy()->installEventFilter(this);
@@ -381,7 +382,7 @@ void PropertyTree::endEditing(bool takeFocus)
         return;
     }
     const int row = m_openRow;
-    keepRefused();
+    editor->giveUp();
     m_open = nullptr;
     m_openRow = -1;
     editor->retire();
@@ -392,33 +393,6 @@ void PropertyTree::endEditing(bool takeFocus)
     editor->hide();
     removeItemWidget(topLevelItem(row), ValueColumn);
     showRow(row);
-}
-
-void PropertyTree::keepRefused()
-{
-    constexpr int mostKept = 20;
-    const QString text = m_open->refusedText();
-    if (text.isEmpty()) {
-        return;
-    }
-    if (m_subject) {
-        m_refused.append({ m_subject, m_items.at(m_openRow).name(), text });
-    }
-    while (m_refused.size() > mostKept) {
-        m_refused.removeFirst();
-    }
-    m_open->giveUp();
-}
-
-void PropertyTree::putBackRefused()
-{
-    const QString name = m_items.at(m_openRow).name();
-    for (int i = m_refused.size() - 1; i >= 0; --i) {
-        if (m_subject && m_refused.at(i).subject == m_subject && m_refused.at(i).name == name) {
-            m_open->putBack(m_refused.takeAt(i).text);
-            return;
-        }
-    }
 }
 
 void PropertyTree::showRow(int row)

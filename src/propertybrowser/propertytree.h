@@ -3,6 +3,7 @@
 #include "propertybrowser/editors/filedrop.h"
 #include "propertybrowser/editors/propertyeditor.h"
 #include "propertybrowser/propertyitem.h"
+#include "propertybrowser/refusedtexts.h"
 
 #include <QHash>
 #include <QPointer>
@@ -28,7 +29,7 @@ public:
     [[nodiscard]] bool isEditing() const { return m_open != nullptr; }
     void setDoubts(const PropertyEditor::Doubts &doubts) { m_doubts = doubts; }
     /// Whom the rows are about, for the texts that were refused.
-    void setSubject(const QObject *subject) { m_subject = subject; }
+    void setSubject(const QObject *subject) { m_refused.setSubject(subject); }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -50,8 +51,6 @@ private:
     [[nodiscard]] FileDrop::Taker fileTakerAt(const QPoint &at);
     PropertyEditor *createEditor(int row);
     void endEditing(bool takeFocus);
-    void keepRefused();
-    void putBackRefused();
     void showRow(int row);
     void openWithPopup(int row);
     void onCommitted(int row, const QVariant &value);
@@ -67,15 +66,7 @@ private:
     PropertyEditor *m_open = nullptr;
     int m_openRow = -1;
     PropertyEditor::Doubts m_doubts;
-    QPointer<const QObject> m_subject;
-    struct Refused
-    {
-        QPointer<const QObject> subject;
-        QString name;
-        QString text;
-    };
-    /// What was typed and refused, the newest last; it comes back when its row is edited again.
-    QList<Refused> m_refused;
+    RefusedTexts m_refused;
     bool m_columnsByUser = false;
     bool m_fitting = false;
 };

@@ -61,11 +61,13 @@ QList<PropertyItem> FormatSheet::of(PointTreeWidgetItem *item)
         keys += asked;
     keys.removeDuplicates();
     for (const QString &key : qAsConst(keys)) {
+        // What shows only its own would lose the row.
+        const bool canBeReset = !showsOnlyItsOwn(item) && asked.contains(key) && key != idKey;
         const bool isRecorded = !recorded.value(key).isNull();
         PropertyItem row;
         if (!own.value(key).isNull() || showsOnlyItsOwn(item)) {
             row = rowOf(key, own.value(key), item, declared);
-            if (asked.contains(key) && key != idKey)
+            if (canBeReset)
                 row.setData(PropertyKey::Reset, isRecorded ? say("Back to the Record's") : say("Back to the Default"));
         } else if (isRecorded) {
             row = rowOf(key, recorded.value(key), record, declared);

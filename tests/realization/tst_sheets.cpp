@@ -55,6 +55,8 @@ private slots:
     void problemsAreReached_data();
     void problemsAreReached();
     void whatIsTyped();
+    void refusedInAPoint_data();
+    void refusedInAPoint();
     void chosenFiles_data();
     void chosenFiles();
 };
@@ -252,8 +254,9 @@ void TestSheets::headings()
 void TestSheets::ownAndTakenOver()
 {
     Page page(points("<ExtPoint id='p' name='P' hasformat='true'><SubExtPoint key='act'><Int key='n' "
-                     "value='4'/></SubExtPoint></ExtPoint>")
-        + data("<act id='r' n='7' text='Record'/><format target='t'><act id='r' text='Mine'/></format>", "p"));
+                     "value='4'/></SubExtPoint><SubExtPoint key='menubar'><Int key='n'/></SubExtPoint></ExtPoint>")
+        + data("<act id='r' n='7' text='Record'/><format target='t'><act id='r' text='Mine'/><menubar n='2'/></format>",
+            "p"));
     const auto shown = [&](const char *key) {
         for (const PropertyItem &row : page.sheet()->properties()) {
             if (row.name() == s(key)) {
@@ -277,6 +280,9 @@ void TestSheets::ownAndTakenOver()
     // What is not there can't be given up.
     Q_EMIT page.sheet()->resetRequested(s("text"));
     QCOMPARE(page.modified, 1);
+    // A bar takes nothing over, and would lose the row.
+    page.builder()->onFormatTreeItemClicked(page.entry("menubar"), 0);
+    QCOMPARE(shown("n"), s("2"));
     page.builder()->onItemClicked(page.point("P"), 0);
     page.builder()->onTableItemClicked(page.table()->item(0, 0));
     QCOMPARE(shown("n"), s("7 Back to the Default"));
@@ -373,6 +379,46 @@ void TestSheets::whatIsTyped()
     QCOMPARE(id->toolTip(), s("A record (k) of this point has the same id"));
     QVERIFY(page.sheet()->commitEditor());
     QCOMPARE(page.manager->ownRealizations().withId(s("q")).size(), 2);
+}
+
+void TestSheets::refusedInAPoint_data()
+{
+    QTest::addColumn<QString>("text"); // a property of the field
+    QTest::newRow("id") << s("text");
+    QTest::newRow("description") << s("plainText");
+}
+
+/// The fields of a point stand all the time, and are made anew with each point that is shown.
+void TestSheets::refusedInAPoint()
+{
+    QFETCH(const QString, text);
+    const QString key = s(QTest::currentDataTag());
+    const Page page(points("<ExtPoint id='p' name='P' description='d'/><ExtPoint id='q' name='Q' description='e'/>"));
+    page.define();
+    QVERIFY(QTest::qWaitForWindowActive(page.widget.get()));
+    const auto show = [&](const char *point) { Page::click(page.definitions(), Page::row(page.definitions(), point)); };
+    const auto field = [&](const QString &name) {
+        QWidget *inner = page.basicInfo()->editorFor(name)->focusProxy();
+        inner->setFocus(Qt::TabFocusReason);
+        return inner;
+    };
+    const auto shown = [&] { return page.basicInfo()->editorFor(key)->focusProxy()->property(qPrintable(text)); };
+    show("P");
+    const QVariant old = shown();
+    const QVariant refused = QString(1001, QLatin1Char('-'));
+    field(key)->setProperty(qPrintable(text), refused);
+    show("Q");
+    field(key);
+    QVERIFY(shown() != refused);
+    show("P");
+    QCOMPARE(shown(), old);
+    for (int i = 0; i < 2; ++i) {
+        field(key);
+        QCOMPARE(shown(), refused);
+        field(s("name"));
+        QCOMPARE(shown(), old);
+    }
+    QCOMPARE(page.modified, 0);
 }
 
 void TestSheets::chosenFiles_data()

@@ -118,6 +118,7 @@ protected:
     }
 
     [[nodiscard]] QString typedText() const override { return text(); }
+    void putBack(const QString &text) override { m_edit->setPlainText(text); }
 
     void changeEvent(QEvent *event) override
     {

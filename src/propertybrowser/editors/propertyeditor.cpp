@@ -2,6 +2,7 @@
 
 #include "extensionfile/showntext.h"
 #include "propertybrowser/invalidmark.h"
+#include "propertybrowser/refusedtexts.h"
 #include "propertybrowser/wholematch.h"
 
 #include <QApplication>
@@ -73,18 +74,24 @@ void PropertyEditor::giveUp()
 {
     // As much as a status line shows.
     constexpr int mostShown = 120;
-    const QString text = refusedText();
+    const QString text = isModified() && !isAcceptable() ? typedText() : QString();
     if (!text.isEmpty()) {
         const QString shown = text.size() > mostShown ? text.left(mostShown) + QChar(0x2026) : text;
         QStatusTipEvent tip(tr("%1 was not taken: %2 (%3)").arg(m_item.displayText(), shown, m_problem));
         QApplication::sendEvent(parentWidget(), &tip);
+        if (m_refused != nullptr) {
+            m_refused->keep(m_item.name(), text);
+        }
     }
     restore();
 }
 
-QString PropertyEditor::refusedText() const
+void PropertyEditor::takeBack()
 {
-    return isModified() && !isAcceptable() ? typedText() : QString();
+    const QString text = m_refused != nullptr && !isModified() ? m_refused->take(m_item.name()) : QString();
+    if (!text.isEmpty()) {
+        putBack(text);
+    }
 }
 
 QString PropertyEditor::doubtAbout(const QString &text) const
@@ -120,6 +127,12 @@ bool PropertyEditor::eventFilter(QObject *watched, QEvent *event)
         case QEvent::KeyPress:
             if (handleKey(static_cast<QKeyEvent *>(event))) {
                 return true;
+            }
+            break;
+        case QEvent::FocusIn:
+            // By the user; where the sheet has just been shown anew, it may be about something else by now.
+            if (static_cast<QFocusEvent *>(event)->reason() != Qt::OtherFocusReason) {
+                takeBack();
             }
             break;
         case QEvent::FocusOut:

@@ -8,6 +8,7 @@
 #include <functional>
 
 class InvalidMark;
+class RefusedTexts;
 
 /// The editor of one row. It holds what the user has typed or chosen until it is committed, and knows when that is:
 /// Enter, the focus leaving the row, a choice made. The sheet that shows it owns it. GUI thread.
@@ -44,12 +45,12 @@ public:
     void setInPlace(bool inPlace) { m_inPlace = inPlace; }
     /// May be empty.
     void setDoubts(const Doubts &doubts) { m_doubts = doubts; }
-    /// Shows the record's value again in place of a text that is refused, and says so in the status line of the window.
+    /// Where a text that is given up goes, and comes back from; must live until the editor is retired.
+    void setRefusedTexts(RefusedTexts *texts) { m_refused = texts; }
+    /// Shows the record's value again. A text that is refused is kept, and the status line of the window says so.
     void giveUp();
-    /// What is typed, while it is refused; else nothing.
-    [[nodiscard]] QString refusedText() const;
-    /// Puts a text that was refused before back into the line.
-    virtual void putBack(const QString & /*text*/) { }
+    /// Has the text that was given up last for this row typed again, unless something else is.
+    void takeBack();
     /// Runs a dialog of the row; the focus that leaves for it commits nothing. False when the sheet has dropped the
     /// editor meanwhile, which may then be gone.
     [[nodiscard]] bool runDialog(const std::function<void()> &dialog);
@@ -72,8 +73,9 @@ protected:
     void mark(const QString &problem);
     /// That of the button beside a line, alike in all rows.
     [[nodiscard]] int buttonWidth() const { return fontMetrics().height() + 8; }
-    /// What is typed, of an editor in which something can be refused.
+    /// What is typed, of an editor in which something can be refused, and the way to put it there again.
     [[nodiscard]] virtual QString typedText() const { return {}; }
+    virtual void putBack(const QString & /*text*/) { }
     [[nodiscard]] QString doubtAbout(const QString &text) const;
     /// A choice was made: commit, and tell the sheet that editing is over.
     void commitChoice();
@@ -95,6 +97,7 @@ private:
     InvalidMark *m_mark = nullptr;
     QString m_problem;
     Doubts m_doubts;
+    RefusedTexts *m_refused = nullptr;
     bool m_retired = false;
     bool m_suspended = false;
     bool m_inPlace = false;
