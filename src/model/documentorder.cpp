@@ -31,6 +31,9 @@ bool comesBefore(const PointTreeWidgetItem *left, const PointTreeWidgetItem *rig
         return false;
     if (depth == leftPath.size())
         return true;
+    // What is asked about has come last as a rule.
     const QList<PointObject *> &children = leftPath.at(depth - 1)->children();
-    return children.indexOf(leftPath.at(depth)) < children.indexOf(rightPath.at(depth));
+    const auto later = std::find_if(children.crbegin(), children.crend(),
+        [&](const PointObject *child) { return child == leftPath.at(depth) || child == rightPath.at(depth); });
+    return later != children.crend() && *later == rightPath.at(depth);
 }

@@ -28,10 +28,11 @@ PropertyHash NodeAttributes::withLowerNames(const ExtensionFile::Attributes &att
     properties.reserve(attributes.size());
     for (const ExtensionFile::Attribute &attribute : attributes) {
         const QString lowered = attribute.name.toLower();
-        if (attribute.name != lowered && properties.contains(lowered))
-            continue;
-        properties.insert(lowered, trimmed(attribute.value));
-        properties.setOrigin(lowered, PropertyHash::Origin::Read);
+        if (!properties.contains(lowered)) {
+            properties.append(lowered, trimmed(attribute.value), PropertyHash::Origin::Read);
+        } else if (attribute.name == lowered) {
+            properties.insert(lowered, trimmed(attribute.value));
+        }
     }
     return properties;
 }

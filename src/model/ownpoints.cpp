@@ -15,12 +15,15 @@
 
 namespace {
 
-ExtensionFile::Attributes attributesOf(const PointTreeWidgetItem *node)
+/// As a file would have them.
+PropertyHash textsOf(const PointTreeWidgetItem *node)
 {
-    ExtensionFile::Attributes attributes;
-    for (const PropertyHash::Entry &entry : node->properties())
-        attributes.append(ExtensionFile::Attribute { entry.key, entry.value.toString() });
-    return attributes;
+    PropertyHash texts = node->properties();
+    for (const PropertyHash::Entry &entry : node->properties()) {
+        if (entry.value.userType() != QMetaType::QString)
+            texts.insert(entry.key, entry.value.toString());
+    }
+    return texts;
 }
 
 /// Reads @p definition, as it stands in the model, into @p sink, and links it with everything under it to what came of
@@ -30,7 +33,7 @@ void read(PointTreeWidgetItem *definition, SiblingSink *sink)
     walkSubtree(
         definition,
         [sink](PointTreeWidgetItem *node) {
-            sink->startElement(node->kind(), attributesOf(node), {});
+            sink->startDefinition(node->kind(), textsOf(node));
             node->setLink(sink->current());
         },
         [sink](PointTreeWidgetItem *) { sink->endElement(); });
@@ -108,8 +111,7 @@ void OwnPoints::offerSet(PointTreeWidgetItem *set)
     if (!m_points)
         return;
     SiblingSink sink(QString(), m_points, nullptr, SiblingSink::EarlierFormats::Omit);
-    sink.startElement(m_definitions->kind(), attributesOf(m_definitions), {});
-    sink.startElement(QStringLiteral("ExtPointSet"), {}, {});
+    sink.startDefinitions(textsOf(m_definitions));
     m_sets.append(OfferedSet { set, sink.current() });
     for (PointObject *child : set->children())
         read(child->item(), &sink);

@@ -75,7 +75,7 @@ void SiblingSink::startElement(
             ++m_ignoredDepth;
         break;
     case DefinitionSide:
-        m_levels.append({ DefinitionSide, startDefinition(above.node, name, attributes) });
+        startDefinition(name, NodeAttributes::asWritten(attributes));
         break;
     case RealizationSide:
         m_levels.append({ RealizationSide, startRealization(above.node, name, attributes) });
@@ -120,10 +120,17 @@ PointTreeWidgetItem *SiblingSink::startSet(Side side)
     return set;
 }
 
-PointTreeWidgetItem *SiblingSink::startDefinition(
-    PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes)
+void SiblingSink::startDefinitions(const PropertyHash &rootProperties)
 {
-    PointTreeWidgetItem *node = newNode(QString(), NodeAttributes::asWritten(attributes));
+    m_rootProperties = rootProperties;
+    m_levels = { { Root, nullptr } };
+    m_levels.append({ DefinitionSide, startSet(DefinitionSide) });
+}
+
+void SiblingSink::startDefinition(const QString &tag, const PropertyHash &properties)
+{
+    PointTreeWidgetItem *parent = m_levels.last().node;
+    PointTreeWidgetItem *node = newNode(QString(), properties);
     node->setKind(tag);
     parent->addChild(node, false);
     describe(node, parent);
@@ -131,7 +138,7 @@ PointTreeWidgetItem *SiblingSink::startDefinition(
         announce(Announcement::DefinData, nullptr, node, indexKey(tag, node->properties()));
         announce(Announcement::AddTopChild, parent, node, QString());
     }
-    return node;
+    m_levels.append({ DefinitionSide, node });
 }
 
 void SiblingSink::describe(PointTreeWidgetItem *node, PointTreeWidgetItem *parent)

@@ -35,6 +35,10 @@ public:
     /// The key that a definition stands under in the point index; empty for a node that is in none.
     [[nodiscard]] static QString indexKey(const QString &tag, const PropertyHash &properties);
 
+    /// As the start tags of a file's root, with these attributes, and of a set of definitions in it.
+    void startDefinitions(const PropertyHash &rootProperties);
+    /// As the start tag of a definition among others.
+    void startDefinition(const QString &tag, const PropertyHash &properties);
     /// Goes on in the middle of a file, among the definitions under @p parent, which stays the caller's.
     void resume(PointTreeWidgetItem *parent);
     /// What the start tag that came last was made into; it must be a definition.
@@ -65,8 +69,6 @@ private:
     };
 
     PointTreeWidgetItem *startSet(Side side);
-    PointTreeWidgetItem *startDefinition(
-        PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes);
     PointTreeWidgetItem *startRealization(
         PointTreeWidgetItem *parent, const QString &tag, const ExtensionFile::Attributes &attributes);
     PointTreeWidgetItem *newNode(const QString &text, const PropertyHash &properties);
