@@ -3,6 +3,7 @@
 #include "utils/pathtext.h"
 #include "workbench/logging.h"
 #include "workbench/outofmeans.h"
+#include "workbench/screendensity.h"
 
 #include <QApplication>
 #include <QDir>
@@ -196,6 +197,7 @@ int main(int argc, char **argv)
     Workbench::setUpLogging(commandLine.verbose);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    Workbench::scaleAsChosen();
     QCoreApplication::setOrganizationName(QStringLiteral("ExtPoint"));
     QCoreApplication::setApplicationName(QStringLiteral("extpoint-workbench"));
     QCoreApplication::setApplicationVersion(QStringLiteral(EXTPOINT_VERSION));
