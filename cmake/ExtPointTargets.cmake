@@ -67,6 +67,8 @@ function(extpoint_plugin name)
   install(TARGETS ${name} LIBRARY DESTINATION ${EXTPOINT_PLUGIN_DIR})
 endfunction()
 
+set(EXTPOINT_TEST_ENVIRONMENT LC_ALL=C.UTF-8 QT_LOGGING_RULES= QT_ACCESSIBILITY=0 NO_AT_BRIDGE=1)
+
 # extpoint_test(name SOURCES file... LIBRARIES target... [LABELS label...] [XCB] [TIMEOUT seconds])
 # A Qt Test program. XCB: it needs a real X server and gets a private virtual one with a window manager;
 # the others run on the offscreen platform.
@@ -98,5 +100,14 @@ function(extpoint_test name)
   endif()
   set_tests_properties(${name} PROPERTIES
     LABELS "${arg_LABELS}" TIMEOUT ${arg_TIMEOUT} COST ${cost}
-    ENVIRONMENT "QT_QPA_PLATFORM=${platform};LC_ALL=C.UTF-8;QT_LOGGING_RULES=;QT_ACCESSIBILITY=0;NO_AT_BRIDGE=1")
+    ENVIRONMENT "QT_QPA_PLATFORM=${platform};${EXTPOINT_TEST_ENVIRONMENT}")
+endfunction()
+
+# extpoint_test_sizes(NAME FUNCTION): runs a function of a test for those who want large letters, and on dense screens.
+function(extpoint_test_sizes name function)
+  foreach(size QT_FONT_DPI=200 QT_SCALE_FACTOR=1.25 QT_SCALE_FACTOR=1.5 QT_SCALE_FACTOR=2)
+    add_test(NAME ${name}_${size} COMMAND ${name} ${function})
+    set_tests_properties(${name}_${size} PROPERTIES LABELS unit TIMEOUT 60
+      ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${EXTPOINT_TEST_ENVIRONMENT};${size}")
+  endforeach()
 endfunction()

@@ -111,7 +111,7 @@ bool CorePlugin::initialize(const QStringList &arguments, QString *errorString)
     if (m_views)
         connect(m_window.get(), &MainWindow::fileOpened, m_views.get(), &ViewMemory::restore);
     // The window owns them.
-    new FindDock(*m_window);
+    new FindDock(*m_window, m_editors->busyMonitor());
     new ProblemsDock(*m_window);
     m_window->setLauncher([this](const QString &path) { return startSecondProcess(path); });
     // A run that quits by itself is ended by a signal as any tool is: what it writes is written at once or not at all.

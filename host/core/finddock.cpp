@@ -1,5 +1,6 @@
 #include "core/finddock.h"
 
+#include "core/busymonitor.h"
 #include "core/ieditor.h"
 #include "core/mainwindow.h"
 #include "core/searchableeditor.h"
@@ -14,6 +15,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace Core {
@@ -29,9 +31,18 @@ constexpr int mostResults = 1'000;
 // Pixels.
 constexpr int columnWidths[] { 90, 280, 220, 220 };
 
+QStringList textsOf(const QTreeWidgetItem *row)
+{
+    QStringList texts;
+    for (int column = 0; row && column < row->columnCount(); ++column)
+        texts.append(row->text(column));
+    return texts;
+}
+
 } // namespace
 
-FindDock::FindDock(MainWindow &window) : QDockWidget(tr("Find"), &window), m_window(window)
+FindDock::FindDock(MainWindow &window, const BusyMonitor &busy)
+    : QDockWidget(tr("Find"), &window), m_window(window), m_busy(busy)
 {
     setObjectName(QStringLiteral("findDock"));
     auto *contents = new QWidget(this);
@@ -73,6 +84,10 @@ FindDock::FindDock(MainWindow &window) : QDockWidget(tr("Find"), &window), m_win
             startSearch();
     });
     connect(m_list, &QTreeWidget::itemActivated, this, &FindDock::goToCurrent);
+    connect(&m_busy, &BusyMonitor::busyChanged, this, [this](bool isBusy) {
+        if (!isBusy && m_isEarly && !m_pause.isActive())
+            searchAgain();
+    });
 
     hide();
     window.addDock(Qt::BottomDockWidgetArea, this);
@@ -123,12 +138,22 @@ void FindDock::startSearch()
     setWindowTitle(tr("Find"));
     const QString needle = m_needle->text().trimmed();
     present(QString(), m_editor && m_editorObject && !needle.isEmpty() ? m_editor->search(needle) : nullptr);
+    m_isEarly = m_search && m_busy.isBusy();
+}
+
+void FindDock::searchAgain()
+{
+    const QStringList kept = textsOf(m_list->currentItem());
+    startSearch();
+    m_kept = kept;
 }
 
 void FindDock::present(const QString &title, const std::shared_ptr<ProductSearch> &search)
 {
     m_search = search;
     m_goesOn = false;
+    m_isEarly = false;
+    m_kept.clear();
     if (!title.isEmpty())
         setWindowTitle(title);
     if (m_search) {
@@ -165,8 +190,9 @@ void FindDock::showResults()
         rows.last()->setToolTip(1, result.id);
     }
     m_list->addTopLevelItems(rows);
-    if (!rows.isEmpty())
-        m_list->setCurrentItem(rows.first());
+    const auto kept = std::find_if(
+        rows.cbegin(), rows.cend(), [this](const QTreeWidgetItem *row) { return textsOf(row) == m_kept; });
+    m_list->setCurrentItem(kept != rows.cend() ? *kept : rows.value(0));
     const QLocale locale;
     m_summary->setText(m_search->count() > results.size()
             ? tr("%1 of %2, go on typing").arg(locale.toString(results.size()), locale.toString(m_search->count()))

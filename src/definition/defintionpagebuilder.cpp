@@ -24,8 +24,10 @@
 
 #include <QEvent>
 #include <QMenu>
+#include <QPushButton>
 #include <QShortcut>
 #include <QSignalBlocker>
+#include <QStyle>
 #include <QToolButton>
 
 using PointCreation::Role;
@@ -40,6 +42,14 @@ void showInTree(QTreeWidget *tree, PointTreeWidgetItem *item)
         return;
     tree->setCurrentItem(item);
     FilterLine::showCurrent(tree);
+}
+
+/// The form's limit is made for letters of the usual size.
+void letItsTextFit(QPushButton *button)
+{
+    const int beside = 4 * button->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, button);
+    const int needed = button->fontMetrics().size(Qt::TextShowMnemonic, button->text()).width() + 2 * beside;
+    button->setMaximumWidth(qMax(button->maximumWidth(), needed));
 }
 
 } // namespace
@@ -60,7 +70,8 @@ void DefintionPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
     ui->splitter_3->setStretchFactor(0, 0);
     ui->splitter_3->setStretchFactor(1, 3);
     ui->splitter_3->setStretchFactor(2, 2);
-    ui->splitter_3->setSizes({ 230, 560, 380 });
+    const int letter = ui->tabWidget->fontMetrics().averageCharWidth();
+    ui->splitter_3->setSizes({ 230, 560, qMax(380, 40 * letter) });
     ui->splitter_2->setStretchFactor(0, 3);
     ui->splitter_2->setStretchFactor(1, 2);
     for (QSplitter *splitter : { ui->splitter_3, ui->splitter_2, ui->splitter })
@@ -86,6 +97,7 @@ void DefintionPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
     ui->editInfoWidget->hide();
     ui->enumGroup->hide();
     createAddPropertyButton();
+    letItsTextFit(ui->pushButton_add_extpoint);
     explainSheets();
     QTreeWidget *tree = ui->defintionTree;
     tree->setItemDelegate(

@@ -62,7 +62,8 @@ void RealizationPageBuilder::initWidgets(Ui::ExtPointWidget *ui)
     ui->splitter_5->setStretchFactor(0, 1);
     ui->splitter_5->setStretchFactor(1, 4);
     ui->splitter_5->setStretchFactor(2, 1);
-    ui->splitter_5->setSizes({ 260, 600, 320 });
+    const int letter = ui->tabWidget->fontMetrics().averageCharWidth();
+    ui->splitter_5->setSizes({ qMax(260, 32 * letter), 600, qMax(320, 40 * letter) });
     ui->splitter_5->setChildrenCollapsible(false);
     ui->splitter_4->setChildrenCollapsible(false);
     ui->splitter_4->setStretchFactor(0, 1);

@@ -203,6 +203,7 @@ private:
 
 std::shared_ptr<Core::ProductSearch> FakeEditor::search(const QString &needle)
 {
+    ++searches;
     return std::make_shared<FakeSearch>(needle.toInt());
 }
 

@@ -47,11 +47,11 @@ public:
     /// Not part of what a FakeDocument saves; only recovery shows it.
     void modify(const QByteArray &content = QByteArray());
     void setSaveMode(const QString &mode) { m_saveMode = mode; }
+    void work(int milliseconds);
 
     static int alive;
 
 private:
-    void work(int milliseconds);
     bool write(const QByteArray &data);
 
     QString m_path;
@@ -84,6 +84,7 @@ public:
     bool goTo(const Core::SearchResult &result) override;
     void setPresenter(const Presenter &presenter) override { presenterOf = presenter; }
 
+    int searches = 0;
     QStringList wentTo;
     Presenter presenterOf;
 

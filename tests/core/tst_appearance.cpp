@@ -1,4 +1,5 @@
 #include "accessiblewalk.h"
+#include "clippedtexts.h"
 #include "core/caredfile.h"
 #include "core/finddock.h"
 #include "core/readablepalette.h"
@@ -29,7 +30,7 @@ private slots:
     void contrast();
     void marksAreSeen_data();
     void marksAreSeen();
-    void nothingIsNameless();
+    void textsAreWhole();
 };
 
 void tst_Appearance::contrast_data()
@@ -119,11 +120,12 @@ void tst_Appearance::marksAreSeen()
     QVERIFY(without != with && without != base);
 }
 
-/// The window with every dock, and each dialog that stays open.
-void tst_Appearance::nothingIsNameless()
+/// The window with every dock, and each dialog that stays open: nothing nameless either.
+void tst_Appearance::textsAreWhole()
 {
-    new Core::FindDock(*m_window);
+    new Core::FindDock(*m_window, m_manager->busyMonitor());
     m_window->setPluginProblems(2);
+    m_window->resize(1024, 700);
     QVERIFY(open());
     m_window->show();
     const auto docks = m_window->findChildren<QDockWidget *>();
@@ -138,6 +140,7 @@ void tst_Appearance::nothingIsNameless()
             continue;
         ++windows;
         QVERIFY2(AccessibleWalk::complaints(window).isEmpty(), qPrintable(AccessibleWalk::complaints(window)));
+        QVERIFY2(ClippedTexts::in(window).isEmpty(), qPrintable(ClippedTexts::in(window).join(s("\n"))));
     }
     QCOMPARE(windows, 5);
     QCOMPARE(docks.size(), 1);

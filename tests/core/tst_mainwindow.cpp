@@ -498,7 +498,7 @@ void tst_MainWindow::aboutPlugins()
 
 void tst_MainWindow::findInProduct()
 {
-    auto *dock = new Core::FindDock(*m_window);
+    auto *dock = new Core::FindDock(*m_window, m_manager->busyMonitor());
     auto *action = m_window->findChild<QAction *>(s("findInProductAction"));
     QVERIFY(!action->isEnabled() && dock->isHidden());
     open();
@@ -527,6 +527,15 @@ void tst_MainWindow::findInProduct()
     Q_EMIT list->itemActivated(list->currentItem(), 0);
     QCOMPARE(editor->wentTo, QStringList({ s("0"), s("0"), s("1") }));
     QCOMPARE(summary->text(), s("It is no longer there"));
+    // What is found while something is being read is looked for again, and the row that was chosen stays current.
+    editor->document()->work(300);
+    QTRY_VERIFY(m_manager->busyMonitor().isBusy());
+    QTest::keyClicks(needle, s("0"));
+    QTRY_COMPARE(summary->text(), s("20 found"));
+    list->setCurrentItem(list->topLevelItem(7));
+    const int searches = editor->searches;
+    QTRY_COMPARE(editor->searches, searches + 1);
+    QTRY_COMPARE(list->currentIndex().row(), 7);
     editor->presenterOf(s("Users of X"), editor->search(s("3")));
     QTRY_COMPARE(list->topLevelItemCount(), 3);
     QCOMPARE(dock->windowTitle(), s("Users of X"));

@@ -1,3 +1,4 @@
+#include "clippedtexts.h"
 #include "openededitor.h"
 
 #include "core/fileiconprovider.h"
@@ -40,6 +41,7 @@ private Q_SLOTS:
     void pointsThatOthersChange();
     void changesAreNamedAndUndone_data();
     void changesAreNamedAndUndone();
+    void textsAreWhole();
     void viewIsCarriedOver();
     void resultsLeadTo_data();
     void resultsLeadTo();
@@ -331,6 +333,31 @@ void TestExtPointEditor::changesAreNamedAndUndone()
     QCOMPARE(editor.recoverable()->recoveryData(), changed);
     QVERIFY(editor.document()->isModified());
     QVERIFY(undoable->changeBetween(after, undoable->documentState()).text.isEmpty());
+}
+
+/// Both pages with an enumeration and its choices, in the least window that is asked for.
+void TestExtPointEditor::textsAreWhole()
+{
+    const Sample sample;
+    const OpenedEditor editor(m_factory);
+    QCOMPARE(editor.open(sample.path("chartdesk")), Core::IDocument::OpenResult::Success);
+    editor.widget()->resize(1024, 640);
+    editor.widget()->show();
+    QTRY_VERIFY(!editor.busy());
+    for (int page = 0; page < 2; ++page) {
+        editor.tabs("tabWidget")->setCurrentIndex(page);
+        for (QAbstractItemView *view : editor.tabs("tabWidget")->widget(page)->findChildren<QAbstractItemView *>()) {
+            if (view->model()->rowCount() == 0)
+                continue;
+            view->setCurrentIndex(view->model()->index(0, 0));
+            QCoreApplication::processEvents();
+            const QStringList clipped = ClippedTexts::in(editor.widget());
+            QVERIFY2(clipped.isEmpty(), qPrintable(clipped.join(s("\n"))));
+        }
+    }
+    const QString picture = qEnvironmentVariable("EXTPOINT_TEST_PICTURE");
+    if (!picture.isEmpty())
+        editor.widget()->grab().save(picture);
 }
 
 void TestExtPointEditor::viewIsCarriedOver()

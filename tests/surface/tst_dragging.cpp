@@ -2,6 +2,7 @@
 #include "form/draglabel.h"
 #include "form/realizationtablewidget.h"
 #include "form/realizationtreewidget.h"
+#include "form/rowfilter.h"
 #include "form/treeitemmimedata.h"
 
 #include <QApplication>
@@ -299,13 +300,17 @@ void TestDragging::byPointer_data()
     QTest::addColumn<QString>("onto");
     QTest::addColumn<QString>("heard");
     QTest::addColumn<QString>("data");
-    const auto row = [](const char *name, const char *dragged, const char *onto, const char *heard, const char *data) {
-        QTest::newRow(name) << s(dragged) << s(onto) << s(heard) << s(data);
+    QTest::addColumn<QString>("filter"); // of the format tree
+    const auto row = [](const char *name, const char *dragged, const char *onto, const char *heard, const char *data,
+                         const char *filter = "") {
+        QTest::newRow(name) << s(dragged) << s(onto) << s(heard) << s(data) << s(filter);
     };
     const char *untouched = "Format(m1(i1, i2), m2), r1";
     row("an entry", "i2", "m2", "modified ", "Format(m1(i1), m2(i2)), r1");
     row("an entry with others", "m1", "m2", "modified ", "Format(m2(m1(i1, i2))), r1");
     row("an entry, before", "i2", "i1", "modified ", "Format(m1(i2, i1), m2), r1");
+    row("an entry, filtered", "i2", "m2", "modified ", "Format(m1(i1), m2(i2)), r1", "2");
+    row("a record, filtered", "r1", "m2", "drop r1 modified ", "Format(m1(i1, i2), m2(r1)), r1", "m2");
     row("an entry onto itself", "i2", "i2", "", untouched);
     row("a sub point", "Item", "m2", "drop own.Item# ", "Format(m1(i1, i2), m2(own.Item#)), r1");
     row("a sub point onto a sibling's row", "Item", "t1", "target Format drop own.Item# modified ",
@@ -344,6 +349,9 @@ void TestDragging::byPointer()
     const bool isEntry = bench.shown->row(dragged);
     QTreeWidgetItem *current = isEntry ? bench.row(dragged) : bench.row(s("m1"));
     bench.format->setCurrentItem(current);
+    QFETCH(QString, filter);
+    auto *rows = new TreeRowFilter(bench.format);
+    rows->setNeedle(filter);
     const bool isRecord = dragged == s("r1");
     const QPoint from = isRecord || dragged == s("reference")
         ? bench.inWindow(bench.table, bench.cell(isRecord ? 0 : 1))
