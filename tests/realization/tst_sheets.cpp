@@ -383,20 +383,29 @@ void TestSheets::whatIsTyped()
 
 void TestSheets::refusedInAPoint_data()
 {
+    QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("text"); // a property of the field
-    QTest::newRow("id") << s("text");
-    QTest::newRow("description") << s("plainText");
+    QTest::addColumn<bool>("leaves");  // the focus goes to the tree
+    QTest::newRow("a line") << s("id") << s("text") << true;
+    QTest::newRow("a line that keeps the focus") << s("id") << s("text") << false;
+    QTest::newRow("several lines") << s("description") << s("plainText") << true;
 }
 
 /// The fields of a point stand all the time, and are made anew with each point that is shown.
 void TestSheets::refusedInAPoint()
 {
+    QFETCH(const QString, key);
     QFETCH(const QString, text);
-    const QString key = s(QTest::currentDataTag());
+    QFETCH(const bool, leaves);
     const Page page(points("<ExtPoint id='p' name='P' description='d'/><ExtPoint id='q' name='Q' description='e'/>"));
     page.define();
     QVERIFY(QTest::qWaitForWindowActive(page.widget.get()));
-    const auto show = [&](const char *point) { Page::click(page.definitions(), Page::row(page.definitions(), point)); };
+    const auto show = [&](const char *point) {
+        if (leaves)
+            Page::click(page.definitions(), Page::row(page.definitions(), point));
+        else
+            page.define(point);
+    };
     const auto field = [&](const QString &name) {
         QWidget *inner = page.basicInfo()->editorFor(name)->focusProxy();
         inner->setFocus(Qt::TabFocusReason);
@@ -411,7 +420,7 @@ void TestSheets::refusedInAPoint()
     field(key);
     QVERIFY(shown() != refused);
     show("P");
-    QCOMPARE(shown(), old);
+    QCOMPARE(shown(), leaves ? old : refused);
     for (int i = 0; i < 2; ++i) {
         field(key);
         QCOMPARE(shown(), refused);
