@@ -3,6 +3,8 @@
 #include "workbenchdriver.h"
 
 #include <QDir>
+#include <QProcess>
+#include <QtEndian>
 
 #include <csignal>
 
@@ -40,6 +42,7 @@ private slots:
     void changeIsSaved();
     void revert();
     void undo();
+    void density();
     void notWritten_data();
     void notWritten();
     void endedFromOutside_data();
@@ -157,6 +160,24 @@ void tst_E2eEdit::undo()
     STEP(save());
     STEP(close());
     QVERIFY(contentOf(m_file).contains("name=\"Sheets\""));
+}
+
+/// The density that the X server states is taken as it is.
+void tst_E2eEdit::density()
+{
+    const auto widthAt = [this](const QString &resources) {
+        const QStringList set { s("-root"), s("-f"), s("RESOURCE_MANAGER"), s("8s"), s("-set"), s("RESOURCE_MANAGER") };
+        if (QProcess::execute(s("xprop"), set + QStringList { resources }) != 0)
+            return 0u;
+        const QString picture = program().homeDirectory() + s("/picture.png");
+        (void)program().run({ s("--screenshot"), picture, m_file });
+        // Of a PNG file, behind the signature and the head of the first chunk.
+        const QByteArray size = contentOf(picture).mid(16, 4);
+        return size.size() == 4 ? qFromBigEndian<quint32>(size.constData()) : 0u;
+    };
+    const quint32 plain = widthAt(s("Xft.antialias: 1\n"));
+    QVERIFY(plain > 0);
+    QCOMPARE(widthAt(s("Xft.antialias: 1\nXft.dpi:\t108\n")), plain * 9 / 8);
 }
 
 void tst_E2eEdit::notWritten_data()
