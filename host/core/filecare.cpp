@@ -36,8 +36,8 @@ FileCare::FileCare(EditorManager &editors, QBoxLayout &place, QObject *parent)
     place.addWidget(m_recoveryBar);
     place.addWidget(m_changeBar);
     const QAbstractButton *restore = m_recoveryBar->addButton(QStringLiteral("restoreButton"), tr("&Restore"));
-    const QAbstractButton *discard = m_recoveryBar->addButton(QStringLiteral("discardButton"), tr("&Discard"));
-    m_reloadButton = m_changeBar->addButton(QStringLiteral("reloadButton"), tr("R&eload"));
+    const QAbstractButton *discard = m_recoveryBar->addButton(QStringLiteral("discardButton"), tr("D&iscard"));
+    m_reloadButton = m_changeBar->addButton(QStringLiteral("reloadButton"), tr("Re&load"));
     m_keepButton = m_changeBar->addButton(QStringLiteral("keepButton"), QString());
 
     // Later: what the window does then may take a while.

@@ -153,7 +153,8 @@ void MainWindow::createMenus()
     quitAction->setObjectName(QStringLiteral("quitAction"));
     quitAction->setMenuRole(QAction::QuitRole);
 
-    m_editMenu = createGrowingMenu(tr("&Edit"), QStringLiteral("editMenu"));
+    // Alt+E is a button's on the pages of the editor.
+    m_editMenu = createGrowingMenu(tr("E&dit"), QStringLiteral("editMenu"));
     m_viewMenu = createGrowingMenu(tr("&View"), QStringLiteral("viewMenu"));
 
     QMenu *help = menuBar()->addMenu(tr("&Help"));

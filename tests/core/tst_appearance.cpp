@@ -5,11 +5,14 @@
 #include "core/readablepalette.h"
 #include "core/workbenchstyle.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
 #include <QDockWidget>
+#include <QKeySequence>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenuBar>
 #include <QStyleFactory>
 #include <QStyleOptionButton>
 #include <QTest>
@@ -31,6 +34,7 @@ private slots:
     void marksAreSeen_data();
     void marksAreSeen();
     void textsAreWhole();
+    void lettersAreUnique();
 };
 
 void tst_Appearance::contrast_data()
@@ -144,6 +148,24 @@ void tst_Appearance::textsAreWhole()
     }
     QCOMPARE(windows, 5);
     QCOMPARE(docks.size(), 1);
+}
+
+/// Of all that can be seen in the window at once, the two letters of the editor's pages included.
+void tst_Appearance::lettersAreUnique()
+{
+    QVERIFY(open());
+    QStringList texts { s("&Add"), s("D&elete") };
+    for (const QAction *menu : m_window->menuBar()->actions())
+        texts.append(menu->text());
+    for (const QAbstractButton *button : m_window->findChildren<QAbstractButton *>())
+        texts.append(button->window() == m_window.get() ? button->text() : QString());
+    QStringList letters;
+    for (const QString &text : qAsConst(texts)) {
+        const QString letter = QKeySequence::mnemonic(text).toString();
+        QVERIFY2(letter.isEmpty() || !letters.contains(letter), qPrintable(text));
+        letters.append(letter);
+    }
+    QVERIFY(letters.size() - letters.count(QString()) >= 8);
 }
 
 QTEST_MAIN(tst_Appearance)
