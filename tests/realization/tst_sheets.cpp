@@ -11,6 +11,8 @@
 #include <QScopeGuard>
 #include <QStatusTipEvent>
 
+#include <cmath>
+
 using namespace RealizationTesting;
 using Node = PointTreeWidgetItem;
 using Texts = std::initializer_list<const char *>;
@@ -51,6 +53,8 @@ private slots:
     void formatEntriesOfRecords();
     void iconPaths();
     void headings();
+    void foreignRowsAreReadable_data();
+    void foreignRowsAreReadable();
     void ownAndTakenOver();
     void problemsAreReached_data();
     void problemsAreReached();
@@ -248,6 +252,54 @@ void TestSheets::headings()
     page.builder()->onItemClicked(page.point("Bare"), 0);
     QCOMPARE(heading(), s("-"));
     QVERIFY(page.sheet()->properties().isEmpty());
+}
+
+void TestSheets::foreignRowsAreReadable_data()
+{
+    QTest::addColumn<QColor>("ground");
+    QTest::addColumn<QColor>("ink");
+    QTest::newRow("light") << QColor(Qt::white) << QColor(Qt::black);
+    QTest::newRow("dark") << QColor(35, 38, 41) << QColor(239, 240, 241);
+}
+
+/// As painted: paler than own ones, and 4.5:1 all the same.
+void TestSheets::foreignRowsAreReadable()
+{
+    QFETCH(const QColor, ground);
+    QFETCH(const QColor, ink);
+    const QByteArray bars = "<Format target='t'><act id='%1' text='EHLT'/></Format>";
+    const Page page(
+        points("<ExtPoint id='p' name='P' hasformat='true'/>") + data(QByteArray(bars).replace("%1", "EHLT"), "p"),
+        { { "sib", data(QByteArray(bars).replace("%1", "TLHE"), "p") } });
+    page.showTab("t");
+    page.clickPoint("P");
+    QTRY_VERIFY(page.entry("TLHE"));
+    QPalette palette;
+    palette.setColor(QPalette::Base, ground);
+    palette.setColor(QPalette::Text, ink);
+    page.formats()->setPalette(palette);
+    QFont font = page.formats()->font();
+    font.setPixelSize(40);
+    page.formats()->setFont(font);
+    page.formats()->setCurrentItem(nullptr);
+    page.formats()->expandAll();
+    const auto luminance = [](const QColor &colour) {
+        const auto part
+            = [](double value) { return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4); };
+        return 0.2126 * part(colour.redF()) + 0.7152 * part(colour.greenF()) + 0.0722 * part(colour.blueF());
+    };
+    const auto contrastOf = [&](const char *id) {
+        const QImage image = page.formats()->viewport()->grab(page.formats()->visualItemRect(page.entry(id))).toImage();
+        double most = 1;
+        for (int i = 0; i < image.width() * image.height(); ++i) {
+            const double pixel = luminance(image.pixelColor(i % image.width(), i / image.width()));
+            const double back = luminance(ground);
+            most = qMax(most, (qMax(pixel, back) + 0.05) / (qMin(pixel, back) + 0.05));
+        }
+        return most;
+    };
+    QVERIFY(contrastOf("TLHE") >= 4.5);
+    QVERIFY(contrastOf("EHLT") > contrastOf("TLHE") + 1);
 }
 
 /// An own value given up: the entry shows its record's again and says nothing in the file, the record has the default.
