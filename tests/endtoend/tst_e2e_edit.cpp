@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QtEndian>
 
 #include <csignal>
@@ -162,9 +163,12 @@ void tst_E2eEdit::undo()
     QVERIFY(contentOf(m_file).contains("name=\"Sheets\""));
 }
 
-/// The density that the X server states is taken as it is.
+/// The density that the X server states is taken as it is, and clicks arrive.
 void tst_E2eEdit::density()
 {
+    const auto restored = qScopeGuard([] {
+        QProcess::execute(s("xprop"), { s("-root"), s("-remove"), s("RESOURCE_MANAGER") });
+    });
     const auto widthAt = [this](const QString &resources) {
         const QStringList set { s("-root"), s("-f"), s("RESOURCE_MANAGER"), s("8s"), s("-set"), s("RESOURCE_MANAGER") };
         if (QProcess::execute(s("xprop"), set + QStringList { resources }) != 0)
@@ -178,6 +182,11 @@ void tst_E2eEdit::density()
     const quint32 plain = widthAt(s("Xft.antialias: 1\n"));
     QVERIFY(plain > 0);
     QCOMPARE(widthAt(s("Xft.antialias: 1\nXft.dpi:\t108\n")), plain * 9 / 8);
+    STEP(openSample());
+    STEP(renameFirstPoint());
+    STEP(save());
+    QVERIFY(contentOf(m_file).contains("name=\"Sheets\""));
+    STEP(close());
 }
 
 void tst_E2eEdit::notWritten_data()

@@ -23,7 +23,8 @@ QStringList strings(const QJsonValue &array)
 QRect rectIn(const QJsonObject &found, const char *key = "rect")
 {
     const QJsonArray rect = found.value(QLatin1String(key)).toArray();
-    return { rect.at(0).toInt(), rect.at(1).toInt(), rect.at(2).toInt(), rect.at(3).toInt() };
+    // On a scaled screen they needn't be whole.
+    return QRectF(rect.at(0).toDouble(), rect.at(1).toDouble(), rect.at(2).toDouble(), rect.at(3).toDouble()).toRect();
 }
 
 QString printed(const QJsonObject &object)
