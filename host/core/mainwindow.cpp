@@ -391,6 +391,7 @@ void MainWindow::detach(IEditor *editor)
         widget->setParent(nullptr);
     QWidget *holder = m_stack->currentWidget();
     m_stack->setCurrentWidget(m_welcome);
+    m_welcome->setFocus(Qt::OtherFocusReason);
     m_stack->removeWidget(holder);
     delete holder;
     updateState();

@@ -50,6 +50,8 @@ void WelcomePage::build()
     auto *open = new QPushButton(style()->standardIcon(QStyle::SP_DialogOpenButton), tr("&Open a File…"), column);
     open->setObjectName(QStringLiteral("welcomeOpenButton"));
     open->setDefault(true);
+    setFocusProxy(open);
+    open->setFocus(Qt::OtherFocusReason);
     connect(open, &QPushButton::clicked, this, &WelcomePage::openRequested);
     auto *hint = new QLabel(tr("… or drop a file on this window."), column);
     m_links = new QVBoxLayout;

@@ -115,7 +115,9 @@ void WorkbenchStyle::drawPrimitive(
         if (element == PE_IndicatorCheckBox || element == PE_IndicatorItemViewItemCheck)
             strokeFrame(painter, option->rect.adjusted(1, 1, -1, -1),
                 standingOut(palette.color(QPalette::Mid), base, visibleContrast));
-        else if (element == PE_PanelLineEdit && option->state.testFlag(State_HasFocus))
+        else if (option->state.testFlag(State_HasFocus)
+            && (element == PE_PanelLineEdit
+                || (element == PE_Frame && qobject_cast<const QAbstractItemView *>(widget))))
             strokeFrame(painter, option->rect, standingOut(palette.color(QPalette::Highlight), base, visibleContrast));
         return;
     }

@@ -10,9 +10,9 @@ namespace Core {
 /// first of them costs the loading of every image plug-in. The frame of a group box is drawn, and icons of what is
 /// mostly hidden are made when they are painted.
 ///
-/// What Fusion only hints at on dark grounds is drawn to be seen: the frames of boxes that are not ticked and of fields
-/// that have the focus. A selection in a view without the focus has the colours of an inactive window. GUI thread;
-/// QApplication owns it.
+/// What Fusion only hints at on dark grounds is drawn to be seen: the frames of boxes that are not ticked, and of
+/// fields and views that have the focus. A selection in a view without the focus has the colours of an inactive window.
+/// GUI thread; QApplication owns it.
 class CORE_EXPORT WorkbenchStyle final : public QProxyStyle
 {
     Q_OBJECT

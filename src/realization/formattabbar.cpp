@@ -41,6 +41,9 @@ void FormatTabBar::putInto(QTabWidget *tabs)
     // The frame around the page is the base.
     bar->setDrawBase(false);
     bar->setAcceptDrops(true);
+    // The arrows of the keyboard do what those of the bar do.
+    for (QToolButton *arrow : bar->findChildren<QToolButton *>())
+        arrow->setFocusPolicy(Qt::NoFocus);
     (tabs->*&Opened::setTabBar)(bar);
     tabs->setElideMode(Qt::ElideNone);
 }

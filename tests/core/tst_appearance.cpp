@@ -120,6 +120,7 @@ void tst_Appearance::marksAreSeen()
     const QPoint middle = list->visualItemRect(list->item(0)).center();
     const QColor without = list->viewport()->grab().toImage().pixelColor(middle);
     list->setFocus();
+    QVERIFY(mostContrast(list, QRect(list->width() / 4, 0, list->width() / 2, 1), base) >= 3);
     const QColor with = list->viewport()->grab().toImage().pixelColor(middle);
     QVERIFY(without != with && without != base);
 }
