@@ -33,6 +33,29 @@ QString whyRefused(const CommandLine &line, const QStringList &files, const QStr
 
 } // namespace
 
+QStringList CommandLine::withoutToolkits(const QStringList &arguments)
+{
+    // As the documentation of QGuiApplication and QApplication lists them.
+    static const QStringList flags { QStringLiteral("-reverse"), QStringLiteral("-sync"), QStringLiteral("-nograb"),
+        QStringLiteral("-dograb") };
+    static const QStringList withValue { QStringLiteral("-style"), QStringLiteral("-stylesheet"),
+        QStringLiteral("-platform"), QStringLiteral("-platformpluginpath"), QStringLiteral("-platformtheme"),
+        QStringLiteral("-plugin"), QStringLiteral("-qwindowgeometry"), QStringLiteral("-qwindowicon"),
+        QStringLiteral("-qwindowtitle"), QStringLiteral("-session"), QStringLiteral("-display"),
+        QStringLiteral("-geometry") };
+    QStringList left;
+    for (int i = 0; i < arguments.size(); ++i) {
+        const QString &argument = arguments.at(i);
+        if (argument == QLatin1String("--"))
+            return left + arguments.mid(i);
+        if (withValue.contains(argument))
+            ++i;
+        else if (!flags.contains(argument) && !withValue.contains(argument.section(QLatin1Char('='), 0, 0)))
+            left.append(argument);
+    }
+    return left;
+}
+
 CommandLine CommandLine::parse(const QStringList &arguments)
 {
     QCommandLineParser parser;
@@ -41,7 +64,8 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     const QCommandLineOption page(QStringLiteral("page"), QString(), QStringLiteral("page"));
     const QCommandLineOption pluginPath(QStringLiteral("plugin-path"), QString(), QStringLiteral("directory"));
     const QCommandLineOption screenshot(QStringLiteral("screenshot"), QString(), QStringLiteral("file"));
-    parser.addOptions({ page, pluginPath, screenshot });
+    const QCommandLineOption language(QStringLiteral("language"), QString(), QStringLiteral("code"));
+    parser.addOptions({ page, pluginPath, screenshot, language });
     const bool understood = parser.parse(QStringList(QString()) + arguments);
 
     CommandLine result;
@@ -55,6 +79,7 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         result.files.append(FileTarget::of(file, &result.error));
     result.pluginPaths = parser.values(pluginPath);
     result.screenshot = parser.value(screenshot);
+    result.language = parser.value(language);
     if (parser.value(page) == QLatin1String("definition"))
         result.page = Page::Definition;
     else if (parser.value(page) == QLatin1String("realization"))
@@ -65,7 +90,8 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     result.dark = isSet("dark");
     result.verbose = isSet("verbose");
 
-    const QStringList values = parser.values(page) + parser.values(pluginPath) + parser.values(screenshot);
+    const QStringList values
+        = parser.values(page) + parser.values(pluginPath) + parser.values(screenshot) + parser.values(language);
     const QString refusal = understood ? whyRefused(result, files, values, parser.value(page)) : parser.errorText();
     if (!refusal.isEmpty())
         result.error = refusal;
@@ -93,10 +119,12 @@ QString CommandLine::help()
             "  --page definition|realization  show this page first\n"
             "  --plugin-path DIR              load plug-ins of the workbench from DIR (may be repeated);\n"
             "                                 the default is ../lib/extpoint/plugins, seen from the program\n"
+            "  --language CODE                speak this language, not that of the system: de, zh_CN, en\n"
             "  --dark                         use a dark palette\n"
             "  --verbose                      log everything, with time and category\n"
             "  --help                         print this text\n"
             "  --version                      print the version\n"
+            "Options of the toolkit, -style, -reverse or -stylesheet for instance, are passed on.\n"
             "\n"
             "These do one thing once the neighbouring plug-ins have been read, and quit; FILE may be open in a window\n"
             "meanwhile. The exit code is 0 when it worked, 1 when not, and 2 when the options make no sense:\n"

@@ -27,6 +27,7 @@ struct CommandLine
     QVector<FileTarget> files; ///< As given; a job has one at most.
     QStringList pluginPaths;   ///< Empty: the default directory.
     QString screenshot;        ///< Path of the picture, empty for none.
+    QString language;          ///< Empty: the system's.
     Page page = Page::Unchanged;
     bool save = false;
     bool force = false;
@@ -40,7 +41,10 @@ struct CommandLine
     /// The first one; empty without any.
     [[nodiscard]] FileTarget file() const { return files.value(0); }
 
-    /// @p arguments without the program's name. Looks at the disk for what is a file and what a place in one.
+    /// @p arguments without those that the toolkit takes for itself, "-style fusion" for instance.
+    [[nodiscard]] static QStringList withoutToolkits(const QStringList &arguments);
+    /// @p arguments without the program's name and the toolkit's. Looks at the disk for what is a file and what a place
+    /// in one.
     [[nodiscard]] static CommandLine parse(const QStringList &arguments);
     /// Needs no application object.
     [[nodiscard]] static QString usage();

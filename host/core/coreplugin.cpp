@@ -180,6 +180,8 @@ bool CorePlugin::startSecondProcess(const QString &file) const
     QStringList arguments;
     for (const QString &directory : m_commandLine.pluginPaths)
         arguments << QStringLiteral("--plugin-path") << directory;
+    if (!m_commandLine.language.isEmpty())
+        arguments << QStringLiteral("--language") << m_commandLine.language;
     if (m_commandLine.dark)
         arguments << QStringLiteral("--dark");
     if (m_commandLine.verbose)

@@ -207,7 +207,9 @@ void FileSaving::tell(const QString &path, const SaveReport &report)
         m_window.statusBar()->showMessage(saved, StatusMessageTime);
     else
         m_window.statusBar()->showMessage(
-            tr("%1, and not everything as it was: %n remark(s)", nullptr, m_remarks.size()).arg(saved),
+            (m_remarks.size() == 1 ? tr("%1, and not everything as it was: one remark")
+                                   : tr("%1, and not everything as it was: %n remarks", nullptr, m_remarks.size()))
+                .arg(saved),
             RemarksMessageTime);
 }
 

@@ -71,19 +71,20 @@ QString whyNotReadable(const QString &path)
     if (::stat(name.constData(), &data) != 0) {
         const int code = errno;
         if (code == ENOENT && QFileInfo(path).isSymLink())
-            return text("The file is a link to something that does not exist.");
+            return text(QT_TRANSLATE_NOOP("Core::FileStamp", "The file is a link to something that does not exist."));
         if (code == ENOENT && Utils::isMisencoded(path))
-            return text("The name of the file, or of a directory above it, is not in the encoding of the system.");
+            return text(QT_TRANSLATE_NOOP("Core::FileStamp",
+                "The name of the file, or of a directory above it, is not in the encoding of the system."));
         if (code == ENOENT)
-            return text("The file does not exist.");
-        return text("The file cannot be reached: %1.").arg(qt_error_string(code));
+            return text(QT_TRANSLATE_NOOP("Core::FileStamp", "The file does not exist."));
+        return text(QT_TRANSLATE_NOOP("Core::FileStamp", "The file cannot be reached: %1.")).arg(qt_error_string(code));
     }
     if (S_ISDIR(data.st_mode))
-        return text("This is a directory, not a file.");
+        return text(QT_TRANSLATE_NOOP("Core::FileStamp", "This is a directory, not a file."));
     if (!S_ISREG(data.st_mode))
-        return text("This is not a regular file.");
+        return text(QT_TRANSLATE_NOOP("Core::FileStamp", "This is not a regular file."));
     if (::access(name.constData(), R_OK) != 0)
-        return text("The file cannot be read: %1.").arg(qt_error_string(errno));
+        return text(QT_TRANSLATE_NOOP("Core::FileStamp", "The file cannot be read: %1.")).arg(qt_error_string(errno));
     return QString();
 }
 
@@ -92,19 +93,23 @@ QString whyNotWritten(const QString &path)
     const QByteArray name = QFile::encodeName(path);
     const QByteArray directory = QFile::encodeName(QFileInfo(path).absolutePath());
     if (::access(directory.constData(), F_OK) != 0)
-        return text("The directory of the file does not exist.");
+        return text(QT_TRANSLATE_NOOP("Core::FileStamp", "The directory of the file does not exist."));
     if (::access(name.constData(), F_OK) == 0 && ::access(name.constData(), W_OK) != 0)
-        return text("The file cannot be written: %1.").arg(qt_error_string(errno));
+        return text(QT_TRANSLATE_NOOP("Core::FileStamp", "The file cannot be written: %1."))
+            .arg(qt_error_string(errno));
     struct statvfs space = {};
     if (::statvfs(directory.constData(), &space) == 0 && space.f_bavail == 0 && space.f_blocks > 0)
-        return text("The file cannot be written: %1.").arg(qt_error_string(ENOSPC));
+        return text(QT_TRANSLATE_NOOP("Core::FileStamp", "The file cannot be written: %1."))
+            .arg(qt_error_string(ENOSPC));
     rlimit limit = {};
     if (::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY)
-        return text("The file cannot be written: this process may write no more than %1 bytes to a file.")
+        return text(QT_TRANSLATE_NOOP("Core::FileStamp",
+                        "The file cannot be written: this process may write no more than %1 bytes to a file."))
             .arg(qulonglong(limit.rlim_cur));
     if (::access(directory.constData(), W_OK) != 0)
-        return text("The directory of the file cannot be written: %1.").arg(qt_error_string(errno));
-    return text("The file on disk was not changed.");
+        return text(QT_TRANSLATE_NOOP("Core::FileStamp", "The directory of the file cannot be written: %1."))
+            .arg(qt_error_string(errno));
+    return text(QT_TRANSLATE_NOOP("Core::FileStamp", "The file on disk was not changed."));
 }
 
 } // namespace Core

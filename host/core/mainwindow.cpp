@@ -223,7 +223,7 @@ void MainWindow::setPluginProblems(int count)
     button->setAutoRaise(true);
     button->setIcon(style()->standardIcon(QStyle::SP_MessageBoxWarning));
     button->setText(
-        count == 1 ? tr("A plug-in could not be loaded") : tr("%1 plug-ins could not be loaded").arg(count));
+        count == 1 ? tr("A plug-in could not be loaded") : tr("%n plug-ins could not be loaded", nullptr, count));
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     connect(button, &QToolButton::clicked, this, &MainWindow::showAboutPlugins);
     statusBar()->addPermanentWidget(button);

@@ -14,7 +14,7 @@ namespace Core {
 
 namespace {
 
-QString tr(const char *text)
+QString say(const char *text)
 {
     return QCoreApplication::translate("Core::NewFile", text);
 }
@@ -67,21 +67,24 @@ QString NewFile::directoryFor(const QString &id)
 QString NewFile::objection() const
 {
     if (id.isEmpty())
-        return tr("A plug-in needs an id.");
+        return say(QT_TRANSLATE_NOOP("Core::NewFile", "A plug-in needs an id."));
     if (!isId(id))
-        return tr("An id is made of letters, digits, \"_\" and \"-\", in parts divided by dots; a letter comes first.");
+        return say(QT_TRANSLATE_NOOP("Core::NewFile",
+            "An id is made of letters, digits, \"_\" and \"-\", in parts divided by dots; a letter comes first."));
     if (name.isEmpty())
-        return tr("A plug-in needs a name.");
+        return say(QT_TRANSLATE_NOOP("Core::NewFile", "A plug-in needs a name."));
     if (!canBeWritten(name) || !canBeWritten(vendor))
-        return tr("The name or the vendor holds a character that a file can't hold.");
+        return say(
+            QT_TRANSLATE_NOOP("Core::NewFile", "The name or the vendor holds a character that a file can't hold."));
     if (!QDir::isAbsolutePath(place) || !QFileInfo(place).isDir())
-        return tr("There is no such directory of plug-ins.");
+        return say(QT_TRANSLATE_NOOP("Core::NewFile", "There is no such directory of plug-ins."));
     if (directory.isEmpty() || directory.startsWith(QLatin1Char('.')) || directory.contains(QLatin1Char('/')))
-        return tr("The plug-in needs a directory name, without \"/\" and with no dot at the beginning.");
+        return say(QT_TRANSLATE_NOOP(
+            "Core::NewFile", "The plug-in needs a directory name, without \"/\" and with no dot at the beginning."));
     // A link that leads nowhere is there, too.
     const QFileInfo file(path());
     if (file.exists() || file.isSymLink())
-        return tr("%1 is there already.").arg(QDir::toNativeSeparators(path()));
+        return say(QT_TRANSLATE_NOOP("Core::NewFile", "%1 is there already.")).arg(QDir::toNativeSeparators(path()));
     return QString();
 }
 
@@ -93,7 +96,8 @@ bool NewFile::create(QString *error) const
     const QDir products(place);
     const bool isNew = !products.exists(directory);
     if (isNew && !products.mkdir(directory)) {
-        *error = tr("The directory %1 can't be made.").arg(QDir::toNativeSeparators(products.filePath(directory)));
+        *error = say(QT_TRANSLATE_NOOP("Core::NewFile", "The directory %1 can't be made."))
+                     .arg(QDir::toNativeSeparators(products.filePath(directory)));
         return false;
     }
     QFile file(path());
@@ -102,7 +106,8 @@ bool NewFile::create(QString *error) const
     const QByteArray content = contentOf(*this);
     if (made && file.write(content) == content.size() && file.flush() && ::fsync(file.handle()) == 0)
         return true;
-    *error = tr("%1 can't be written: %2").arg(QDir::toNativeSeparators(path()), file.errorString());
+    *error = say(QT_TRANSLATE_NOOP("Core::NewFile", "%1 can't be written: %2"))
+                 .arg(QDir::toNativeSeparators(path()), file.errorString());
     if (made)
         file.remove();
     if (isNew)

@@ -85,7 +85,7 @@ void ProblemsDock::refresh()
     const int count = m_source ? m_source->problemCount() : 0;
     if (count > 0 && m_count->icon().isNull())
         m_count->setIcon(style()->standardIcon(QStyle::SP_MessageBoxWarning));
-    m_count->setText(count == 1 ? tr("1 problem") : tr("%1 problems").arg(count));
+    m_count->setText(count == 1 ? tr("1 problem") : tr("%n problems", nullptr, count));
     m_count->setVisible(count > 0);
 
     // Nobody sees the rows of a list that is closed; it is filled when it opens.
@@ -108,7 +108,7 @@ void ProblemsDock::refresh()
         rows.append(item);
     }
     if (count > problems.size())
-        rows.append(new QTreeWidgetItem({ tr("%1 more are not listed").arg(count - problems.size()) }));
+        rows.append(new QTreeWidgetItem({ tr("%n more are not listed", nullptr, count - problems.size()) }));
     m_list->addTopLevelItems(rows);
     if (row >= 0)
         m_list->setCurrentItem(m_list->topLevelItem(qMin(row, m_list->topLevelItemCount() - 1)));

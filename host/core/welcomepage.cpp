@@ -102,7 +102,7 @@ void WelcomePage::addRecovered()
     link->setObjectName(QStringLiteral("welcomeRecoveredButton"));
     link->setDescription(count == 1
             ? tr("The workbench ended with unsaved changes to a file. They were kept.")
-            : tr("The workbench ended with unsaved changes to files. %1 copies were kept.").arg(count));
+            : tr("The workbench ended with unsaved changes to files. %n copies were kept.", nullptr, int(count)));
     link->setAccessibleDescription(link->description());
     link->setIcon(style()->standardIcon(QStyle::SP_MessageBoxWarning));
     connect(link, &QCommandLinkButton::clicked, this, &WelcomePage::recoveredFilesRequested);

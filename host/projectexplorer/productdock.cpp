@@ -140,10 +140,11 @@ void ProductDock::updateCount()
         m_count->setText(tr("%1 of %2 directories").arg(shown).arg(all));
     else if (m_model->fileCount() < all)
         m_count->setText(all - m_model->fileCount() == 1
-                ? tr("%1 plug-ins, 1 other directory").arg(m_model->fileCount())
-                : tr("%1 plug-ins, %2 other directories").arg(m_model->fileCount()).arg(all - m_model->fileCount()));
+                ? tr("%n plug-ins, 1 other directory", nullptr, m_model->fileCount())
+                : tr("%n plug-ins, %1 other directories", nullptr, m_model->fileCount())
+                      .arg(all - m_model->fileCount()));
     else
-        m_count->setText(all == 1 ? tr("1 plug-in") : tr("%1 plug-ins").arg(all));
+        m_count->setText(all == 1 ? tr("1 plug-in") : tr("%n plug-ins", nullptr, all));
 }
 
 bool ProductDock::eventFilter(QObject *watched, QEvent *event)

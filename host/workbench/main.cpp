@@ -1,6 +1,7 @@
 #include "core/commandline.h"
 #include "extensionsystem/pluginmanager.h"
 #include "utils/pathtext.h"
+#include "workbench/languages.h"
 #include "workbench/logging.h"
 #include "workbench/outofmeans.h"
 #include "workbench/screendensity.h"
@@ -181,7 +182,7 @@ int main(int argc, char **argv)
     // Nor is it to end with unsaved changes because nobody reads its messages any more.
     std::signal(SIGPIPE, SIG_IGN);
     occupyClosedStreams();
-    const QStringList arguments = argumentsOf(argc, argv);
+    const QStringList arguments = Core::CommandLine::withoutToolkits(argumentsOf(argc, argv));
     const Core::CommandLine commandLine = Core::CommandLine::parse(arguments);
     const int answer = answerAtOnce(commandLine);
     if (answer >= 0)
@@ -202,6 +203,11 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationName(QStringLiteral("extpoint-workbench"));
     QCoreApplication::setApplicationVersion(QStringLiteral(EXTPOINT_VERSION));
     QApplication application(argc, argv);
+    if (!Workbench::useLanguage(commandLine.language)) {
+        complain(QStringLiteral("there is no language %1, but %2")
+                     .arg(commandLine.language, Workbench::languages().join(QLatin1String(", "))));
+        return UsageError;
+    }
 
     ExtensionSystem::PluginManager manager;
     const QStringList paths = pluginPaths(commandLine);

@@ -1,6 +1,7 @@
 #include "extensionfile/backup.h"
 
 #include "extensionfile/logging.h"
+#include "extensionfile/words.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -42,7 +43,7 @@ bool Backup::make(const QByteArray &bytes, QString *reason)
 {
     const QByteArray place = QFile::encodeName(directory());
     const auto refuse = [&](const QString &why) {
-        *reason = QStringLiteral("No backup could be made in %1: %2").arg(directory(), why);
+        *reason = say(QT_TRANSLATE_NOOP("ExtensionFile", "No backup could be made in %1: %2")).arg(directory(), why);
         remove();
         return false;
     };

@@ -1,5 +1,7 @@
 #include "extensionfile/decoder.h"
 
+#include "extensionfile/words.h"
+
 #include <QRegularExpression>
 #include <QTextCodec>
 
@@ -61,16 +63,20 @@ bool decodeDocument(const QByteArray &bytes, DecodedDocument *document, ReadErro
     QTextCodec *const seen = codecByFirstBytes(bytes);
     QTextCodec *const codec = seen ? seen : QTextCodec::codecForName(declared.isEmpty() ? "UTF-8" : declared);
     if (!codec)
-        return fail(error, QStringLiteral("Encoding %1 is not known.").arg(QString::fromLatin1(declared)));
+        return fail(error,
+            say(QT_TRANSLATE_NOOP("ExtensionFile", "Encoding %1 is not known.")).arg(QString::fromLatin1(declared)));
     document->transcoded = codec->mibEnum() != utf8Mib;
     document->markSize = document->transcoded || !seen ? 0 : 3;
     document->utf8 = bytes.mid(document->markSize);
     if (document->transcoded && !transcode(bytes, codec, &document->utf8))
-        return fail(error, QStringLiteral("The text is not valid %1.").arg(QString::fromLatin1(codec->name())));
+        return fail(error,
+            say(QT_TRANSLATE_NOOP("ExtensionFile", "The text is not valid %1."))
+                .arg(QString::fromLatin1(codec->name())));
     // A document recognised by its first bytes may name that encoding (with or without byte order) or none.
     const QByteArray named = declaredEncoding(document->utf8);
     const bool agrees = seen ? named.isEmpty() || named.toUpper().startsWith(seen->name().left(6)) : named == declared;
-    return agrees || fail(error, QStringLiteral("The declared encoding is not the one of the file."));
+    return agrees
+        || fail(error, say(QT_TRANSLATE_NOOP("ExtensionFile", "The declared encoding is not the one of the file.")));
 }
 
 } // namespace ExtensionFile

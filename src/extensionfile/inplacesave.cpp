@@ -2,6 +2,7 @@
 
 #include "extensionfile/backup.h"
 #include "extensionfile/regularfile.h"
+#include "extensionfile/words.h"
 
 #include <QFile>
 
@@ -28,7 +29,8 @@ bool replaceContents(
     if (!grown || !writePart(descriptor, bytes, 0, common, overwritten)
         || (common < old.size() && !cut(descriptor, common)) || !syncToDisk(descriptor))
         return refuse(reason);
-    return contains(descriptor, bytes) || refuse(reason, QStringLiteral("The file does not hold what was written."));
+    return contains(descriptor, bytes)
+        || refuse(reason, say(QT_TRANSLATE_NOOP("ExtensionFile", "The file does not hold what was written.")));
 }
 
 /// Writes back only what was overwritten: whatever stopped the writing would stop it at the same place again.
@@ -56,7 +58,8 @@ bool writeInPlace(int descriptor, const QByteArray &path, const QByteArray &byte
     if (::fstat(descriptor, &before) != 0)
         return refuse(reason);
     if (before.st_size > maximumOldSize)
-        return refuse(reason, QStringLiteral("The file is too large to be kept while it is written."));
+        return refuse(
+            reason, say(QT_TRANSLATE_NOOP("ExtensionFile", "The file is too large to be kept while it is written.")));
     QByteArray old;
     if (!readDescriptor(descriptor, maximumOldSize, &old))
         return refuse(reason);
@@ -75,7 +78,8 @@ bool writeInPlace(int descriptor, const QByteArray &path, const QByteArray &byte
         backup.remove();
     else
         *reason
-            += QStringLiteral(" The old contents could not be put back. They are kept in %1").arg(backup.fileName());
+            += say(QT_TRANSLATE_NOOP("ExtensionFile", " The old contents could not be put back. They are kept in %1"))
+                   .arg(backup.fileName());
     return replaced;
 }
 

@@ -1,5 +1,7 @@
 #include "extensionfile/parser.h"
 
+#include "extensionfile/words.h"
+
 #include <QRegularExpression>
 #include <QSet>
 
@@ -61,6 +63,28 @@ private:
 
 constexpr int longestAside = 80;
 
+/// What the parser's library says of files, for the catalogues; others are told as they are.
+[[maybe_unused]] constexpr const char *wordsOfTheLibrary[] = {
+    QT_TRANSLATE_NOOP("ExtensionFile", "out of memory"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "syntax error"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "no element found"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "not well-formed (invalid token)"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "unclosed token"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "partial character"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "mismatched tag"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "duplicate attribute"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "junk after document element"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "undefined entity"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "recursive entity reference"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "asynchronous entity"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "reference to invalid character number"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "XML or text declaration not at start of entity"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "XML declaration not well-formed"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "unclosed CDATA section"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "illegal character(s) in public id"),
+    QT_TRANSLATE_NOOP("ExtensionFile", "limit on input amplification factor (from DTD and entities) breached"),
+};
+
 class Parser final
 {
 public:
@@ -72,7 +96,8 @@ public:
     bool run()
     {
         if (!m_parser)
-            return m_error->fail(ReadError::Kind::Unreadable, QStringLiteral("There is not enough memory."));
+            return m_error->fail(
+                ReadError::Kind::Unreadable, say(QT_TRANSLATE_NOOP("ExtensionFile", "There is not enough memory.")));
         setUp();
         const QByteArray &text = m_document.utf8;
         if (XML_Parse(parser(), text.constData(), text.size(), XML_TRUE) != XML_STATUS_OK && !hasFailed())
@@ -105,7 +130,8 @@ private:
             [](void *self) { of(self).endDocumentType(); });
         XML_SetExternalEntityRefHandler(
             parser(), [](XML_Parser parser, const char *, const char *, const char *, const char *) -> int {
-                of(XML_GetUserData(parser)).fail(QStringLiteral("External entities are not read."));
+                of(XML_GetUserData(parser))
+                    .fail(say(QT_TRANSLATE_NOOP("ExtensionFile", "External entities are not read.")));
                 return XML_STATUS_ERROR;
             });
         XML_SetSkippedEntityHandler(
@@ -126,10 +152,10 @@ private:
         XML_StopParser(parser(), XML_FALSE);
     }
 
-    [[nodiscard]] bool within(qint64 count, qint64 maximum, const QString &reason)
+    [[nodiscard]] bool within(qint64 count, qint64 maximum, const char *reason)
     {
         if (count > maximum)
-            fail(reason.arg(maximum), ReadError::Kind::TooLarge);
+            fail(say(reason).arg(maximum), ReadError::Kind::TooLarge);
         return count <= maximum;
     }
 
@@ -141,12 +167,12 @@ private:
         const ReadError::Kind kind = code == XML_ERROR_AMPLIFICATION_LIMIT_BREACH ? ReadError::Kind::TooLarge
             : code == XML_ERROR_NO_MEMORY                                         ? ReadError::Kind::Unreadable
                                                                                   : ReadError::Kind::Malformed;
-        QString reason = QString::fromLatin1(XML_ErrorString(code)) + QLatin1Char('.');
+        QString reason = say(XML_ErrorString(code)) + QLatin1Char('.');
         reason[0] = reason.at(0).toUpper();
         // Qt's decoder tells damage from a character that is out of place.
         const QByteArray rest = m_document.utf8.mid(int(where.byteOffset) - m_document.markSize, 4);
         if (code == XML_ERROR_INVALID_TOKEN && QString::fromUtf8(rest).startsWith(QChar::ReplacementCharacter))
-            reason = QStringLiteral("The text is not valid UTF-8.");
+            reason = say(QT_TRANSLATE_NOOP("ExtensionFile", "The text is not valid UTF-8."));
         m_error->fail(kind, reason, where);
     }
 
@@ -154,7 +180,7 @@ private:
     {
         // Whoever reads 1.0 is to read 1.x by the rules of 1.0.
         if (qstrncmp(version, "1.", 2) != 0)
-            fail(QStringLiteral("XML %1 is not known.").arg(QString::fromUtf8(version)));
+            fail(say(QT_TRANSLATE_NOOP("ExtensionFile", "XML %1 is not known.")).arg(QString::fromUtf8(version)));
     }
 
     void startDocumentType(const char *name, const char *system)
@@ -182,9 +208,9 @@ private:
             m_lastWord = word;
         // The parser would pass over what it declares.
         if (word.size() > 1 && word.startsWith('%'))
-            fail(QStringLiteral("Parameter entities are not supported."));
+            fail(say(QT_TRANSLATE_NOOP("ExtensionFile", "Parameter entities are not supported.")));
         else if (within(m_declarationSize, m_limits.maximumDeclarationSize,
-                     QStringLiteral("The document type has more than %1 bytes of declarations."))
+                     QT_TRANSLATE_NOOP("ExtensionFile", "The document type has more than %1 bytes of declarations."))
             && (word.startsWith('"') || word.startsWith('\'')))
             lookUpEntities(word);
     }
@@ -205,7 +231,9 @@ private:
 
     void failByEntity(const QString &name)
     {
-        fail(QStringLiteral("The entity %1 is not declared in the file, and nothing else is read.").arg(name));
+        fail(say(
+            QT_TRANSLATE_NOOP("ExtensionFile", "The entity %1 is not declared in the file, and nothing else is read."))
+                 .arg(name));
     }
 
     /// A line at most.
@@ -241,8 +269,10 @@ private:
             lookUpEntities(
                 m_document.utf8.mid(int(XML_GetCurrentByteIndex(parser())), XML_GetCurrentByteCount(parser())));
         if (!hasFailed()
-            && within(++m_depth, m_limits.maximumDepth, QStringLiteral("Elements are nested more than %1 deep."))
-            && within(++m_elements, m_limits.maximumElements, QStringLiteral("There are more than %1 elements."))
+            && within(++m_depth, m_limits.maximumDepth,
+                QT_TRANSLATE_NOOP("ExtensionFile", "Elements are nested more than %1 deep."))
+            && within(++m_elements, m_limits.maximumElements,
+                QT_TRANSLATE_NOOP("ExtensionFile", "There are more than %1 elements."))
             && collect(attributes))
             m_sink.startElement(m_names.shared(tag), m_attributes, locator());
     }
@@ -263,10 +293,10 @@ private:
         while (attributes[2 * count])
             ++count;
         m_attributeCount += count;
-        if (!within(
-                count, m_limits.maximumAttributesPerElement, QStringLiteral("An element has more than %1 attributes."))
-            || !within(
-                m_attributeCount, m_limits.maximumAttributes, QStringLiteral("There are more than %1 attributes.")))
+        if (!within(count, m_limits.maximumAttributesPerElement,
+                QT_TRANSLATE_NOOP("ExtensionFile", "An element has more than %1 attributes."))
+            || !within(m_attributeCount, m_limits.maximumAttributes,
+                QT_TRANSLATE_NOOP("ExtensionFile", "There are more than %1 attributes.")))
             return false;
         // A sink may have kept the last ones.
         if (m_attributes.isDetached())
@@ -279,7 +309,7 @@ private:
             m_attributeText += m_attributes.last().name.size() + m_attributes.last().value.size();
         }
         return within(m_attributeText, m_limits.maximumAttributeText,
-            QStringLiteral("The attributes have more than %1 characters."));
+            QT_TRANSLATE_NOOP("ExtensionFile", "The attributes have more than %1 characters."));
     }
 
     const DecodedDocument &m_document;

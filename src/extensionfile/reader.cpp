@@ -3,6 +3,7 @@
 #include "extensionfile/logging.h"
 #include "extensionfile/parser.h"
 #include "extensionfile/regularfile.h"
+#include "extensionfile/words.h"
 
 namespace ExtensionFile {
 
@@ -12,8 +13,8 @@ bool read(const QByteArray &bytes, Sink &sink, ReadError *error, const Limits &l
     ReadError *const report = error ? error : &ignored;
     *report = ReadError();
     if (bytes.size() > limits.maximumFileSize)
-        return report->fail(
-            ReadError::Kind::TooLarge, QStringLiteral("The file has more than %1 bytes.").arg(limits.maximumFileSize));
+        return report->fail(ReadError::Kind::TooLarge,
+            say(QT_TRANSLATE_NOOP("ExtensionFile", "The file has more than %1 bytes.")).arg(limits.maximumFileSize));
     DecodedDocument document;
     if (!decodeDocument(bytes, &document, report) || !parse(document, sink, limits, report))
         return false;

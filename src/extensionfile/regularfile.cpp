@@ -1,5 +1,7 @@
 #include "extensionfile/regularfile.h"
 
+#include "extensionfile/words.h"
+
 #include <QFile>
 
 #include <algorithm>
@@ -21,7 +23,8 @@ bool failBySystem(ReadError *error)
 
 bool isRegular(const struct stat &status, ReadError *error)
 {
-    return S_ISREG(status.st_mode) || error->fail(ReadError::Kind::NotRegular, QStringLiteral("Not a regular file."));
+    return S_ISREG(status.st_mode)
+        || error->fail(ReadError::Kind::NotRegular, say(QT_TRANSLATE_NOOP("ExtensionFile", "Not a regular file.")));
 }
 
 } // namespace
@@ -50,7 +53,7 @@ FileDescriptor::~FileDescriptor()
 bool readRegularFile(const QString &path, qint64 maximumSize, QByteArray *bytes, ReadError *error)
 {
     if (path.isEmpty() || path.contains(QChar(QChar::Null)))
-        return error->fail(ReadError::Kind::Missing, QStringLiteral("Not a file name."));
+        return error->fail(ReadError::Kind::Missing, say(QT_TRANSLATE_NOOP("ExtensionFile", "Not a file name.")));
     const QByteArray name = QFile::encodeName(path);
     struct stat status;
     // Opening a device may already do something to it, so the look comes first; the second look is for a file that was

@@ -5,6 +5,7 @@
 #include "extensionfile/reader.h"
 #include "extensionfile/regularfile.h"
 #include "extensionfile/unfinishedfile.h"
+#include "extensionfile/words.h"
 #include "extensionfile/writer.h"
 
 #include <QFile>
@@ -41,7 +42,8 @@ QString whyNotReadable(const QByteArray &bytes)
     ReadError error;
     if (read(bytes, sink, &error))
         return QString();
-    return QStringLiteral("The new contents could not be read again: %1").arg(error.toString());
+    return say(QT_TRANSLATE_NOOP("ExtensionFile", "The new contents could not be read again: %1"))
+        .arg(error.toString());
 }
 
 /// The file that a path leads to in the end.
@@ -75,15 +77,18 @@ bool followLinks(const QString &path, SaveTarget *target, QString *reason)
 bool findTarget(const QString &path, SaveTarget *target, QString *reason)
 {
     if (path.isEmpty() || path.contains(QChar(QChar::Null)))
-        return refuse(reason, QStringLiteral("Not a file name."));
+        return refuse(reason, say(QT_TRANSLATE_NOOP("ExtensionFile", "Not a file name.")));
     if (!followLinks(path, target, reason))
         return false;
     if (QFile::encodeName(QFile::decodeName(target->path)) != target->path)
-        return refuse(reason, QStringLiteral("The name of the file is not in the encoding of the system."));
+        return refuse(reason,
+            say(QT_TRANSLATE_NOOP("ExtensionFile", "The name of the file is not in the encoding of the system.")));
     if (::lstat(target->path.constData(), &target->status) != 0)
         return errno == ENOENT || refuse(reason);
-    const auto isRegular
-        = [&] { return S_ISREG(target->status.st_mode) || refuse(reason, QStringLiteral("Not a regular file.")); };
+    const auto isRegular = [&] {
+        return S_ISREG(target->status.st_mode)
+            || refuse(reason, say(QT_TRANSLATE_NOOP("ExtensionFile", "Not a regular file.")));
+    };
     // Opening a device may already do something to it.
     if (!isRegular())
         return false;

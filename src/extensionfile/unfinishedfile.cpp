@@ -1,5 +1,7 @@
 #include "extensionfile/unfinishedfile.h"
 
+#include "extensionfile/words.h"
+
 #include <QDir>
 #include <QFile>
 #include <QUuid>
@@ -69,7 +71,8 @@ bool UnfinishedFile::fill(const QByteArray &bytes, QString *reason)
     qint64 reached = 0;
     if (!writePart(descriptor(), bytes, 0, bytes.size(), &reached) || !syncToDisk(descriptor()))
         return refuse(reason);
-    return contains(descriptor(), bytes) || refuse(reason, QStringLiteral("The file does not hold what was written."));
+    return contains(descriptor(), bytes)
+        || refuse(reason, say(QT_TRANSLATE_NOOP("ExtensionFile", "The file does not hold what was written.")));
 }
 
 bool UnfinishedFile::replace(const QByteArray &path)

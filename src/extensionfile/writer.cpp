@@ -2,6 +2,7 @@
 
 #include "extensionfile/logging.h"
 #include "extensionfile/names.h"
+#include "extensionfile/words.h"
 
 #include <algorithm>
 
@@ -58,18 +59,21 @@ void Writer::startElement(const QString &name)
     if (hasFailed())
         return;
     if (m_depth == 0 && (m_rootDone || !isName(name))) {
-        fail((m_rootDone ? QStringLiteral("a second root element \"%1\"")
-                         : QStringLiteral("\"%1\" is no legal name for the root element"))
+        fail((m_rootDone ? say(QT_TRANSLATE_NOOP("ExtensionFile", "a second root element \"%1\""))
+                         : say(QT_TRANSLATE_NOOP("ExtensionFile", "\"%1\" is no legal name for the root element")))
                  .arg(name));
         return;
     }
     if (!isName(name)) {
-        omit(QStringLiteral("element \"%1\" has no legal name, its children take its place").arg(name));
+        omit(say(QT_TRANSLATE_NOOP("ExtensionFile", "element \"%1\" has no legal name, its children take its place"))
+                 .arg(name));
         m_open.append(QByteArray());
         return;
     }
-    if (!within(m_depth + 1, m_limits.maximumDepth, QStringLiteral("elements nested more than %1 deep"))
-        || !within(m_elements + 1, m_limits.maximumElements, QStringLiteral("more than %1 elements")))
+    if (!within(
+            m_depth + 1, m_limits.maximumDepth, QT_TRANSLATE_NOOP("ExtensionFile", "elements nested more than %1 deep"))
+        || !within(
+            m_elements + 1, m_limits.maximumElements, QT_TRANSLATE_NOOP("ExtensionFile", "more than %1 elements")))
         return;
     if (m_startTagOpen)
         m_bytes += ">\n";
@@ -91,29 +95,30 @@ void Writer::attribute(const QString &name, const QString &value)
     if (!m_open.isEmpty() && m_open.last().isNull())
         return;
     if (!m_startTagOpen) {
-        fail(QStringLiteral("attribute \"%1\" outside of a start tag").arg(name));
+        fail(say(QT_TRANSLATE_NOOP("ExtensionFile", "attribute \"%1\" outside of a start tag")).arg(name));
         return;
     }
     if (!isName(name)) {
-        omit(QStringLiteral("attribute \"%1\" has no legal name").arg(name));
+        omit(say(QT_TRANSLATE_NOOP("ExtensionFile", "attribute \"%1\" has no legal name")).arg(name));
         return;
     }
     if (m_attributeNames.contains(name)) {
-        omit(QStringLiteral("attribute \"%1\" is there already").arg(name));
+        omit(say(QT_TRANSLATE_NOOP("ExtensionFile", "attribute \"%1\" is there already")).arg(name));
         return;
     }
     const QString legal = withoutIllegalCharacters(value);
     if (legal.size() != value.size())
-        omit(QStringLiteral("characters in the value of attribute \"%1\"").arg(name));
+        omit(say(QT_TRANSLATE_NOOP("ExtensionFile", "characters in the value of attribute \"%1\"")).arg(name));
     m_attributeNames.append(name);
     m_attributeText += name.size() + legal.size();
     ++m_attributes;
     if (!within(m_attributeNames.size(), m_limits.maximumAttributesPerElement,
-            QStringLiteral("an element with more than %1 attributes"))
-        || !within(m_attributes, m_limits.maximumAttributes, QStringLiteral("more than %1 attributes"))
+            QT_TRANSLATE_NOOP("ExtensionFile", "an element with more than %1 attributes"))
         || !within(
-            m_attributeText, m_limits.maximumAttributeText, QStringLiteral("more than %1 characters in the attributes"))
-        || !within(m_bytes.size(), m_limits.maximumFileSize, QStringLiteral("more than %1 bytes")))
+            m_attributes, m_limits.maximumAttributes, QT_TRANSLATE_NOOP("ExtensionFile", "more than %1 attributes"))
+        || !within(m_attributeText, m_limits.maximumAttributeText,
+            QT_TRANSLATE_NOOP("ExtensionFile", "more than %1 characters in the attributes"))
+        || !within(m_bytes.size(), m_limits.maximumFileSize, QT_TRANSLATE_NOOP("ExtensionFile", "more than %1 bytes")))
         return;
     m_bytes += ' ';
     appendEscaped(name);
@@ -127,7 +132,7 @@ void Writer::endElement()
     if (hasFailed())
         return;
     if (m_open.isEmpty()) {
-        fail(QStringLiteral("an element ends that was not started"));
+        fail(say(QT_TRANSLATE_NOOP("ExtensionFile", "an element ends that was not started")));
         return;
     }
     const QByteArray name = m_open.takeLast();
@@ -144,13 +149,13 @@ void Writer::endElement()
         m_bytes += name;
         m_bytes += ">\n";
     }
-    within(m_bytes.size(), m_limits.maximumFileSize, QStringLiteral("more than %1 bytes"));
+    within(m_bytes.size(), m_limits.maximumFileSize, QT_TRANSLATE_NOOP("ExtensionFile", "more than %1 bytes"));
 }
 
 QByteArray Writer::finish()
 {
     if (!hasFailed() && !m_open.isEmpty())
-        fail(QStringLiteral("%1 elements are not ended").arg(m_open.size()));
+        fail(say(QT_TRANSLATE_NOOP("ExtensionFile", "%1 elements are not ended")).arg(m_open.size()));
     if (m_omissions > maximumLogLines)
         qCWarning(fileLog).noquote() << oneLine(
             QStringLiteral("%1: left out %2 more").arg(m_path).arg(m_omissions - maximumLogLines));
@@ -202,13 +207,14 @@ void Writer::fail(const QString &reason)
 {
     m_failure = reason;
     m_bytes.clear();
-    qCWarning(fileLog).noquote() << oneLine(QStringLiteral("%1: can't be written: %2").arg(m_path, reason));
+    qCWarning(fileLog).noquote() << oneLine(
+        say(QT_TRANSLATE_NOOP("ExtensionFile", "%1: can't be written: %2")).arg(m_path, reason));
 }
 
-bool Writer::within(qint64 count, qint64 maximum, const QString &reason)
+bool Writer::within(qint64 count, qint64 maximum, const char *reason)
 {
     if (count > maximum)
-        fail(reason.arg(maximum));
+        fail(say(reason).arg(maximum));
     return count <= maximum;
 }
 

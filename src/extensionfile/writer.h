@@ -55,7 +55,7 @@ private:
     void indent();
     void omit(const QString &what);
     void fail(const QString &reason);
-    bool within(qint64 count, qint64 maximum, const QString &reason);
+    bool within(qint64 count, qint64 maximum, const char *reason);
 
     const QString m_path;
     const Limits m_limits;

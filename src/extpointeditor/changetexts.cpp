@@ -34,7 +34,7 @@ QString nounOf(const OwnChange &change)
 QString thingOf(const OwnChange &change)
 {
     if (change.number > 1)
-        return told(QT_TRANSLATE_NOOP("ChangeTexts", "%n items"), change.number);
+        return told(QT_TRANSLATE_N_NOOP("ChangeTexts", "%n items"), change.number);
     return change.name.isEmpty() ? nounOf(change)
                                  : QStringLiteral("%1 '%2'").arg(nounOf(change), ExtensionFile::shown(change.name));
 }
@@ -49,7 +49,8 @@ QString ChangeTexts::of(const OwnChange &change)
             return told(QT_TRANSLATE_NOOP("ChangeTexts", "Deleted %1")).arg(thingOf(change));
         if (change.below == 1)
             return told(QT_TRANSLATE_NOOP("ChangeTexts", "Deleted %1 with one entry")).arg(thingOf(change));
-        return told(QT_TRANSLATE_NOOP("ChangeTexts", "Deleted %1 with %n entries"), change.below).arg(thingOf(change));
+        return told(QT_TRANSLATE_N_NOOP("ChangeTexts", "Deleted %1 with %n entries"), change.below)
+            .arg(thingOf(change));
     case OwnChange::What::Added:
         return told(QT_TRANSLATE_NOOP("ChangeTexts", "Added %1")).arg(thingOf(change));
     case OwnChange::What::Moved:

@@ -11,7 +11,7 @@ namespace PointEditor::Internal {
 
 namespace {
 
-QString tr(const char *text)
+QString word(const char *text)
 {
     return QCoreApplication::translate("FoundNodes", text);
 }
@@ -20,21 +20,21 @@ QString nameOfSort(NodeSort sort)
 {
     switch (sort) {
     case NodeSort::Plugin:
-        return tr("plug-in");
+        return word(QT_TRANSLATE_NOOP("FoundNodes", "plug-in"));
     case NodeSort::Point:
-        return tr("point");
+        return word(QT_TRANSLATE_NOOP("FoundNodes", "point"));
     case NodeSort::SubPoint:
-        return tr("sub point");
+        return word(QT_TRANSLATE_NOOP("FoundNodes", "sub point"));
     case NodeSort::Attribute:
-        return tr("attribute");
+        return word(QT_TRANSLATE_NOOP("FoundNodes", "attribute"));
     case NodeSort::Choice:
-        return tr("choice");
+        return word(QT_TRANSLATE_NOOP("FoundNodes", "choice"));
     case NodeSort::Record:
-        return tr("record");
+        return word(QT_TRANSLATE_NOOP("FoundNodes", "record"));
     case NodeSort::Format:
-        return tr("format");
+        return word(QT_TRANSLATE_NOOP("FoundNodes", "format"));
     case NodeSort::Entry:
-        return tr("entry");
+        return word(QT_TRANSLATE_NOOP("FoundNodes", "entry"));
     case NodeSort::Other:
         break;
     }

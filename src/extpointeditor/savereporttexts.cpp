@@ -33,7 +33,7 @@ QString names(const QStringList &paths)
         names.append(QLatin1Char('"') + QFileInfo(QFileInfo(path).path()).fileName() + QLatin1Char('"'));
     const QString list = names.join(QLatin1String(", "));
     return paths.size() > mostNames
-        ? text(QT_TRANSLATE_NOOP("SaveReport", "%1 and %n more"), paths.size() - mostNames).arg(list)
+        ? text(QT_TRANSLATE_N_NOOP("SaveReport", "%1 and %n more"), paths.size() - mostNames).arg(list)
         : list;
 }
 
@@ -91,7 +91,7 @@ Core::SaveReport SaveReportTexts::of(const ::SaveReport &report)
     const auto &remarks = report.remarks();
     for (const ::SaveReport::Remark &remark : remarks) {
         if (texts.remarks.size() == mostRemarks) {
-            texts.remarks.append(text(QT_TRANSLATE_NOOP("SaveReport", "and %n more"), remarks.size() - mostRemarks));
+            texts.remarks.append(text(QT_TRANSLATE_N_NOOP("SaveReport", "and %n more"), remarks.size() - mostRemarks));
             break;
         }
         texts.remarks.append(describe(remark, report.unread()));
@@ -112,11 +112,14 @@ Core::SaveReport SaveReportTexts::of(const ::SaveReport &report)
             "Correct the name with a text editor; the file is read again here by itself once nothing is unsaved.")));
     }
     if (const int lost = report.count(Kind::MarksLost, Reason::Unread)) {
-        questions.append(text(QT_TRANSLATE_NOOP("SaveReport",
-                                  "%n text(s) would lose their translation marks, since not every plug-in could be "
+        questions.append(
+            (lost == 1 ? text(QT_TRANSLATE_NOOP(
+                 "SaveReport", "A text would lose its translation marks, since not every plug-in could be read: %1."))
+                       : text(QT_TRANSLATE_N_NOOP("SaveReport",
+                                  "%n texts would lose their translation marks, since not every plug-in could be "
                                   "read: %1."),
-            lost)
-                             .arg(names(report.unread())));
+                           lost))
+                .arg(names(report.unread())));
         advice.append(text(QT_TRANSLATE_NOOP("SaveReport",
             "Repair the files of these plug-ins and open this one again, or wait until they have been read.")));
     }

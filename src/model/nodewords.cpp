@@ -14,9 +14,9 @@ using Node = PointTreeWidgetItem;
 // More of a name or an id is no help in a line.
 constexpr int mostShown = 80;
 
-QString say(const char *text)
+QString say(const char *text, int number = -1)
 {
-    return QCoreApplication::translate("NodeWords", text);
+    return QCoreApplication::translate("NodeWords", text, nullptr, number);
 }
 
 QString cut(const QString &text)
@@ -108,5 +108,5 @@ QString NodeWords::withUses(PointTreeWidgetItem *node)
         return what(node);
     const int uses = Controller::instance()->ownRealizations().references(node->properties().text(idKey)).size();
     return uses == 1 ? say(QT_TRANSLATE_NOOP("NodeWords", "%1, 1 use")).arg(what(node))
-                     : say(QT_TRANSLATE_NOOP("NodeWords", "%1, %2 uses")).arg(what(node), QString::number(uses));
+                     : say(QT_TRANSLATE_N_NOOP("NodeWords", "%1, %n uses"), uses).arg(what(node));
 }

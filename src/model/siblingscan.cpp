@@ -5,6 +5,7 @@
 #include "pointtreewidgetitem.h"
 #include "sourcedatamanager.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
@@ -46,7 +47,8 @@ SiblingScan::Listing SiblingScan::list()
     plugins.cdUp();
     m_unlisted.clear();
     if (!QFileInfo(plugins.path()).isReadable())
-        m_unlisted.append({ plugins.path(), QStringLiteral("%1: the directory can't be listed").arg(plugins.path()) });
+        m_unlisted.append({ plugins.path(),
+            QCoreApplication::translate("SiblingScan", "%1: the directory can't be listed").arg(plugins.path()) });
 
     // "." and ".." stand in the list too: a file beside the plug-in directories or above them is read like a sibling's.
     const QStringList entries = plugins.entryList(QDir::Dirs | QDir::NoSymLinks);

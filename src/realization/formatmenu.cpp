@@ -20,7 +20,7 @@ FormatMenu::FormatMenu(QObject *parent)
     m_menu->setObjectName(QStringLiteral("formatMenu"));
     m_childTypes->setObjectName(QStringLiteral("childTypeMenu"));
     m_menu->addMenu(m_childTypes);
-    m_delete = m_menu->addAction(QStringLiteral("Delete"));
+    m_delete = m_menu->addAction(QObject::tr("Delete"));
 }
 
 FormatMenu::~FormatMenu() = default;

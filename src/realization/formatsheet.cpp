@@ -68,13 +68,15 @@ QList<PropertyItem> FormatSheet::of(PointTreeWidgetItem *item)
         if (!own.value(key).isNull() || showsOnlyItsOwn(item)) {
             row = rowOf(key, own.value(key), item, declared);
             if (canBeReset)
-                row.setData(PropertyKey::Reset, isRecorded ? say("Back to the Record's") : say("Back to the Default"));
+                row.setData(PropertyKey::Reset,
+                    isRecorded ? say(QT_TRANSLATE_NOOP("FormatSheet", "Back to the Record's"))
+                               : say(QT_TRANSLATE_NOOP("FormatSheet", "Back to the Default")));
         } else if (isRecorded) {
             row = rowOf(key, recorded.value(key), record, declared);
-            row.setData(PropertyKey::Borrowed, say("Taken over from the record"));
+            row.setData(PropertyKey::Borrowed, say(QT_TRANSLATE_NOOP("FormatSheet", "Taken over from the record")));
         } else {
             row = rowOf(key, declared.defaults.value(key), item, declared);
-            row.setData(PropertyKey::Borrowed, say("The default of the attribute"));
+            row.setData(PropertyKey::Borrowed, say(QT_TRANSLATE_NOOP("FormatSheet", "The default of the attribute")));
         }
         SheetRows::add(&rows, row);
     }

@@ -65,7 +65,7 @@ void PageMenus::createMenus()
     connect(m_pasteEntry, &QAction::triggered, this, [this] { paste(m_target); });
 
     m_tableMenu->setObjectName(QStringLiteral("tableMenu"));
-    m_deleteRecord = m_tableMenu->addAction(QStringLiteral("Delete"));
+    m_deleteRecord = m_tableMenu->addAction(tr("Delete"));
     connect(m_deleteRecord, &QAction::triggered, m_page, &RealizationPageBuilder::tableItemDel);
     connect(m_tableMenu->addAction(QObject::tr("Meta")), &QAction::triggered, m_page, &RealizationPageBuilder::addMeta);
     m_createHere = add(m_tableMenu.get(), tr("Create Record"), Qt::Key_Insert);

@@ -38,9 +38,9 @@ PropertyItem rowOf(
     if (declared.keys.contains(key)) {
         const QString standard = declared.defaults.value(key).toString();
         if (value.toString() == standard)
-            row.setData(PropertyKey::Borrowed, say("The default of the attribute"));
+            row.setData(PropertyKey::Borrowed, say(QT_TRANSLATE_NOOP("RecordSheet", "The default of the attribute")));
         else if (key != idKey)
-            row.setData(PropertyKey::Reset, say("Back to the Default"));
+            row.setData(PropertyKey::Reset, say(QT_TRANSLATE_NOOP("RecordSheet", "Back to the Default")));
     }
     const QStringList options = declared.options.value(key);
     if (!options.isEmpty()) {

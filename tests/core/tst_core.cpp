@@ -101,6 +101,8 @@ void tst_Core::commandLine_data()
     row("--screenshot s.png", "job screenshot=s.png");
     row("--save a.xml --timings", "job file=a.xml save timings");
     row("--help", "help");
+    row("--language de", "language=de");
+    row("-style fusion -reverse a.xml -qwindowgeometry=9x9 -session a_b -- -style", "file=a.xml file=-style");
 
     row("--nope", "Unknown option 'nope'.");
     row("--save=yes a.xml", "Unexpected value after '--save'.");
@@ -124,7 +126,8 @@ void tst_Core::commandLine()
     QVERIFY(QDir::setCurrent(dir.path()));
     writeFile(s("there:12"), {});
     writeFile(s("there:12:3"), {});
-    const CommandLine parsed = CommandLine::parse(line.split(QLatin1Char(' '), Qt::SkipEmptyParts));
+    const CommandLine parsed
+        = CommandLine::parse(CommandLine::withoutToolkits(line.split(QLatin1Char(' '), Qt::SkipEmptyParts)));
     if (parsed.request == CommandLine::Request::Refuse) {
         QCOMPARE(parsed.error, expected);
         return;
@@ -147,6 +150,8 @@ void tst_Core::commandLine()
         words.append(s("paths=") + parsed.pluginPaths.join(QLatin1Char(',')));
     if (!parsed.screenshot.isEmpty())
         words.append(s("screenshot=") + parsed.screenshot);
+    if (!parsed.language.isEmpty())
+        words.append(s("language=") + parsed.language);
     add(parsed.page == CommandLine::Page::Realization, "realization");
     add(parsed.save, "save");
     add(parsed.timings, "timings");

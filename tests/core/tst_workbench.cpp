@@ -119,6 +119,15 @@ void tst_Workbench::answers_data()
         ": the name is not in the encoding of the system\n");
     row("misencoded picture", "\"$@\" --screenshot \"$d.png\" a.fake", 1, " is not in the encoding of the system\n");
 
+    const char *const german = "Die Datei gibt es nicht.\n";
+    row("asked for in German", "\"$@\" --language de --save gone.fake", 1, german);
+    row("German by the locale", "LC_ALL=de_AT.UTF-8 \"$@\" --save gone.fake", 1, german);
+    row("English first, then German", "LC_ALL=en_GB.UTF-8 LANGUAGE=en:de \"$@\" --save gone.fake", 1,
+        "The file does not exist.\n");
+    row("no such language", "\"$@\" --language xx --save a.fake", 2,
+        "extpoint-workbench: there is no language xx, but en, de, zh_CN\n");
+    row("options of the toolkit", "\"$@\" -style fusion -reverse --save a.fake", 0, "");
+
     const char *const full = "the standard output can't be written: No space left on device\n";
     row("help that nobody takes", "$w --help > /dev/full", 1, full);
     row("version that nobody takes", "$w --version > /dev/full", 1, full);

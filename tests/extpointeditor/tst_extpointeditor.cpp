@@ -6,14 +6,18 @@
 #include "core/undoabledocument.h"
 #include "extensionsystem/iplugin.h"
 #include "extensionsystem/pluginmanager.h"
+#include "shownwords.h"
 #include "utils/mimedatabase.h"
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QApplication>
+#include <QDirIterator>
 #include <QImage>
 #include <QLineEdit>
 #include <QPointer>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSplitter>
@@ -42,6 +46,7 @@ private Q_SLOTS:
     void changesAreNamedAndUndone_data();
     void changesAreNamedAndUndone();
     void textsAreWhole();
+    void onlyKnownWordsAreEnglish();
     void viewIsCarriedOver();
     void resultsLeadTo_data();
     void resultsLeadTo();
@@ -358,6 +363,48 @@ void TestExtPointEditor::textsAreWhole()
     const QString picture = qEnvironmentVariable("EXTPOINT_TEST_PICTURE");
     if (!picture.isEmpty())
         editor.widget()->grab().save(picture);
+}
+
+/// In a language of brackets, with menus and sheets as they come: only what is data of the files, or is known.
+void TestExtPointEditor::onlyKnownWordsAreEnglish()
+{
+    ShownWords::Brackets brackets;
+    QVERIFY(QCoreApplication::installTranslator(&brackets));
+    const auto removed = qScopeGuard([&] { QCoreApplication::removeTranslator(&brackets); });
+    const Sample sample;
+    QString data;
+    for (QDirIterator it(sample.dir.path(), { s("extension.xml") }, QDir::Files, QDirIterator::Subdirectories);
+         it.hasNext();)
+        data += QString::fromUtf8(read(it.next()));
+    const QWidgetList earlier = QApplication::topLevelWidgets();
+    const OpenedEditor editor(m_factory);
+    QCOMPARE(editor.open(sample.path("chartdesk")), Core::IDocument::OpenResult::Success);
+    editor.widget()->show();
+    QTRY_VERIFY(!editor.busy());
+    QSet<QString> english;
+    for (int page = 0; page < 2; ++page) {
+        editor.tabs("tabWidget")->setCurrentIndex(page);
+        for (QAbstractItemView *view : editor.tabs("tabWidget")->widget(page)->findChildren<QAbstractItemView *>()) {
+            editor.choose(view, s("Chart layers"));
+            QCoreApplication::processEvents();
+            // Menus are windows of their own.
+            for (QWidget *window : QApplication::topLevelWidgets()) {
+                if (earlier.contains(window))
+                    continue;
+                const QStringList found = ShownWords::untranslated(window, data);
+                english += QSet<QString>(found.cbegin(), found.cend());
+            }
+        }
+    }
+    QStringList known;
+    for (const QByteArray &line : read(s(EXTPOINT_SOURCE_DIR "/translations/untranslated.txt")).split('\n')) {
+        if (!line.isEmpty() && !line.startsWith('#'))
+            known.append(QString::fromUtf8(line));
+    }
+    known.sort();
+    QStringList seen = english.values();
+    seen.sort();
+    QCOMPARE(seen.join(s(", ")), known.join(s(", ")));
 }
 
 void TestExtPointEditor::viewIsCarriedOver()
