@@ -9,8 +9,10 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QIcon>
 #include <QMessageBox>
 #include <QThreadPool>
+#include <QTimer>
 
 #include <array>
 #include <cerrno>
@@ -157,6 +159,16 @@ bool isRunning(const ExtensionSystem::PluginManager &manager, const QString &nam
     return false;
 }
 
+/// By this the desktop finds the icon and the name that the package installed; elsewhere the window brings its own
+/// icon, once it is there: drawing it takes longer than all else that a window waits for.
+void showIdentity()
+{
+    const QString id = QStringLiteral("org.extpoint.Workbench");
+    QGuiApplication::setDesktopFileName(id);
+    QTimer::singleShot(0, qApp,
+        [id] { QGuiApplication::setWindowIcon(QIcon::fromTheme(id, QIcon(QStringLiteral(":/workbench/icon.svg")))); });
+}
+
 /// Without the plug-in "Core" there is no window that could tell.
 int giveUp(const Core::CommandLine &commandLine, const QStringList &paths, const QString &reasons)
 {
@@ -208,6 +220,9 @@ int main(int argc, char **argv)
                      .arg(commandLine.language, Workbench::languages().join(QLatin1String(", "))));
         return UsageError;
     }
+
+    if (!commandLine.isJob())
+        showIdentity();
 
     ExtensionSystem::PluginManager manager;
     const QStringList paths = pluginPaths(commandLine);

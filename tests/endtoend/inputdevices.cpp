@@ -98,6 +98,13 @@ QString InputDevices::activeTitle()
     return answer({ s("getactivewindow"), s("getwindowname") });
 }
 
+bool InputDevices::activeWindowHas(const QString &property)
+{
+    QProcess process;
+    process.start(s("xprop"), { s("-id"), answer({ s("getactivewindow") }), property });
+    return process.waitForFinished() && process.readAllStandardOutput().contains(" = ");
+}
+
 bool InputDevices::cutOffActiveWindow()
 {
     return xdotool(s("getactivewindow windowkill"));

@@ -25,6 +25,8 @@ namespace InputDevices {
 [[nodiscard]] qint64 activeWindow();
 /// The title of that window, as the window manager shows it.
 [[nodiscard]] QString activeTitle();
+/// Whether it has a property of this name.
+[[nodiscard]] bool activeWindowHas(const QString &property);
 /// Has the server end its connection to the program of that window, as its own end would.
 [[nodiscard]] bool cutOffActiveWindow();
 /// Writes a picture of the whole screen.

@@ -100,6 +100,7 @@ void tst_E2eEdit::changeIsSaved()
     EVENTUALLY(lines("realizationTree"), m_realization);
     QCOMPARE(definition(), m_definition);
     EVENTUALLY(title(), s("extension.xml"));
+    EVENTUALLY(InputDevices::activeWindowHas(s("_NET_WM_ICON")), true);
     STEP(definitionPage());
     STEP(change("Projections", "id", "saltmere.chart.grid"));
     EVENTUALLY(isModified(), true);
