@@ -57,6 +57,10 @@
         <source>Changed &apos;%1&apos; of %2</source>
         <translation>Geändert: „%1“ von %2</translation>
     </message>
+    <message>
+        <source>plug-in</source>
+        <translation>Plug-in</translation>
+    </message>
 </context>
 <context>
     <name>Core::AboutPluginsDialog</name>

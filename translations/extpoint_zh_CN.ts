@@ -55,6 +55,10 @@
         <source>Changed &apos;%1&apos; of %2</source>
         <translation>已更改：%2 的“%1”</translation>
     </message>
+    <message>
+        <source>plug-in</source>
+        <translation>插件</translation>
+    </message>
 </context>
 <context>
     <name>Core::AboutPluginsDialog</name>

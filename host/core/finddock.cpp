@@ -219,8 +219,7 @@ bool FindDock::eventFilter(QObject *watched, QEvent *event)
     const int key = static_cast<QKeyEvent *>(event)->key();
     if (key == Qt::Key_Escape) {
         hide();
-        if (QWidget *centre = m_window.centralWidget())
-            centre->setFocus(Qt::OtherFocusReason);
+        m_window.focusEditor();
         return true;
     }
     const bool isReturn = key == Qt::Key_Return || key == Qt::Key_Enter;

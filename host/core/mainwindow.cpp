@@ -3,6 +3,7 @@
 #include "core/aboutpluginsdialog.h"
 #include "core/busyindicator.h"
 #include "core/diskstate.h"
+#include "core/editorfocus.h"
 #include "core/filecare.h"
 #include "core/filedrops.h"
 #include "core/filesaving.h"
@@ -13,6 +14,7 @@
 #include "core/undohistory.h"
 #include "core/welcomepage.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
@@ -102,6 +104,7 @@ MainWindow::MainWindow(EditorManager &editors, QSettings &settings, QWidget *par
     createMenus();
     createStatusBar();
     new UndoHistory(m_editors, *this);
+    m_focus = new EditorFocus(this, m_stack);
 
     connect(m_welcome, &WelcomePage::openRequested, this, &MainWindow::chooseFile);
     connect(m_welcome, &WelcomePage::recoveredFilesRequested, this, &MainWindow::showRecoveredFiles);
@@ -209,9 +212,31 @@ void MainWindow::createStatusBar()
 void MainWindow::addDock(Qt::DockWidgetArea area, QDockWidget *dock)
 {
     addDockWidget(area, dock);
+    m_focus->watch(dock);
     m_viewMenu->addAction(dock->toggleViewAction());
     // A dock that came after restorePlace() gets its old place by itself this way.
     restoreDockWidget(dock);
+}
+
+void MainWindow::focusEditor()
+{
+    m_focus->giveBack();
+}
+
+void MainWindow::keyPressEvent(QKeyEvent *event)
+{
+    // Buttons leave Return to dialogs, which this is none.
+    auto *button = qobject_cast<QAbstractButton *>(QApplication::focusWidget());
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isReturn || !button || button->window() != this) {
+        QMainWindow::keyPressEvent(event);
+        return;
+    }
+    auto *tool = qobject_cast<QToolButton *>(button);
+    if (tool && tool->menu())
+        tool->showMenu();
+    else
+        button->click();
 }
 
 void MainWindow::setPluginProblems(int count)

@@ -21,6 +21,7 @@ class QStackedWidget;
 namespace Core {
 
 class BusyIndicator;
+class EditorFocus;
 class FileCare;
 class FileSaving;
 class RecoveryStore;
@@ -70,6 +71,8 @@ public:
     [[nodiscard]] QMenu *editMenu() const { return m_editMenu; }
 
     void addDock(Qt::DockWidgetArea area, QDockWidget *dock);
+    /// Where it was last before it came to a dock.
+    void focusEditor();
     /// Shows in the status bar that some plug-ins could not be loaded.
     void setPluginProblems(int count);
 
@@ -87,6 +90,7 @@ Q_SIGNALS:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -140,6 +144,7 @@ private:
     QPointer<QMessageBox> m_question;
     QStackedWidget *m_stack = nullptr;
     FileCare *m_care = nullptr;
+    EditorFocus *m_focus = nullptr;
     FileSaving *m_saving = nullptr;
     WelcomePage *m_welcome = nullptr;
     BusyIndicator *m_busy = nullptr;

@@ -72,6 +72,13 @@ void WorkbenchStyle::drawControl(
     const auto *item = qstyleoption_cast<const QStyleOptionViewItem *>(option);
     if (element != CE_ItemViewItem || !item || !isWithoutFocus(item->widget)) {
         QProxyStyle::drawControl(element, option, painter, widget);
+        // Fusion shows a button's only after Tab, and none of a link or of a menu's title.
+        const bool isTitle = element == CE_MenuBarItem && option->state.testFlag(State_Selected)
+            && !option->state.testFlag(State_Sunken);
+        if (isTitle || (element == CE_PushButton && option->state.testFlag(State_HasFocus)))
+            strokeFrame(painter, option->rect,
+                standingOut(option->palette.color(QPalette::Highlight), option->palette.color(QPalette::Window),
+                    visibleContrast));
         return;
     }
     QStyleOptionViewItem inactive(*item);

@@ -14,6 +14,7 @@
 #include "pointcreation.h"
 #include "tablecells.h"
 
+#include <QLineEdit>
 #include <QSignalBlocker>
 
 namespace {
@@ -87,6 +88,8 @@ void DefintionPageBuilder::openField(const QString &key)
         (void)m_ui->editInfoWidget->openEditor(key);
     } else if (QWidget *editor = m_ui->basicInfo->editorFor(key)) {
         editor->setFocus(Qt::OtherFocusReason);
+        if (auto *line = qobject_cast<QLineEdit *>(editor->focusProxy()))
+            line->selectAll();
         m_ui->scrollArea->ensureWidgetVisible(editor);
     }
 }
@@ -252,11 +255,19 @@ void DefintionPageBuilder::onDelButtonClicked()
     if (!m_ui)
         return;
     const QObject *button = sender();
+    auto *pressed = qobject_cast<QWidget *>(sender());
+    const bool hadFocus = pressed && pressed->hasFocus();
     commitSheets();
     if (button == m_ui->pushButton_del_attr)
         deleteAttribute();
     else if (button == m_ui->pushButton_delete_enmu)
         deleteEntry();
+    // It is disabled for a moment, or from now on.
+    if (hadFocus)
+        (pressed->isEnabled()                          ? pressed
+                : pressed == m_ui->pushButton_del_attr ? static_cast<QWidget *>(m_ui->defintionTable)
+                                                       : m_ui->enumTable)
+            ->setFocus(Qt::OtherFocusReason);
 }
 
 void DefintionPageBuilder::deleteAttribute()

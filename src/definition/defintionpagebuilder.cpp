@@ -10,6 +10,7 @@
 #include "form/rowatindex.h"
 #include "form/rowfilter.h"
 #include "form/sheethelp.h"
+#include "form/tabfocus.h"
 #include "model/controller.h"
 #include "model/definitions.h"
 #include "model/keys.h"
@@ -182,6 +183,14 @@ void DefintionPageBuilder::createKeys()
     onKey(tree, QKeySequence(Qt::Key_F2), [this] {
         if (QWidget *editor = m_ui->basicInfo->editorFor(nameKey))
             editor->setFocus(Qt::ShortcutFocusReason);
+    });
+    TabFocus::onArrival(m_ui->defintionTable, [this] {
+        if (m_ui && m_editMode == EditEntry)
+            onDefineTableItemClicked(m_ui->defintionTable->currentItem());
+    });
+    TabFocus::onArrival(m_ui->enumTable, [this] {
+        if (m_ui && m_editMode != EditEntry)
+            onEnumTableItemClicked(m_ui->enumTable->currentItem());
     });
     for (QTableWidget *table : { m_ui->defintionTable, m_ui->enumTable }) {
         const bool attributes = table == m_ui->defintionTable;

@@ -17,6 +17,8 @@ QString told(const char *source, int number = -1)
 /// What people call it: "point", "attribute", or the element's own name for what stands in formats and tables.
 QString nounOf(const OwnChange &change)
 {
+    if (change.root)
+        return told(QT_TRANSLATE_NOOP("ChangeTexts", "plug-in"));
     const QString kind = change.kind.toLower();
     if (kind == QLatin1String("extpoint"))
         return told(QT_TRANSLATE_NOOP("ChangeTexts", "point"));

@@ -66,6 +66,7 @@ FilterLine::FilterLine(QAbstractItemView *view, QHeaderView *header, RowFilter *
     });
     connect(m_filter, &RowFilter::counted, this, &FilterLine::tell);
     header->installEventFilter(this);
+    view->installEventFilter(this);
 }
 
 void FilterLine::showCurrent(QAbstractItemView *view)
@@ -118,6 +119,11 @@ bool FilterLine::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_header && event->type() == QEvent::Resize)
         resize(m_header->width(), height());
+    if (watched == m_view && event->type() == QEvent::KeyPress && !isHidden() && !m_filter->needle().isEmpty()
+        && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
+        close();
+        return true;
+    }
     if (watched != m_edit || (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride))
         return QWidget::eventFilter(watched, event);
     const int key = static_cast<QKeyEvent *>(event)->key();

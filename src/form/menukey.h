@@ -19,6 +19,8 @@ public:
 
     /// Where the menu that is being asked for is to come up, in global coordinates.
     [[nodiscard]] QPoint place() const;
+    /// Whether the request that is being answered came by a key.
+    [[nodiscard]] bool isByKey() const { return m_byKey; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

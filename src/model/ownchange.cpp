@@ -40,7 +40,7 @@ QSet<const OwnState::Identity *> allBelow(const QVector<Part> &tops)
 class Comparison final
 {
 public:
-    Comparison(const Part &before, const Part &after, bool definition) : m_definition(definition)
+    Comparison(const Part &before, const Part &after, bool definition) : m_after(after), m_definition(definition)
     {
         compare(before, after);
     }
@@ -67,6 +67,7 @@ public:
         OwnChange change;
         if (m_edited) {
             change = about(OwnChange::What::Edited, { m_edited });
+            change.root = m_edited == m_after;
             change.key = m_key;
         }
         return change;
@@ -157,6 +158,7 @@ private:
         return change;
     }
 
+    Part m_after;
     bool m_definition;
     QVector<Part> m_gone;
     QVector<Part> m_come;

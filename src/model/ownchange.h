@@ -12,6 +12,7 @@ struct OwnChange
 
     What what = What::Nothing;
     bool definition = false; ///< on the side of the points
+    bool root = false;       ///< about the plug-in itself
     QString kind;            ///< of the node: its element's name
     QString name;            ///< its "id", else its "key", else its "name"; may be empty
     QString key;             ///< of the attribute that was edited

@@ -154,6 +154,7 @@ void GroupPropertyBrowser::addRow(const PropertyItem &item, int row)
     PropertyEditor *editor = EditorTable::kindOf(item).create(item, m_box);
     auto *label = new ElidedLabel(item.displayText(), m_box);
     label->setBuddy(editor);
+    label->setAccessibleDescription(WholeMatch::help(item));
     label->setToolTip(WholeMatch::help(item).toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")));
     editor->setDoubts(m_doubts);
     editor->setRefusedTexts(&m_refused);

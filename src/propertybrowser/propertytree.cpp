@@ -404,9 +404,12 @@ void PropertyTree::showRow(int row)
     const QString text = ExtensionFile::shown(display.text);
     rowItem->setText(ValueColumn, firstLine(text));
     rowItem->setData(ValueColumn, Qt::AccessibleTextRole, text);
-    rowItem->setData(ValueColumn, Qt::AccessibleDescriptionRole, display.problem);
     rowItem->setIcon(ValueColumn, iconOf(display, this));
     rowItem->setData(ValueColumn, PropertyDelegate::ProblemRole, display.problem);
+    // What is seen by slant, colour and mark is told, too.
+    QStringList told { display.problem, item.data(PropertyKey::Borrowed).toString(), WholeMatch::help(item) };
+    told.removeAll(QString());
+    rowItem->setData(ValueColumn, Qt::AccessibleDescriptionRole, told.join(QLatin1String(". ")));
     const QString help = display.problem.isEmpty() ? WholeMatch::help(item) : item.data(PropertyKey::Help).toString();
     for (int column = 0; column < ColumnCount; ++column) {
         rowItem->setData(column, PropertyDelegate::BorrowedRole, item.data(PropertyKey::Borrowed));

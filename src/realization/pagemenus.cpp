@@ -4,6 +4,7 @@
 #include "form/drops/tabledrop.h"
 #include "form/realizationtablewidget.h"
 #include "form/rowfilter.h"
+#include "form/tabfocus.h"
 #include "formatediting.h"
 #include "formatmenu.h"
 #include "formattree.h"
@@ -106,6 +107,15 @@ void PageMenus::createKeys()
     onKey(m_table, QKeySequence::Paste, [this] { createRecord(m_clipboard.point()); });
     onKey(m_points, Qt::Key_Insert, [this] { createRecord(currentPoint()); });
     onKey(m_points, QKeySequence::Copy, [this] { copy(What::Point, currentPoint()); });
+    TabFocus::onArrival(m_table, [this] {
+        const PointTreeWidgetItem *record = currentRecord();
+        if (record && m_sheet->node() != record)
+            m_page->onTableItemClicked(m_table->item(m_table->currentRow(), 0));
+    });
+    TabFocus::onArrival(tree, [this] {
+        if (PointTreeWidgetItem *row = currentEntry())
+            m_page->onFormatTreeItemClicked(row, 0);
+    });
     for (QWidget *widget : std::initializer_list<QWidget *> { m_points, tree, m_table }) {
         onKey(widget, Qt::Key_F2, [this] {
             m_sheet->openEditor({ QStringLiteral("text"), QStringLiteral("title"), idKey });
@@ -135,6 +145,9 @@ void PageMenus::deleteEntry()
 {
     m_target = currentEntry();
     m_formatMenu->fitTo(m_target);
+    // One that is disabled takes no keys, not even those that close it.
+    if (m_menuKey.isByKey() && !m_formatMenu->menu()->isEnabled())
+        return;
     if (m_target && m_formatMenu->deleteAction()->isEnabled() && m_target->isSelected())
         m_page->formatItemDel();
 }
@@ -158,8 +171,11 @@ void PageMenus::moveEntry(int step)
     if (!FormatEditing::moveByOne(row, step))
         return;
     Controller::instance()->flushChanges();
-    if (m_tree->contains(row))
+    if (m_tree->contains(row)) {
+        // The view selects a neighbour while the row is out of it.
+        m_tree->widget()->setCurrentItem(row, 0, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
         m_tree->widget()->scrollToItem(row);
+    }
     Q_EMIT m_page->modified(true);
 }
 

@@ -8,6 +8,8 @@
 #include "model/pointtreewidgetitem.h"
 #include "realization/realizationpagebuilder.h"
 
+#include <QFocusEvent>
+
 namespace {
 
 /// A tree destroys the rows that stand in it, and these belong to the model.
@@ -55,6 +57,16 @@ ExtPointWidget::~ExtPointWidget()
     giveRowsBack(ui->defintionTree);
     giveRowsBack(ui->realizationTree);
     delete ui;
+}
+
+void ExtPointWidget::focusInEvent(QFocusEvent *event)
+{
+    QWidget::focusInEvent(event);
+    // A proxy would have a place in the order of Tab.
+    if (ui->tabWidget->currentWidget() == ui->tab)
+        ui->defintionTree->setFocus(event->reason());
+    else
+        ui->realizationTree->setFocus(event->reason());
 }
 
 void ExtPointWidget::keepPointCurrent()

@@ -50,6 +50,10 @@ public:
     [[nodiscard]] DefintionPageBuilder *defintionPageBuilder() const { return defintionBuilder; }
     [[nodiscard]] RealizationPageBuilder *realizationPageBuilder() const { return realizationBuilder; }
 
+protected:
+    /// Whoever gives the focus to the editor gives it to the tree of the page in sight.
+    void focusInEvent(QFocusEvent *event) override;
+
 Q_SIGNALS:
     void modified(bool flag);
 

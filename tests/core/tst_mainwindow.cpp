@@ -5,6 +5,7 @@
 #include "core/problemsdock.h"
 
 #include <QAction>
+#include <QCommandLinkButton>
 #include <QDropEvent>
 #include <QFile>
 #include <QLabel>
@@ -539,10 +540,24 @@ void tst_MainWindow::findInProduct()
     editor->presenterOf(s("Users of X"), editor->search(s("3")));
     QTRY_COMPARE(list->topLevelItemCount(), 3);
     QCOMPARE(dock->windowTitle(), s("Users of X"));
-    // A closed editor leaves nothing that leads to it.
+    // Escape leads back into the file.
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    needle->setFocus();
+    QTest::keyClick(needle, Qt::Key_Escape);
+    QVERIFY(editor->widget()->isAncestorOf(QApplication::focusWidget()));
+    // A closed editor leaves nothing that leads to it, but a page whose links Return follows.
     trigger("closeAction");
     QTRY_VERIFY(!m_window->currentEditor());
     QVERIFY(list->topLevelItemCount() == 0 && !action->isEnabled());
+    QCOMPARE(QApplication::focusWidget()->objectName(), s("welcomeOpenButton"));
+    const auto links = m_window->findChildren<QCommandLinkButton *>();
+    QVERIFY(!links.isEmpty());
+    QCommandLinkButton *link = links.last();
+    QTRY_VERIFY(link->isVisible());
+    link->setFocus();
+    const QSignalSpy clicked(link, &QAbstractButton::clicked);
+    QTest::keyClick(link, Qt::Key_Return);
+    QCOMPARE(clicked.count(), 1);
 }
 
 /// The count is seen while there is something to count; it brings the list, and the list goes to the place.

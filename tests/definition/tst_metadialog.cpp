@@ -2,6 +2,7 @@
 
 #include "accessiblewalk.h"
 #include "definition/metadialog.h"
+#include "propertybrowser/propertydelegate.h"
 #include "tabcycle.h"
 
 #include <QSignalSpy>
@@ -110,7 +111,7 @@ void TestMetaDialog::keys()
     QCOMPARE(QApplication::focusWidget()->accessibleName(), s("key"));
     // No file keeps the key: it may be left out, but what is written there is looked at.
     const auto *rows = opened.sheet()->findChild<QTreeWidget *>();
-    const auto problem = [&] { return rows->topLevelItem(0)->data(1, Qt::AccessibleDescriptionRole).toString(); };
+    const auto problem = [&] { return rows->topLevelItem(0)->data(1, PropertyDelegate::ProblemRole).toString(); };
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
     QCOMPARE(problem(), QString());
     Q_EMIT opened.sheet()->propertyChanged(s("key"), s("1 2"));

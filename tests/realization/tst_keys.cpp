@@ -12,6 +12,7 @@
 #include "model/ownchange.h"
 
 #include <QClipboard>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTreeWidgetItemIterator>
 
@@ -73,6 +74,7 @@ private Q_SLOTS:
     void createsRecords();
     void pastesAsDropped();
     void copiesAnEntry();
+    void sheetFollowsTab();
     void hiddenRowsAreLeftAlone();
     void movesByOne_data();
     void movesByOne();
@@ -351,6 +353,39 @@ void TestKeys::copiesAnEntry()
 
 /// A filter hides the current rows, and no key acts on them; what is made comes into sight. A tab keeps its root's
 /// name.
+/// What Tab comes to is what the sheet is about, and what F2 edits; a moved entry is selected alone, and Escape in the
+/// rows shows all of them again.
+void TestKeys::sheetFollowsTab()
+{
+    Page page(ownSets, { host, menus });
+    QVERIFY(QTest::qWaitForWindowActive(page.widget.get()));
+    page.clickPoint();
+    page.clickRecord(0);
+    showTab(page, "mine");
+    const auto heading = [&] { return page.sheet()->findChild<QLabel *>(s("sheetHeading"))->accessibleName(); };
+    page.clickEntry("a1");
+    QVERIFY(heading().contains(s("entry")));
+    page.table()->setFocus(Qt::BacktabFocusReason);
+    QTRY_VERIFY(heading().contains(s("record")));
+    page.formats()->setFocus(Qt::TabFocusReason);
+    QTRY_VERIFY(heading().contains(s("entry")));
+
+    const int modified = page.modified;
+    for (const Qt::Key key : { Qt::Key_Down, Qt::Key_Up }) {
+        page.clickEntry("a1");
+        keyWith(page.formats(), key, Qt::AltModifier);
+    }
+    QCOMPARE(page.modified, modified + 2);
+    QCOMPARE(page.formats()->selectedItems(), QList<QTreeWidgetItem *> { page.formats()->currentItem() });
+
+    FilterLine *line = FilterLine::of(page.table());
+    line->open();
+    line->findChild<QLineEdit *>()->setText(s("nothing has this"));
+    QVERIFY(page.table()->isRowHidden(0));
+    QTest::keyClick(page.table(), Qt::Key_Escape);
+    QVERIFY(!page.table()->isRowHidden(0));
+}
+
 void TestKeys::hiddenRowsAreLeftAlone()
 {
     Page page(ownSets, { host, menus });

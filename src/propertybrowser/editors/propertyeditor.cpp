@@ -55,6 +55,7 @@ void PropertyEditor::setInner(QWidget *inner)
     // Of one that takes no focus the toolkit would change no place in the order of Tab, and go through it all the same.
     setFocusPolicy(inner->focusPolicy());
     inner->setAccessibleName(m_item.displayText());
+    inner->setAccessibleDescription(WholeMatch::help(m_item));
     inner->installEventFilter(this);
     m_mark = new InvalidMark(inner);
 }
@@ -66,7 +67,7 @@ void PropertyEditor::mark(const QString &problem)
     if (m_problem != shown) {
         m_problem = shown;
         m_inner->setToolTip(shown.toHtmlEscaped());
-        m_inner->setAccessibleDescription(shown);
+        m_inner->setAccessibleDescription(shown.isEmpty() ? WholeMatch::help(m_item) : shown);
     }
 }
 
