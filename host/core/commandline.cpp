@@ -48,9 +48,11 @@ QStringList CommandLine::withoutToolkits(const QStringList &arguments)
         const QString &argument = arguments.at(i);
         if (argument == QLatin1String("--"))
             return left + arguments.mid(i);
-        if (withValue.contains(argument))
+        // It takes two dashes for one.
+        const QString option = argument.startsWith(QLatin1String("--")) ? argument.mid(1) : argument;
+        if (withValue.contains(option))
             ++i;
-        else if (!flags.contains(argument) && !withValue.contains(argument.section(QLatin1Char('='), 0, 0)))
+        else if (!flags.contains(option) && !withValue.contains(option.section(QLatin1Char('='), 0, 0)))
             left.append(argument);
     }
     return left;

@@ -102,7 +102,7 @@ void tst_Core::commandLine_data()
     row("--save a.xml --timings", "job file=a.xml save timings");
     row("--help", "help");
     row("--language de", "language=de");
-    row("-style fusion -reverse a.xml -qwindowgeometry=9x9 -session a_b -- -style", "file=a.xml file=-style");
+    row("-style fusion --reverse a.xml -qwindowgeometry=9x9 -session a_b -- -style", "file=a.xml file=-style");
 
     row("--nope", "Unknown option 'nope'.");
     row("--save=yes a.xml", "Unexpected value after '--save'.");

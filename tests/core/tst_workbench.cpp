@@ -5,6 +5,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -35,6 +36,7 @@ private slots:
     void init();
     void answers_data();
     void answers();
+    void papersAgree();
     void settingsThatAreNoFile();
     void brokenPlugins();
     void screenshot();
@@ -189,6 +191,32 @@ void tst_Workbench::answers()
         qPrintable(result.error));
     QCOMPARE(result.output.left(output.isEmpty() ? -1 : output.size()), output);
     QCOMPARE(result.code, code);
+}
+
+/// The manual page has the options of --help with the same names for their values, and every list of changes begins
+/// with the version that is built.
+void tst_Workbench::papersAgree()
+{
+    const auto all = [](const QString &text, const char *pattern) {
+        QStringList found;
+        for (auto match = QRegularExpression(s(pattern), QRegularExpression::MultilineOption).globalMatch(text);
+             match.hasNext();) {
+            const QRegularExpressionMatch one = match.next();
+            found.append(one.captured(1) + s(" ") + one.captured(2).toLower().remove(QLatin1Char(' ')));
+        }
+        found.sort();
+        return found;
+    };
+    const auto paper
+        = [](const char *path) { return QString::fromUtf8(contentOf(s(EXTPOINT_SOURCE_DIR "/") + s(path))); };
+    const QStringList options = all(run({ s("--help") }).output, "^  --([a-z-]+) ?([A-Za-z|]*)  ");
+    QVERIFY(options.size() > 8);
+    QCOMPARE(
+        all(paper("packaging/extpoint-workbench.1").replace(s(" Ar "), s(" ")), "^\\.It Fl -([a-z-]+) ?([a-z| ]*)$"),
+        options);
+    const QString version = run({ s("--version") }).output.section(QLatin1Char(' '), 1).trimmed();
+    QVERIFY(paper("packaging/changelog").startsWith(s("extpoint-workbench (%1)").arg(version)));
+    QCOMPARE(all(paper("CHANGELOG.md"), "^## \\[?([0-9.]+)").value(0).trimmed(), version);
 }
 
 void tst_Workbench::settingsThatAreNoFile()
