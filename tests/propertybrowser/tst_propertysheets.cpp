@@ -263,6 +263,15 @@ void TestPropertySheets::accessibleNames()
         QVERIFY2(AccessibleWalk::complaints(driver.sheet()).isEmpty(),
             qPrintable(AccessibleWalk::complaints(driver.sheet())));
     }
+    // A number and its bounds are told as such, too.
+    PropertyItem number(PropertyType::Int, s("n"), s("n"), s("7"));
+    number.setData(PropertyKey::Max, 9);
+    driver.show({ number });
+    driver.enter("n");
+    QAccessibleInterface *told = QAccessible::queryAccessibleInterface(driver.editor("n")->focusProxy());
+    QVERIFY(told && told->valueInterface());
+    QCOMPARE(told->valueInterface()->currentValue().toInt(), 7);
+    QCOMPARE(told->valueInterface()->maximumValue().toInt(), 9);
 }
 
 QTEST_MAIN(TestPropertySheets)
